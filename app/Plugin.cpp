@@ -1,0 +1,42 @@
+// Opening the logic's library and making its object.
+#include "Plugin.h"
+
+#include <dlfcn.h>
+
+#include "engine/memory/Allocator.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+namespace {
+
+using Factory = LogicBase* (*)(World*, CameraControl*);
+
+}  // namespace
+
+Plugin::~Plugin() {
+    destroyLogic();
+    if (m_library) dlclose(m_library);
+}
+
+bool Plugin::load(const std::string& file, World* world, CameraControl* camera, std::string& error) {
+    m_library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    const auto factory = m_library ? reinterpret_cast<Factory>(dlsym(m_library, "CreateLogic")) : nullptr;
+    if (!factory) {
+        const char* const why = dlerror();
+        error = why ? why : file + " has no factory CreateLogic";
+        return false;
+    }
+    m_logic = factory(world, camera);
+    if (!m_logic) {
+        error = file + " made no logic";
+        return false;
+    }
+    // The program links against the flight-test logic: its own factory is that class's.
+    if (factory == &CreateLogic) m_fly_logic = static_cast<Logic_Test_Fly*>(m_logic);
+    return true;
+}
+
+void Plugin::destroyLogic() {
+    jDelete(m_logic);
+    m_logic = nullptr;
+    m_fly_logic = nullptr;
+}

@@ -1,0 +1,32 @@
+// The scene's logic: its library and its one object.
+#pragma once
+
+#include <string>
+
+class CameraControl;
+class LogicBase;
+class Logic_Test_Fly;
+class World;
+
+/// A loaded logic. Destroying this destroys the logic, then closes its library.
+class Plugin {
+public:
+    Plugin() = default;
+    ~Plugin();
+    Plugin(const Plugin&) = delete;
+    Plugin& operator=(const Plugin&) = delete;
+
+    /// Opens the library and has its factory make the logic. False when that fails; `error` then says why.
+    bool load(const std::string& file, World* world, CameraControl* camera, std::string& error);
+    /// Destroys the logic and keeps the library: what the logic left allocated can still be told.
+    void destroyLogic();
+
+    LogicBase* getLogic() const { return m_logic; }
+    /// The logic as the flight-test logic; null when the library is another one.
+    Logic_Test_Fly* getFlyLogic() const { return m_fly_logic; }
+
+private:
+    void* m_library = nullptr;
+    LogicBase* m_logic = nullptr;
+    Logic_Test_Fly* m_fly_logic = nullptr;
+};

@@ -1,0 +1,60 @@
+// The lines that a run prints about itself.
+#include "Report.h"
+
+#include <cinttypes>
+
+#include "engine/core/Engine.h"
+#include "engine/memory/Allocator.h"
+#include "engine/net/SocketUDP.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+StatsPrinter::StatsPrinter(const Logic_Test_Fly* logic) : m_logic(logic), m_start(Clock::now()) {}
+
+void StatsPrinter::frame(double frame_seconds) {
+    ++m_frames;
+    m_spent += frame_seconds;
+    const Clock::time_point now = Clock::now();
+    const double elapsed = std::chrono::duration<double>(now - m_start).count();
+    if (elapsed < 1.0) return;
+
+    std::printf("%.1f frames/s, %.0f us a frame", m_frames / elapsed, m_spent / m_frames * 1e6);
+    if (m_logic) {
+        const LinkCounts& link = m_logic->getLinkCounts();
+        const NetStats& net = SocketUDP::getStats();
+        const float* const heights = m_logic->getLastFeedback().fTerrainHeightLG;
+        std::printf(", %" PRIu64 " records in, %" PRIu64 " feedback out, %" PRIu64 " refused, %" PRIu64
+                    " dropped, heights %.2f %.2f %.2f m",
+                    link.records - m_records, link.feedback - m_feedback, net.refused, net.dropped,
+                    static_cast<double>(heights[0]), static_cast<double>(heights[1]), static_cast<double>(heights[2]));
+        m_records = link.records;
+        m_feedback = link.feedback;
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+    m_start = now;
+    m_frames = 0;
+    m_spent = 0.0;
+}
+
+bool HashWriter::open(const std::string& file) {
+    m_file.reset(std::fopen(file.c_str(), "w"));
+    return m_file != nullptr;
+}
+
+void HashWriter::frame(const Engine& engine) {
+    if (m_file) std::fprintf(m_file.get(), "%d %016" PRIx64 "\n", engine.getFrame(), engine.getStateHash());
+}
+
+bool HashWriter::close() {
+    if (!m_file) return true;
+    const bool good = !std::ferror(m_file.get());
+    return std::fclose(m_file.release()) == 0 && good;
+}
+
+void printMemoryReport() {
+    const jVector<MemInfo> infos = memGetInfos();
+    std::printf("memory: %d blocks left\n", infos.size());
+    for (const MemInfo& info : infos) {
+        std::printf("  %zu bytes, %s:%d, %s\n", info.size, info.source.c_str(), info.line, info.function.c_str());
+    }
+}

@@ -1,0 +1,48 @@
+// What a run tells: statistics, state hashes, what was left allocated.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+class Engine;
+class Logic_Test_Fly;
+
+/// Prints one line a second on standard output.
+class StatsPrinter {
+public:
+    explicit StatsPrinter(const Logic_Test_Fly* logic);
+    /// After each frame; `frame_seconds` is the time spent in it.
+    void frame(double frame_seconds);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    const Logic_Test_Fly* m_logic;  ///< null with another logic: only the frames are told
+    Clock::time_point m_start;
+    int m_frames = 0;
+    double m_spent = 0.0;
+    std::uint64_t m_records = 0;
+    std::uint64_t m_feedback = 0;
+};
+
+/// Writes "frame hash" lines.
+class HashWriter {
+public:
+    /// False when the file cannot be written.
+    bool open(const std::string& file);
+    void frame(const Engine& engine);
+    /// False when anything could not be written.
+    bool close();
+
+private:
+    struct Closer {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> m_file;
+};
+
+/// Prints every block that is still registered, and the count.
+void printMemoryReport();

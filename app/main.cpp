@@ -1,0 +1,137 @@
+// deckview: makes the engine, loads the logic and its world, runs the frames.
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+
+#include "Frame.h"
+#include "Options.h"
+#include "Plugin.h"
+#include "Report.h"
+#include "common/LogicBase.h"
+#include "engine/core/Engine.h"
+#include "engine/scene/World.h"
+#include "engine/text/Log.h"
+#include "engine/text/Package.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using SteadyClock = std::chrono::steady_clock;
+
+constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
+constexpr double DEFAULT_FPS_LIMIT = 6000.0;
+
+volatile std::sig_atomic_t g_stop = 0;
+
+void stopOnSignals() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) { g_stop = 1; };
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+int fail(const std::string& message) {
+    std::fprintf(stderr, "deckview: %s\n", message.c_str());
+    return 1;
+}
+
+/// The folder that the build made: bin/, lib/ and root/ lie side by side in it.
+fs::path buildFolder() {
+    std::error_code error;
+    return fs::read_symlink("/proc/self/exe", error).parent_path().parent_path();
+}
+
+double fpsLimit() {
+    Package config;
+    mjl::open(CONFIG_PATH, config, false);
+    const double limit = config.getDouble("fps_limit");
+    return limit > 0.0 ? limit : DEFAULT_FPS_LIMIT;
+}
+
+/// The signals that the application answers itself.
+void connectSignals(LogicBase& logic, Engine& engine) {
+    logic.m_signal_24_date.append([&engine](int year, int month, int day) {
+        Environment& environment = engine.getWorld()->getEnvironment();
+        environment.year = year;
+        environment.month = month;
+        environment.day = day;
+    });
+}
+
+/// False with the failure named when the scene cannot be made.
+bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::string& error) {
+    logic.set_aircraft_path(options.aircraft);
+    logic.set_airport_node(options.airport);
+    logic.set_carrier_node(options.carrier);
+    connectSignals(logic, engine);
+    const jString world = options.world.empty() ? logic.getWorldPath() : jString(options.world);
+    if (!engine.getWorld()->load(world)) {
+        error = "the world \"" + world + "\" cannot be loaded; is --root right?";
+        return false;
+    }
+    if (!engine.getWorld()->getNodeByName(options.airport)) {
+        jLog::warning("the world has no start node \"%s\": there is no aircraft; see --airport",
+                      options.airport.c_str());
+    }
+    if (!engine.getWorld()->getNodeByName(options.carrier)) {
+        jLog::warning("the world has no carrier \"%s\"; see --carrier", options.carrier.c_str());
+    }
+    if (!logic.init()) {
+        error = "the logic could not be initialised";
+        return false;
+    }
+    return true;
+}
+
+void runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes) {
+    FramePacer pacer(options.step, fpsLimit());
+    StatsPrinter stats(plugin.getFlyLogic());
+    for (long frame = 0; !g_stop && (options.frames == 0 || frame < options.frames); ++frame) {
+        const double dt = pacer.next();
+        const SteadyClock::time_point begin = SteadyClock::now();
+        runFrame(engine, *plugin.getLogic(), dt);
+        if (options.stats) stats.frame(std::chrono::duration<double>(SteadyClock::now() - begin).count());
+        hashes.frame(engine);
+    }
+    if (engine.getClampCount() > 0) {
+        jLog::warning("%d frames took longer than 0.1 s and were counted as 0.1 s", engine.getClampCount());
+    }
+}
+
+int run(const Options& options) {
+    EngineSettings settings;
+    const std::string root = options.root.empty() ? (buildFolder() / "root").string() : options.root;
+    if (!fs::is_directory(root)) return fail("there is no runtime root at \"" + root + "\"; give it with --root");
+    settings.root = root;
+    Engine engine(settings);
+    for (const auto& [key, value] : options.overrides) mjl::setOverride(CONFIG_PATH, key, value);
+
+    HashWriter hashes;
+    if (!options.hash_file.empty() && !hashes.open(options.hash_file)) {
+        return fail("\"" + options.hash_file + "\" cannot be written");
+    }
+
+    const std::string library =
+        options.plugin.empty() ? (buildFolder() / "lib" / "libLogic_Test_Fly.so").string() : options.plugin;
+    Plugin plugin;
+    std::string error;
+    if (!plugin.load(library, engine.getWorld(), engine.getCameraControl(), error)) return fail(error);
+    if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
+    runFrames(options, engine, plugin, hashes);
+    plugin.getLogic()->release();
+    plugin.destroyLogic();
+    if (options.memory_report) printMemoryReport();
+    if (!hashes.close()) return fail("\"" + options.hash_file + "\" could not be written to its end");
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (const auto status = parseOptions(argc, argv, options)) return *status;
+    stopOnSignals();
+    const int status = run(options);
+    jLog::flush();
+    return status;
+}

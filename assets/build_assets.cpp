@@ -1,0 +1,34 @@
+// Writes the demonstration data below a runtime root. Run by the build, after the checked-in texts were copied there.
+#include <gdal_priv.h>
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <string>
+
+#include "models/Builders.h"
+#include "world/Elevation.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: build_assets ROOT\n");
+        return 2;
+    }
+    try {
+        const std::string root = argv[1];
+        GDALAllRegister();
+        // No side file with statistics beside the raster.
+        CPLSetConfigOption("GDAL_PAM_ENABLED", "NO");
+        std::filesystem::create_directories(root + "/data/DEMO_PROJECT/terrain");
+        const Island island;
+        writeElevation(root + "/data/DEMO_PROJECT/terrain/elevation.tif", island);
+        writeJet(root);
+        writeCarrier(root);
+        writeAirfield(root);
+        writeWorld(root, island);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "build_assets: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

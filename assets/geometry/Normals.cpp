@@ -1,0 +1,70 @@
+// Normals by crease angle: triangles that meet at a point share a normal when they are nearly in one plane.
+#include "geometry/Normals.h"
+
+#include <cmath>
+#include <map>
+
+#include "engine/math/jMath.h"
+
+namespace {
+
+using Key = std::array<std::int64_t, 3>;
+using Vertex = std::array<float, 6>;  ///< position, normal
+
+Key keyOf(const dvec3& p) {
+    constexpr double PER_METRE = 1e4;
+    return {std::llround(p.x * PER_METRE), std::llround(p.y * PER_METRE), std::llround(p.z * PER_METRE)};
+}
+
+std::array<float, 2> project(const Texture& texture, const dvec3& p) {
+    return {static_cast<float>(dot(p, texture.across) + texture.offset[0]),
+            static_cast<float>(dot(p, texture.down) + texture.offset[1])};
+}
+
+/// The faces' normals, as long as twice their areas, and which faces meet where.
+struct Faces {
+    std::vector<dvec3> normals;
+    std::map<Key, std::vector<std::size_t>> at;
+};
+
+Faces collect(const std::vector<Mesh::Triangle>& triangles) {
+    Faces faces;
+    for (std::size_t i = 0; i < triangles.size(); ++i) {
+        const Mesh::Triangle& t = triangles[i];
+        faces.normals.push_back(cross(t[1] - t[0], t[2] - t[0]));
+        for (const dvec3& p : t) faces.at[keyOf(p)].push_back(i);
+    }
+    return faces;
+}
+
+dvec3 smoothNormal(const Faces& faces, std::size_t face, const dvec3& p, double least_cosine) {
+    const dvec3 own = normalize(faces.normals[face]);
+    dvec3 sum;
+    for (const std::size_t other : faces.at.at(keyOf(p))) {
+        if (dot(own, normalize(faces.normals[other])) >= least_cosine) sum += faces.normals[other];
+    }
+    return normalize(sum);
+}
+
+}  // namespace
+
+IndexedSurface indexSurface(const Mesh::Surface& surface, double crease) {
+    const Faces faces = collect(surface.triangles);
+    const double least_cosine = std::cos(crease * jMath::DEG2RAD);
+    std::map<Vertex, std::uint32_t> known;
+    IndexedSurface result;
+    for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
+        for (const dvec3& p : surface.triangles[i]) {
+            const vec3 place = narrow(p);
+            const vec3 n = narrow(smoothNormal(faces, i, p, least_cosine));
+            const auto next = static_cast<std::uint32_t>(result.positions.size());
+            const auto [entry, is_new] = known.try_emplace({place.x, place.y, place.z, n.x, n.y, n.z}, next);
+            result.indices.push_back(entry->second);
+            if (!is_new) continue;
+            result.positions.push_back({place.x, place.y, place.z});
+            result.normals.push_back({n.x, n.y, n.z});
+            if (surface.paint->texture) result.uvs.push_back(project(*surface.paint->texture, p));
+        }
+    }
+    return result;
+}

@@ -1,0 +1,105 @@
+// Puts the carrier together: models and prefabs.
+#include "geometry/Model.h"
+#include "models/Builders.h"
+#include "models/CarrierShape.h"
+#include "text/SceneText.h"
+#include "world/Layout.h"
+
+namespace carrier {
+namespace {
+
+constexpr const char* FOLDER = "data/assets/Targets/MODELS/JT_CN_LNJ/";
+
+/// The hull's box for the buoyancy, which lifts a box of volume V that is immersed by the share f of its height with
+/// 100 V f^2 kilograms. It is deeper and narrower than the drawn hull, for the slow heave and roll of a large ship, and
+/// meets nothing itself: what stands on the ship stands on its drawn deck.
+Json hullBody() {
+    constexpr double WIDTH = 25.0, LENGTH = 280.0, HEIGHT = 130.0, IMMERSED = 0.3;
+    constexpr double MASS = 100.0 * WIDTH * LENGTH * HEIGHT * IMMERSED * IMMERSED;
+    // Radii of gyration of a ship of the drawn size: 0.35 of the beam, 0.25 of the length.
+    constexpr double ROLL = 0.35 * 75.0, PITCH = 0.25 * 305.0;
+    const Json box = {{"name", "hull"},
+                      {"type", "box"},
+                      {"size", {WIDTH, LENGTH, HEIGHT}},
+                      {"position", {0.0, 0.0, HEIGHT * (0.5 - IMMERSED)}}};
+    return {{"kind", "dynamic"},
+            {"mass", MASS},
+            {"inertia", {MASS * PITCH * PITCH, MASS * ROLL * ROLL, MASS * PITCH * PITCH}},
+            {"center_of_mass", {0, 0, 3}},
+            {"group", 4},
+            {"mask", 0},
+            {"enabled", false},
+            {"shapes", Json::array({box})}};
+}
+
+Json foamSystem(const std::string& name, const dvec3& position, const dvec3& area, double rate, double size) {
+    Json node = sceneNode("particles", name, position);
+    node["particles"] = {{"spawn_rate", rate},
+                         {"life", 30},
+                         {"life_spread", 6},
+                         {"velocity", {0, -1.5, 0}},
+                         {"velocity_spread", {0.6, 0.8, 0}},
+                         {"emitter_size", triple(area)},
+                         {"size", size},
+                         {"size_spread", size * 0.4},
+                         {"growth", 0.25},
+                         {"color", {0.92, 0.96, 0.97, 0.42}},
+                         {"end_color", {0.85, 0.93, 0.95, 0}},
+                         {"max_particles", static_cast<int>(rate * 40)}};
+    return node;
+}
+
+Json wakes() {
+    Json foam = sceneNode("decal", "foam");
+    foam["decal"] = {{"width", 120}, {"height", 120}, {"depth", 12}};
+    foam["children"] = {foamSystem("foam_stern", {0.0, -18.0, 0.1}, {30, 30, 0.2}, 14, 7.0),
+                        foamSystem("foam_port", {-19.5, 140.0, 0.1}, {3, 250, 0.2}, 12, 4.0),
+                        foamSystem("foam_starboard", {19.5, 140.0, 0.1}, {3, 250, 0.2}, 12, 4.0)};
+    Json node = sceneNode("node", "wakes", {0.0, STERN, 0.0});
+    node["children"] = Json::array({foam});
+    return node;
+}
+
+Json lens() {
+    Json node = sceneNode("prefab", "Fresnel_light", LENS_POINT);
+    node["prefab"] = "Fresnel_light.prefab";
+    return node;
+}
+
+Json edgeLamp(const dvec3& position, const dvec3& color) {
+    Json node = sceneNode("light", "", position);
+    node["tags"] = Json::array({"deck_light"});
+    node["light"] = {{"color", triple(color)}, {"intensity", 6}, {"range", 12}, {"size", 0.3}};
+    return node;
+}
+
+/// Along the landing strip's sides and its end, a hand above the deck.
+void addStripLamps(Json& children) {
+    const double half = STRIP_WIDTH / 2.0;
+    for (double at = 6.0; at <= STRIP_LENGTH; at += 24.0) {
+        for (const double side : {-half - 1.0, half + 1.0}) {
+            children.push_back(edgeLamp(onStrip(at, side) + dvec3(0, 0, 0.1), {1.0, 0.9, 0.7}));
+        }
+    }
+}
+
+Json prefab() {
+    // The reference points span the plane of the deck with the lens, whose origin is level with it.
+    Json children = {lens(), wakes(), sceneNode("node", "deck_1", onStrip(60.0)), sceneNode("node", "deck_2", onStrip(150.0))};
+    addStripLamps(children);
+    return {{"node", {{"mesh", "JT_CN_LNJ.glb"}, {"body", hullBody()}, {"children", children}}}};
+}
+
+}  // namespace
+}  // namespace carrier
+
+void writeCarrier(const std::string& root) {
+    const std::string folder = root + "/" + carrier::FOLDER;
+    writeText(folder + "JT_CN_LNJ.prefab", "The carrier. Origin at the waterline amidships.", carrier::prefab());
+    writeText(folder + "Fresnel_light.prefab", "The landing lens: deng01 is the top lamp, deng05 the bottom one.",
+              {{"node", {{"mesh", "Fresnel_light.glb"}}}});
+    std::vector<Part> parts{carrier::hullAndDeck()};
+    for (Part& part : carrier::topside()) parts.push_back(std::move(part));
+    writeModel(folder + "JT_CN_LNJ.glb", parts);
+    writeModel(folder + "Fresnel_light.glb", carrier::lensUnit());
+}

@@ -1,0 +1,28 @@
+// The demonstration's ground: an island with hills, beaches and a level airfield, and the sea bed round it.
+#pragma once
+
+#include <string>
+
+#include "world/Noise.h"
+
+/// Heights as a function of the place.
+class Island {
+public:
+    Island();
+    /// Height above the ellipsoid, metres, at metres east and north of the runway's middle. Exactly AIRFIELD_HEIGHT on
+    /// the level ground.
+    double height(double east, double north) const;
+    /// The same at a longitude and latitude in degrees.
+    double heightAt(double lon, double lat) const;
+    /// Where the highest hill stands: longitude, latitude in degrees.
+    void summit(double& lon, double& lat) const;
+
+private:
+    double shoreDistance(double right, double along) const;
+    double wildHeight(double east, double north, double right, double along) const;
+
+    Noise m_coast, m_hills, m_detail;
+};
+
+/// Writes the height raster (GeoTIFF, single precision). Throws std::runtime_error when it cannot be written.
+void writeElevation(const std::string& path, const Island& island);

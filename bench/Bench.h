@@ -1,0 +1,50 @@
+// What the benches share: rounds of two costs in turn, and the line that tells their ratio.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace bench {
+
+/// Seconds that a call takes.
+template <class F>
+double seconds(F&& call) {
+    const auto begin = std::chrono::steady_clock::now();
+    call();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+inline double median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+    return values[values.size() / 2];
+}
+
+struct Costs {
+    double ours = 0.0;   ///< seconds an item
+    double floor = 0.0;  ///< seconds an item
+};
+
+/// Runs both in turn, so that a slow moment of the machine meets both, and takes the medians. Each call does `items`.
+template <class Ours, class Floor>
+Costs compare(int rounds, double items, Ours&& ours, Floor&& floor) {
+    std::vector<double> a, b;
+    for (int i = 0; i < rounds; ++i) {
+        b.push_back(seconds(floor) / items);
+        a.push_back(seconds(ours) / items);
+    }
+    return {median(a), median(b)};
+}
+
+inline void printHeader() {
+    std::printf("| %-58s | %10s | %10s | %6s | %6s |\n", "", "ours", "floor", "ratio", "limit");
+}
+
+/// One row: both costs in nanoseconds, their ratio and the ratio that is wanted.
+inline void printRow(const char* what, const Costs& c, double limit) {
+    std::printf("| %-58s | %7.1f ns | %7.1f ns | %6.2f | %6.2f |\n", what, c.ours * 1e9, c.floor * 1e9,
+                c.ours / c.floor, limit);
+}
+
+}  // namespace bench

@@ -1,0 +1,151 @@
+// Whole headless frames in data flight over the deck, feedback included: what they cost, how that grows with the world,
+// what they allocate.
+#include <sys/socket.h>
+
+#include "Bench.h"
+#include "CountAllocations.h"
+#include "common/LogicBase.h"
+#include "engine/core/Engine.h"
+#include "engine/memory/Allocator.h"
+#include "engine/scene/MeshData.h"
+#include "engine/scene/ObjectMeshStatic.h"
+#include "engine/scene/World.h"
+#include "engine/text/Log.h"
+#include "engine/text/Package.h"
+#include "support/FakeHost.h"
+
+namespace {
+
+constexpr int FRAMES = 2000;
+constexpr double DT = 1.0 / 60.0;
+
+void override(const char* key, int value) {
+    mjl::setOverride("config/Logic_Test_Fly.cfg", key, std::to_string(value));
+}
+
+/// The demonstration with a host beside it, and `extra` static nodes spread over the sea.
+class Scene {
+public:
+    explicit Scene(int extra) : m_host(findFreePort()) {
+        EngineSettings settings;
+        settings.root = DECKVIEW_ROOT;
+        m_engine = std::make_unique<Engine>(settings);
+        override("local_port", m_host.getViewerPort());
+        override("recv_from_flightSimulation_port", m_host.getSendPort());
+        override("send_to_flightSimulation_port", m_host.getFeedbackPort());
+        m_logic = CreateLogic(m_engine->getWorld(), m_engine->getCameraControl());
+        m_logic->set_aircraft_path("data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.cfg");
+        m_logic->set_airport_node("start_deck");
+        m_logic->set_carrier_node("JT_CN_LNJ");
+        if (!m_engine->getWorld()->load(m_logic->getWorldPath())) std::exit(1);
+        addNodes(extra);
+        m_logic->init();
+        m_record = packets::record(2);
+        for (int i = 0; i < 120; ++i) frame();  // the jet comes to rest on its wheels
+    }
+
+    ~Scene() {
+        m_logic->release();
+        jDelete(m_logic);
+    }
+
+    void frame() {
+        m_host.send(m_record);
+        m_engine->beginFrame(DT);
+        m_logic->update(m_engine->getFrameTime());
+        m_engine->step();
+        m_logic->swap();
+        m_logic->render();
+        m_engine->endFrame();
+    }
+
+    long feedback() { return static_cast<long>(m_host.collectFeedback().size()); }
+
+private:
+    /// Small boxes within some 50 km.
+    void addNodes(int count) {
+        MeshSurface box;
+        for (int i = 0; i < 8; ++i)
+            box.positions.push_back({i & 1 ? 1.0f : -1.0f, i & 2 ? 1.0f : -1.0f, i & 4 ? 1.0f : -1.0f});
+        box.indices = {0, 2, 1, 1, 2, 3, 4, 5, 6, 5, 7, 6, 0, 1, 4, 1, 5, 4,
+                       2, 6, 3, 3, 6, 7, 0, 4, 2, 2, 4, 6, 1, 3, 5, 3, 7, 5};
+        box.material = std::make_shared<Material>();
+        const auto mesh = std::make_shared<const MeshData>(std::vector<MeshSurface>{box});
+        Random random(3);
+        for (int i = 0; i < count; ++i) {
+            auto node = std::make_unique<ObjectMeshStatic>(mesh);
+            node->setWgsPosition({112.35 + random.getDouble(-0.5, 0.5), 16.84 + random.getDouble(-0.5, 0.5), 0.0});
+            m_engine->getWorld()->addChild(std::move(node));
+        }
+    }
+
+    FakeHost m_host;
+    std::unique_ptr<Engine> m_engine;
+    LogicBase* m_logic = nullptr;
+    packets::Bytes m_record;
+};
+
+/// Seconds a frame, the median over ten rounds; and how many of the frames sent feedback.
+double frameCost(Scene& scene, long& feedback) {
+    std::vector<double> rounds;
+    for (int round = 0; round < 10; ++round) {
+        rounds.push_back(bench::seconds([&] {
+                             for (int i = 0; i < FRAMES / 10; ++i) scene.frame();
+                         }) /
+                         (FRAMES / 10));
+        feedback += scene.feedback();
+    }
+    return bench::median(rounds);
+}
+
+/// The same datagrams without a viewer: a record in, a notice and a feedback out.
+double bareCost() {
+    LoopbackSocket host, viewer, sink;
+    const packets::Bytes record = packets::record(2), notice(72), feedback(60);
+    std::vector<double> rounds;
+    for (int round = 0; round < 10; ++round) {
+        rounds.push_back(bench::seconds([&] {
+                             for (int i = 0; i < FRAMES / 10; ++i) {
+                                 unsigned char buffer[256];
+                                 host.send(record, viewer.getPort());
+                                 if (recv(viewer.getHandle(), buffer, sizeof buffer, MSG_DONTWAIT) != 108) std::exit(1);
+                                 viewer.send(notice, sink.getPort());
+                                 viewer.send(feedback, sink.getPort());
+                             }
+                         }) /
+                         (FRAMES / 10));
+        sink.drain();
+    }
+    return bench::median(rounds);
+}
+
+struct Result {
+    double seconds = 0.0;
+    long feedback = 0;
+    double allocations = 0.0;  ///< a steady frame
+};
+
+/// One engine lives at a time: each world has its own turn.
+Result measure(int nodes) {
+    Scene scene(nodes);
+    Result result;
+    result.seconds = frameCost(scene, result.feedback);
+    const long before = g_allocations;
+    for (int i = 0; i < 100; ++i) scene.frame();
+    result.allocations = static_cast<double>(g_allocations - before) / 100.0;
+    return result;
+}
+
+}  // namespace
+
+int main() {
+    jLog::setLevel(jLog::ERROR);
+    const Result few = measure(100);
+    const Result many = measure(10000);
+    bench::printHeader();
+    bench::printRow("a frame, 100 static nodes, against its bare datagrams", {few.seconds, bareCost()}, 0.0);
+    bench::printRow("a frame, 10,000 static nodes, against 100", {many.seconds, few.seconds}, 1.5);
+    std::printf("a frame: %.1f us (below 50 wanted), %.2f allocations; %ld of %d frames sent feedback\n",
+                few.seconds * 1e6, few.allocations, few.feedback, FRAMES);
+    return few.feedback == FRAMES ? 0 : 1;
+}

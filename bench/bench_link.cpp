@@ -1,0 +1,203 @@
+// The host link's receiver against the floor: a bare recvmmsg loop over the same datagrams. Both drain a queue that was
+// filled before, in turns, so that a busy machine slows both alike; the medians are compared. A third loop copies each
+// record into an element of its own as well, which nothing that hands out records can do without.
+//
+// Usage: bench_link [ROUNDS]
+#include <engine/text/Log.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "src/kit/UdpDataKit.h"
+
+namespace {
+std::atomic<long> g_allocations{0};
+}
+
+void* operator new(std::size_t size) {
+    ++g_allocations;
+    if (void* block = std::malloc(size ? size : 1)) return block;
+    throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr double kAllowedRatio = 1.3;
+constexpr int kLargest = 65507;
+constexpr int kFloorBatch = 64;
+/// Small datagrams a round: what a queue of the usual size holds without rights to a larger one.
+constexpr int kQueued = 128;
+
+sockaddr_in onLoopback(int port) {
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    at.sin_port = htons(static_cast<std::uint16_t>(port));
+    at.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return at;
+}
+
+/// The least that receiving takes: no sender is looked at, no loss counted, nothing parsed.
+class Floor {
+public:
+    Floor() : m_fd(socket(AF_INET, SOCK_DGRAM, 0)), m_room(new unsigned char[kFloorBatch * std::size_t{65536}]) {
+        sockaddr_in at = onLoopback(0);
+        socklen_t length = sizeof at;
+        const int queue = 64 << 20;
+        if (setsockopt(m_fd, SOL_SOCKET, SO_RCVBUFFORCE, &queue, sizeof queue) != 0) {
+            setsockopt(m_fd, SOL_SOCKET, SO_RCVBUF, &queue, sizeof queue);
+        }
+        if (bind(m_fd, reinterpret_cast<sockaddr*>(&at), sizeof at) != 0) std::perror("bind");
+        getsockname(m_fd, reinterpret_cast<sockaddr*>(&at), &length);
+        port = ntohs(at.sin_port);
+        for (std::size_t i = 0; i < kFloorBatch; ++i) {
+            m_parts[i] = {m_room.get() + i * 65536, kLargest};
+            m_headers[i].msg_hdr.msg_iov = &m_parts[i];
+            m_headers[i].msg_hdr.msg_iovlen = 1;
+        }
+    }
+    ~Floor() { close(m_fd); }
+
+    /// Datagrams taken.
+    int drain() {
+        int taken = 0;
+        for (int n = 0; (n = receive()) > 0;) taken += n;
+        return taken;
+    }
+
+    /// The same, each record copied to the next element of `out`.
+    int drainAndCopy(UdpRecvData* out) {
+        int taken = 0;
+        for (int n = 0; (n = receive()) > 0; taken += n) {
+            for (int i = 0; i < n; ++i) {
+                const auto* from = static_cast<const unsigned char*>(m_parts[i].iov_base);
+                for (const auto* end = from + m_headers[i].msg_len; from != end; from += kUdpRecvWireSize) {
+                    std::memcpy(static_cast<void*>(out++), from, kUdpRecvWireSize);
+                }
+            }
+        }
+        return taken;
+    }
+
+    int port = 0;
+
+private:
+    int receive() { return recvmmsg(m_fd, m_headers, kFloorBatch, MSG_DONTWAIT, nullptr); }
+
+    int m_fd;
+    std::unique_ptr<unsigned char[]> m_room;
+    iovec m_parts[kFloorBatch] = {};
+    mmsghdr m_headers[kFloorBatch] = {};
+};
+
+class Sender {
+public:
+    explicit Sender(int recordsEach) : m_fd(socket(AF_INET, SOCK_DGRAM, 0)) {
+        m_bytes.resize(static_cast<std::size_t>(recordsEach * kUdpRecvWireSize));
+        for (std::size_t i = 0; i < m_bytes.size(); ++i) m_bytes[i] = static_cast<unsigned char>(i * 7);
+    }
+    ~Sender() { close(m_fd); }
+
+    void fill(int port, int datagrams) {
+        const sockaddr_in to = onLoopback(port);
+        for (int i = 0; i < datagrams; ++i) {
+            sendto(m_fd, m_bytes.data(), m_bytes.size(), 0, reinterpret_cast<const sockaddr*>(&to), sizeof to);
+        }
+    }
+
+private:
+    int m_fd;
+    std::vector<unsigned char> m_bytes;
+};
+
+/// As many datagrams as both queues hold, up to `wanted`.
+int findQueueLength(UdpRecvKit& kit, Floor& floor, Sender& sender, int recordsEach, int wanted) {
+    for (int datagrams = wanted; datagrams > 1; datagrams /= 2) {
+        sender.fill(kit.getSocket()->getLocalPort(), datagrams);
+        sender.fill(floor.port, datagrams);
+        const int records = kit.receive();
+        kit.clear();
+        if (floor.drain() == datagrams && records == datagrams * recordsEach) return datagrams;
+    }
+    return 1;
+}
+
+/// Median nanoseconds per record of one way to drain.
+struct Series {
+    explicit Series(int rounds) { m_values.reserve(static_cast<std::size_t>(rounds)); }
+
+    template <class Drain>
+    bool time(double records, int expected, Drain drain) {
+        const auto start = Clock::now();
+        const int taken = drain();
+        m_values.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count() / records);
+        return taken == expected;
+    }
+    double median() {
+        const auto middle = m_values.begin() + static_cast<long>(m_values.size() / 2);
+        std::nth_element(m_values.begin(), middle, m_values.end());
+        return *middle;
+    }
+
+private:
+    std::vector<double> m_values;
+};
+
+bool measure(int recordsEach, int wanted, int rounds) {
+    UdpRecvKit kit;
+    Floor floor;
+    Sender sender(recordsEach);
+    if (!kit.init("127.0.0.1", 0, "127.0.0.1", 0)) return false;
+    const int datagrams = findQueueLength(kit, floor, sender, recordsEach, wanted);
+    const int records = datagrams * recordsEach;
+    std::vector<UdpRecvData> elements(static_cast<std::size_t>(records));
+    Series ours(rounds), least(rounds), copying(rounds);
+    bool whole = true;
+    const long allocationsBefore = g_allocations;
+    for (int i = 0; i < rounds; ++i) {
+        sender.fill(kit.getSocket()->getLocalPort(), datagrams);
+        whole &= ours.time(records, records, [&] { return kit.receive(); });
+        kit.clear();
+        sender.fill(floor.port, datagrams);
+        whole &= least.time(records, datagrams, [&] { return floor.drain(); });
+        sender.fill(floor.port, datagrams);
+        whole &= copying.time(records, datagrams, [&] { return floor.drainAndCopy(elements.data()); });
+    }
+    const long allocations = g_allocations - allocationsBefore;
+    const double ratio = ours.median() / least.median();
+    std::printf("%16d %9d %8.1f %8.1f %6.2f %8.1f %10.1f %11ld %s\n", recordsEach, datagrams, ours.median(),
+                least.median(), ratio, kAllowedRatio, copying.median(), allocations,
+                !whole                   ? "INCOMPLETE"
+                : ratio <= kAllowedRatio ? "ok"
+                                         : "ABOVE");
+    return whole && allocations == 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 400;
+    std::printf("%16s %9s %8s %8s %6s %8s %10s %11s\n", "records/datagram", "datagrams", "ours ns", "floor ns", "ratio",
+                "allowed", "copying ns", "allocations");
+    bool ok = measure(1, kQueued, rounds);
+    ok = measure(10, kQueued, rounds) && ok;
+    ok = measure(606, kQueued / 8, rounds) && ok;
+    return ok ? 0 : 1;
+}

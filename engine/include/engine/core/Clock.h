@@ -1,0 +1,24 @@
+// Clocks of the contract. All of them read the engine's time, which moves once a frame and never by itself, so that a
+// run with a fixed step is the same run every time.
+#pragma once
+
+/// Elapsed engine time from a start.
+class Stopwatch {
+public:
+    void start();  ///< from now; a running watch starts anew
+    void stop();   ///< keeps the elapsed time
+    void reset();  ///< to zero, stopped
+    bool isRunning() const { return m_running; }
+    double getElapsedMilliseconds() const;  ///< since the last start
+
+private:
+    bool m_running = false;
+    double m_start = 0.0;
+    double m_elapsed = 0.0;
+};
+
+/// The engine's time.
+class jTimer {
+public:
+    static double getTimeSecond();  ///< seconds since the engine's start; 0 without an engine
+};

@@ -1,0 +1,78 @@
+// The engine: one per process at a time; owns everything that lives longer than a scene's logic.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "engine/globe/EllipsoidModel.h"
+#include "engine/math/jMath.h"
+#include "engine/text/Containers.h"
+
+class CameraControl;
+class ControlApp;
+class World;
+struct EngineState;
+
+/// The host application as the plug-in sees it. Owned by the engine.
+class IApp {
+public:
+    explicit IApp(ControlApp* control) : m_control(control) {}
+    ControlApp* getControl() const { return m_control; }
+
+private:
+    ControlApp* m_control;
+};
+
+/// Settings of a new engine.
+struct EngineSettings {
+    jString root = ".";      ///< the runtime root: every path of the contract lies under it
+    std::uint64_t seed = 1;  ///< of the engine's random numbers
+};
+
+/// Owns the clock, the world, the camera control, the input state and the random numbers. Frame thread only, except
+/// where a member says otherwise.
+///
+/// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, the picture, the logic's render,
+/// `endFrame()`.
+class Engine {
+public:
+    /// REQUIRES that no other engine lives.
+    explicit Engine(const EngineSettings& settings = {});
+    ~Engine();
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    static Engine* get();  ///< null when there is none
+
+    const EllipsoidModel& getEllipsoid() const;
+    World* getWorld();
+    CameraControl* getCameraControl();
+    IApp* getApp();
+    Random& getRandom();
+
+    /// Counts the frame and moves the clock. A dt above 0.1 s is clamped to it and counted; NaN or negative counts as
+    /// 0.
+    void beginFrame(double dt);
+    /// Physics, transforms written back, contacts, particles, triggers.
+    void step();
+    /// Ends the input of this frame.
+    void endFrame();
+
+    float getFrameTime() const;  ///< this frame's dt, seconds
+    int getFrame() const;        ///< frames begun; 0 before the first
+    double getTime() const;      ///< sum of all dt, seconds
+    int getClampCount() const;   ///< frames whose dt was clamped
+
+    /// Height of the current view above the ellipsoid in metres.
+    double getViewHeight() const;
+
+    /// The absolute path of a file of the runtime root. A path that leads out of the root gives an empty string.
+    /// An absolute path inside the root is kept.
+    jString resolvePath(const jString& path) const;
+
+    /// A hash of the whole state: every node's transform and enabled flag, bodies, the bytes sent so far.
+    std::uint64_t getStateHash() const;
+
+private:
+    std::unique_ptr<EngineState> m_state;
+};

@@ -1,0 +1,23 @@
+// Input events as the logic receives them.
+#pragma once
+
+#include <cstdint>
+
+/// A mouse button or motion, pixels from the window's top left; y counts downward.
+struct GUIEventMouse {
+    std::int32_t x = 0;
+    std::int32_t y = 0;
+    std::int32_t button = 0;  ///< 0 none, 1 left, 2 right, 3 wheel
+};
+
+/// A turn of the wheel.
+struct GUIEventWheel {
+    std::int32_t delta = 0;  ///< 120 a notch, positive away from the user
+    std::uint8_t flag = 1;
+};
+
+/// A key of the engine's numbering: a character's lower-case code, or a special key from 256 (see ControlApp).
+struct GUIEventKey {
+    std::uint16_t key = 0;
+    std::uint8_t modifier = 0;  ///< 1 while Ctrl is held
+};

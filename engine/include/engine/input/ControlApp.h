@@ -1,0 +1,64 @@
+// The input state of the frame: what is held, what was pressed this frame, how far the mouse went.
+#pragma once
+
+#include <array>
+
+/// Fed by the window, a script or a test; polled by the logic. Keys are the engine's numbers.
+class ControlApp {
+public:
+    enum Key {
+        KEY_ENTER = 259,
+        KEY_RIGHT = 266,
+        KEY_LEFT,
+        KEY_UP,
+        KEY_DOWN,
+        KEY_SHIFT,
+        KEY_CTRL,
+        KEY_ALT,
+        KEY_F1 = 277,
+        KEY_F2,
+        KEY_F3,
+        KEY_F4,
+        KEY_F5,
+        KEY_F6,
+        KEY_COUNT = 512
+    };
+    enum Button { BUTTON_LEFT = 1, BUTTON_RIGHT = 2, BUTTON_WHEEL = 3 };
+
+    virtual ~ControlApp() = default;
+    bool isKeyPress(int key) const { return valid(key) && m_held[static_cast<std::size_t>(key)]; }     ///< held
+    bool isKeyClick(int key) const { return valid(key) && m_clicked[static_cast<std::size_t>(key)]; }  ///< this frame
+    /// Marks a clicked key as consumed.
+    virtual void clearKey(int key) {
+        if (valid(key)) m_clicked[static_cast<std::size_t>(key)] = false;
+    }
+    bool isLeftButtonDown() const { return m_buttons[BUTTON_LEFT]; }
+    bool isRightButtonDown() const { return m_buttons[BUTTON_RIGHT]; }
+    bool isWheelButtonDown() const { return m_wheel < 0; }       ///< the wheel was turned toward the user this frame
+    bool isWheelButtonUp() const { return m_wheel > 0; }         ///< the wheel was turned away from the user this frame
+    float getMouseSensitivity() const { return m_sensitivity; }  ///< degrees a pixel
+    virtual double getMouseDX() const { return m_dx; }           ///< pixels of this frame
+    virtual double getMouseDY() const { return m_dy; }           ///< pixels of this frame, downward
+
+    // For whoever feeds it.
+    void setKey(int key, bool down);
+    void setButton(int button, bool down) {
+        if (button > 0 && button < 4) m_buttons[static_cast<std::size_t>(button)] = down;
+    }
+    void addMotion(double dx, double dy) { m_dx += dx, m_dy += dy; }
+    void addWheel(int delta) { m_wheel += delta; }
+    void setMouseSensitivity(float degrees) { m_sensitivity = degrees; }
+    /// Forgets clicks, motion and wheel; held keys and buttons stay.
+    void endFrame();
+
+private:
+    static bool valid(int key) { return key >= 0 && key < KEY_COUNT; }
+
+    std::array<bool, KEY_COUNT> m_held{};
+    std::array<bool, KEY_COUNT> m_clicked{};
+    std::array<bool, 4> m_buttons{};
+    double m_dx = 0.0;
+    double m_dy = 0.0;
+    int m_wheel = 0;
+    float m_sensitivity = 0.2f;
+};

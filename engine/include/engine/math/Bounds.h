@@ -1,0 +1,36 @@
+// Axis-aligned boxes, in whichever frame the owner states.
+#pragma once
+
+#include <limits>
+
+#include "engine/math/Transform.h"
+
+/// Metres. A new box is empty; an empty box has no extent and is left out of unions.
+struct BoundBox {
+    dvec3 min{std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
+              std::numeric_limits<double>::max()};
+    dvec3 max{std::numeric_limits<double>::lowest(), std::numeric_limits<double>::lowest(),
+              std::numeric_limits<double>::lowest()};
+
+    BoundBox() = default;
+    BoundBox(const dvec3& lo, const dvec3& hi) : min(lo), max(hi) {}
+
+    bool isEmpty() const { return min.x > max.x; }
+    void expand(const dvec3& p) {
+        min = dvec3(std::fmin(min.x, p.x), std::fmin(min.y, p.y), std::fmin(min.z, p.z));
+        max = dvec3(std::fmax(max.x, p.x), std::fmax(max.y, p.y), std::fmax(max.z, p.z));
+    }
+    void expand(const BoundBox& b) {
+        if (!b.isEmpty()) {
+            expand(b.min);
+            expand(b.max);
+        }
+    }
+    dvec3 getCenter() const { return (min + max) * 0.5; }
+    dvec3 getSize() const { return isEmpty() ? dvec3() : max - min; }
+};
+
+/// The box round a transformed box.
+BoundBox operator*(const dmat4& m, const BoundBox& b);
+/// Whether the segment from a to b touches the box (both in the box's frame).
+bool intersects(const BoundBox& box, const dvec3& a, const dvec3& b);

@@ -1,0 +1,70 @@
+// The engine's allocator and the bookkeeping of every block that is taken through it.
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+#include "engine/text/Containers.h"
+
+/// Process-wide allocator of the plug-in's heap objects. Safe from any thread.
+class jAllocator {
+public:
+    static jAllocator* get();
+
+    /// A block of `size` bytes aligned for every contract type (32 bytes); never null (a failing system allocation
+    /// throws std::bad_alloc).
+    void* localAlloc(std::size_t size);
+    /// Gives a block back; null is allowed.
+    void localFree(void* block);
+
+    std::size_t getBlockCount() const;  ///< blocks taken and not given back
+};
+
+/// One registered block.
+struct MemInfo {
+    const void* block = nullptr;
+    int kind = 0;
+    jString source;  ///< source tag, such as "src\kit\UdpDataKit"
+    int line = 0;
+    jString function;  ///< qualified function name
+    std::size_t size = 0;
+};
+
+/// Registers a block under its source tag, line and function. A block registered twice keeps the later entry.
+void memAddInfo(const void* block, int kind, const char* source, int line, const char* function, std::size_t size);
+/// Takes a block off the books; an unknown block is ignored.
+void memRemoveInfo(const void* block);
+/// What is registered now, in order of registration.
+jVector<MemInfo> memGetInfos();
+
+/// Where an object is made: its source tag and function; the line is the caller's.
+struct MemTag {
+    const char* source;
+    const char* function;
+    int line = __builtin_LINE();
+};
+
+/// Allocates, registers and constructs a T. The caller owns it and ends it with jDelete.
+template <class T, class... Args>
+T* jNew(const MemTag& tag, Args&&... args) {
+    void* block = jAllocator::get()->localAlloc(sizeof(T));
+    memAddInfo(block, 0, tag.source, tag.line, tag.function, sizeof(T));
+    try {
+        return new (block) T(std::forward<Args>(args)...);
+    } catch (...) {
+        memRemoveInfo(block);
+        jAllocator::get()->localFree(block);
+        throw;
+    }
+}
+
+/// Destroys an object made by jNew and takes it off the books; null is allowed. `object` must be of the type that was
+/// made, or of a first base with a virtual destructor.
+template <class T>
+void jDelete(T* object) {
+    if (!object) return;
+    void* block = const_cast<void*>(static_cast<const void*>(object));
+    object->~T();
+    memRemoveInfo(block);
+    jAllocator::get()->localFree(block);
+}

@@ -1,0 +1,13 @@
+// The physics of a world.
+#pragma once
+
+#include "engine/math/Vec.h"
+
+/// What the scene's behaviour asks of the physics.
+class Physics {
+public:
+    virtual ~Physics() = default;
+    /// Acceleration in the local east-north-up frame, m/s^2; it acts along each body's own vertical.
+    virtual vec3 getGravity() const = 0;
+    virtual void setGravity(const vec3& gravity) = 0;
+};

@@ -1,0 +1,40 @@
+// How a surface looks, and the named parameters that the logic sets on it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "engine/math/Vec.h"
+#include "engine/text/Containers.h"
+
+/// An image as it stands in its file (PNG or JPEG bytes); decoded by the picture alone.
+struct ImageData {
+    jString name;  ///< file and index, unique
+    std::vector<unsigned char> bytes;
+};
+
+/// Metallic-roughness material after glTF 2.0. Surfaces share a material until one of them gets its own
+/// (`Object::setSurfaceMaterialInherit`).
+class Material {
+public:
+    jString name;
+    vec4 base_color{1.0f, 1.0f, 1.0f, 1.0f};  ///< linear
+    vec3 emission;                            ///< linear
+    float metallic = 0.0f;
+    float roughness = 1.0f;
+    float alpha_cutoff = 0.5f;
+    enum Alpha { OPAQUE, MASK, BLEND } alpha = OPAQUE;
+    bool double_sided = false;
+    std::shared_ptr<const ImageData> base_texture, normal_texture, metal_rough_texture, emission_texture;
+
+    /// Sets the parameter of that name, made when missing. "ui_offset" moves the texture coordinates, "density" scales
+    /// the emission.
+    void setParameter(const jString& parameter, const vec4& value);
+    /// Null when it was never set; valid until the next set.
+    const vec4* getParameter(const jString& parameter) const;
+    std::uint32_t getRevision() const { return m_revision; }
+
+private:
+    jVector<std::pair<jString, vec4>> m_parameters;
+    std::uint32_t m_revision = 0;
+};

@@ -1,0 +1,28 @@
+// Triangle meshes.
+#pragma once
+
+#include "engine/scene/Object.h"
+
+struct MeshData;
+
+/// A mesh that several objects may share: one surface a material, with a triangle tree of its own.
+class ObjectMeshStatic final : public Object {
+public:
+    explicit ObjectMeshStatic(std::shared_ptr<const MeshData> mesh);
+    ~ObjectMeshStatic() override;
+
+    int getType() const override { return MESH_STATIC; }
+    int getNumSurfaces() const override;
+    bool getIntersection(const dvec3& from, const dvec3& to, int surface, dvec3& hit) const override;
+    Material* getSurfaceMaterial(int surface) override;
+    void setSurfaceMaterialInherit(int surface, bool inherit) override;
+    BoundBox getBoundBox() const override;
+    /// "emission" scales every surface's emission from its authored value.
+    bool setParameter(const jString& parameter, float value) override;
+
+    const MeshData& getMesh() const { return *m_mesh; }
+
+private:
+    std::shared_ptr<const MeshData> m_mesh;
+    jVector<std::shared_ptr<Material>> m_materials;  ///< one a surface; shared with the model until inherited
+};

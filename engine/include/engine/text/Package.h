@@ -1,0 +1,112 @@
+// The tree of named values behind every configuration and scene file, and its text form.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "engine/text/Containers.h"
+
+class Package;
+
+/// One named value. Reading it as another type gives 0, false or an empty value, except that integers and reals convert
+/// into each other.
+class Item {
+public:
+    enum Type { NONE, BOOL, INT, DOUBLE, STRING, ARRAY, PACKAGE };
+
+    Item();
+    ~Item();
+    Item(const Item& other);
+    Item(Item&& other) noexcept;
+    Item& operator=(const Item& other);
+    Item& operator=(Item&& other) noexcept;
+
+    Type getType() const { return m_type; }
+    const jString& getName() const { return m_name; }
+    int getLine() const { return m_line; }  ///< line in the file, from 1; 0 when not read from one
+
+    bool getBool() const;
+    std::int64_t getInt() const;  ///< a real is truncated toward zero; out of range or NaN gives 0
+    double getDouble() const;
+    const jString& getString() const;
+    const Package* getPackage() const;  ///< null unless a package; owned by the item
+    /// Elements of an array (names empty); empty otherwise.
+    const jVector<Item>& getArray() const;
+    /// Reads up to n numbers of an array into out and returns how many there were; on a non-number it stops there.
+    int getFloats(float* out, int n) const;
+    int getDoubles(double* out, int n) const;
+
+    void setName(const jString& name) { m_name = name; }
+    void setLine(int line) { m_line = line; }
+    void setBool(bool value);
+    void setInt(std::int64_t value);
+    void setDouble(double value);
+    void setString(const jString& value);
+    void setPackage(const Package& value);
+    void setArray(const jVector<Item>& value);
+
+private:
+    Type m_type = NONE;
+    int m_line = 0;
+    std::int64_t m_int = 0;
+    double m_double = 0.0;
+    jString m_name;
+    jString m_string;
+    std::unique_ptr<jVector<Item>> m_array;
+    std::unique_ptr<Package> m_package;
+};
+
+/// Named values in file order. Every reader takes the key at the top level of this package; a missing key or one of
+/// another type gives the stated default of its type.
+class Package {
+public:
+    const jString& getString(const char* key) const;  ///< empty by default
+    int getInt(const char* key) const;                ///< 0 by default or out of range
+    double getDouble(const char* key) const;          ///< 0.0
+    float getFloat(const char* key) const;            ///< 0.0f
+    bool getBool(const char* key) const;              ///< false
+    /// Reads exactly n numbers into out and returns true; otherwise leaves out as it was and returns false.
+    bool getFloats(const char* key, float* out, int n) const;
+    bool getDoubles(const char* key, double* out, int n) const;
+    /// Owned by this package, valid until it changes; null by default.
+    const Package* getPackage(const char* key) const;
+    /// Null when missing.
+    const Item* getItem(const char* key) const;
+    bool has(const char* key) const { return getItem(key) != nullptr; }
+
+    int size() const { return m_items.size(); }
+    bool empty() const { return m_items.empty(); }
+    const Item& operator[](int i) const { return m_items[i]; }  ///< in file order
+    auto begin() const { return m_items.begin(); }
+    auto end() const { return m_items.end(); }
+
+    /// The item of that name, made empty at the end when missing; valid until the package changes.
+    Item& item(const char* key);
+    void clear() { m_items.clear(); }
+
+    const jString& getPath() const { return m_path; }  ///< the file it was read from; empty when made in memory
+    void setPath(const jString& path) { m_path = path; }
+
+private:
+    jVector<Item> m_items;
+    jString m_path;
+};
+
+/// The engine's structured text: JSON with // and /* */ comments, order kept. Paths are under the runtime root.
+namespace mjl {
+
+/// Reads a file into the package, replacing its content. On failure the package is left empty, one error names the
+/// file, line and column (a missing file is silent unless `required`), and false is returned. Files above 64 MiB and
+/// trees deeper than 64 levels are refused. Overrides set for that path are laid over the values read, also when the
+/// file itself could not be.
+bool open(const jString& path, Package& package, bool required);
+/// Writes the package; false, with an error logged, when the file cannot be written.
+bool save(const jString& path, const Package& package, bool compact);
+/// Reads from memory; `name` stands for the file in messages.
+bool parse(const jString& text, const jString& name, Package& package);
+/// From now on `open` of that path yields `value` for the top-level `key`. The value is read as JSON where it is such,
+/// else as a string.
+void setOverride(const jString& path, const jString& key, const jString& value);
+void clearOverrides();
+
+}  // namespace mjl

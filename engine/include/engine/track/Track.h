@@ -1,0 +1,31 @@
+// Animation tracks: one parameter from 0 to 1 that moves values of the scene.
+#pragma once
+
+#include <memory>
+
+#include "engine/text/Containers.h"
+
+class World;
+struct TrackState;
+
+/// A track from a `.anim` file:
+///
+///     { "channels": [ { "node": "rain", "parameter": "enabled", "keys": [ [0, 0], [1, 1] ] } ] }
+///
+/// A channel names its nodes by "node" (the first of that name) or "tag" (all with it), or the world's environment with
+/// "environment": true. Between keys values are linear; outside them the end keys hold.
+class Track {
+public:
+    Track();
+    virtual ~Track();
+    virtual const jString& getName() const;  ///< the path it was loaded from
+    /// Reads the file for that world. False, with one log line naming file and line, when it cannot be read. Channels
+    /// whose node does not exist are kept and take effect once it does.
+    bool load(const jString& path, World* world);
+    void set(float position);  ///< clamped to 0..1; NaN is ignored
+    float get() const;
+    void release();  ///< drops the channels
+
+private:
+    std::unique_ptr<TrackState> m_state;
+};

@@ -1,0 +1,105 @@
+// The managers: actions stepped once an update, functions called after a time.
+#include <algorithm>
+
+#include "engine/action/Action.h"
+#include "engine/action/TimerManager.h"
+
+ActionManager::~ActionManager() {
+    removeAllActions();
+    sweep();
+}
+
+void ActionManager::addAction(Action* action) {
+    if (!action) return;
+    m_actions.append(action);
+    action->start();
+}
+
+void ActionManager::remove(int index) {
+    Action* const action = m_actions[index];
+    m_actions[index] = nullptr;
+    if (!action) return;
+    if (const auto* interval = dynamic_cast<const ActionInterval*>(action); interval && interval->isDoneIfDel()) {
+        action->forceDone();
+    }
+    // The action whose step runs now is still on the stack below: it goes when the update has returned to the manager.
+    if (m_updating)
+        m_removed.append(action);
+    else
+        destroyAction(action);
+}
+
+void ActionManager::removeAction(Action* action) {
+    const int i = action ? m_actions.find(action) : -1;
+    if (i < 0) return;
+    remove(i);
+    if (!m_updating) sweep();
+}
+
+void ActionManager::removeAllActions() {
+    for (int i = 0; i < m_actions.size(); ++i) remove(i);
+    if (!m_updating) sweep();
+}
+
+int ActionManager::getNumActions() const {
+    return static_cast<int>(std::count_if(m_actions.begin(), m_actions.end(), [](const Action* a) { return a; }));
+}
+
+void ActionManager::update(float dt) {
+    if (m_updating) return;
+    m_updating = true;
+    const int count = m_actions.size();
+    for (int i = 0; i < count; ++i) {
+        Action* const action = m_actions[i];
+        if (!action) continue;
+        action->step(dt);
+        if (m_actions[i] != action || !action->isDone()) continue;
+        m_actions[i] = nullptr;
+        m_removed.append(action);
+        action->trigger();
+    }
+    m_updating = false;
+    sweep();
+}
+
+void ActionManager::sweep() {
+    for (int i = 0; i < m_removed.size(); ++i) destroyAction(m_removed[i]);
+    m_removed.clear();
+    int kept = 0;
+    for (int i = 0; i < m_actions.size(); ++i) {
+        if (m_actions[i]) m_actions[kept++] = m_actions[i];
+    }
+    m_actions.resize(kept);
+}
+
+int TimerManager::addTimer(float delay, bool repeat, Function<void()> function) {
+    m_timers.append(Timer{m_next_id, delay, delay, repeat, std::move(function)});
+    return m_next_id++;
+}
+
+void TimerManager::removeTimer(int id) {
+    for (int i = 0; i < m_timers.size(); ++i) {
+        if (m_timers[i].id == id) {
+            m_timers.removeAt(i);
+            return;
+        }
+    }
+}
+
+void TimerManager::update(float dt) {
+    jVector<int> due;  // by id: a call may add and remove timers
+    for (Timer& timer : m_timers) {
+        timer.left -= dt;
+        if (timer.left <= 0.0f) due.append(timer.id);
+    }
+    for (const int id : due) {
+        const auto it = std::find_if(m_timers.begin(), m_timers.end(), [id](const Timer& t) { return t.id == id; });
+        if (it == m_timers.end()) continue;
+        const Function<void()> function = it->function;
+        if (it->repeat)
+            it->left += it->delay;
+        else
+            removeTimer(id);
+        function();
+    }
+}

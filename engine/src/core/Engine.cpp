@@ -1,0 +1,123 @@
+// The engine's life, the frame and its clock, and the paths of the runtime root.
+#include "engine/core/Engine.h"
+
+#include <cmath>
+
+#include "core/EngineState.h"
+#include "engine/core/Clock.h"
+#include "engine/net/SocketUDP.h"
+#include "engine/text/Log.h"
+#include "scene/ModelLoader.h"
+#include "scene/StateHash.h"
+
+namespace {
+
+constexpr double LONGEST_FRAME = 0.1;  // seconds
+
+Engine* g_engine = nullptr;
+
+}  // namespace
+
+Engine::Engine(const EngineSettings& settings) : m_state(std::make_unique<EngineState>(settings)) {
+    g_engine = this;
+    m_state->world = std::make_unique<World>();
+    m_state->camera.m_node = m_state->world->addChild(std::make_unique<Node>());
+    m_state->camera.m_node->setName("camera");
+}
+
+Engine::~Engine() {
+    m_state->camera.m_node = nullptr;
+    m_state->world.reset();
+    clearModelCache();
+    g_engine = nullptr;
+}
+
+Engine* Engine::get() {
+    return g_engine;
+}
+const EllipsoidModel& Engine::getEllipsoid() const {
+    return m_state->ellipsoid;
+}
+World* Engine::getWorld() {
+    return m_state->world.get();
+}
+CameraControl* Engine::getCameraControl() {
+    return &m_state->camera;
+}
+IApp* Engine::getApp() {
+    return &m_state->app;
+}
+Random& Engine::getRandom() {
+    return m_state->random;
+}
+float Engine::getFrameTime() const {
+    return static_cast<float>(m_state->frame_time);
+}
+int Engine::getFrame() const {
+    return m_state->frame;
+}
+double Engine::getTime() const {
+    return m_state->time;
+}
+int Engine::getClampCount() const {
+    return m_state->clamps;
+}
+
+void Engine::beginFrame(double dt) {
+    if (!(dt > 0.0)) dt = 0.0;
+    if (dt > LONGEST_FRAME) {
+        dt = LONGEST_FRAME;
+        ++m_state->clamps;
+    }
+    m_state->frame_time = dt;
+    m_state->time += dt;
+    ++m_state->frame;
+}
+
+void Engine::step() {
+    m_state->world->step(m_state->frame_time);
+}
+
+void Engine::endFrame() {
+    m_state->control.endFrame();
+}
+
+double Engine::getViewHeight() const {
+    const Node* const node = m_state->camera.m_node;
+    return node ? node->getWgsPosition().z : 0.0;
+}
+
+jString Engine::resolvePath(const jString& path) const {
+    namespace fs = std::filesystem;
+    const fs::path file = (m_state->root / fs::path(std::string(path))).lexically_normal();
+    const fs::path below = file.lexically_relative(m_state->root);
+    if (below.empty() || *below.begin() == "..") return {};
+    return file.string();
+}
+
+std::uint64_t Engine::getStateHash() const {
+    return hashWorld(*m_state->world) ^ SocketUDP::getStats().sentHash;
+}
+
+void Stopwatch::start() {
+    m_running = true;
+    m_start = jTimer::getTimeSecond();
+}
+
+void Stopwatch::stop() {
+    m_elapsed = getElapsedMilliseconds();
+    m_running = false;
+}
+
+void Stopwatch::reset() {
+    m_running = false;
+    m_elapsed = 0.0;
+}
+
+double Stopwatch::getElapsedMilliseconds() const {
+    return m_running ? (jTimer::getTimeSecond() - m_start) * 1000.0 : m_elapsed;
+}
+
+double jTimer::getTimeSecond() {
+    return g_engine ? g_engine->getTime() : 0.0;
+}

@@ -1,0 +1,27 @@
+// What the engine owns, for its own sources.
+#pragma once
+
+#include <filesystem>
+
+#include "engine/camera/CameraControl.h"
+#include "engine/core/Engine.h"
+#include "engine/input/ControlApp.h"
+#include "engine/scene/World.h"
+
+struct EngineState {
+    explicit EngineState(const EngineSettings& settings)
+        : root(std::filesystem::weakly_canonical(std::filesystem::absolute(std::string(settings.root)))),
+          random(settings.seed) {}
+
+    std::filesystem::path root;
+    EllipsoidModel ellipsoid;
+    Random random;
+    ControlApp control;
+    IApp app{&control};
+    CameraControl camera;
+    double frame_time = 0.0;
+    double time = 0.0;
+    int frame = 0;
+    int clamps = 0;
+    std::unique_ptr<World> world;  ///< made last, goes first: nodes may ask for all of the above
+};

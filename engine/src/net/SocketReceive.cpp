@@ -1,0 +1,127 @@
+// Taking datagrams from the kernel: in batches, filtered by their sender, without waiting. Once a frame until nothing
+// is pending.
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "net/SocketState.h"
+
+namespace {
+
+constexpr int kBatch = 64;
+constexpr std::size_t kLarge = 8192;  ///< bytes from which a copy costs more than a call
+constexpr int kMaxErrors = 16;
+/// So that a flood from strangers cannot hold a frame.
+constexpr int kMaxPassedOver = 1 << 16;
+
+/// Calls until it succeeds, nothing is pending or it fails for good. A signal, or the news that a datagram which this
+/// socket sent found no listener, says nothing about what is pending.
+template <class Call>
+int receiveWith(Call call) {
+    for (int i = 0; i < kMaxErrors; ++i) {
+        const auto n = call();
+        if (n >= 0) return static_cast<int>(n);
+        if (errno != EINTR && errno != ECONNREFUSED) break;
+    }
+    return -1;
+}
+
+}  // namespace
+
+void ReceiveBatch::allocate(int size) {
+    clear();
+    m_limit = static_cast<std::size_t>(size);
+    // An odd number of cache lines apart, so that the slots' beginnings do not all fall into the same cache set.
+    const std::size_t stride = (m_limit / 128 + 1) * 128 + 64;
+    m_room = std::make_unique_for_overwrite<unsigned char[]>(stride * kBatch);
+    m_slots.resize(kBatch);
+    m_headers.resize(kBatch);
+    for (std::size_t i = 0; i < kBatch; ++i) {
+        Slot& slot = m_slots[i];
+        slot.part = {m_room.get() + i * stride, m_limit};
+        msghdr& header = m_headers[i].msg_hdr;
+        header = {};
+        header.msg_name = &slot.from;
+        header.msg_namelen = sizeof slot.from;
+        header.msg_iov = &slot.part;
+        header.msg_iovlen = 1;
+        header.msg_control = slot.control;
+        header.msg_controllen = sizeof slot.control;
+    }
+}
+
+void ReceiveBatch::clear() {
+    *this = ReceiveBatch{};
+}
+
+bool ReceiveBatch::next(int fd, unsigned char* buffer, std::size_t room, Arrival& out) {
+    if (m_at == m_count) {
+        if (m_large || m_limit == 0) return receiveInPlace(fd, buffer, room, out);
+        if (!fill(fd)) return false;
+    }
+    const std::size_t i = static_cast<std::size_t>(m_at++);
+    out = {static_cast<unsigned char*>(m_slots[i].part.iov_base), m_headers[i].msg_len, m_slots[i].from, false};
+    m_large = out.size >= kLarge;
+    countDrops(m_headers[i].msg_hdr);
+    return true;
+}
+
+bool ReceiveBatch::fill(int fd) {
+    m_at = m_count = 0;
+    const int n = receiveWith([&] { return ::recvmmsg(fd, m_headers.data(), kBatch, MSG_DONTWAIT, nullptr); });
+    if (n <= 0) return false;
+    m_count = n;
+    return true;
+}
+
+bool ReceiveBatch::receiveInPlace(int fd, unsigned char* buffer, std::size_t room, Arrival& out) {
+    Slot slot;
+    slot.part = {buffer, m_limit == 0 ? room : std::min(room, m_limit)};
+    msghdr header{};
+    header.msg_name = &slot.from;
+    header.msg_iov = &slot.part;
+    header.msg_iovlen = 1;
+    header.msg_control = slot.control;
+    const int n = receiveWith([&] {
+        header.msg_namelen = sizeof slot.from;
+        header.msg_controllen = sizeof slot.control;
+        return ::recvmsg(fd, &header, MSG_DONTWAIT);
+    });
+    if (n < 0) return false;
+    out = {buffer, static_cast<std::size_t>(n), slot.from, true};
+    m_large = out.size >= kLarge;
+    countDrops(header);
+    return true;
+}
+
+void ReceiveBatch::countDrops(msghdr& header) {
+    for (cmsghdr* item = CMSG_FIRSTHDR(&header); item; item = CMSG_NXTHDR(&header, item)) {
+        if (item->cmsg_level != SOL_SOCKET || item->cmsg_type != SO_RXQ_OVFL) continue;
+        std::uint32_t drops = 0;
+        std::memcpy(&drops, CMSG_DATA(item), sizeof drops);
+        netStats().dropped += drops - m_drops;
+        m_drops = drops;
+    }
+    header.msg_controllen = sizeof Slot::control;  // the kernel leaves its own length there
+}
+
+int SocketUDP::read(void* buffer, int size, int count) {
+    const std::int64_t bytes = static_cast<std::int64_t>(size) * count;
+    if (!isOpened() || !buffer || size <= 0 || count <= 0) return 0;
+    auto* to = static_cast<unsigned char*>(buffer);
+    const auto room = static_cast<std::size_t>(std::min<std::int64_t>(bytes, INT32_MAX));
+    Arrival arrival;
+    for (int i = 0; i < kMaxPassedOver && m_state->batch.next(m_state->fd, to, room, arrival); ++i) {
+        if (!m_state->accepts(arrival.from)) {
+            ++netStats().refused;
+        } else if (arrival.size == 0) {
+            ++netStats().empty;
+        } else {
+            ++netStats().received;
+            const std::size_t taken = std::min(arrival.size, room);
+            if (!arrival.inPlace) std::memcpy(to, arrival.bytes, taken);
+            return static_cast<int>(taken);
+        }
+    }
+    return 0;
+}

@@ -1,0 +1,81 @@
+// Bullet's world as this engine drives it: fixed parts of a frame, own filter, own integration.
+#pragma once
+
+#include <btBulletDynamicsCommon.h>
+
+#include <vector>
+
+#include "physics/Collidable.h"
+
+/// Whether two could touch at all: groups and masks, nothing of the same body's tree, patches for their body alone.
+bool mayTouch(const Collidable& a, const Collidable& b);
+inline Collidable& collidableOf(const btCollisionObject& object) {
+    return *static_cast<Collidable*>(object.getUserPointer());
+}
+
+/// Where and whether a shape on its way first meets another.
+struct Meeting {
+    double fraction = 1.0;  ///< of the way; 1 when nothing was met
+    bool met = false;
+};
+
+/// Sweeps a convex shape from pose to pose against a shape that stands still. Meetings that close in by less than
+/// `least` metres over the whole way are left out.
+Meeting sweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
+              const btCollisionShape& other_shape, const btTransform& other_pose, double least);
+
+/// What the owner of the bodies does inside a part of the frame.
+class SubstepObserver {
+public:
+    /// Contacts are known, impulses not yet.
+    virtual void contactsFound() = 0;
+    /// Velocities are solved; move what moves.
+    virtual void integrate(double dt) = 0;
+
+protected:
+    ~SubstepObserver() = default;
+};
+
+/// Bullet's collaborators in the order of their lives.
+struct DynamicsParts {
+    DynamicsParts();
+
+    struct Filter final : btOverlapFilterCallback {
+        bool needBroadphaseCollision(btBroadphaseProxy* a, btBroadphaseProxy* b) const override;
+    };
+    struct Dispatcher final : btCollisionDispatcher {
+        using btCollisionDispatcher::btCollisionDispatcher;
+        bool needsCollision(const btCollisionObject* a, const btCollisionObject* b) override;
+        /// By the ids of the two and of their shapes. Bullet's own order comes from its broadphase, which compares
+        /// addresses, and decides the solver's last bits.
+        void sortManifolds();
+    };
+
+    btDefaultCollisionConfiguration configuration;
+    Dispatcher dispatcher{&configuration};
+    btDbvtBroadphase broadphase;
+    Filter filter;
+    btSequentialImpulseConstraintSolver solver;
+};
+
+class DynamicsWorld final : public btDiscreteDynamicsWorld {
+public:
+    DynamicsWorld(DynamicsParts& parts, SubstepObserver& observer);
+
+    void insert(Collidable& c);
+    void take(Collidable& c);
+    /// Forgets its pairs, so that they are made anew by the filter.
+    void refilter(Collidable& c);
+    void runSubstep(double dt) { internalSingleStepSimulation(dt); }
+    /// The pose a body reaches in dt, held back where one of its cores would pass into something.
+    btTransform advance(const BodyState& body, double dt);
+
+protected:
+    void performDiscreteCollisionDetection() override;
+    void integrateTransforms(btScalar dt) override { m_observer.integrate(dt); }
+
+private:
+    DynamicsParts& m_parts;
+    SubstepObserver& m_observer;
+    std::vector<Collidable*> m_near;  ///< kept for its memory
+};

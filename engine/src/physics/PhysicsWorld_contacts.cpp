@@ -1,0 +1,175 @@
+// Who began to touch what: contacts of the simulation, ways of what nodes moved, and the callbacks after the step.
+#include "engine/scene/Object.h"
+#include "physics/PhysicsState.h"
+
+namespace {
+
+constexpr double TOUCH = 0.005;        // metres apart: a contact has begun; it lasts while Bullet keeps its points
+constexpr double WAKING_WAY = 1e-3;    // metres that a body moved by its node must go to wake what it meets
+
+/// Bodies that overlap where they are now.
+class Overlaps final : public btCollisionWorld::ContactResultCallback {
+public:
+    Overlaps(BodyState& a, Collidable& b) : m_a(a), m_b(b) {}
+
+    btScalar addSingleResult(btManifoldPoint& point, const btCollisionObjectWrapper* wrap, int, int index0,
+                             const btCollisionObjectWrapper*, int, int index1) override {
+        if (point.getDistance() > 0.0) return 0.0;
+        const bool swapped = wrap->getCollisionObject() != m_a.rigid.get();
+        any = true;
+        noteTouch(m_a, swapped ? index1 : index0, m_b.id, false);
+        if (BodyState* const body = m_b.asBody()) noteTouch(*body, swapped ? index0 : index1, m_a.id, false);
+        return 0.0;
+    }
+
+    bool any = false;
+
+private:
+    BodyState& m_a;
+    Collidable& m_b;
+};
+
+/// Whether any shape of `a` on its way met `b`; both end where they are now, `start` is where a's way begins in the
+/// frame in which b stands still.
+bool crosses(BodyState& a, const btTransform& start, Collidable& b) {
+    BodyState* const body = b.asBody();
+    const btTransform end = a.rigid->getWorldTransform(), there = b.rigid->getWorldTransform();
+    const int parts = body ? body->shapes.compound->getNumChildShapes() : 1;
+    bool any = false;
+    for (int i = 0; i < a.shapes.compound->getNumChildShapes(); ++i) {
+        const btTransform& place = a.shapes.compound->getChildTransform(i);
+        const btConvexShape& shape = *a.shapes.children[static_cast<std::size_t>(i)];
+        for (int k = 0; k < parts; ++k) {
+            const btCollisionShape& other =
+                body ? *body->shapes.compound->getChildShape(k) : *b.rigid->getCollisionShape();
+            const btTransform pose = body ? there * body->shapes.compound->getChildTransform(k) : there;
+            if (!sweep(shape, start * place, end * place, *b.rigid, other, pose, 0.0).met) continue;
+            any = true;
+            noteTouch(a, i, b.id, true);
+            if (body) noteTouch(*body, k, a.id, true);
+        }
+    }
+    return any;
+}
+
+}  // namespace
+
+bool hasTouch(const std::vector<Touch>& touches, int shape, int other) {
+    return std::any_of(touches.begin(), touches.end(),
+                       [&](const Touch& t) { return t.shape == shape && t.other == other; });
+}
+
+void noteTouch(BodyState& body, int shape, int other, bool passing) {
+    if (!body.callback) return;
+    for (Touch& touch : body.touches) {
+        if (touch.shape != shape || touch.other != other) continue;
+        touch.passing = touch.passing && passing;
+        return;
+    }
+    body.touches.push_back({shape, other, passing});
+}
+
+void PhysicsWorld::noteTouches() {
+    if (m_state->listeners.empty()) return;
+    m_state->eachManifold([](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
+        for (int i = 0; i < manifold.getNumContacts(); ++i) {
+            const btManifoldPoint& point = manifold.getContactPoint(i);
+            const auto note = [&point](Collidable& c, int shape, int other) {
+                BodyState* const body = c.asBody();
+                if (!body || !body->callback) return;
+                if (point.getDistance() > TOUCH && !hasTouch(body->last_touches, shape, other)) return;
+                noteTouch(*body, shape, other, false);
+            };
+            note(a, point.m_index0, b.id);
+            note(b, point.m_index1, a.id);
+        }
+    });
+}
+
+// Ways of what nodes moved. -------------------------------------------------------------------------------------------
+
+void PhysicsWorld::sweepJumps() {
+    for (BodyState* body : m_state->jumpers) setLeaf(*body);
+    for (BodyState* body : m_state->jumpers) sweepJump(*body);
+}
+
+void PhysicsWorld::sweepJump(BodyState& body) {
+    btVector3 lo, hi;
+    getWayBox(body, lo, hi);
+    m_state->findBodies(lo, hi);
+    for (BodyState* other : m_state->bodies_near) compareWays(body, *other);
+    if (!body.callback) return;
+    const btVector3 margin(NEAR_MARGIN, NEAR_MARGIN, NEAR_MARGIN);
+    listObjects(lo - margin, hi + margin);
+    for (Object* object : m_state->objects_near) {
+        Collidable* c = nullptr;
+        if (object->getType() == Node::TERRAIN) c = patchOf(body, *object, lo, hi);
+        else c = colliderOf(*object);
+        if (c) compareWays(body, *c);
+    }
+}
+
+void PhysicsWorld::compareWays(BodyState& body, Collidable& other) {
+    BodyState* const other_body = other.asBody();
+    if (other_body && other_body->jumped && other_body->id <= body.id) return;  // compared already, or itself
+    const bool frozen = other_body && other_body->isFrozen();
+    if (!body.callback && !frozen && !(other_body && other_body->callback)) return;
+    if (!mayTouch(body, other)) return;
+
+    const btTransform now = other.rigid->getWorldTransform();
+    btTransform start = body.from;
+    if (other.moving || (other_body && other_body->mode == Mode::SIMULATE)) start = now * other.from.inverse() * start;
+    const double way = (body.rigid->getWorldTransform().getOrigin() - start.getOrigin()).length();
+    Overlaps overlaps(body, other);
+    m_state->dynamics.contactPairTest(body.rigid.get(), other.rigid.get(), overlaps);
+    const bool met = (way > body.shapes.inset && crosses(body, start, other)) || overlaps.any;
+    if (met && frozen && way > WAKING_WAY) wake(*other_body);
+}
+
+// Callbacks. ----------------------------------------------------------------------------------------------------------
+
+/// Whether a touch that nothing compared in this frame goes on because neither side moved.
+bool PhysicsWorld::stillTouches(const BodyState& body, const Touch& touch) const {
+    if (body.mode == Mode::SIMULATE || body.jumped) return false;
+    if (const auto found = m_state->bodies.find(touch.other); found != m_state->bodies.end()) {
+        const BodyState& other = *found->second;
+        return other.mode != Mode::OUT && other.mode != Mode::SIMULATE && !other.jumped;
+    }
+    if (const auto found = m_state->meshes.find(touch.other); found != m_state->meshes.end()) {
+        return !found->second->moving || body.isFrozen();
+    }
+    return std::any_of(body.patches.begin(), body.patches.end(),
+                       [&](const auto& patch) { return patch->id == touch.other; });
+}
+
+void PhysicsWorld::collectEvents(BodyState& body) {
+    const std::size_t first = m_state->events.size();
+    for (const Touch& touch : body.touches) {
+        if (hasTouch(body.last_touches, touch.shape, touch.other)) continue;
+        const auto told = [&](const ContactEvent& event) { return event.shape == touch.shape; };
+        if (std::none_of(m_state->events.begin() + static_cast<std::ptrdiff_t>(first), m_state->events.end(), told)) {
+            m_state->events.push_back({body.id, touch.shape});
+        }
+    }
+    for (const Touch& touch : body.last_touches) {
+        if (!hasTouch(body.touches, touch.shape, touch.other) && stillTouches(body, touch)) body.touches.push_back(touch);
+    }
+    body.touches.erase(
+        std::remove_if(body.touches.begin(), body.touches.end(), [](const Touch& touch) { return touch.passing; }),
+        body.touches.end());
+    body.last_touches.swap(body.touches);
+    body.touches.clear();
+}
+
+/// The last act of a step: a callback may switch off, move or delete anything.
+void PhysicsWorld::reportContacts() {
+    m_state->events.clear();
+    for (BodyState* body : m_state->listeners) collectEvents(*body);
+    for (std::size_t i = 0; i < m_state->events.size(); ++i) {
+        const ContactEvent event = m_state->events[i];
+        const auto found = m_state->bodies.find(event.body);
+        if (found == m_state->bodies.end()) continue;
+        BodyState& body = *found->second;
+        if (body.mode != Mode::OUT && body.callback) body.callback->contact(body.body, event.shape);
+    }
+}

@@ -1,0 +1,135 @@
+// The posts of an elevation raster, read tile by tile, and the triangles between them. Terrain queries, the terrain's
+// colliders and its picture all take their heights from here. Frame thread only: reading fills a cache.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "engine/text/Containers.h"
+
+class RasterSource;
+
+/// A place among the posts: whole numbers are posts, fractions lie between them.
+struct PostPlace {
+    double column = 0.0;  ///< grows eastward from 0 at the westernmost posts
+    double row = 0.0;     ///< grows northward from 0 at the southernmost posts
+};
+
+/// Lowest and highest post of an area, metres above the ellipsoid; min > max where every post is a hole.
+struct HeightRange {
+    float min = 1e30f;
+    float max = -1e30f;
+
+    bool isEmpty() const { return min > max; }
+    void expand(float height) {
+        if (height < min) min = height;
+        if (height > max) max = height;
+    }
+    void expand(const HeightRange& other) {
+        min = other.min < min ? other.min : min;
+        max = other.max > max ? other.max : max;
+    }
+};
+
+/// The four posts of a cell, metres above the ellipsoid; NaN where a post is a hole.
+struct CellHeights {
+    float south_west, south_east, north_west, north_east;
+};
+
+/// The ground in a cell at the fractions `east` and `north` of its extent, metres; NaN on a triangle with a hole.
+inline double groundOf(const CellHeights& cell, double east, double north) {
+    const double corner = east >= north ? cell.south_east : cell.north_west;
+    const double diagonal = cell.north_east - static_cast<double>(cell.south_west);
+    const double side = corner - cell.south_west;
+    return east >= north ? cell.south_west + east * side + north * (diagonal - side)
+                         : cell.south_west + north * side + east * (diagonal - side);
+}
+
+/// A height field on a regular grid of longitude and latitude (WGS84). Cell (c, r) lies between the posts (c, r) and
+/// (c + 1, r + 1). The ground of a cell is two triangles, flat in longitude, latitude and height, split by the line
+/// from its south-west to its north-east post: (SW, SE, NE) and (SW, NE, NW), both counter-clockwise from above. A
+/// triangle with a hole at a corner is no ground. A triangle drawn straight between the geocentric positions of posts s
+/// metres apart lies at most s^2 / (4 R) below that ground, R the earth's radius: 0.04 mm for posts 30 m apart.
+class ElevationRaster {
+public:
+    static constexpr int TILE_CELLS = 256;  ///< cells along a tile's edge; a tile holds one more post each way
+    static constexpr int BLOCK_CELLS = 16;  ///< cells along a block's edge, the finest area with a known range
+    static constexpr int MAX_TILES = 512;   ///< tiles in memory; the one unused for longest makes room
+    /// A post further than this from the ellipsoid, in metres, is no height on the earth and counts as a hole.
+    static constexpr float HEIGHT_LIMIT = 15000.0f;
+
+    /// Opens any raster that GDAL reads, by its absolute path; projected, rotated and other geographic systems are
+    /// resampled to WGS84. Null, with one log line, when it cannot be read, holds fewer than 2 x 2 posts or has no
+    /// georeference. A raster of up to 64 tiles is read at once.
+    static std::unique_ptr<ElevationRaster> open(const jString& path);
+    ~ElevationRaster();
+
+    int getNumColumns() const { return m_columns; }   ///< posts from west to east, at least 2
+    int getNumRows() const { return m_rows; }         ///< posts from south to north, at least 2
+    double getWest() const { return m_west; }         ///< longitude of column 0, degrees
+    double getSouth() const { return m_south; }       ///< latitude of row 0, degrees
+    double getLonStep() const { return m_lon_step; }  ///< degrees between columns, positive
+    double getLatStep() const { return m_lat_step; }  ///< degrees between rows, positive
+
+    double getLongitude(double column) const { return m_west + column * m_lon_step; }  ///< degrees, not wrapped
+    double getLatitude(double row) const { return m_south + row * m_lat_step; }        ///< degrees
+    /// Where a place in degrees lies among the posts, also outside the raster. Longitudes wrap round the raster's
+    /// middle.
+    PostPlace toPosts(double lon, double lat) const;
+    bool isInside(const PostPlace& place) const;  ///< the edge posts are inside
+
+    /// Height of a post in metres; NaN for a hole. REQUIRES a post of the raster.
+    float getPost(int column, int row) const;
+    /// REQUIRES 0 <= column < getNumColumns() - 1, 0 <= row < getNumRows() - 1.
+    CellHeights getCell(int column, int row) const;
+
+    /// Height of the ground in metres. False outside and on a triangle with a hole; `altitude` is then left alone.
+    bool getAltitude(double lon, double lat, double& altitude) const;
+
+    /// Bounds of every post: exact for a raster read at once, else the widest that posts may have.
+    const HeightRange& getRange() const { return m_range; }
+    /// The posts of the cells (first_column, first_row) to (last_column, last_row), inclusive, and of some round them:
+    /// the area is rounded outward to blocks, to tiles when it is wide, and to the raster when it is wider still.
+    /// REQUIRES valid cells.
+    HeightRange getRange(int first_column, int first_row, int last_column, int last_row) const;
+
+    /// A file read failed since the raster was opened: its posts are holes.
+    bool hasFailed() const { return m_failed; }
+
+private:
+    static constexpr int TILE_POSTS = TILE_CELLS + 1;
+    static constexpr int TILE_BLOCKS = TILE_CELLS / BLOCK_CELLS;
+
+    struct Tile {
+        std::vector<float> posts;  ///< TILE_POSTS a row, from the south-west; NaN for holes and beyond the raster
+        std::vector<HeightRange> blocks;  ///< TILE_BLOCKS a row
+        std::uint64_t used = 0;           ///< m_uses when it was last wanted
+        int index = -1;                   ///< in m_slots
+    };
+
+    explicit ElevationRaster(std::unique_ptr<RasterSource> source);
+
+    bool readAll();
+    const Tile& getTile(int index) const;
+    const Tile& load(int index) const;
+    Tile& takeSlot() const;
+    HeightRange measure(Tile& tile) const;
+    HeightRange getTileRange(int index) const;
+    const HeightRange& getBlockRange(int block_column, int block_row) const;
+    int tileAt(int column, int row) const { return row / TILE_CELLS * m_tile_columns + column / TILE_CELLS; }
+
+    std::unique_ptr<RasterSource> m_source;
+    int m_columns = 0, m_rows = 0;
+    int m_tile_columns = 0, m_tile_rows = 0;
+    double m_west = 0.0, m_south = 0.0;
+    double m_lon_step = 1.0, m_lat_step = 1.0;
+    double m_middle = 0.0;  ///< longitude of the raster's middle
+    HeightRange m_range;
+    mutable bool m_failed = false;
+    mutable std::uint64_t m_uses = 0;
+    mutable std::vector<Tile> m_tiles;
+    mutable std::vector<std::int16_t> m_slots;       ///< of every tile: its place in m_tiles, -1 while not in memory
+    mutable std::vector<HeightRange> m_tile_ranges;  ///< of every tile; kept when the tile goes
+    mutable std::vector<bool> m_measured;            ///< whether the tile's range is known
+};

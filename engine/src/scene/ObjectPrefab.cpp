@@ -1,0 +1,136 @@
+// Prefabs: loading their files, and the lists and box of their content, made when asked for after a change.
+#include "engine/scene/ObjectPrefab.h"
+
+#include "engine/core/Engine.h"
+#include "engine/physics/Body.h"
+#include "engine/text/Log.h"
+#include "scene/NodeLoader.h"
+#include "scene/WorldState.h"
+
+namespace {
+
+constexpr int DEEPEST = 32;  // files within files
+
+/// The file's content, read once for each world; null, with one log line, when it cannot be read.
+const Package* openPrefab(const PrefabChain& chain) {
+    auto& files = Engine::get()->getWorld()->getState().prefab_files;
+    const auto known = files.find(chain.absolute_path);
+    if (known != files.end()) return &known->second;
+    Package package;
+    if (!mjl::open(chain.path, package, true)) return nullptr;
+    return &files.emplace(chain.absolute_path, std::move(package)).first->second;
+}
+
+jString describe(const PrefabChain& chain) {
+    if (!chain.outer) return chain.path;
+    return describe(*chain.outer) + " -> " + chain.path;
+}
+
+/// Whether the file can be loaded where it stands; false, with one log line and the outermost file broken, when not.
+bool checkChain(const PrefabChain& chain) {
+    int depth = 1;
+    const PrefabChain* outermost = &chain;
+    bool repeats = false;
+    for (const PrefabChain* at = chain.outer; at; at = at->outer) {
+        repeats = repeats || at->absolute_path == chain.absolute_path;
+        outermost = at;
+        ++depth;
+    }
+    if (!repeats && depth <= DEEPEST) return true;
+    chain.shared->broken = true;
+    jLog::error("%s: %s: %s", outermost->path.c_str(), repeats ? "a prefab includes itself" : "prefabs nested too deep",
+                describe(chain).c_str());
+    return false;
+}
+
+}  // namespace
+
+ObjectPrefab::ObjectPrefab(const jString& path) : m_path(path) {
+    if (!Engine::get()) {
+        jLog::error("%s: no engine to load it", path.c_str());
+        return;
+    }
+    const jString absolute_path = Engine::get()->resolvePath(path);
+    if (path.empty() || absolute_path.empty()) {
+        jLog::error("\"%s\": not a file under the runtime root", path.c_str());
+        return;
+    }
+    PrefabChain::Shared shared;
+    load(PrefabChain{path, absolute_path, nullptr, &shared});
+}
+
+ObjectPrefab::~ObjectPrefab() = default;
+
+void ObjectPrefab::load(const PrefabChain& chain) {
+    m_path = chain.path;
+    if (!checkChain(chain)) return;
+    const Package* const file = openPrefab(chain);
+    if (!file) return;
+    const Package* const node = file->getPackage("node");
+    if (!node) {
+        jLog::error("%s: no \"node\" in it", m_path.c_str());
+        return;
+    }
+    NodeLoader(m_path, folderOf(m_path), &chain).loadContent(*node, *this);
+    if (chain.shared->broken)
+        release();
+    else
+        m_status = LOADED;
+}
+
+void ObjectPrefab::release() {
+    while (getNumChildren() > 0) takeChild(getChild(getNumChildren() - 1));
+    PhysicsWorld::objectLeft(*this);
+    m_body.reset();
+    m_status = 0;
+}
+
+void ObjectPrefab::listBelow(const Node& node) const {
+    for (int i = 0; i < node.getNumChildren(); ++i) {
+        Node* const child = node.getChild(i);
+        m_nodes.append(child);
+        if (Object* const object = child->asObject()) m_objects.append(object);
+        listBelow(*child);
+    }
+}
+
+const jVector<Node*>& ObjectPrefab::getNodes() const {
+    if (m_lists_dirty) {
+        m_nodes.clear();
+        m_objects.clear();
+        m_nodes.append(const_cast<ObjectPrefab*>(this));
+        listBelow(*this);
+        m_lists_dirty = false;
+    }
+    return m_nodes;
+}
+
+const jVector<Object*>& ObjectPrefab::getObjects() const {
+    getNodes();
+    return m_objects;
+}
+
+namespace {
+
+/// Grows the box by what hangs below, in the frame that `frame` takes the node's own to.
+void addContent(const Node& node, const dmat4& frame, BoundBox& box) {
+    for (int i = 0; i < node.getNumChildren(); ++i) {
+        Node& child = *node.getChild(i);
+        const dmat4 child_frame = frame * child.getTransform();
+        const Object* const object = child.asObject();
+        const bool is_prefab = child.getType() == Node::PREFAB;
+        if (is_prefab || (object && object->getNumSurfaces() > 0)) box.expand(child_frame * child.getBoundBox());
+        if (!is_prefab) addContent(child, child_frame, box);
+    }
+}
+
+}  // namespace
+
+BoundBox ObjectPrefab::getBoundBox() const {
+    if (m_box_dirty) {
+        m_box = {};
+        addContent(*this, dmat4(), m_box);
+        m_box_dirty = false;
+    }
+    return m_box;
+}

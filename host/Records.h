@@ -1,0 +1,32 @@
+// The link's records as this host sees them. docs/protocol.md describes every byte.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+inline constexpr int kRecordSize = 108;              ///< host to viewer, bytes
+inline constexpr int kFeedbackSize = 60;             ///< viewer to host, bytes
+inline constexpr int kMostRecordsInADatagram = 606;  ///< 606 * 108 bytes is the most that one datagram holds
+
+/// What this host fills in of a record; every other byte is zero.
+struct Record {
+    std::int32_t order = 0;   ///< 1 reset, 2 running, anything else: no feedback
+    std::int32_t number = 0;  ///< running number in the first carried word; the viewer does not look at it
+};
+
+/// The record's bytes go to out[0 .. kRecordSize).
+void writeRecord(const Record& record, unsigned char* out);
+
+/// What lies under the aircraft. Gears: 0 nose, 1 left, 2 right; heights in metres, angles in degrees.
+struct Feedback {
+    std::int32_t counter = 0;
+    std::array<float, 3> height{};
+    std::array<float, 3> pitch{};
+    std::array<float, 3> roll{};
+    std::array<float, 3> heading{};
+    float heightCg = 0.0f;
+    std::int32_t collision = 0;
+};
+
+/// REQUIRES kFeedbackSize bytes.
+Feedback readFeedback(const unsigned char* bytes);

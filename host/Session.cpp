@@ -1,0 +1,143 @@
+// The host's loop: datagrams at their times, feedback as it comes, a line a second. It waits in one place only.
+#include "Session.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr double kGrace = 0.25;      ///< seconds to listen after the last datagram
+constexpr double kMostBehind = 1.0;  ///< seconds of datagrams that are made up for after a halt
+constexpr int kBurst = 64;           ///< datagrams sent before feedback is looked at again
+
+sockaddr_in toSystem(const Endpoint& endpoint) {
+    sockaddr_in out{};
+    out.sin_family = AF_INET;
+    out.sin_port = htons(endpoint.port);
+    inet_pton(AF_INET, endpoint.address.c_str(), &out.sin_addr);
+    return out;
+}
+
+int openSocket(const Endpoint& endpoint, std::string& error) {
+    const sockaddr_in at = toSystem(endpoint);
+    const int fd = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (fd >= 0 && bind(fd, reinterpret_cast<const sockaddr*>(&at), sizeof at) == 0) return fd;
+    error = "cannot bind " + endpoint.address + ":" + std::to_string(endpoint.port) + ": " + std::strerror(errno);
+    if (fd >= 0) close(fd);
+    return -1;
+}
+
+}  // namespace
+
+Session::Session(const Options& options)
+    : m_options(options), m_datagram(static_cast<std::size_t>(options.records * kRecordSize)) {}
+
+Session::~Session() {
+    if (m_sender >= 0) close(m_sender);
+    if (m_listener >= 0) close(m_listener);
+}
+
+bool Session::open(std::string& error) {
+    m_sender = openSocket(m_options.bind, error);
+    if (m_sender < 0) return false;
+    m_listener = openSocket({m_options.bind.address, m_options.listen}, error);
+    if (m_listener < 0) return false;
+    if (m_log.openCsv(m_options.csv)) return true;
+    error = "cannot write " + m_options.csv + ": " + std::strerror(errno);
+    return false;
+}
+
+bool Session::run(const volatile std::sig_atomic_t& stop) {
+    m_start = Clock::now();
+    double nextLine = 1.0;
+    bool ending = false;
+    while (!m_ended) {
+        const double time = now();
+        if (!ending && (stop || (m_options.seconds > 0.0 && time >= m_options.seconds))) {
+            ending = true;
+            m_options.orders.finish();
+            m_nextSend = std::min(m_nextSend, time);
+        }
+        sendDue(time);
+        if (time >= nextLine) {
+            m_log.printSecond(time);
+            nextLine = std::floor(time) + 1.0;
+        }
+        double until = std::min(m_nextSend, nextLine);
+        if (!ending && m_options.seconds > 0.0) until = std::min(until, m_options.seconds);
+        if (!m_ended) waitUntil(until);
+        collect();
+    }
+    endRun(stop != 0);
+    return m_log.getFeedbackCount() > 0;
+}
+
+void Session::sendDue(double time) {
+    if (time - m_nextSend > kMostBehind) m_nextSend = time;
+    for (int i = 0; i < kBurst && time >= m_nextSend && !m_ended; ++i) {
+        std::int32_t order = 0;
+        m_ended = !m_options.orders.next(order);
+        if (!m_ended) send(order);
+        m_nextSend += 1.0 / m_options.rate;
+    }
+}
+
+void Session::send(std::int32_t order) {
+    for (int i = 0; i < m_options.records; ++i) {
+        m_number = static_cast<std::int32_t>((static_cast<std::uint32_t>(m_number) + 1) & 0x7fffffffu);
+        writeRecord({order, m_number}, m_datagram.data() + i * kRecordSize);
+    }
+    const sockaddr_in to = toSystem(m_options.to);
+    m_lastOrder = order;
+    const double time = now();
+    if (sendto(m_sender, m_datagram.data(), m_datagram.size(), MSG_NOSIGNAL, reinterpret_cast<const sockaddr*>(&to),
+               sizeof to) >= 0) {
+        m_log.onSent(time, order, m_options.records);
+        return;
+    }
+    m_log.onSendFailed();
+    if (m_complained) return;
+    m_complained = true;
+    std::fprintf(stderr, "flyhost: cannot send to %s:%d: %s\n", m_options.to.address.c_str(), m_options.to.port,
+                 std::strerror(errno));
+}
+
+void Session::endRun(bool stopped) {
+    // Whoever stops the host means the viewer to stop as well.
+    if (stopped && m_lastOrder != 0) send(0);
+    for (const double end = now() + kGrace; now() < end;) {
+        waitUntil(end);
+        collect();
+    }
+    m_log.printSummary(now());
+    if (!m_log.closeCsv()) std::fprintf(stderr, "flyhost: %s is not complete\n", m_options.csv.c_str());
+}
+
+void Session::waitUntil(double time) {
+    const double left = std::max(0.0, time - now());
+    timespec timeout{};
+    timeout.tv_sec = static_cast<time_t>(left);
+    timeout.tv_nsec = static_cast<long>((left - std::floor(left)) * 1e9);
+    sigset_t none;
+    sigemptyset(&none);
+    pollfd entry{m_listener, POLLIN, 0};
+    ppoll(&entry, 1, &timeout, &none);
+}
+
+void Session::collect() {
+    unsigned char bytes[kFeedbackSize + 1];  // one more, so that a longer datagram shows
+    for (int i = 0; i < 4 * kBurst; ++i) {
+        const ssize_t n = recv(m_listener, bytes, sizeof bytes, MSG_DONTWAIT);
+        if (n < 0) return;
+        m_log.onDatagram(now(), bytes, static_cast<std::size_t>(n));
+    }
+}

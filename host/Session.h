@@ -1,0 +1,47 @@
+// One run of the host: its sockets and its clock.
+#pragma once
+
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "FeedbackLog.h"
+#include "Options.h"
+
+class Session {
+public:
+    explicit Session(const Options& options);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Opens the sockets and the file. On failure `error` says what failed, in one line.
+    bool open(std::string& error);
+    /// Sends and listens until the orders, the time or `stop` end it, and prints. Signals that set `stop` are to be
+    /// blocked outside; they are let in while the run waits. True when feedback came.
+    bool run(const volatile std::sig_atomic_t& stop);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    double now() const { return std::chrono::duration<double>(Clock::now() - m_start).count(); }
+    void sendDue(double time);
+    void send(std::int32_t order);
+    void endRun(bool stopped);
+    void waitUntil(double time);
+    void collect();
+
+    Options m_options;
+    FeedbackLog m_log;
+    int m_sender = -1;
+    int m_listener = -1;
+    Clock::time_point m_start;
+    double m_nextSend = 0.0;
+    bool m_ended = false;       ///< the orders are through
+    bool m_complained = false;  ///< about a datagram that the system did not take
+    std::int32_t m_lastOrder = 0;
+    std::int32_t m_number = 0;
+    std::vector<unsigned char> m_datagram;
+};

@@ -1,0 +1,36 @@
+// What an aircraft configuration file says about an aircraft.
+#pragma once
+
+#include <engine/math/Vec.h>
+#include <engine/text/Containers.h>
+
+#include <cstdint>
+
+/// What a control value does to a control node.
+enum PART_TYPE : std::int16_t {
+    PART_ROTATION = 0,
+    PART_ONOFF = 1,
+    PART_OFFSET = 2,
+    PART_UV_OFFSET = 3,
+    PART_DIGIT = 4
+};
+
+/// One control node. Angles are degrees, (heading, pitch, roll) about (Z, X, Y).
+struct AirCraftPartInfo {
+    std::int32_t id = 0;                ///< the file's; nodes are addressed by their position in the list instead
+    jString show_name;                  ///< label on the panel
+    jString node_name;                  ///< node in the aircraft's prefab
+    vec3 open_rot;                      ///< pose when standing with the gear down
+    vec3 close_rot;                     ///< pose in flight with the gear up
+    vec3 axis;                          ///< direction of motion; a control value is multiplied by it
+    jString reserved;                   ///< empty
+    float digit = 1.0f;                 ///< scale of control values
+    std::int16_t type = PART_ROTATION;  ///< a PART_TYPE; other values are kept and move nothing
+};
+
+/// A whole aircraft.
+struct AirCraftInfo {
+    jString path;                     ///< its prefab
+    jString type;                     ///< which class flies it: "PlaneJ15", "Helicopter" or "extra300s"
+    jVector<AirCraftPartInfo> parts;  ///< in file order; positions count from 0
+};

@@ -1,0 +1,73 @@
+// The carrier jet.
+#pragma once
+
+#include "src/aircraft/PlaneParts.h"
+
+class BodyRigid;
+class ObjectParticles;
+
+/// Control nodes have their roles by position: 0..4 and 17..19 undercarriage, 5, 7 … 15 and 6, 8 … 16 the two groups of
+/// control surfaces, 20 the tail hook, 31 a light, 32 a surface with a material of its own, 33 and 34 the exhaust.
+class PlaneJ15 final : public PlaneParts {
+public:
+    PlaneJ15() : PlaneParts("PlaneJ15") {}
+
+    using PlaneParts::init;
+    bool init(World* world, const jString& path) override;
+    bool update(float dt) override;
+    /// Run the gear over 8 seconds a group, the legs' group and the doors' one after the other; nothing when the gear
+    /// is there already. A running movement is dropped, the new one starts from its end pose.
+    void openUndercarriage() override;
+    void closeUndercarriage() override;
+    void flyPose() override;
+    void standPose() override;
+    void setFlightState(const FlyFrame* state) override;
+    void stopPose() override;
+
+    virtual bool isPhysicsEnabled() const { return m_physics_enabled; }
+    virtual void setPhysicsEnabled(bool enabled) { m_physics_enabled = enabled; }  ///< before `init`
+    virtual float getThrust() const { return m_thrust; }
+    virtual void setThrust(float thrust) { m_thrust = thrust; }  ///< 0..1; drives the exhaust
+    virtual bool isStanding() const { return m_standing; }
+    // Values that the jet keeps for whoever drives it and does not read itself.
+    virtual dmat4 getUserTransform() const { return m_user_transform; }
+    virtual void setUserTransform(const dmat4& transform) { m_user_transform = transform; }
+    virtual bool getUserFlag1() const { return m_user_flag1; }
+    virtual void setUserFlag1(bool flag) { m_user_flag1 = flag; }
+    virtual bool getUserFlag2() const { return m_user_flag2; }
+    virtual void setUserFlag2(bool flag) { m_user_flag2 = flag; }
+
+    // Parts put in place at once; the gear's flag stays as it is.
+    void openUndercarriageNow();
+    void closeUndercarriageNow();
+    void openHook();
+    void closeHook();
+    /// Turns the part at a position by an angle about its axis, from its flight pose; nothing without a node there.
+    void deflectSurface(int position, float angle);
+    /// Switches the light at position 31 on or off; nothing without one.
+    void toggleLight();
+    /// The pilot's stick and pedals, -1..1: x nose up, y right wing down, z nose left.
+    void setControlInput(const vec3& input) { m_control_input = input; }
+
+private:
+    void runOpenUndercarriageActions();
+    void runCloseUndercarriageActions();
+    ActionMulti* makeRotations(int first, int last, bool opening);
+    void snapUndercarriage(bool opening);
+    void snapSurface(const jString& name, int position, bool opening);
+    void driveBody();
+    void updateExhaust();
+    ObjectParticles* findEmitter(int position) const;
+    const vec3& rotation(int position, bool open) const {
+        return open ? m_open_rots[position] : m_close_rots[position];
+    }
+
+    vec3 m_control_input;
+    ObjectParticles* m_exhaust_1 = nullptr;
+    ObjectParticles* m_exhaust_2 = nullptr;
+    int m_exhaust_rate = 0;  ///< particles a second at full thrust
+    bool m_standing = false;
+    dmat4 m_user_transform;
+    bool m_user_flag1 = false;
+    bool m_user_flag2 = false;
+};

@@ -1,0 +1,28 @@
+// One timed state of an aircraft.
+#pragma once
+
+#include <engine/math/Vec.h>
+
+#include <cstddef>
+
+/// A record of a flight path, and the block that an aircraft is placed by. The position is metres in the frame of the
+/// aircraft's base transform; angles are degrees.
+struct FlyFrame {
+    float time = 0.0f;           ///< seconds on the path's time line
+    dvec3 pivot;                 ///< position
+    float undercarriage = 0.0f;  ///< 0 up, anything else down, truncated to an integer
+    float pitch = 0.0f;          ///< nose up
+    float roll = 0.0f;           ///< left wing down
+    float heading = 0.0f;        ///< counter-clockwise from +X
+    float wing1 = 0.0f;          ///< first group of control surfaces
+    float wing2 = 0.0f;          ///< second group of control surfaces
+};
+
+static_assert(offsetof(FlyFrame, time) == 0);
+static_assert(offsetof(FlyFrame, pivot) == 16);
+static_assert(offsetof(FlyFrame, undercarriage) == 48);
+static_assert(offsetof(FlyFrame, pitch) == 52);
+static_assert(offsetof(FlyFrame, roll) == 56);
+static_assert(offsetof(FlyFrame, heading) == 60);
+static_assert(offsetof(FlyFrame, wing1) == 64);
+static_assert(offsetof(FlyFrame, wing2) == 68);

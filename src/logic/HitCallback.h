@@ -1,0 +1,14 @@
+// Hands a body's touches on to several handlers.
+#pragma once
+
+#include <engine/physics/Body.h>
+
+/// A contact callback that bodies may share. It outlives them, or is taken off them first.
+class HitCallback final : public BodyContactCallbackBase {
+public:
+    void contact(Body* body, int shape) override {
+        for (const auto& handler : handlers) handler(body, shape);
+    }
+
+    jVector<Function<void(Body*, int)>> handlers;  ///< called in order
+};

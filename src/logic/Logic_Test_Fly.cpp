@@ -1,0 +1,75 @@
+// The logic's life and its frame: the factory, what starts in which order, what a frame does in which order, reset and
+// release. The engine calls `init` once, then `update` each frame before the physics step.
+#include "src/logic/Logic_Test_Fly.h"
+
+#include <engine/memory/Allocator.h>
+#include <engine/scene/Object.h>
+#include <engine/text/Log.h>
+
+#include "src/aircraft/PlaneJ15.h"
+#include "src/kit/UdpDataKit.h"
+
+extern "C" LogicBase* CreateLogic(World* world, CameraControl* camera) {
+    return jNew<Logic_Test_Fly>({"src\\logic\\Logic_Test_Fly", "CreateLogic"}, world, camera);
+}
+
+Logic_Test_Fly::Logic_Test_Fly(World* world, CameraControl* camera) : LogicBase(world, camera) {
+    m_hit_callback.handlers.append([this](Body* body, int shape) { on_plane_hit(body, shape); });
+    attach();
+}
+
+/// Nothing of the logic stays connected to what outlives it.
+Logic_Test_Fly::~Logic_Test_Fly() {
+    detach();
+    disconnect_triggers();
+    if (m_aircraft_node && m_aircraft_node->getBody()) m_aircraft_node->getBody()->setContactCallback(nullptr);
+    Logic_Test_Fly::release();
+    jDelete(m_jet);
+}
+
+jString Logic_Test_Fly::getWorldPath() const {
+    return "data/DEMO_PROJECT/DEMO_PROJECT.world";
+}
+
+bool Logic_Test_Fly::init() {
+    if (!LogicBase::init()) return false;
+    jLog::message("%s start! \n", "Logic_Test_Fly::init");
+    init_config();
+    init_environment();
+    init_aircraft();
+    init_udp();
+    default_setting();
+    init_triggers();
+    jLog::message("%s end!\n", "Logic_Test_Fly::init");
+    return true;
+}
+
+void Logic_Test_Fly::update(float dt) {
+    receive_data();
+    m_timer_manager.update(dt);
+    m_action_manager.update(dt);
+    send_udp();
+    update_aircraft(dt);
+}
+
+void Logic_Test_Fly::release() {
+    jDelete(m_receiver);
+    m_receiver = nullptr;
+    m_recv_ready = false;
+    jDelete(m_sender);
+    m_sender = nullptr;
+    m_send_ready = false;
+}
+
+void Logic_Test_Fly::processMsg(UiMsg* msg) {
+    if (msg->id == 654321) adjust_geo_rotation_forward();
+    MsgNode::processMsg(msg);
+}
+
+void Logic_Test_Fly::reset() {
+    m_fly_stopwatch.stop();
+    m_action_manager.removeAllActions();
+    reset_plane();
+    fire(m_signal_2_reset, 25);
+    fire(m_signal_2_reset, 26);
+}

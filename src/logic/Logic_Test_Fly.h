@@ -1,0 +1,161 @@
+// The flight-test scene's logic: a table of contents by subject, each with a source file of its own.
+#pragma once
+
+#include <engine/action/Action.h>
+#include <engine/action/TimerManager.h>
+#include <engine/core/Clock.h>
+#include <engine/core/Message.h>
+
+#include "common/LogicBase.h"
+#include "src/kit/UdpRecords.h"
+#include "src/logic/HitCallback.h"
+
+class ObjectTerrain;
+class PlaneBase;
+class PlaneJ15;
+class UIElement;
+class UdpRecvKit;
+class UdpSendKit;
+
+/// Where the view is. Other values are kept and leave the camera alone.
+enum PLAYER_MODE : std::int32_t { FIRST_VIEW = 0, THIRD_VIEW = 1, FREE_VIEW = 2 };
+/// What moves the aircraft: the host's records, its own step, a recorded path. Other values are kept and move nothing.
+enum FLY_MODE : std::int32_t { DATA_FLY = 0, MANUAL_FLY = 1, AUTO_FLY = 2 };
+
+/// What went over the host link so far.
+struct LinkCounts {
+    std::uint64_t records = 0;   ///< host records applied
+    std::uint64_t feedback = 0;  ///< feedback records sent
+};
+
+/// The scene's behaviour. The engine drives it through `LogicBase`; what lies beyond is for the host application. Node
+/// and object pointers that it hands out are the world's.
+class LOGIC_API Logic_Test_Fly final : public LogicBase, public MsgNode {
+public:
+    Logic_Test_Fly(World* world, CameraControl* camera);
+    Logic_Test_Fly(const Logic_Test_Fly&) = delete;
+    Logic_Test_Fly& operator=(const Logic_Test_Fly&) = delete;
+    ~Logic_Test_Fly() override;
+
+    // Life and frame: Logic_Test_Fly.cpp
+    // -------------------------------------------------------------------------------
+    jString getWorldPath() const override;
+    bool init() override;
+    void update(float dt) override;
+    /// Closes the receiver and the sender to the host.
+    void release() override;
+    /// Message 654321 levels the camera.
+    void processMsg(UiMsg* msg) override;
+    /// Puts the scene back to its start and tells so (notification 2).
+    void reset();
+
+    // Configuration: _config.cpp
+    // ---------------------------------------------------------------------------------------
+    void init_config();
+    void default_setting();
+
+    // Scene nodes: _environment.cpp
+    // ------------------------------------------------------------------------------------
+    void init_environment();
+
+    // Host link: _link.cpp
+    // ---------------------------------------------------------------------------------------------
+    /// In data flight opens the receiver and the senders anew; kits of an earlier call stay as they are.
+    void init_udp();
+    bool isReceiverReady() const { return m_recv_ready; }
+    bool isSenderReady() const { return m_send_ready; }
+    /// In data flight applies what has arrived.
+    void receive_data();
+    void use_recv_data(jVector<UdpRecvData>& records);
+    /// Keeps the host's order; a change to 1 resets the scene.
+    void apply_status(const UdpRecvData& record);
+    // Where the carried fields of a record are to be applied; they are not interpreted.
+    void apply_plane(UdpRecvData& record);
+    void apply_lights(UdpRecvData& record);
+    void apply_ships(UdpRecvData& record);
+    void apply_targets(UdpRecvData& record);
+    void print_recv_data(const UdpRecvData& record);
+    int getLastOrder() const { return m_last_order; }
+    const LinkCounts& getLinkCounts() const { return m_link_counts; }
+
+    // Terrain feedback: _feedback.cpp
+    // ----------------------------------------------------------------------------------
+    /// Sends what lies under the wheels, while the host's order is 2 or orders are ignored.
+    void send_udp();
+    /// Terrain height in metres under a place (longitude, latitude in degrees); -100 where there is none or it is
+    /// lower.
+    float calc_height(const dvec3& geo) const;
+    void print_send_data(const UdpSendData& record);
+    const UdpSendData& getLastFeedback() const { return m_last_feedback; }  ///< as it was sent
+    /// Connects the collision triggers; false when the world has none.
+    bool init_triggers();
+    void on_enter_trigger(Node* node);
+    void on_exit_trigger(Node* node);
+
+    // Aircraft: _aircraft.cpp
+    // ------------------------------------------------------------------------------------------
+    void init_aircraft();
+    void reset_plane();
+    /// Gear up and down at once, on the carrier jet; the event and the element are not looked at.
+    void on_open_undercarriage(const GUIEventMouse& event, UIElement* element);
+    void on_close_undercarriage(const GUIEventMouse& event, UIElement* element);
+    void on_plane_hit(Body* body, int shape);
+    const jString& getAircraftType() const { return m_aircraft_type; }
+    PlaneBase* getAircraft() const { return m_aircraft; }        ///< owned by the logic; null without one
+    Object* getAircraftNode() const { return m_aircraft_node; }  ///< its model; null without one
+
+    // Flight modes: _modes.cpp
+    // -----------------------------------------------------------------------------------------
+    void set_fly_mode(FLY_MODE mode);
+    FLY_MODE getFlyMode() const { return m_fly_mode; }
+
+    // View: _view.cpp
+    // --------------------------------------------------------------------------------------------------
+    void swap() override;
+    PLAYER_MODE getPlayerMode() const { return m_player_mode; }
+
+    // Picking: _input.cpp
+    // ----------------------------------------------------------------------------------------------
+    /// The active object that a segment (geocentric metres) meets first, null when it meets none. `hit`, if not null,
+    /// gets the place where; it is left alone without a hit.
+    Object* select_object(const dvec3& from, const dvec3& to, dvec3* hit = nullptr) const;
+
+private:
+    void init_jet(const dmat4& start);
+    bool is_jet() const;
+    void update_aircraft(float dt);
+    void measure_gears(UdpSendData& record) const;
+    void disconnect_triggers();
+    void follow_aircraft();
+
+    jString m_aircraft_type;
+    PlaneBase* m_aircraft = nullptr;
+    PlaneJ15* m_jet = nullptr;  ///< the aircraft when it is the carrier jet; owned
+    Object* m_aircraft_node = nullptr;
+    ActionManager m_action_manager;
+    TimerManager m_timer_manager;
+    Stopwatch m_fly_stopwatch;
+    bool m_destroyed = false;
+    PLAYER_MODE m_player_mode = FIRST_VIEW;
+    FLY_MODE m_fly_mode = DATA_FLY;
+
+    bool m_show_recv = false;
+    bool m_show_send = false;
+    bool m_recv_ready = false;
+    bool m_send_ready = false;
+    bool m_ignore_order = false;
+    std::int32_t m_last_order = 0;
+    std::uint16_t m_collision = 0;
+    LinkCounts m_link_counts;
+    UdpSendData m_last_feedback;
+
+    dmat4 m_start_transform;
+    jVector<dmat4> m_head_transforms;  ///< the first is the pilot's eye in the aircraft's frame
+    HitCallback m_hit_callback;
+    ObjectTerrain* m_terrain = nullptr;
+    mutable jVector<Node*> m_picked;  ///< kept so that a pick allocates nothing
+
+    UdpRecvKit* m_receiver = nullptr;
+    UdpSendKit* m_sender = nullptr;
+    UdpSendKit* m_multicast_sender = nullptr;  ///< lives until the process ends
+};

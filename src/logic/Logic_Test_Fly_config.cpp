@@ -1,0 +1,16 @@
+// What the configuration sets: switches at the start of `init`, modes at its end.
+#include "src/logic/AppData.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+void Logic_Test_Fly::init_config() {
+    AppData& data = AppData::get();
+    data.load();
+    m_ignore_order = data.isIgnoreOrder();
+    m_show_recv = data.isShowRecvDataPrint();
+    m_show_send = data.isShowSendDataPrint();
+}
+
+void Logic_Test_Fly::default_setting() {
+    setAirportLightBrightness(0.0f);
+    set_fly_mode(static_cast<FLY_MODE>(AppData::get().getFlyMode()));
+}

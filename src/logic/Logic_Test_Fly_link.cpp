@@ -1,0 +1,78 @@
+// The host link: opens the sockets, takes the host's records in data flight at the start of each frame, keeps its
+// order.
+#include <engine/memory/Allocator.h>
+
+#include <cstdio>
+
+#include "src/kit/UdpDataKit.h"
+#include "src/logic/AppData.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+namespace {
+
+constexpr std::int32_t ORDER_RESET = 1;
+constexpr const char* NOTICE_GROUP = "224.255.255.255";
+constexpr int NOTICE_PORT = 10021;
+constexpr int NOTICE_SIZE = 72;  ///< bytes, all zero
+
+constexpr const char* KIT_SOURCE = "src\\kit\\UdpDataKit";
+
+}  // namespace
+
+void Logic_Test_Fly::init_udp() {
+    if (m_fly_mode != DATA_FLY) return;
+    const AppData& data = AppData::get();
+    const jString host_ip = data.getFlightSimulationIp();
+    const jString local_ip = data.getLocalIp();
+    const int host_port = data.getRecvFromFlightSimulationPort();
+    const int local_port = data.getLocalPort();
+
+    m_receiver = jNew<UdpRecvKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
+    m_recv_ready = m_receiver->init(local_ip, local_port, host_ip, host_port);
+    m_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
+    m_send_ready = m_sender->init(host_ip, data.getSendToFlightSimulationPort());
+    m_multicast_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
+    m_multicast_sender->init(NOTICE_GROUP, NOTICE_PORT, local_ip);
+
+    std::printf("local IP:%s\n", local_ip.c_str());
+    std::printf("local port:%d\n", local_port);
+    std::printf("from port:%d\n", host_port);
+    std::printf("send to console IP：%s\n", host_ip.c_str());
+    std::printf("send to console port:%d\n", data.getSendToFlightSimulationPort());
+}
+
+void Logic_Test_Fly::receive_data() {
+    if (m_fly_mode != DATA_FLY || !m_receiver || m_receiver->receive() == 0) return;
+    use_recv_data(*m_receiver);
+    if (m_receiver) m_receiver->clear();
+}
+
+void Logic_Test_Fly::use_recv_data(jVector<UdpRecvData>& records) {
+    if (records.empty()) return;
+    static constexpr unsigned char NOTICE[NOTICE_SIZE] = {};
+    for (UdpRecvData& record : records) {
+        apply_status(record);
+        apply_plane(record);
+        print_recv_data(record);
+    }
+    m_link_counts.records += static_cast<std::uint64_t>(records.size());
+    if (m_multicast_sender) m_multicast_sender->write(NOTICE, NOTICE_SIZE);
+}
+
+void Logic_Test_Fly::apply_status(const UdpRecvData& record) {
+    if (record.nSimOrder == m_last_order) return;
+    m_last_order = record.nSimOrder;
+    if (m_last_order == ORDER_RESET) reset();
+}
+
+void Logic_Test_Fly::apply_plane(UdpRecvData&) {}
+void Logic_Test_Fly::apply_lights(UdpRecvData&) {}
+void Logic_Test_Fly::apply_ships(UdpRecvData&) {}
+void Logic_Test_Fly::apply_targets(UdpRecvData&) {}
+
+void Logic_Test_Fly::print_recv_data(const UdpRecvData& record) {
+    if (!m_show_recv) return;
+    std::printf("---recv start---\n");
+    std::printf("nSimOrder:%d\n", static_cast<int>(record.nSimOrder));
+    std::printf("---recv end---\n");
+}

@@ -1,0 +1,192 @@
+// The demonstration's jet: its proportions, its named places, and that each control moves its part as it should.
+#include "app/DemoScene.h"
+#include "engine/physics/Body.h"
+#include "engine/scene/ObjectParticles.h"
+
+namespace {
+
+struct Control {
+    jString node;
+    dvec3 open, close, axis;
+    int type = -1;
+};
+
+dvec3 readTriple(const Package& entry, const char* key) {
+    double v[3] = {};
+    EXPECT_TRUE(entry.getDoubles(key, v, 3)) << key;
+    return {v[0], v[1], v[2]};
+}
+
+std::vector<Control> readControls() {
+    Package file;
+    EXPECT_TRUE(mjl::open(jString(JET_FOLDER) + "FJ_CN_J15.cfg", file, true));
+    EXPECT_EQ(file.getString("type"), "PlaneJ15");
+    EXPECT_EQ(file.getString("path"), jString(JET_FOLDER) + "FJ_CN_J15.prefab");
+    std::vector<Control> controls;
+    const Package* const entries = file.getPackage("ctrl_nodes");
+    if (!entries) return controls;
+    for (const Item& item : *entries) {
+        const Package& e = *item.getPackage();
+        EXPECT_EQ(e.getInt("id"), static_cast<int>(controls.size()));
+        EXPECT_FALSE(e.getString("show_name").empty());
+        controls.push_back({e.getString("node_name"), readTriple(e, "open_rot"), readTriple(e, "close_rot"),
+                            readTriple(e, "axis"), e.getInt("type")});
+    }
+    return controls;
+}
+
+class DemoJet : public DemoScene {
+protected:
+    DemoJet() : jet(addJet()), controls(readControls()) {}
+
+    Node* part(const char* name) { return jet->getNodeByName(name); }
+    BoundBox boxOf(const char* name) { return boxIn(*jet, *part(name)); }
+    /// As the jet's animations turn a part: the pose's rotation at the place where the part was authored.
+    void turn(const Control& control, const dvec3& hpr) { jet->getNodeByName(control.node)->setHPR(hpr); }
+    void deflect(int position, double angle) {
+        const Control& c = controls[static_cast<std::size_t>(position)];
+        jet->getNodeByName(c.node)->setRotation(dquat::fromEulerZXY(c.close) * dquat(c.axis, angle));
+    }
+
+    ObjectPrefab* jet;
+    std::vector<Control> controls;
+};
+
+constexpr int FIRST_SWITCH = 31, HOOK = 20, GLOW = 32;
+
+}  // namespace
+
+TEST_F(DemoJet, HasTheSizeOfItsClassAndStandsOnItsWheels) {
+    ASSERT_TRUE(jet->isLoaded());
+    const BoundBox box = boxOf("normal");
+    EXPECT_NEAR(box.getSize().y, 22.0, 0.3);
+    EXPECT_NEAR(box.getSize().x, 14.7, 0.2);
+    EXPECT_NEAR(box.getSize().z, 5.9, 0.1);
+    EXPECT_NEAR(box.min.z, -STANDING, 0.01);
+    const struct {
+        const char *leg, *contact, *middle, *shape;
+    } wheels[] = {{"nose_leg", "wheel_front", "F_wheel_pos", "f_wheel"},
+                  {"main_leg_left", "wheel_left", "L_wheel_pos", "l_wheel"},
+                  {"main_leg_right", "wheel_right", "R_wheel_pos", "r_wheel"}};
+    for (const auto& wheel : wheels) {
+        const dvec3 contact = part(wheel.contact)->getPosition(), middle = part(wheel.middle)->getPosition();
+        EXPECT_EQ(part(wheel.contact)->getParent(), jet) << "retracting must not move it";
+        EXPECT_NEAR(contact.z, -STANDING, 1e-9);
+        EXPECT_NEAR(boxOf(wheel.leg).min.z, contact.z, 0.01) << wheel.leg;
+        const int shape = jet->getBody()->findShape(wheel.shape);
+        ASSERT_GE(shape, 0);
+        const Shape& round = *jet->getBody()->getShape(shape);
+        EXPECT_NEAR(round.getTransform().t.z - round.getSize().x / 2.0, contact.z, 1e-6);
+        EXPECT_LT(length(round.getTransform().t - middle), 1e-6);
+    }
+    EXPECT_LT(part("wheel_left")->getPosition().x, 0.0);
+    EXPECT_GE(jet->getBody()->findShape("body_box"), 0);
+}
+
+TEST_F(DemoJet, ControlsNamePartsThatExistInTheirRoles) {
+    ASSERT_EQ(controls.size(), 35u);
+    for (std::size_t i = 0; i < controls.size(); ++i) {
+        EXPECT_NE(jet->getNodeByName(controls[i].node), nullptr) << controls[i].node;
+        EXPECT_EQ(controls[i].type, i < FIRST_SWITCH ? 0 : 1) << controls[i].node;
+        EXPECT_GT(length(controls[i].axis), 0.9) << controls[i].node;
+    }
+    EXPECT_EQ(controls[HOOK].node, "weigou001");
+    EXPECT_EQ(jet->getNodeByName(controls[GLOW].node)->getType(), Node::MESH_STATIC);
+    for (const std::size_t emitter : {33u, 34u}) {
+        EXPECT_EQ(jet->getNodeByName(controls[emitter].node)->getType(), Node::PARTICLES);
+    }
+    EXPECT_TRUE(complaints().empty()) << complaints().front();
+}
+
+TEST_F(DemoJet, ModelIsAuthoredInItsStandingPose) {
+    for (int i = 0; i < FIRST_SWITCH; ++i) {
+        const Control& c = controls[static_cast<std::size_t>(i)];
+        const dvec3 pose = i == HOOK ? c.close : c.open;
+        const dmat4 wanted(dquat::fromEulerZXY(pose), {});
+        const dmat4 is = jet->getNodeByName(c.node)->getTransform();
+        EXPECT_LT(degreesBetween(wanted.y, is.y) + degreesBetween(wanted.z, is.z), 1e-3) << c.node;
+    }
+}
+
+TEST_F(DemoJet, LegsAndDoorsFoldIntoTheBodyInFlight) {
+    EXPECT_LT(boxOf("nose_door_left").min.z, -0.7) << "open doors hang down";
+    EXPECT_LT(boxOf("main_door_right").min.z, -0.7);
+    for (const Control& c : controls) {
+        if (c.type == 0) turn(c, c.close);
+    }
+    const double belly = boxOf("airframe").min.z;
+    for (const char* leg : {"nose_leg", "main_leg_left", "main_leg_right"}) {
+        EXPECT_GT(boxOf(leg).min.z, -0.5) << leg;
+        EXPECT_GT(boxOf(leg).min.z, belly) << leg;
+    }
+    EXPECT_GT(boxOf("nose_leg").max.y, 5.5) << "it folds forward";
+    EXPECT_LT(boxOf("main_leg_right").getSize().z, 0.8) << "its wheel turns flat";
+    for (const char* door : {"nose_door_left", "nose_door_right", "nose_door_rear", "main_door_left", "main_door_right"}) {
+        EXPECT_LT(boxOf(door).getSize().z, 0.1) << door;
+    }
+    turn(controls[HOOK], controls[HOOK].open);
+    EXPECT_LT(boxOf("weigou001").min.z, -1.2);
+    EXPECT_GT(boxOf("weigou001").min.z, -STANDING);
+}
+
+TEST_F(DemoJet, SurfacesDeflectAlikeOnBothSides) {
+    const struct {
+        int left;
+        double drop;  ///< how far its lowest point goes down at the least, metres
+    } pairs[] = {{5, 0.05}, {7, 0.01}, {9, 0.1}, {11, 0.1}, {13, 0.1}};
+    for (const auto& pair : pairs) {
+        const char* const left = controls[static_cast<std::size_t>(pair.left)].node.c_str();
+        const char* const right = controls[static_cast<std::size_t>(pair.left) + 1].node.c_str();
+        const BoundBox before = boxOf(left);
+        EXPECT_LT(before.max.x, 0.0) << left;
+        deflect(pair.left, 10.0);
+        deflect(pair.left + 1, 10.0);
+        const BoundBox a = boxOf(left), b = boxOf(right);
+        EXPECT_NEAR(a.min.z, b.min.z, 1e-4) << left;
+        EXPECT_NEAR(a.max.z, b.max.z, 1e-4) << left;
+        EXPECT_NEAR(a.min.x, -b.max.x, 1e-4) << left;
+        EXPECT_LT(a.min.z, before.min.z - pair.drop) << left;
+    }
+    // Opposite angles on the two sides steer: both rudders' trailing edges go to the right.
+    const double left = boxOf("rudder_left").max.x, right = boxOf("rudder_right").max.x;
+    deflect(15, 10.0);
+    deflect(16, -10.0);
+    EXPECT_GT(boxOf("rudder_left").max.x, left + 0.05);
+    EXPECT_GT(boxOf("rudder_right").max.x, right + 0.05);
+    deflect(26, 100.0);
+    deflect(27, 100.0);
+    EXPECT_LT(boxOf("normal").getSize().x, 10.5) << "wings fold";
+    EXPECT_GT(boxOf("wing_fold_left").max.z, 2.5) << "upward, ailerons with them";
+}
+
+TEST_F(DemoJet, NamedPlacesServeTheScene) {
+    const dmat4 eye = part("cam_first_player")->getTransform();
+    EXPECT_LT(degreesBetween(-eye.z, {0, 1, 0}), 1e-6) << "a camera looks along its -Z";
+    EXPECT_LT(degreesBetween(eye.y, {0, 0, 1}), 1e-6);
+    EXPECT_EQ(part("cam_first_player")->getParent(), jet);
+    EXPECT_GT(eye.t.z, 1.0);
+    EXPECT_TRUE(part("body")->isSensor());
+    EXPECT_TRUE(part("normal")->isEnabled());
+    EXPECT_FALSE(part("destroyed")->isEnabled());
+    EXPECT_FALSE(part("fire")->isEnabled());
+    EXPECT_GT(boxOf("destroyed").getSize().y, 15.0);
+    ASSERT_EQ(part("fire_spe")->getType(), Node::PARTICLES);
+    EXPECT_FALSE(static_cast<ObjectParticles*>(part("fire_spe"))->isEmitterEnabled());
+    const auto& exhaust = *static_cast<ObjectParticles*>(part("exhaust_right"));
+    EXPECT_GE(exhaust.getSpawnRate(), 1.0f) << "it is remembered as a whole number";
+    EXPECT_LT(exhaust.getLinearVelocity().y, 0.0f);
+}
+
+TEST_F(DemoJet, StandsStillOnDeckAndRunway) {
+    loadWorld();
+    for (Node* n : jet->getNodes()) n->setCollider(false);
+    for (const char* start : {"start_deck", "start_runway", "start_deck"}) {
+        const dmat4 place = node(start)->getWorldTransform();
+        jet->setWorldTransform(place);
+        run(180);
+        const dmat4 rest = inverse(place) * jet->getWorldTransform();
+        EXPECT_NEAR(rest.t.z, STANDING - START, 0.03) << start;
+        EXPECT_LT(length(dvec3(rest.t.x, rest.t.y, 0.0)), 0.05) << start;
+        EXPECT_LT(degreesBetween(rest.z, {0, 0, 1}), 0.5) << start;
+    }
+}

@@ -1,0 +1,222 @@
+// Actions, their groups and managers; timers, clocks and messages.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include <limits>
+
+#include "engine/action/Action.h"
+#include "engine/action/TimerManager.h"
+#include "engine/core/Clock.h"
+#include "engine/core/Engine.h"
+#include "engine/core/Message.h"
+#include "engine/memory/Allocator.h"
+
+namespace {
+
+/// Writes what happens to it into a list.
+class Recorder : public ActionInterval {
+public:
+    Recorder(jString label, float duration, jVector<jString>& events) : m_label(std::move(label)), m_events(events) {
+        m_duration = duration;
+    }
+    ~Recorder() override { m_events.append(m_label + " gone"); }
+    bool start() override {
+        m_events.append(m_label + " start");
+        return ActionInterval::start();
+    }
+    bool step(float dt) override {
+        const bool moved = ActionInterval::step(dt);
+        m_events.append(m_label + " " + std::to_string(std::lround(getElapsed() * 10)));
+        if (on_step) on_step();
+        return moved;
+    }
+    void release() override { m_events.append(m_label + " release"); }
+
+    Function<void()> on_step;
+
+private:
+    jString m_label;
+    jVector<jString>& m_events;
+};
+
+Recorder* record(const char* label, float duration, jVector<jString>& events) {
+    return jNew<Recorder>({"test", "record"}, jString(label), duration, events);
+}
+
+jString joined(const jVector<jString>& events) {
+    jString all;
+    for (const jString& e : events) all += (all.empty() ? "" : ", ") + e;
+    return all;
+}
+
+class Actions : public testing::Test {
+protected:
+    ~Actions() override { EXPECT_TRUE(memGetInfos().empty()) << "an action was left"; }
+    jVector<jString> events;
+};
+
+}  // namespace
+
+TEST_F(Actions, LiveFromStartToRelease) {
+    ActionManager manager;
+    Recorder* const action = record("a", 0.2f, events);
+    action->done.append([this](Action*) { events.append("a done"); });
+    manager.addAction(action);
+    for (int i = 0; i < 3; ++i) manager.update(0.1f);
+    EXPECT_EQ(joined(events), "a start, a 1, a 2, a done, a release, a gone");
+    EXPECT_EQ(manager.getNumActions(), 0);
+}
+
+TEST_F(Actions, SequenceHandsTheRestOfAStepOn) {
+    ActionManager manager;
+    ActionSequence* const sequence = ActionSequence::Create();
+    sequence->addAction(record("a", 0.2f, events));
+    sequence->addAction(record("b", 0.3f, events));
+    EXPECT_FLOAT_EQ(sequence->getDuration(), 0.5f);
+    manager.addAction(sequence);
+    manager.update(0.35f);
+    EXPECT_EQ(joined(events), "a start, a 4, a release, a gone, b start, b 2");
+    manager.update(0.2f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+}
+
+TEST_F(Actions, GroupWaitsForItsLongest) {
+    ActionManager manager;
+    ActionMulti* const group = ActionMulti::Create();
+    group->addAction(record("a", 0.1f, events));
+    group->addAction(record("b", 0.2f, events));
+    group->addAction(nullptr);
+    manager.addAction(group);
+    manager.update(0.1f);
+    EXPECT_EQ(manager.getNumActions(), 1);
+    manager.update(0.1f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+    EXPECT_EQ(joined(events), "a start, b start, a 1, a release, a gone, b 1, b 2, b release, b gone");
+}
+
+TEST_F(Actions, PauseHoldsAndForceEnds) {
+    ActionManager manager;
+    Recorder* const action = record("a", 10.0f, events);
+    manager.addAction(action);
+    action->setPause(true);
+    manager.update(5.0f);
+    EXPECT_EQ(action->getElapsed(), 0.0f);
+    action->setPause(false);
+    action->forceDone();
+    manager.update(0.0f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+}
+
+TEST_F(Actions, MayBeAddedAndRemovedFromWithinAStep) {
+    ActionManager manager;
+    Recorder* const first = record("a", 9.0f, events);
+    Recorder* const second = record("b", 9.0f, events);
+    first->on_step = [&] {
+        manager.removeAllActions();
+        manager.addAction(record("c", 9.0f, events));
+    };
+    manager.addAction(first);
+    manager.addAction(second);
+    manager.update(0.1f);
+    EXPECT_EQ(joined(events), "a start, b start, a 1, c start, a release, a gone, b release, b gone");
+    EXPECT_EQ(manager.getNumActions(), 1);
+    events.clear();
+    manager.update(0.1f);
+    EXPECT_EQ(joined(events), "c 1");
+}
+
+TEST_F(Actions, HandlerOfAnEndMayClearTheManager) {
+    ActionManager manager;
+    Recorder* const action = record("a", 0.1f, events);
+    action->done.append([&](Action*) { manager.removeAllActions(); });
+    manager.addAction(action);
+    manager.addAction(record("b", 1.0f, events));
+    manager.update(0.2f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+}
+
+TEST_F(Actions, ManagerTakesWhatIsLeftWithIt) {
+    ActionManager manager;
+    ActionSequence* const sequence = ActionSequence::Create();
+    sequence->addAction(record("a", 1.0f, events));
+    manager.addAction(sequence);
+    manager.addAction(record("b", 1.0f, events));
+}
+
+TEST(Timers, FireInOrderAndMayRemoveEachOther) {
+    TimerManager timers;
+    jString fired;
+    int second = 0;
+    timers.addTimer(0.2f, false, [&] {
+        fired += 'a';
+        timers.removeTimer(second);
+    });
+    second = timers.addTimer(0.2f, false, [&] { fired += 'b'; });
+    timers.addTimer(0.1f, true, [&] { fired += 'r'; });
+    for (int i = 0; i < 4; ++i) timers.update(0.1f);
+    EXPECT_EQ(fired, "rarrr");
+    EXPECT_EQ(timers.getNumTimers(), 1);
+}
+
+TEST(EngineClock, ClampsLongAndRefusesSenselessFrames) {
+    Engine engine;
+    const struct {
+        double dt;
+        float frame_time;
+        int clamps;
+    } cases[] = {{0.016, 0.016f, 0},
+                 {60.0, 0.1f, 1},
+                 {-1.0, 0.0f, 1},
+                 {std::numeric_limits<double>::quiet_NaN(), 0.0f, 1},
+                 {std::numeric_limits<double>::infinity(), 0.1f, 2},
+                 {0.0, 0.0f, 2}};
+    int frame = 0;
+    for (const auto& c : cases) {
+        engine.beginFrame(c.dt);
+        EXPECT_FLOAT_EQ(engine.getFrameTime(), c.frame_time) << c.dt;
+        EXPECT_EQ(engine.getClampCount(), c.clamps) << c.dt;
+        EXPECT_EQ(engine.getFrame(), ++frame);
+        engine.endFrame();
+    }
+    EXPECT_NEAR(engine.getTime(), 0.216, 1e-12);
+}
+
+TEST(EngineClock, StopwatchRunsOnFramesAlone) {
+    Engine engine;
+    Stopwatch watch;
+    watch.start();
+    engine.beginFrame(0.05);
+    engine.beginFrame(0.05);
+    EXPECT_NEAR(watch.getElapsedMilliseconds(), 100.0, 1e-9);
+    watch.stop();
+    engine.beginFrame(0.05);
+    EXPECT_NEAR(watch.getElapsedMilliseconds(), 100.0, 1e-9);
+    watch.start();
+    EXPECT_EQ(watch.getElapsedMilliseconds(), 0.0);
+    watch.reset();
+    EXPECT_FALSE(watch.isRunning());
+}
+
+TEST(Messages, ReachAttachedNodesOnceEach) {
+    struct Receiver : MsgNode {
+        void processMsg(UiMsg* msg) override {
+            got.append(msg->id);
+            if (other) other->detach();
+        }
+        jVector<int> got;
+        MsgNode* other = nullptr;
+    };
+    Receiver a, b;
+    a.attach();
+    a.attach();
+    b.attach();
+    UiMsg msg;
+    msg.id = 654321;
+    MsgNode::send(&msg);
+    EXPECT_EQ(a.got.size(), 1);
+    EXPECT_EQ(b.got.size(), 1);
+    a.other = &b;
+    MsgNode::send(&msg);
+    EXPECT_EQ(b.got.size(), 1) << "detached by the first receiver";
+}

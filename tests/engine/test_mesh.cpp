@@ -1,0 +1,187 @@
+// Picks on meshes, and what becomes of unusable triangles and of materials.
+#include <cmath>
+
+#include "engine/scene/MeshData.h"
+#include "engine/scene/ObjectMeshStatic.h"
+#include "scene/SurfaceTree.h"
+#include "support/TestScene.h"
+
+namespace {
+
+using Triangle = std::array<dvec3, 3>;
+
+MeshSurface makeSurface(const std::vector<Triangle>& triangles) {
+    MeshSurface surface;
+    for (const Triangle& triangle : triangles) {
+        for (const dvec3& p : triangle) {
+            surface.indices.push_back(static_cast<std::uint32_t>(surface.positions.size()));
+            surface.positions.push_back({float(p.x), float(p.y), float(p.z)});
+        }
+    }
+    return surface;
+}
+
+std::shared_ptr<MeshData> makeMesh(const std::vector<Triangle>& triangles) {
+    std::vector<MeshSurface> surfaces;
+    surfaces.push_back(makeSurface(triangles));
+    return std::make_shared<MeshData>(std::move(surfaces));
+}
+
+/// Both triangles of a rectangle round the origin at a height.
+std::vector<Triangle> makeDeck(double length, double width, double z) {
+    const dvec3 a(-width / 2, -length / 2, z), b(width / 2, -length / 2, z), c(width / 2, length / 2, z),
+        d(-width / 2, length / 2, z);
+    return {{a, b, c}, {a, c, d}};
+}
+
+/// Every triangle one by one (Moeller and Trumbore, J. Graphics Tools 2, 1997). Sets `doubtful` where the answer hangs
+/// on rounding: at a triangle's edge, along it, or at an end of the segment.
+double bruteForce(const MeshSurface& surface, const dvec3& from, const dvec3& to, bool& doubtful) {
+    double first = 2.0;
+    const dvec3 step = to - from;
+    for (std::size_t i = 0; i < surface.indices.size(); i += 3) {
+        const auto corner = [&](std::size_t k) {
+            const auto& p = surface.positions[surface.indices[i + k]];
+            return dvec3(p[0], p[1], p[2]);
+        };
+        const dvec3 a = corner(0), ab = corner(1) - a, ac = corner(2) - a, p = cross(step, ac), s = from - a,
+                    q = cross(s, ab);
+        const double det = dot(ab, p), u = dot(s, p) / det, v = dot(step, q) / det, t = dot(ac, q) / det;
+        const double inside = std::min({u, v, 1.0 - u - v}), within = std::min(t, 1.0 - t);
+        if (inside > -1e-4 && within > -1e-6 && (inside < 1e-4 || within < 1e-6)) doubtful = true;
+        if (inside >= 0.0 && within >= 0.0) first = std::min(first, t);
+    }
+    return first;
+}
+
+dvec3 randomPoint(Random& r, double reach) {
+    const double x = r.getDouble(-reach, reach), y = r.getDouble(-reach, reach);
+    return {x, y, r.getDouble(-reach, reach)};
+}
+
+class MeshTest : public SceneTest {};
+
+TEST_F(MeshTest, PicksAgreeWithEveryTriangleTriedAtGeocentricPlaces) {
+    Random r(1);
+    const EllipsoidModel globe;
+    int hits = 0, checked = 0;
+    for (int round = 0; round < 20; ++round) {
+        std::vector<Triangle> triangles;
+        for (int i = 0; i < 150; ++i) {
+            const dvec3 at = randomPoint(r, 40.0);
+            triangles.push_back({at + randomPoint(r, 8.0), at + randomPoint(r, 8.0), at + randomPoint(r, 8.0)});
+        }
+        ObjectMeshStatic object(makeMesh(triangles));
+        const dvec3 place = globe.toWorld({r.getDouble(-180, 180), r.getDouble(-90, 90), r.getDouble(0, 500)});
+        object.setTransform(
+            dmat4(dquat::fromEulerZXY(r.getDouble(0, 360), r.getDouble(-90, 90), r.getDouble(0, 360)), place));
+        for (int i = 0; i < 1000; ++i) {
+            const double reach = i % 4 == 0 ? 10.0 : i % 4 == 1 ? 60.0 : i % 4 == 2 ? 1000.0 : 100e3;
+            const dvec3 middle = randomPoint(r, 40.0), away = randomPoint(r, reach);
+            const dvec3 from = object.toWorld(middle + away),
+                        to = object.toWorld(middle - away * r.getDouble(0.0, 1.0));
+            const dvec3 a = object.toLocal(from), b = object.toLocal(to);
+            bool doubtful = false;
+            const double expected = bruteForce(object.getMesh().surfaces[0], a, b, doubtful);
+            if (doubtful) continue;
+            ++checked;
+            dvec3 hit;
+            const bool met = object.getIntersection(a, b, 0, hit);
+            ASSERT_EQ(met, expected <= 1.0) << round << " " << i;
+            if (!met) continue;
+            ++hits;
+            EXPECT_LT(length(object.toWorld(hit) - (from + (to - from) * expected)), 1e-5) << round << " " << i;
+        }
+    }
+    EXPECT_GT(checked, 18000);
+    EXPECT_GT(hits, 4000);
+}
+
+TEST_F(MeshTest, ADeckIsFoundFromFarAwayToTheMillimetre) {
+    const auto mesh = makeMesh(makeDeck(300.0, 70.0, 19.7));
+    const double z = double(19.7f);
+    Random r(2);
+    for (int i = 0; i < 2000; ++i) {
+        const dvec3 target(r.getDouble(-34.9, 34.9), r.getDouble(-149.9, 149.9), z);
+        dvec3 direction = normalize(randomPoint(r, 1.0));
+        direction.z = std::copysign(std::max(std::abs(direction.z), 0.02), i % 2 ? 1.0 : -1.0);
+        dvec3 hit;
+        ASSERT_TRUE(mesh->trees[0]->intersect(target + direction * 100e3, target - direction * 10.0, hit)) << i;
+        EXPECT_LT(length(hit - target), 1e-6) << i;
+    }
+}
+
+TEST_F(MeshTest, EndsAndEdgesOfASegment) {
+    const auto mesh = makeMesh(makeDeck(20.0, 10.0, 2.0));
+    constexpr double NONE = std::numeric_limits<double>::quiet_NaN();
+    struct Case {
+        const char* what;
+        dvec3 from, to;
+        bool hit;
+    };
+    for (const Case& c :
+         {Case{"from above", {1, 1, 5}, {1, 1, 0}, true}, Case{"from below", {1, 1, 0}, {1, 1, 5}, true},
+          Case{"across the diagonal", {1, 2, 5}, {1, 2, 0}, true}, Case{"at the rim", {5, 0, 5}, {5, 0, 0}, true},
+          Case{"beside the rim", {5.001, 0, 5}, {5.001, 0, 0}, false}, Case{"ends on it", {1, 1, 5}, {1, 1, 2}, true},
+          Case{"ends over it", {1, 1, 5}, {1, 1, 2.00001}, false}, Case{"starts on it", {1, 1, 2}, {1, 1, 0}, true},
+          Case{"starts under it", {1, 1, 1.99999}, {1, 1, -9}, false}, Case{"no length", {1, 1, 2}, {1, 1, 2}, false},
+          Case{"not a number", {1, 1, NONE}, {1, 1, 0}, false}, Case{"endless", {1, 1, HUGE_VAL}, {1, 1, 0}, false},
+          Case{"past it", {9, 0, 5}, {9, 0, -5}, false}, Case{"along over it", {-50, 0, 2.1}, {50, 0, 2.1}, false}}) {
+        dvec3 hit(9, 9, 9);
+        EXPECT_EQ(mesh->trees[0]->intersect(c.from, c.to, hit), c.hit) << c.what;
+        EXPECT_NEAR(hit.z, c.hit ? 2.0 : 9.0, 1e-9) << c.what;
+    }
+}
+
+TEST_F(MeshTest, ASegmentStartingBetweenCloseLayersMeetsTheOneAhead) {
+    std::vector<Triangle> layers = makeDeck(300.0, 70.0, 20.0);
+    for (const Triangle& t : makeDeck(300.0, 70.0, 19.9995)) layers.push_back(t);
+    const auto mesh = makeMesh(layers);
+    dvec3 hit;
+    ASSERT_TRUE(mesh->trees[0]->intersect({3, 4, 19.9998}, {3, 4, 0}, hit));
+    EXPECT_NEAR(hit.z, 19.9995, 1e-5);
+    ASSERT_TRUE(mesh->trees[0]->intersect({3, 4, 19.9998}, {3, 4, 40}, hit));
+    EXPECT_NEAR(hit.z, 20.0, 1e-5);
+}
+
+TEST_F(MeshTest, UnusableTrianglesAreLeftOut) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    std::vector<Triangle> triangles = makeDeck(2.0, 2.0, 1.0);
+    triangles.push_back({dvec3(1, 1, 1), dvec3(1, 1, 1), dvec3(2, 1, 1)});
+    triangles.push_back({dvec3(0, 0, 0), dvec3(1, 1, 1), dvec3(2, 2, 2)});
+    triangles.push_back({dvec3(0, 0, nan), dvec3(1, 0, 0), dvec3(0, 1, 0)});
+    triangles.push_back({dvec3(0, 0, HUGE_VAL), dvec3(1, 0, 0), dvec3(0, 1, 0)});
+    std::vector<MeshSurface> surfaces;
+    surfaces.push_back(makeSurface(triangles));
+    surfaces[0].indices.insert(surfaces[0].indices.end(), {0, 1, 4000000000u});
+    surfaces.push_back(makeSurface({triangles[2]}));
+    const MeshData mesh(std::move(surfaces));
+    EXPECT_EQ(mesh.dropped, 6);
+    EXPECT_EQ(mesh.surfaces[0].indices.size(), 6u);
+    EXPECT_EQ(mesh.bounds.max, dvec3(1, 1, 1));
+    dvec3 hit;
+    EXPECT_TRUE(mesh.trees[0]->intersect({0.5, 0.2, 5}, {0.5, 0.2, -5}, hit));
+    EXPECT_FALSE(mesh.trees[1]->intersect({0.5, 0.2, 5}, {0.5, 0.2, -5}, hit));
+}
+
+TEST_F(MeshTest, ObjectsShareMaterialsUntilOneGetsItsOwn) {
+    const auto mesh = makeMesh(makeDeck(2, 2, 0));
+    mesh->surfaces[0].material->emission = {1, 2, 3};
+    ObjectMeshStatic a(mesh), b(mesh);
+    ASSERT_EQ(a.getSurfaceMaterial(0), b.getSurfaceMaterial(0));
+    a.setSurfaceMaterialInherit(0, true);
+    Material* const own = a.getSurfaceMaterial(0);
+    ASSERT_NE(own, b.getSurfaceMaterial(0));
+    own->setParameter("density", {5, 0, 0, 0});
+    EXPECT_EQ(b.getSurfaceMaterial(0)->getParameter("density"), nullptr);
+    a.setSurfaceMaterialInherit(0, true);
+    EXPECT_EQ(a.getSurfaceMaterial(0), own) << "a second call must not lose what was set";
+    EXPECT_TRUE(b.setParameter("emission", 0.5f));
+    EXPECT_TRUE(b.setParameter("emission", 3.0f));
+    EXPECT_EQ(b.getSurfaceMaterial(0)->emission.z, 9.0f) << "scales what was authored, not what was last set";
+    EXPECT_EQ(mesh->surfaces[0].material->emission.z, 3.0f);
+    EXPECT_EQ(a.getSurfaceMaterial(1), nullptr);
+    EXPECT_EQ(a.getSurfaceMaterial(-1), nullptr);
+}
+
+}  // namespace

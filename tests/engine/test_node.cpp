@@ -1,0 +1,192 @@
+// Nodes: the tree, places and activity against independent models.
+#include <cmath>
+#include <limits>
+
+#include "engine/physics/Body.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "support/TestScene.h"
+
+namespace {
+
+class NodeTest : public SceneTest {};
+
+dmat4 productOfLocals(const Node* node) {
+    dmat4 m;
+    for (; node; node = node->getParent()) m = node->getTransform() * m;
+    return m;
+}
+
+bool enabledToTheTop(const Node* node) {
+    for (; node; node = node->getParent()) {
+        if (!node->isEnabled()) return false;
+    }
+    return true;
+}
+
+/// Of two (heading, pitch, roll); headings that differ by whole turns are the same.
+double attitudeError(const dvec3& a, const dvec3& b) {
+    return length(dvec3(std::remainder(a.x - b.x, 360.0), a.y - b.y, a.z - b.z));
+}
+
+bool isBelow(const Node* node, const Node* above) {
+    while (node && node != above) node = node->getParent();
+    return node != nullptr;
+}
+
+}  // namespace
+
+TEST_F(NodeTest, PlacesAndActivityOfARandomTreeFollowItsAncestors) {
+    Random random(7);
+    const auto below = [&](int n) { return static_cast<int>(random.getDouble(0.0, n)); };
+    std::vector<Node*> nodes;
+    for (int i = 0; i < 60; ++i) {
+        Node* const parent = i == 0 ? nullptr : nodes[static_cast<std::size_t>(below(i))];
+        nodes.push_back(addNode("n", dvec3(i, 0, 0), parent));
+    }
+    std::unique_ptr<Node> away;  // one subtree is outside the world now and then
+    for (int step = 0; step < 4000; ++step) {
+        Node* const node = nodes[static_cast<std::size_t>(below(60))];
+        Node* const other = nodes[static_cast<std::size_t>(below(60))];
+        switch (below(6)) {
+            case 0:
+                node->setTransform(randomTransform(random, 100.0));
+                break;
+            case 1:
+                node->setWorldTransform(randomTransform(random, 100.0));
+                break;
+            case 2:
+                node->setEnabled(random.getDouble(0.0, 1.0) < 0.8);
+                break;
+            case 3:
+                if (!away && node->getParent()) away = node->getParent()->takeChild(node);
+                break;
+            case 4:
+                if (away && !isBelow(other, away.get())) other->addChild(std::move(away));
+                break;
+            default:
+                other->getWorldTransform();
+                break;  // what is read in between must not matter
+        }
+        if (step % 7 != 0) continue;
+        for (const Node* n : nodes) {
+            ASSERT_LT(difference(n->getWorldTransform(), productOfLocals(n)), 1e-6) << "step " << step;
+            ASSERT_EQ(n->isActive(), enabledToTheTop(n)) << "step " << step;
+            ASSERT_EQ(n->getWorld() == nullptr, away && isBelow(n, away.get())) << "step " << step;
+        }
+    }
+}
+
+TEST_F(NodeTest, SettersKeepWhatTheyDoNotSet) {
+    Node* const parent = addNode("parent");
+    parent->setWorldTransform(dmat4(dquat(dvec3(1, 2, 3), 50.0), EllipsoidModel().toWorld({112.0, 17.0, 20.0})));
+    Node* const node = addNode("node", {10, 20, 30}, parent);
+    node->setScale({1, 2, 3});
+    for (const dvec3& hpr : {dvec3(0, 0, 0), dvec3(30, 20, -10), dvec3(-170, -80, 175), dvec3(90, 89, 1)}) {
+        node->setHPR(hpr);
+        EXPECT_LT(length(node->getHPR() - hpr), 1e-6);
+        EXPECT_EQ(node->getPosition(), dvec3(10, 20, 30));
+        EXPECT_LT(length(node->getScale() - dvec3(1, 2, 3)), 1e-9);
+    }
+    node->setPosition({1, 1, 1});
+    EXPECT_LT(length(node->getHPR() - dvec3(90, 89, 1)), 1e-6);
+}
+
+TEST_F(NodeTest, GeodeticPlacesAndAttitudesComeBack) {
+    Node* const parent = addNode("parent", {1000, 2000, 3000});
+    parent->setHPR({10, 20, 30});
+    Node* const node = addNode("node", {}, parent);
+    for (const dvec3& geo : {dvec3(112.35, 16.84, 25.0), dvec3(-179.9, -89.0, 9000.0), dvec3(0.0, 45.0, -20.0)}) {
+        for (const dvec3& hpr : {dvec3(0, 0, 0), dvec3(350, -12, 40), dvec3(181, 88, -170)}) {
+            node->setWgsPosition(geo);
+            node->setWgsHPR(hpr);
+            EXPECT_LT(length(node->getWgsPosition() - geo), 1e-6);
+            EXPECT_LT(attitudeError(node->getWgsHPR(), hpr), 1e-6);
+            node->setWgsPosition({-60.0, 30.0, 5.0});
+            EXPECT_LT(attitudeError(node->getWgsHPR(), hpr), 1e-6) << "a geodetic move keeps the attitude";
+        }
+    }
+    // Heading clockwise from north, right wing down is positive.
+    node->setWgsPosition({0.0, 0.0, 0.0});
+    node->setWgsHPR({90.0, 0.0, 0.0});
+    EXPECT_LT(length(node->getWorldTransform().y - dvec3(0, 1, 0)), 1e-9) << "ahead is east";
+    node->setWgsHPR({0.0, 0.0, 30.0});
+    EXPECT_LT(dot(node->getWorldTransform().x, dvec3(1, 0, 0)), -0.4) << "the right wing is down";
+}
+
+TEST_F(NodeTest, ATransformThatIsNoPlaceIsRefused) {
+    constexpr double NAN_ = std::numeric_limits<double>::quiet_NaN();
+    constexpr double INF = std::numeric_limits<double>::infinity();
+    Node* const node = addNode("buoy", {1, 2, 3});
+    const dmat4 before = node->getTransform();
+    const std::function<void()> setters[] = {
+        [&] { node->setPosition({NAN_, 0, 0}); },    [&] { node->setWorldPosition({0, INF, 0}); },
+        [&] { node->setHPR({0, NAN_, 0}); },         [&] { node->setScale({1, INF, 1}); },
+        [&] { node->setRotation({NAN_, 0, 0, 1}); }, [&] { node->setWgsPosition({0, NAN_, 0}); },
+        [&] { node->setWgsHPR({INF, 0, 0}); },       [&] { node->setTransform(dmat4::translation({0, 0, -INF})); }};
+    for (const auto& set : setters) {
+        clearLines();
+        set();
+        EXPECT_EQ(node->getTransform(), before);
+        EXPECT_EQ(countLines("buoy"), 1);
+    }
+}
+
+TEST_F(NodeTest, ABodyHearsOfEveryMoveAboveIt) {
+    Node* const top = addNode("top");
+    Node* const middle = addNode("middle", {}, top);
+    auto prefab = std::make_unique<ObjectPrefab>();
+    BodySettings settings;
+    settings.shapes.append(Shape());
+    ASSERT_TRUE(prefab->setBody(settings));
+    BodyRigid* const body = prefab->getBodyRigid();
+    const Node* const node = middle->addChild(std::move(prefab));
+    run(1);
+    for (int i = 1; i < 5; ++i) {  // several moves with nobody reading in between; each one is a teleport
+        for (Node* const moved : {top, middle}) {
+            body->setLinearVelocity({0, 0, 5});
+            ASSERT_NE(length(body->getLinearVelocity()), 0.0f);
+            moved->setPosition({100.0 * i, 0, 0});
+            EXPECT_EQ(length(body->getLinearVelocity()), 0.0f) << i;
+        }
+    }
+    EXPECT_LT(difference(body->getTransform(), productOfLocals(node)), 1e-6);
+}
+
+TEST_F(NodeTest, ChildrenAreFoundDepthFirst) {
+    Node* const top = addNode("top");
+    Node* const a = addNode("a", {}, top);
+    Node* const deep = addNode("x", {}, a);
+    Node* const shallow = addNode("x", {}, top);
+    EXPECT_EQ(top->getChildByName("x"), shallow);
+    EXPECT_EQ(top->getChildByName("x", true), deep);
+    EXPECT_EQ(top->getChildByName("top", true), nullptr);
+    EXPECT_EQ(a->takeChild(shallow), nullptr) << "not a child of it";
+}
+
+TEST_F(NodeTest, ParametersReachWhatTheyName) {
+    Node* const node = addNode("node", {1, 2, 3});
+    for (const auto& [parameter, value] : {std::pair<const char*, float>{"enabled", 0.2f},
+                                           {"position_z", 8.0f},
+                                           {"heading", 25.0f},
+                                           {"pitch", -5.0f},
+                                           {"roll", 7.0f},
+                                           {"scale", 2.0f}}) {
+        EXPECT_TRUE(node->setParameter(parameter, value)) << parameter;
+    }
+    EXPECT_FALSE(node->isEnabled());
+    EXPECT_EQ(node->getPosition(), dvec3(1, 2, 8));
+    EXPECT_LT(length(node->getHPR() - dvec3(25, -5, 7)), 1e-5);
+    EXPECT_LT(length(node->getScale() - dvec3(2, 2, 2)), 1e-6);
+    EXPECT_FALSE(node->setParameter("brightness", 1.0f));
+}
+
+TEST_F(NodeTest, ANodeMadeByTheAllocatorGoesWithTheWorldAndOffTheBooks) {
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    const int infos = memGetInfos().size();
+    Node* const node = world().addChild(jNew<Node>({"src\\test", "test"}));
+    node->addChild(std::unique_ptr<Node>(jNew<ObjectPrefab>({"src\\test", "test"})));
+    EXPECT_EQ(memGetInfos().size(), infos + 2);
+    world().removeNode(node);
+    EXPECT_EQ(memGetInfos().size(), infos);
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
+}

@@ -1,0 +1,171 @@
+// Particle systems: numbers, lives, flight, and the same run twice.
+#include <cstring>
+
+#include "engine/scene/ObjectParticles.h"
+#include "support/TestScene.h"
+
+namespace {
+
+class ParticlesTest : public SceneTest {
+protected:
+    ParticlesTest() { world().getEnvironment().wind = {}; }
+
+    ObjectParticles* addSystem(const ParticleSettings& settings) {
+        ObjectParticles* const system = add(std::make_unique<ObjectParticles>(settings));
+        system->setTransform(EllipsoidModel().getWGSTransform(ORIGIN));
+        return system;
+    }
+    /// In the local east-north-up frame of where the systems stand.
+    static dvec3 toLocal(const dvec3& world) { return inverse(EllipsoidModel().getWGSTransform(ORIGIN)) * world; }
+    static int count(const ObjectParticles* system) { return static_cast<int>(system->getParticles().size()); }
+
+    static inline const dvec3 ORIGIN = EllipsoidModel().toWorld({112.0, 17.0, 100.0});
+};
+
+ParticleSettings steady(float rate, float life) {
+    ParticleSettings s;
+    s.spawn_rate = rate;
+    s.life = life;
+    return s;
+}
+
+}  // namespace
+
+TEST_F(ParticlesTest, RateTimesLifeAreAlive) {
+    const struct {
+        float rate, life;
+        int max, frames;
+        double dt;
+        int expected;
+    } cases[] = {{100, 2, 1000, 60, 0.1, 200},     {100, 2, 50, 60, 0.1, 50}, {0.5f, 100, 10, 100, 0.05, 2},
+                 {7, 1, 100, 10, 0.1, 7},          {100, 0, 100, 10, 0.1, 0}, {0, 5, 100, 10, 0.1, 0},
+                 {-5, 5, 100, 10, 0.1, 0},         {NAN, 5, 100, 10, 0.1, 0}, {1e30f, 5, 100, 10, 0.1, 100},
+                 {INFINITY, 5, 100, 10, 0.1, 100}, {100, 2, 0, 10, 0.1, 0},   {100, 2, -4, 10, 0.1, 0},
+                 {1000, 0.001f, 1000, 10, 0.1, 1}};
+    for (const auto& c : cases) {
+        ParticleSettings settings = steady(c.rate, c.life);
+        settings.max_particles = c.max;
+        ObjectParticles* const system = addSystem(settings);
+        run(c.frames, c.dt);
+        EXPECT_NEAR(count(system), c.expected, 1) << c.rate << " " << c.life << " " << c.max;
+        EXPECT_LE(count(system), std::max(0, c.max));
+        world().removeNode(system);
+    }
+}
+
+TEST_F(ParticlesTest, WhatLivesGoesOnWhenTheEmitterStops) {
+    ObjectParticles* const system = addSystem(steady(100, 1));
+    const std::function<void(bool)> switches[] = {[&](bool on) { on ? system->play() : system->stop(); },
+                                                  [&](bool on) { system->setEnabled(on); },
+                                                  [&](bool on) { system->setParameter("emitting", on ? 1.0f : 0.0f); }};
+    for (const auto& set : switches) {
+        for (const auto& on : switches) on(true);
+        run(20, 0.1);
+        EXPECT_NEAR(count(system), 100, 1);
+        set(false);
+        run(5, 0.1);
+        EXPECT_NEAR(count(system), 50, 1);
+        run(6, 0.1);
+        EXPECT_EQ(count(system), 0);
+        EXPECT_TRUE(system->getWorldParticleBox().isEmpty());
+    }
+    system->play();
+    run(3, 0.1);
+    system->clear();
+    EXPECT_EQ(count(system), 0);
+    EXPECT_TRUE(system->getWorldParticleBox().isEmpty());
+}
+
+TEST_F(ParticlesTest, FlightFollowsVelocityBuoyancyDragAndWind) {
+    const auto flyOne = [&](const ParticleSettings& settings) {
+        ObjectParticles* const system = addSystem(settings);
+        run(1, 0.1);
+        system->stop();
+        run(200, 0.01);
+        const Particle p = system->getParticles().at(0);
+        world().removeNode(system);
+        return p;
+    };
+    ParticleSettings s = steady(10, 10);
+    s.velocity = {1, 2, 3};
+    EXPECT_LT(length(toLocal(flyOne(s).position) - dvec3(2, 4, 6)), 0.02) << "from the end of the first frame";
+    s.buoyancy = -9.0f;
+    EXPECT_NEAR(toLocal(flyOne(s).position).z, 6.0 - 18.0, 0.1);
+    s.buoyancy = 0.0f;
+    s.drag = 50.0f;
+    EXPECT_LT(length(toLocal(flyOne(s).position)), 0.2) << "it stops almost at once";
+    s.wind = 0.5f;
+    world().getEnvironment().wind = {4, 0, 0};
+    EXPECT_NEAR(toLocal(flyOne(s).position).x, 4.0, 0.2) << "half the wind's 4 m/s for 2 s, to the east";
+    s.growth = 2.0f;
+    EXPECT_NEAR(flyOne(s).size, 5.0, 0.1);
+}
+
+TEST_F(ParticlesTest, AMovingEmitterLaysAnEvenTrail) {
+    ParticleSettings s = steady(1000, 5);
+    s.velocity = {};
+    ObjectParticles* const system = addSystem(s);
+    const dmat4 enu = EllipsoidModel().getWGSTransform(ORIGIN);
+    for (int i = 0; i <= 10; ++i) {
+        system->setTransform(enu * dmat4::translation({10.0 * i, 0, 0}));
+        run(1, 0.05);
+    }
+    std::vector<double> along;
+    for (const Particle& p : system->getParticles()) along.push_back(toLocal(p.position).x);
+    std::sort(along.begin(), along.end());
+    ASSERT_GT(along.size(), 500u);
+    double widest = 0.0;
+    for (std::size_t i = 51; i < along.size(); ++i) widest = std::max(widest, along[i] - along[i - 1]);
+    EXPECT_LT(widest, 0.25) << "one every 0.2 m, also between two frames' places";
+    // A jump is no way: nothing is laid along it.
+    system->clear();
+    system->setTransform(enu * dmat4::translation({90000, 0, 0}));
+    run(1, 0.05);
+    for (const Particle& p : system->getParticles()) EXPECT_GT(toLocal(p.position).x, 89000.0);
+}
+
+TEST_F(ParticlesTest, DeflectorsHoldWhatFalls) {
+    ParticleSettings s = steady(200, 10);
+    s.velocity = {3, 0, -10};
+    s.velocity_spread = {1, 1, 5};
+    s.buoyancy = -9.81f;
+    ObjectParticles* const system = addSystem(s);
+    dmat4 plane = EllipsoidModel().getWGSTransform(ORIGIN) * dmat4::translation({0, 0, -20});
+    system->addDeflector(plane);
+    run(40, 0.1);
+    for (const Particle& p : system->getParticles()) EXPECT_GT(toLocal(p.position).z, -20.001);
+    plane = plane * dmat4::translation({0, 0, 5});
+    system->setDeflector(0, plane);
+    system->setDeflector(1, plane);
+    run(1, 0.1);
+    for (const Particle& p : system->getParticles()) EXPECT_GT(toLocal(p.position).z, -15.001);
+    EXPECT_EQ(system->getNumDeflectors(), 1);
+}
+
+TEST_F(ParticlesTest, TheSameSceneGivesTheSameParticles) {
+    const auto runScene = [&] {
+        World scene;
+        ParticleSettings s = steady(300, 2);
+        s.velocity_spread = {5, 5, 5};
+        s.emitter_size = {1, 2, 3};
+        s.life_spread = 1;
+        std::vector<Particle> all;
+        std::vector<ObjectParticles*> systems;
+        for (int i = 0; i < 2; ++i) {
+            auto system = std::make_unique<ObjectParticles>(s);
+            system->setTransform(dmat4::translation(ORIGIN));
+            systems.push_back(system.get());
+            scene.addChild(std::move(system));
+        }
+        for (int i = 0; i < 50; ++i) scene.step(0.02);
+        for (const ObjectParticles* system : systems) {
+            all.insert(all.end(), system->getParticles().begin(), system->getParticles().end());
+        }
+        return all;
+    };
+    const std::vector<Particle> first = runScene(), second = runScene();
+    ASSERT_GT(first.size(), 400u);
+    ASSERT_EQ(first.size(), second.size());
+    EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size() * sizeof(Particle)), 0);
+    EXPECT_FALSE(first.front().position == first[first.size() / 2].position) << "two systems are not copies";
+}

@@ -1,0 +1,233 @@
+// What meets what, and who is told.
+#include "test_physics_scene.h"
+
+namespace {
+
+class PhysicsContacts : public PhysicsTest {
+protected:
+    /// Whether a cube dropped onto what is there stays up.
+    bool holdsUp(const BodySettings& s) {
+        Object* const cube = addBody("cube", at(0, 0, 0.7), s);
+        runSeconds(1.0);
+        const bool held = heightOf(*cube) > 0.4;
+        world().removeNode(cube);
+        return held;
+    }
+    static BodySettings cube(int group = 1, int mask = -1) {
+        BodySettings s = settings({box({1, 1, 1})});
+        s.group = group;
+        s.mask = mask;
+        return s;
+    }
+    /// Moves an object's node northward at 300 m/s for half a second through the site.
+    void fly(Object* object, double dt, const Function<void(double t)>& meanwhile = {}) {
+        object->setTransform(at(0, -75, 5));
+        run(1, dt);
+        for (double t = dt; t < 0.5; t += dt) {
+            object->setTransform(at(0, -75 + 300.0 * t, 5));
+            if (meanwhile) meanwhile(t);
+            run(1, dt);
+        }
+    }
+};
+
+TEST_F(PhysicsContacts, GroupsMasksAndFlagsDecideWhatIsMet) {
+    ObjectMeshStatic* const deck = addMesh("deck", at(0, 0, 0), makeSheet(20, 4));
+    EXPECT_TRUE(holdsUp(cube()));
+    EXPECT_TRUE(holdsUp(cube(4, 1)));
+    EXPECT_FALSE(holdsUp(cube(1, 2))) << "colliders are group 1";
+    deck->setCollider(false);
+    EXPECT_FALSE(holdsUp(cube()));
+    deck->setCollider(true);
+    deck->setEnabled(false);
+    EXPECT_FALSE(holdsUp(cube()));
+
+    BodySettings plate = settings({box({20, 20, 1}, {0, 0, -0.5})}, BodySettings::STATIC);
+    plate.group = 2;
+    Object* const ground = addBody("ground", at(0, 0, 0), plate);
+    EXPECT_TRUE(holdsUp(cube(1, 2)));
+    EXPECT_FALSE(holdsUp(cube(1, 1)));
+    plate.mask = 4;
+    ground->setBody(plate);
+    EXPECT_FALSE(holdsUp(cube(1, 2))) << "both masks must allow it";
+    ground->getBodyRigid()->setMask(1);
+    EXPECT_TRUE(holdsUp(cube(1, 2)));
+    Object* const late = addBody("late", at(0, 0, 0.7), cube(1, 2));
+    runSeconds(1.5);
+    late->getBodyRigid()->setMask(8);
+    runSeconds(1.0);
+    EXPECT_LT(heightOf(*late), -1.0) << "a mask set at rest counts at once";
+}
+
+TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
+    auto prefab = std::make_unique<ObjectPrefab>();
+    prefab->setName("cart");
+    prefab->setTransform(at(0, 0, 20));
+    prefab->setBody(cube());
+    addMesh("floor", dmat4::translation({0, 0, -1}), makeSheet(10), prefab.get());
+    Object* const cart = add(std::move(prefab));
+    Object* const rider = addBody("rider", at(3, 0, 20));
+    ContactLog log(cart->getBody());
+    runSeconds(1.0);
+    EXPECT_NEAR(heightOf(*cart), 20.0 - 0.5 * 9.80665, 0.1);
+    EXPECT_TRUE(log.shapes.empty());
+    EXPECT_GT(heightOf(*rider), heightOf(*cart) - 0.6) << "others do meet them";
+}
+
+TEST_F(PhysicsContacts, ScaledAndMirroredMeshesHold) {
+    for (const dvec3 factors : {dvec3(4, 4, 1), dvec3(-4, 2, 1), dvec3(4, 4, -3)}) {
+        ObjectMeshStatic* const deck = addMesh("deck", composeTransform(site().t, dquat(site().getMat3()), factors),
+                                               makeSheet(2));
+        addBody("cube", at(1.8, 0, 0.7));
+        EXPECT_TRUE(holdsUp(cube())) << factors.x << " " << factors.z;
+        EXPECT_GT(heightOf(*world().getNodeByName("cube")), 0.4) << factors.x << " " << factors.z;
+        world().removeNode(world().getNodeByName("cube"));
+        world().removeNode(deck);
+    }
+}
+
+TEST_F(PhysicsContacts, ToldOnceForEachShapeThatBeginsToTouch) {
+    addMesh("deck", at(0, 0, 0), makeSheet(20, 4));
+    const jVector<Shape> legs{box({0.2f, 0.2f, 0.2f}, {-1, 0, -0.5}, "left"), box({2.4f, 1, 0.6f}, {}, "top"),
+                              box({0.2f, 0.2f, 0.2f}, {1, 0, -0.5}, "right")};
+    Object* const table = addBody("table", at(0, 0, 0.8), settings(legs));
+    ContactLog log(table->getBody());
+    runSeconds(3.0);
+    std::sort(log.shapes.begin(), log.shapes.end());
+    EXPECT_EQ(log.shapes, (std::vector<int>{0, 2})) << "not while it goes on touching";
+    log.shapes.clear();
+    table->getBodyRigid()->setLinearVelocity(toWorld({0, 0, 3}));
+    runSeconds(2.0);
+    std::sort(log.shapes.begin(), log.shapes.end());
+    EXPECT_EQ(log.shapes, (std::vector<int>{0, 2})) << "again after a jump";
+    log.shapes.clear();
+    addBody("ball", at(0, 0, 2));
+    runSeconds(1.0);
+    EXPECT_EQ(log.shapes, std::vector<int>{1}) << "the one below is told as well";
+}
+
+TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
+    struct Case {
+        const char* what;
+        Function<Object*()> make;
+    };
+    const vec3 thin(40.0f, 0.05f, 40.0f);
+    const Case cases[] = {
+        {"mesh", [&] { return addMesh("wall", at(0, 20, 0, {0, 90, 0}), makeSheet(40, 10)); }},
+        {"static", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::STATIC)); }},
+        {"driven", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DRIVEN)); }},
+        {"heavy", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DYNAMIC, 1e7f)); }},
+    };
+    for (const Case& c : cases) {
+        for (const double dt : {1.0 / 60.0, 0.1}) {
+            Object* const wall = c.make();
+            const jVector<Shape> shapes{box({1, 4, 1}), box({6, 1, 0.4f})};
+            Object* const jet = addBody("jet", at(0, -20, 0), settings(shapes));
+            ContactLog log(jet->getBody());
+            jet->getBodyRigid()->setLinearVelocity(toWorld({0, 300, 0}));
+            runSeconds(0.5, dt);
+            EXPECT_LT((inverse(site()) * jet->getWorldPosition()).y, 20.0) << c.what << dt;
+            EXPECT_FALSE(log.shapes.empty()) << c.what << dt;
+            world().removeNode(jet);
+            world().removeNode(wall);
+        }
+    }
+}
+
+TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
+    const vec3 thin(40.0f, 0.05f, 40.0f);
+    const auto still = [](double) {};
+    struct Case {
+        const char* what;
+        Function<Object*()> make;
+        Function<void(double t)> move;
+        int meetings;
+    };
+    Object* target = nullptr;
+    const Case cases[] = {
+        {"nothing", [&] { return addBody("target", at(100, 0, 5)); }, still, 0},
+        {"static wall", [&] { return addBody("target", at(0, 3, 0), settings({box(thin)}, BodySettings::STATIC)); },
+         still, 1},
+        {"mesh", [&] { return addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10)); }, still, 1},
+        {"mesh that lets through",
+         [&] {
+             Object* const mesh = addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
+             mesh->setCollider(false);
+             return mesh;
+         },
+         still, 0},
+        {"dynamic", [&] { return addBody("target", at(0, 3, 5)); }, still, 1},
+        {"disabled",
+         [&] {
+             Object* const body = addBody("target", at(0, 3, 5));
+             body->getBody()->setEnabled(false);
+             return body;
+         },
+         still, 0},
+        // Glides from the side; they meet at a quarter of a second.
+        {"driven target",
+         [&] { return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN)); },
+         [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
+        {"dynamic target that its node moves", [&] { return addBody("target", at(-25, 0, 5), cube()); },
+         [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
+        {"driven target that is elsewhere by then",
+         [&] { return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN)); },
+         [&](double t) { target->setTransform(at(-25 + 60.0 * t, 0, 5)); }, 0},
+    };
+    for (const Case& c : cases) {
+        for (const double dt : {1.0 / 60.0, 0.1}) {
+            for (const auto kind : {BodySettings::DRIVEN, BodySettings::DYNAMIC}) {
+                target = c.make();
+                BodySettings s = settings({box({0.3f, 2, 0.3f})}, kind);
+                Object* const missile = addBody("missile", at(0, -75, 5), s);
+                ContactLog log(missile->getBody());
+                fly(missile, dt, c.move);
+                EXPECT_EQ(static_cast<int>(log.shapes.size()), c.meetings) << c.what << " " << dt << " " << kind;
+
+                log.shapes.clear();
+                missile->getBodyRigid()->setMask(0);
+                fly(missile, dt, c.move);
+                EXPECT_TRUE(log.shapes.empty()) << c.what << " masked";
+                world().removeNode(missile);
+                world().removeNode(target);
+            }
+        }
+    }
+}
+
+TEST_F(PhysicsContacts, TheOneThatIsHitIsTold) {
+    Object* const target = addBody("target", at(0, 3, 5), settings({box({2, 2, 2})}, BodySettings::STATIC));
+    ContactLog log(target->getBody());
+    Object* const missile = addBody("missile", at(0, -75, 5), settings({box({0.3f, 2, 0.3f})}, BodySettings::DRIVEN));
+    fly(missile, 1.0 / 60.0);
+    EXPECT_EQ(log.shapes, std::vector<int>{0});
+    log.shapes.clear();
+    missile->setTransform(at(0, -3000, 5));
+    run(1);
+    missile->setTransform(at(0, 3000, 5));
+    run(1);
+    EXPECT_TRUE(log.shapes.empty()) << "a teleport meets nothing on its way";
+}
+
+TEST_F(PhysicsContacts, CallbacksMaySwitchOffAndRemove) {
+    addMesh("deck", at(0, 0, 0), makeSheet(20, 4));
+    const jVector<Shape> legs{box({1, 1, 1}, {-2, 0, 0}), box({1, 1, 1}, {2, 0, 0})};
+    for (int act = 0; act < 3; ++act) {
+        Object* const first = addBody("first", at(0, 0, 0.6), settings(legs));
+        Object* const second = addBody("second", at(0, 5, 0.6), settings(legs));
+        ContactLog a(first->getBody()), b(second->getBody());
+        a.then = [&] {
+            if (act == 0) first->getBody()->setEnabled(false);
+            if (act == 1) world().removeNode(first);
+            if (act == 2) world().removeNode(second);
+        };
+        runSeconds(1.0);
+        EXPECT_EQ(a.shapes.size(), act == 2 ? 2u : 1u) << act;
+        EXPECT_EQ(b.shapes.size(), act == 2 ? 0u : 2u) << act;
+        EXPECT_TRUE(act != 0 || !first->getBody()->isEnabled());
+        world().removeNode(world().getNodeByName("first"));
+        world().removeNode(world().getNodeByName("second"));
+    }
+}
+
+}  // namespace

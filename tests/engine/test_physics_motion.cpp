@@ -1,0 +1,290 @@
+// How bodies move by forces, how they are placed, and what is refused.
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "test_physics_scene.h"
+
+namespace {
+
+constexpr double G = 9.80665;
+constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
+
+class PhysicsMotion : public PhysicsTest {
+protected:
+    /// A cube that keeps its height: its weight is taken off.
+    Object* addFloating(const jString& name, const dmat4& place) {
+        world().getPhysics()->setGravity({});
+        return addBody(name, place);
+    }
+};
+
+TEST_F(PhysicsMotion, FallsAlongTheLocalVertical) {
+    const EllipsoidModel globe;
+    for (const dvec3 geo : {dvec3(112.35, 16.84, 1000.0), dvec3(-60.0, -75.0, 1000.0), dvec3(10.0, 45.0, 9000.0)}) {
+        Object* const stone = addBody("stone", globe.getWGSTransform(globe.toWorld(geo)));
+        const dvec3 start = stone->getWorldPosition();
+        const double dt = 1.0 / 60.0, seconds = 4.0;
+        runSeconds(seconds, dt);
+        const dvec3 fall = start - stone->getWorldPosition();
+        EXPECT_NEAR(length(fall), 0.5 * G * seconds * seconds, 0.5 * G * seconds * dt + 1e-4);
+        EXPECT_LT(length(fall - globe.getUp(start) * length(fall)), 1e-3);
+        EXPECT_NEAR(dot(globe.getUp(start), dvec3(stone->getBodyRigid()->getLinearVelocity())), -G * seconds, 1e-3);
+        world().removeNode(stone);
+    }
+}
+
+TEST_F(PhysicsMotion, ALongFrameIsSplit) {
+    Object* const whole = addBody("whole", at(0, 0, 500));
+    Object* const parts = addBody("parts", at(100, 0, 500));
+    const auto push = [](Object* object) {
+        object->getBodyRigid()->addForce({0.3f, 0.0f, 0.0f}, toWorld({0.0, 2000.0, 0.0}));
+    };
+    parts->getBody()->setEnabled(false);
+    for (int i = 0; i < 10; ++i) {
+        push(whole);
+        run(1, 0.1);
+    }
+    whole->getBody()->setEnabled(false);
+    parts->getBody()->setEnabled(true);
+    for (int i = 0; i < 60; ++i) {
+        push(parts);
+        run(1, 1.0 / 60.0);
+    }
+    dmat4 there = parts->getWorldTransform();
+    there.t -= at(100, 0, 500).t - at(0, 0, 500).t;
+    EXPECT_LT(distance(whole->getWorldTransform(), there), 0.005);
+    EXPECT_GT((inverse(site()) * whole->getWorldPosition()).y, 0.9) << "the force acts in every part";
+}
+
+TEST_F(PhysicsMotion, ForcesLastOneFrame) {
+    Object* const cube = addFloating("cube", at(0, 0, 10));
+    cube->getBodyRigid()->addForce(toWorld({600.0, 0.0, 0.0}));
+    run(30);
+    EXPECT_NEAR(toLocal(cube->getBodyRigid()->getLinearVelocity()).x, 0.01, 1e-6);
+}
+
+TEST_F(PhysicsMotion, DampingDecaysAndLetsTorqueTurn) {
+    for (const double dt : {1.0 / 240.0, 1.0 / 60.0, 0.1}) {
+        Object* const cube = addFloating("cube", at(0, 0, 10));
+        BodyRigid& body = *cube->getBodyRigid();
+        body.setLinearDamping(3.5f);
+        body.setAngularDamping(3.5f);
+        body.setLinearVelocity(toWorld({8.0, 0.0, 0.0}));
+        const double inertia = 1000.0 / 6.0, torque = 500.0;
+        const int frames = static_cast<int>(std::lround(4.0 / dt));
+        for (int i = 0; i < frames; ++i) {
+            body.addTorque(toWorld({0.0, 0.0, torque}));
+            run(1, dt);
+            if (i + 1 != frames / 4) continue;
+            EXPECT_NEAR(toLocal(body.getLinearVelocity()).x, 8.0 * std::exp(-3.5), 1e-5) << dt;
+        }
+        EXPECT_NEAR(toLocal(body.getAngularVelocity()).z, torque / (inertia * 3.5), 1e-5) << dt;
+        body.setAngularDamping(NONE);
+        EXPECT_EQ(body.getAngularDamping(), 0.0f);
+        world().removeNode(cube);
+    }
+}
+
+TEST_F(PhysicsMotion, InertiaComesFromTheShapes) {
+    struct Case {
+        const char* what;
+        Shape::Type type;
+        vec3 size;
+        dvec3 moments;  // for 1000 kg
+    };
+    const Case cases[] = {
+        {"box", Shape::BOX, {2, 4, 6}, {13000.0 / 3.0, 10000.0 / 3.0, 5000.0 / 3.0}},
+        {"sphere", Shape::SPHERE, {2, 9, 9}, {400.0, 400.0, 400.0}},
+        {"cylinder", Shape::CYLINDER, {2, 9, 6}, {3250.0, 3250.0, 500.0}},
+        {"capsule no higher than wide", Shape::CAPSULE, {2, 9, 1}, {400.0, 400.0, 400.0}},
+    };
+    for (const Case& c : cases) {
+        Shape shape = box(c.size);
+        shape.type = c.type;
+        // Turned by a right angle about X: the shape's Z becomes the object's -Y.
+        shape.transform = dmat4(dquat(dvec3(1, 0, 0), 90.0), dvec3());
+        world().getPhysics()->setGravity({});
+        Object* const object = addBody("body", at(0, 0, 10), settings({shape}));
+        const dvec3 expected(c.moments.x, c.moments.z, c.moments.y);
+        for (int axis = 0; axis < 3; ++axis) {
+            const dvec3 about(axis == 0, axis == 1, axis == 2);
+            object->setTransform(at(0, 0, 10));
+            object->getBodyRigid()->addTorque(toWorld(about * 60.0));
+            run(1);
+            EXPECT_NEAR(dot(toLocal(object->getBodyRigid()->getAngularVelocity()), about) * expected[axis], 1.0, 1e-4)
+                << c.what << axis;
+        }
+        world().removeNode(object);
+    }
+}
+
+TEST_F(PhysicsMotion, TurnsAboutItsCentreOfMass) {
+    world().getPhysics()->setGravity({});
+    BodySettings s = settings({box({1, 1, 1})});
+    s.center_of_mass = vec3(2.0f, 0.0f, 0.0f);
+    const dmat4 start = at(3, 4, 50, {30, 20, 10});
+    Object* const object = addBody("body", start, s);
+    run(1);
+    EXPECT_LT(distance(object->getWorldTransform(), start), 1e-8) << "the pose comes back as it went";
+
+    // Lifted at the object's origin, the mass hangs down: it turns about +Y, and its centre is lifted straight.
+    object->setTransform(at(0, 0, 50));
+    BodyRigid& body = *object->getBodyRigid();
+    body.addWorldForce(object->getWorldPosition(), toWorld({0.0, 0.0, 6000.0}));
+    run(1);
+    EXPECT_GT(toLocal(body.getAngularVelocity()).y, 0.01);
+    EXPECT_NEAR(toLocal(body.getLinearVelocity()).z, 0.1, 1e-6);
+    const dvec3 lever = rotate(object->getWorldTransform(), dvec3(-2.0, 0.0, 0.0));
+    const dvec3 expected = dvec3(body.getLinearVelocity()) + cross(dvec3(body.getAngularVelocity()), lever);
+    EXPECT_LT(length(dvec3(body.getWorldVelocity(object->getWorldPosition())) - expected), 1e-6);
+}
+
+TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
+    Object* const cube = addFloating("cube", at(0, 0, 10));
+    BodyRigid& body = *cube->getBodyRigid();
+    const vec3 velocity = toWorld({5.0, 0.0, 0.0}), turn = toWorld({0.0, 0.0, 1.0});
+    const auto start = [&] {
+        body.setLinearVelocity(velocity);
+        body.setAngularVelocity(turn);
+    };
+    start();
+    body.setPreserveTransform(at(0, 100, 10));
+    EXPECT_LT(distance(body.getTransform(), at(0, 100, 10)), 1e-8);
+    run(1);
+    EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).x, 5.0 / 60.0, 1e-5);
+    EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).y, 100.0, 1e-5);
+    EXPECT_NEAR(length(body.getAngularVelocity()), 1.0, 1e-5);
+
+    using Teleport = Function<void()>;
+    for (const Teleport& teleport : {Teleport([&] { cube->setTransform(at(0, 0, 20)); }),
+                                     Teleport([&] { body.setTransform(at(0, 0, 20)); }),
+                                     Teleport([&] { cube->setWorldPosition(at(0, 0, 20).t); })}) {
+        start();
+        teleport();
+        EXPECT_EQ(length(body.getLinearVelocity()) + length(body.getAngularVelocity()), 0.0f);
+        run(1);
+        EXPECT_NEAR(heightOf(*cube), 20.0, 1e-6);
+    }
+    // What is set after the teleport counts.
+    cube->setTransform(at(0, 0, 20));
+    start();
+    run(1);
+    EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).x, 5.0 / 60.0, 1e-5);
+}
+
+TEST_F(PhysicsMotion, ABodyBelowAMovingNodeFollowsIt) {
+    Node* const group = addNode("group");
+    group->setTransform(at(0, 0, 50));
+    Object* const carrier = addBody("carrier", at(0, 0, 100), settings({box({1, 1, 1})}, BodySettings::DRIVEN));
+    Object* const grouped = addBody("grouped", dmat4::translation({0, 0, 5}), settings({box({1, 1, 1})}), group);
+    Object* const nested = addBody("nested", dmat4::translation({0, 0, 5}), settings({box({1, 1, 1})}), carrier);
+    for (int i = 1; i <= 60; ++i) {
+        group->setTransform(at(0.5 * i, 0, 50));
+        carrier->setTransform(at(0.5 * i, 0, 100));
+        run(1);
+    }
+    EXPECT_LT(distance(grouped->getWorldTransform(), at(30, 0, 55)), 1e-6);
+    EXPECT_LT(distance(nested->getWorldTransform(), at(30, 0, 105)), 1e-6);
+    EXPECT_NEAR(toLocal(nested->getBodyRigid()->getLinearVelocity()).x, 30.0, 1e-4);
+    runSeconds(1.0);
+    EXPECT_LT(heightOf(*grouped), 51.0) << "falls once its group stands";
+    EXPECT_NEAR(heightOf(*nested), 105.0, 1e-6);
+}
+
+TEST_F(PhysicsMotion, OnlyEnabledDynamicBodiesMove) {
+    Object* const objects[] = {
+        addBody("static", at(0, 0, 50), settings({box({1, 1, 1})}, BodySettings::STATIC)),
+        addBody("driven", at(10, 0, 50), settings({box({1, 1, 1})}, BodySettings::DRIVEN)),
+        addBody("disabled", at(20, 0, 50)),
+        addBody("hidden", at(30, 0, 50)),
+    };
+    objects[2]->getBody()->setEnabled(false);
+    objects[3]->setEnabled(false);
+    for (int i = 0; i < 30; ++i) {
+        for (Object* object : objects) object->getBodyRigid()->addForce(toWorld({0.0, 0.0, 1e6}));
+        run(1);
+    }
+    for (int i = 0; i < 4; ++i) EXPECT_LT(distance(objects[i]->getWorldTransform(), at(10 * i, 0, 50)), 1e-8) << i;
+    for (int i : {2, 3}) {
+        objects[i]->setEnabled(true);
+        objects[i]->getBody()->setEnabled(true);
+    }
+    run(1);
+    for (int i : {2, 3}) EXPECT_NEAR(heightOf(*objects[i]), 50.0 - G / 3600.0, 1e-6) << "no force was kept";
+}
+
+TEST_F(PhysicsMotion, RefusesBodiesThatCannotBe) {
+    struct Case {
+        const char* what;
+        Function<void(BodySettings&)> spoil;
+    };
+    const Case cases[] = {
+        {"no shape", [](BodySettings& s) { s.shapes.clear(); }},
+        {"no mass", [](BodySettings& s) { s.mass = 0.0f; }},
+        {"negative mass", [](BodySettings& s) { s.mass = -1.0f; }},
+        {"mass is no number", [](BodySettings& s) { s.mass = NONE; }},
+        {"flat box", [](BodySettings& s) { s.shapes[0].size = vec3(1, 0, 1); }},
+        {"size is no number", [](BodySettings& s) { s.shapes[0].size.z = NONE; }},
+        {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(9); }},
+        {"place is no number", [](BodySettings& s) { s.shapes[0].transform.t.x = NAN; }},
+        {"centre is no number", [](BodySettings& s) { s.center_of_mass.x = NONE; }},
+        {"negative inertia", [](BodySettings& s) { s.inertia.x = -1.0f; }},
+    };
+    Object* const object = addBody("fragile", at(0, 0, 10));
+    for (const Case& c : cases) {
+        ASSERT_TRUE(object->setBody(settings({box({1, 1, 1})})));
+        BodySettings s = settings({box({1, 1, 1})});
+        c.spoil(s);
+        clearLines();
+        EXPECT_FALSE(object->setBody(s)) << c.what;
+        EXPECT_EQ(object->getBody(), nullptr) << c.what;
+        EXPECT_EQ(countLines("fragile"), 1) << c.what;
+        run(1);
+    }
+    BodySettings massless = settings({box({1, 1, 1})}, BodySettings::STATIC, 0.0f);
+    EXPECT_TRUE(object->setBody(massless)) << "mass plays no part here";
+}
+
+TEST_F(PhysicsMotion, RefusesForcesThatAreNoNumbers) {
+    Object* const cube = addFloating("cube", at(0, 0, 10));
+    BodyRigid& body = *cube->getBodyRigid();
+    const vec3 bad(NONE, 0, 0), good(1, 0, 0);
+    const float infinity = std::numeric_limits<float>::infinity();
+    body.addForce(bad);
+    body.addForce(bad, good);
+    body.addForce(good, vec3(0, infinity, 0));
+    body.addWorldForce(dvec3(NAN, 0, 0), good);
+    body.addTorque(bad);
+    body.setLinearVelocity(bad);
+    body.setAngularVelocity(bad);
+    body.setPreserveTransform(dmat4::translation({NAN, 0, 0}));
+    EXPECT_EQ(countLines("cube"), 8);
+    run(2);
+    EXPECT_LT(distance(cube->getWorldTransform(), at(0, 0, 10)), 1e-9);
+}
+
+/// A heap of bodies on a deck that moves under them.
+TEST_F(PhysicsMotion, SameSequenceGivesSameBits) {
+    const auto runOnce = [this] {
+        ObjectMeshStatic* const deck = addMesh("deck", at(0, 0, 0), makeSheet(40, 8));
+        std::vector<Object*> heap;
+        for (int i = 0; i < 12; ++i) {
+            heap.push_back(addBody("heap", at(0.3 * (i % 3), 0.2 * (i % 4), 1.0 + 1.1 * i, {7.0 * i, 3.0 * i, 0})));
+        }
+        std::vector<dmat4> places;
+        for (int i = 0; i < 400; ++i) {
+            deck->setTransform(at(0.05 * i, 0, 0.3 * std::sin(0.05 * i)));
+            heap[static_cast<std::size_t>(i % 12)]->getBodyRigid()->addForce(toWorld({500.0, 0.0, 0.0}));
+            run(1, i % 7 == 0 ? 0.05 : 1.0 / 60.0);
+        }
+        for (Object* object : heap) places.push_back(object->getWorldTransform());
+        for (Object* object : heap) world().removeNode(object);
+        world().removeNode(deck);
+        return places;
+    };
+    const std::vector<dmat4> first = runOnce(), second = runOnce();
+    EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size() * sizeof first[0]), 0);
+}
+
+}  // namespace

@@ -1,0 +1,237 @@
+// Standing, coming to rest, riding and waking.
+#include <cmath>
+
+#include "engine/scene/ObjectTerrain.h"
+#include "test_physics_scene.h"
+
+namespace {
+
+class PhysicsRest : public PhysicsTest {
+protected:
+    /// Runs until it is at rest.
+    void settle(Object* object) {
+        for (int i = 0; i < 600 && !object->getBodyRigid()->isFrozen(); ++i) run(1);
+        ASSERT_TRUE(object->getBodyRigid()->isFrozen()) << object->getName();
+    }
+    /// Ground with posts about 30 m apart at a height of up to 20 m; flat where `slope` (metres a post) is 0.
+    ObjectTerrain* addTerrain(double slope) {
+        std::string text = "ncols 61\nnrows 61\nxllcenter 112.342\nyllcenter 16.832\ncellsize 0.0002666666667\n";
+        for (int i = 0; i < 61; ++i) {
+            for (int k = 0; k < 61; ++k) text += std::to_string(20.0 + slope * (k - 30)) + (k == 60 ? "\n" : " ");
+        }
+        write("data/ground.asc", text);
+        write("data/ground.prj",
+              "GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],PRIMEM[\"Greenwich\",0],"
+              "UNIT[\"degree\",0.0174532925199433]]");
+        auto terrain = std::make_unique<ObjectTerrain>("data/ground.asc", "");
+        EXPECT_TRUE(terrain->isLoaded());
+        return add(std::move(terrain));
+    }
+};
+
+TEST_F(PhysicsRest, DoesNotCreep) {
+    addMesh("deck", at(0, 0, 0), makeSheet(400, 50));
+    addTerrain(0.6);
+    Object* const objects[] = {
+        addBody("light", at(10, 5, 0.6)),
+        addBody("ship", at(60, 5, 5.1), settings({box({20, 100, 10})}, BodySettings::DYNAMIC, 6e7f)),
+        addBody("on a slope", at(-200.5, -300.2, 30.0)),
+    };
+    // What stands on the slope lands first.
+    runSeconds(4.0);
+    dvec3 places[3];
+    for (int i = 0; i < 3; ++i) places[i] = objects[i]->getWorldPosition();
+    runSeconds(600.0);
+    for (int i = 0; i < 3; ++i) EXPECT_LT(length(objects[i]->getWorldPosition() - places[i]), 1e-3) << i;
+    EXPECT_NEAR(heightOf(*objects[0]), 0.5, 0.002);
+    EXPECT_NEAR(heightOf(*objects[1]), 5.0, 0.002);
+}
+
+TEST_F(PhysicsRest, StandsOnTheTerrainsTriangles) {
+    ObjectTerrain* const terrain = addTerrain(0.0);
+    const dvec3 geo = EllipsoidModel().toWGS(at(3, 4, 0).t);
+    double altitude = 0.0;
+    ASSERT_TRUE(terrain->getAltitudeByLonLat(geo.x, geo.y, altitude));
+    Object* const cube = addBody("cube", at(3, 4, altitude + 1.0));
+    settle(cube);
+    EXPECT_NEAR(heightOf(*cube), altitude + 0.5, 0.003);
+    world().removeNode(terrain);
+    runSeconds(1.0);
+    EXPECT_LT(heightOf(*cube), altitude - 3.0) << "falls when the ground goes";
+}
+
+/// Heave, turn and travel of a deck after t seconds.
+dmat4 deckAt(const dmat4& site, double t) {
+    const dmat4 place(dquat(dvec3(20.0 * std::sin(0.02 * t), 2.0 * std::sin(0.4 * t), 4.0 * std::sin(0.3 * t))),
+                      dvec3(15.0 * t, 0.0, 2.0 * std::sin(0.5 * t)));
+    return site * place;
+}
+
+TEST_F(PhysicsRest, RidesOnWhatItStandsOn) {
+    struct Case {
+        const char* what;
+        Function<Object*()> make;
+    };
+    const Case cases[] = {
+        {"driven deck", [this] {
+             return addBody("deck", site(), settings({box({60, 60, 2}, {0, 0, -1})}, BodySettings::DRIVEN));
+         }},
+        {"mesh", [this] { return addMesh("deck", site(), makeSheet(60, 10)); }},
+        {"mesh of a prefab", [this] {
+             Object* const ship = add(std::make_unique<ObjectPrefab>());
+             ship->setTransform(site());
+             addMesh("plates", dmat4(), makeSheet(60, 10), ship);
+             return ship;
+         }},
+    };
+    for (const Case& c : cases) {
+        Object* const deck = c.make();
+        Object* const parked = addBody("parked", at(7, 12, 0.55));
+        const auto inDeck = [&] { return inverse(deck->getWorldTransform()) * parked->getWorldTransform(); };
+        double t = 0.0;
+        parked->getBodyRigid()->setLinearVelocity(toWorld({15, 0, 1}));
+        const auto sail = [&](double seconds) {
+            for (double end = t + seconds; t < end;) {
+                t += 1.0 / 60.0;
+                deck->setTransform(deckAt(site(), t));
+                run(1);
+            }
+        };
+        const dmat4 start = inDeck();
+        sail(3.0);
+        EXPECT_LT(distance(inDeck(), start), 0.1) << c.what << ": carried before it is at rest";
+        ASSERT_TRUE(parked->getBodyRigid()->isFrozen()) << c.what;
+        const dmat4 rest = inDeck();
+        sail(600.0);
+        EXPECT_LT(distance(inDeck(), rest), 1e-6) << c.what;
+        EXPECT_NEAR(toLocal(parked->getBodyRigid()->getLinearVelocity()).x, 15.0, 0.5) << c.what;
+
+        parked->getBodyRigid()->addForce(vec3());
+        sail(1.0 / 60.0);
+        EXPECT_TRUE(parked->getBodyRigid()->isFrozen()) << c.what << ": no force is no push";
+        for (int i = 0; i < 60; ++i) {
+            parked->getBodyRigid()->addForce(narrow(rotate(deck->getWorldTransform(), {0, 12000, 0})));
+            sail(1.0 / 60.0);
+        }
+        EXPECT_GT((inDeck().t - rest.t).y, 1.0) << c.what << ": a push moves it along the deck";
+        world().removeNode(parked);
+        world().removeNode(deck);
+    }
+}
+
+TEST_F(PhysicsRest, RidesOnAHullThatMovesByForces) {
+    Object* const hull = addBody("hull", at(0, 0, -5), settings({box({40, 80, 4})}, BodySettings::DYNAMIC, 1e7f));
+    addMesh("deck", dmat4::translation({0, 0, 5}), makeSheet(40, 4), hull);
+    hull->getBodyRigid()->setFreezable(false);
+    Object* const parked = addBody("parked", at(3, 4, 0.51));
+    const auto inHull = [&] { return inverse(hull->getWorldTransform()) * parked->getWorldTransform(); };
+    const auto sail = [&](int frames) {
+        for (int i = 0; i < frames; ++i) {
+            hull->getBodyRigid()->addForce(toWorld({0.0, 5e6, 9.80665e7}));
+            run(1);
+        }
+    };
+    parked->getBodyRigid()->setFreezable(false);
+    sail(60);
+    const dmat4 start = inHull();
+    sail(600);
+    EXPECT_LT(distance(inHull(), start), 0.02) << "carried by friction";
+    parked->getBodyRigid()->setFreezable(true);
+    sail(60);
+    const dmat4 rest = inHull();
+    sail(600);
+    EXPECT_LT(distance(inHull(), rest), 1e-6) << "riding";
+    EXPECT_GT(toLocal(hull->getBodyRigid()->getLinearVelocity()).y, 10.0);
+}
+
+TEST_F(PhysicsRest, WakesWhenItMust) {
+    ObjectMeshStatic* deck = nullptr;
+    Object* parked = nullptr;
+    BodyRigid* body = nullptr;
+    struct Case {
+        const char* what;
+        Function<void()> act;
+        bool wakes;
+    };
+    const Case cases[] = {
+        {"nothing", [] {}, false},
+        {"no force", [&] { body->addForce(vec3()); }, false},
+        {"forces that cancel", [&] { body->addForce(toWorld({5000, 0, 0})), body->addForce(toWorld({-5000, 0, 0})); },
+         false},
+        {"a breath", [&] { body->addForce(toWorld({1, 0, 0})); }, false},
+        {"a force", [&] { body->addForce(toWorld({5000, 0, 0})); }, true},
+        {"a torque", [&] { body->addTorque(toWorld({0, 0, 3000})); }, true},
+        {"the velocity it has", [&] { body->setLinearVelocity(body->getLinearVelocity()); }, false},
+        {"a velocity", [&] { body->setLinearVelocity(toWorld({1, 0, 0})); }, true},
+        {"a spin", [&] { body->setAngularVelocity(toWorld({0, 0, 1})); }, true},
+        {"the place it has", [&] { body->setPreserveTransform(parked->getWorldTransform()); }, false},
+        {"a place", [&] { body->setPreserveTransform(at(0, 0, 1)); }, true},
+        {"a teleport", [&] { parked->setTransform(at(0, 0, 0.5)); }, true},
+        {"no longer freezable", [&] { body->setFreezable(false); }, true},
+        {"a mask", [&] { body->setMask(1); }, true},
+        {"the deck goes", [&] { world().removeNode(deck); }, true},
+        {"the deck is hidden", [&] { deck->setEnabled(false); }, true},
+        {"the deck lets through", [&] { deck->setCollider(false); }, true},
+        {"the deck moves", [&] { deck->setTransform(at(0, 0, 0.02)); }, false},
+        {"something runs into it",
+         [&] { addBody("runner", at(-2, 0, 0.52))->getBodyRigid()->setLinearVelocity(toWorld({30, 0, 0})); }, true},
+        {"something driven runs into it",
+         [&] {
+             Object* const tug = addBody("tug", at(-1.5, 0, 0.7), settings({box({1, 1, 1})}, BodySettings::DRIVEN));
+             tug->setTransform(at(-0.9, 0, 0.7));
+         },
+         true},
+        {"something passes close by", [&] { addBody("passer", at(1.3, 0, 5)); }, false},
+    };
+    for (const Case& c : cases) {
+        deck = addMesh("deck", at(0, 0, 0), makeSheet(40, 10));
+        parked = addBody("parked", at(0, 0, 0.55));
+        body = parked->getBodyRigid();
+        settle(parked);
+        c.act();
+        bool woke = false;
+        for (int i = 0; i < 6; ++i) {
+            run(1);
+            woke = woke || !body->isFrozen();
+        }
+        EXPECT_EQ(woke, c.wakes) << c.what;
+        for (const char* name : {"parked", "deck", "runner", "tug", "passer"}) {
+            world().removeNode(world().getNodeByName(name));
+        }
+    }
+}
+
+TEST_F(PhysicsRest, StacksComeToRestAndFallWithTheirBase) {
+    addMesh("deck", at(0, 0, 0), makeSheet(40, 10));
+    Object* boxes[3];
+    for (int i = 0; i < 3; ++i) boxes[i] = addBody("box", at(0, 0, 0.51 + 1.01 * i));
+    for (Object* object : boxes) settle(object);
+    EXPECT_NEAR(heightOf(*boxes[2]), 2.5, 0.01);
+    world().removeNode(boxes[0]);
+    runSeconds(2.0);
+    EXPECT_NEAR(heightOf(*boxes[2]), 1.5, 0.01);
+}
+
+TEST_F(PhysicsRest, CostDoesNotGrowWithWhatStandsAbout) {
+    const std::shared_ptr<MeshData> sheet = makeSheet(8);
+    for (int i = 0; i < 100; ++i) {
+        for (int k = 0; k < 100; ++k) addMesh("plate", at(10.0 * i, 10.0 * k, 0), sheet);
+    }
+    for (int i = 0; i < 50; ++i) {
+        addBody("bollard", at(10.0 * i, 1000, 0), settings({box({1, 1, 1})}, BodySettings::STATIC));
+    }
+    run(1);
+    EXPECT_EQ(getNumStanding(), 0);
+    Object* const first = addBody("first", at(500, 500, 0.6));
+    Object* const far = addBody("far", at(505, 500, 5000));
+    run(10);
+    EXPECT_GT(getNumStanding(), 2);
+    EXPECT_LE(getNumStanding(), 2 + 9);
+    world().removeNode(far);
+    settle(first);
+    runSeconds(1.0);
+    EXPECT_EQ(getNumStanding(), 1);
+    EXPECT_NEAR(heightOf(*first), 0.5, 0.002);
+}
+
+}  // namespace

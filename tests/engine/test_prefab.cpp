@@ -1,0 +1,201 @@
+// Prefab files: content, nesting, files that cannot be loaded, and the boxes and lists of what was.
+#include "engine/physics/Body.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "engine/text/Package.h"
+#include "support/TestScene.h"
+
+namespace {
+
+class PrefabTest : public SceneTest {
+protected:
+    static std::unique_ptr<ObjectPrefab> load(const jString& path) { return std::make_unique<ObjectPrefab>(path); }
+    static std::string namesOf(const ObjectPrefab& prefab) {
+        std::string names;
+        for (const Node* node : prefab.getNodes()) names += node->getName() + " ";
+        return names;
+    }
+};
+
+constexpr const char* BODY = R"("body": { "kind": "driven", "mass": 800, "center_of_mass": [0, 1, 0],
+    "shapes": [ { "name": "hull", "type": "sphere", "size": [2, 2, 2] }, { "type": "box", "position": [0, 0, 3] } ] })";
+
+}  // namespace
+
+TEST_F(PrefabTest, ContentHangsDirectlyUnderThePrefab) {
+    write("data/a/ship.prefab",
+          std::string(R"({ "node": { "name": "ship", "tags": [ "hull" ], )") + BODY + R"(, "children": [
+        { "name": "mast", "children": [ { "type": "light", "name": "lamp" } ] },
+        { "name": "boat", "prefab": "sub/boat.prefab", "position": [0, 5, 0], "children": [ { "name": "flag" } ] },
+        { "name": "same", "prefab": "data/a/sub/boat.prefab" } ] } })");
+    write("data/a/sub/boat.prefab",
+          R"({ "node": { "name": "unseen", "children": [ { "type": "particles", "name": "wake",
+        "particles": { "texture": "foam.png" } } ] } })");
+    auto ship = load("data/a/ship.prefab");
+    ASSERT_EQ(ship->getStatus(), ObjectPrefab::LOADED);
+    EXPECT_TRUE(lines().empty());
+    EXPECT_EQ(namesOf(*ship), "ship mast lamp boat wake flag same wake ");
+    EXPECT_EQ(ship->getObjects().size(), 4) << "both boats and their wakes";
+    EXPECT_TRUE(ship->hasTag("hull"));
+    EXPECT_EQ(ship->getBody()->getNumShapes(), 2);
+    EXPECT_EQ(ship->getBodyRigid()->getMass(), 800.0f);
+    EXPECT_EQ(ship->getChildByName("flag", true)->getPrefabNode()->getName(), "boat");
+
+    // The lists follow the tree, and the prefab works the same in the world.
+    ObjectPrefab* const prefab = add(std::move(ship));
+    world().removeNode(prefab->getChildByName("boat"));
+    EXPECT_EQ(namesOf(*prefab), "ship mast lamp same wake ");
+    prefab->release();
+    EXPECT_EQ(namesOf(*prefab), "ship ");
+    EXPECT_FALSE(prefab->isLoaded());
+    EXPECT_EQ(prefab->getBody(), nullptr);
+    EXPECT_EQ(world().getNodeByName("wake"), nullptr);
+}
+
+TEST_F(PrefabTest, ATypedTopNodeHangsUnderThePrefabAndCanBeLoadedAlone) {
+    write("data/fx/fire.prefab",
+          R"({ "node": { "type": "particles", "name": "fire", "particles": { "spawn_rate": 7 } } })");
+    EXPECT_EQ(load("data/fx/fire.prefab")->getChild(0)->getType(), Node::PARTICLES);
+    Package package;
+    ASSERT_TRUE(mjl::open("data/fx/fire.prefab", package, true));
+    const std::unique_ptr<Node> alone = World::LoadNode(*package.getPackage("node"), "data/fx");
+    EXPECT_EQ(alone->getType(), Node::PARTICLES);
+}
+
+TEST_F(PrefabTest, WhatCannotBeLoadedSaysSoEachTimeAndHasNoContent) {
+    write("data/empty.prefab", "{ }");
+    write("data/list.prefab", "[ ]");
+    write("data/number.prefab", R"({ "node": 4 })");
+    write("outside.txt", "{ }");
+    for (const char* path : {"data/missing.prefab", "data/empty.prefab", "data/list.prefab", "data/number.prefab",
+                             "../x.prefab", "", "data"}) {
+        for (int again = 0; again < 2; ++again) {
+            clearLines();
+            const auto prefab = load(path);
+            EXPECT_FALSE(prefab->isLoaded()) << path;
+            EXPECT_EQ(prefab->getNumChildren(), 0) << path;
+            ASSERT_EQ(lines().size(), 1u) << path;
+            EXPECT_NE(lines()[0].find(path), std::string::npos) << lines()[0];
+        }
+    }
+}
+
+TEST_F(PrefabTest, AnIncludeThatEndsInItselfFailsAsAWhole) {
+    write("data/a.prefab", R"({ "node": { "name": "a", "children": [ { "name": "x" }, { "prefab": "b.prefab" } ] } })");
+    write("data/b.prefab", R"({ "node": { "children": [ { "name": "y" }, { "prefab": "sub/../c.prefab" } ] } })");
+    write("data/c.prefab", R"({ "node": { "children": [ { "prefab": "data/a.prefab" }, { "name": "z" } ] } })");
+    write("data/self.prefab", R"({ "node": { "prefab": "self.prefab" } })");
+    for (const char* path : {"data/a.prefab", "data/b.prefab", "data/c.prefab", "data/self.prefab"}) {
+        clearLines();
+        const auto prefab = load(path);
+        EXPECT_FALSE(prefab->isLoaded()) << path;
+        EXPECT_EQ(prefab->getNumChildren(), 0) << path;
+        ASSERT_EQ(lines().size(), 1u) << path;
+        EXPECT_EQ(lines()[0].find(path), 0u) << lines()[0];
+    }
+    clearLines();
+    load("data/a.prefab");
+    EXPECT_EQ(countLines("data/a.prefab -> data/b.prefab -> data/c.prefab -> data/a.prefab"), 1);
+
+    // Where the cycle is one node of a world, the rest of the world stands.
+    write("data/w.world", R"({ "nodes": [ { "prefab": "a.prefab" }, { "name": "rest" } ] })");
+    ASSERT_TRUE(world().load("data/w.world"));
+    EXPECT_NE(world().getNodeByName("rest"), nullptr);
+    EXPECT_EQ(world().getNodeByName("x"), nullptr);
+}
+
+TEST_F(PrefabTest, ANestedFileThatIsMissingIsLeftOutAlone) {
+    write("data/a.prefab",
+          R"({ "node": { "children": [ { "name": "x" }, { "prefab": "gone.prefab" }, { "name": "y" } ] } })");
+    const auto prefab = load("data/a.prefab");
+    EXPECT_TRUE(prefab->isLoaded());
+    EXPECT_EQ(prefab->getNumChildren(), 2);
+    EXPECT_EQ(countLines("data/gone.prefab"), 1);
+}
+
+TEST_F(PrefabTest, NestingAndNumbersAreBounded) {
+    const auto chain = [&](const std::string& name, int files, int copies) {
+        for (int i = 0; i < files; ++i) {
+            std::string children;
+            for (int c = 0; c < copies && i + 1 < files; ++c) {
+                children += (c ? ", " : "") + ("{ \"prefab\": \"" + name + std::to_string(i + 1)) + ".prefab\" }";
+            }
+            write("data/" + name + std::to_string(i) + ".prefab",
+                  "{ \"node\": { \"children\": [ " + children + " ] } }");
+        }
+    };
+    chain("fits", 32, 1);
+    chain("deep", 33, 1);
+    chain("wide", 24, 4);  // 4^23 nodes
+    EXPECT_TRUE(load("data/fits0.prefab")->isLoaded());
+    for (const char* path : {"data/deep0.prefab", "data/wide0.prefab"}) {
+        clearLines();
+        const auto prefab = load(path);
+        EXPECT_FALSE(prefab->isLoaded()) << path;
+        EXPECT_EQ(prefab->getNumChildren(), 0) << path;
+        EXPECT_EQ(lines().size(), 1u) << path;
+    }
+}
+
+TEST_F(PrefabTest, AFileCutOffAnywhereIsLoadedWholeOrNotAtAll) {
+    const std::string whole = std::string(R"({ "node": { "name": "n", )") + BODY +
+                              R"(, "children": [ { "type": "light", "light": { "kind": "spot" } }, // lamp
+                                 { "type": "particles", "particles": { "deflectors": [ { "hpr": [0, 1, 2] } ] } } ] } } /* end */)";
+    int loaded = 0;
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        const std::string file = "data/cut" + std::to_string(size) + ".prefab";
+        write(file, whole.substr(0, size));
+        clearLines();
+        const auto prefab = load(file);
+        EXPECT_EQ(lines().size(), prefab->isLoaded() ? 0u : 1u) << size;
+        EXPECT_EQ(prefab->getNumChildren(), prefab->isLoaded() ? 2 : 0) << size;
+        EXPECT_EQ(prefab->getBody() != nullptr, prefab->isLoaded()) << size;
+        loaded += prefab->isLoaded();
+    }
+    EXPECT_EQ(loaded, 3) << "whole, without the comment, and without the space before it";
+}
+
+TEST_F(PrefabTest, BoxAndSegmentQueriesFollowContentAndPrefab) {
+    Random random(11);
+    auto made = std::make_unique<ObjectPrefab>();
+    ObjectPrefab* const outer = made.get();
+    auto inner_made = std::make_unique<ObjectPrefab>();
+    ObjectPrefab* const inner = inner_made.get();
+    outer->addChild(std::make_unique<Node>())->addChild(std::move(inner_made));
+    std::vector<BoxObject*> boxes;
+    for (int i = 0; i < 6; ++i) {
+        auto box = std::make_unique<BoxObject>(BoundBox({-1, -1, -1}, {1, 1, 1}));
+        boxes.push_back(box.get());
+        (i % 2 ? static_cast<Node*>(inner) : outer)->addChild(std::move(box));
+    }
+    world().addChild(std::move(made));
+    for (int step = 0; step < 300; ++step) {
+        Node* const moved[] = {outer, inner, outer->getChild(0), boxes[0], boxes[1]};
+        moved[step % 5]->setTransform(randomTransform(random, 50.0));
+        if (step % 17 == 0) boxes[3]->setBox(BoundBox({-1, -1, -1}, {1.0 + step % 4, 1, 1}));
+        if (step % 3 == 0) continue;
+        // Every corner of every box is inside the prefab's box, and the query finds the prefab where a box is.
+        const BoundBox whole = outer->getBoundBox();
+        for (const BoxObject* box : boxes) {
+            const dmat4 m = inverse(outer->getWorldTransform()) * box->getWorldTransform();
+            for (const dvec3& corner : {box->getBoundBox().min, box->getBoundBox().max}) {
+                const dvec3 p = m * corner;
+                ASSERT_TRUE(p.x > whole.min.x - 1e-6 && p.x < whole.max.x + 1e-6 && p.y > whole.min.y - 1e-6 &&
+                            p.y < whole.max.y + 1e-6 && p.z > whole.min.z - 1e-6 && p.z < whole.max.z + 1e-6);
+            }
+            const dvec3 at = box->getWorldPosition();
+            jVector<Node*> found;
+            ASSERT_TRUE(world().getIntersection(at - dvec3(0, 0, 1), at + dvec3(0, 0, 1), found)) << "step " << step;
+            ASSERT_EQ(found.size(), 1) << "content is the prefab's affair";
+            ASSERT_EQ(found[0], outer);
+        }
+    }
+    // Taken out of the prefab, the inner one stands for itself; the outer one shrinks to what is left.
+    Node* const free_inner = world().addChild(inner->getParent()->takeChild(inner));
+    free_inner->setTransform(dmat4::translation({5000, 0, 0}));
+    jVector<Node*> found;
+    const dvec3 at = boxes[1]->getWorldPosition();
+    ASSERT_TRUE(world().getIntersection(at, at + dvec3(0, 0, 1), found));
+    EXPECT_EQ(found[0], free_inner);
+    while (outer->getNumChildren() > 0) outer->takeChild(outer->getChild(0));
+    EXPECT_TRUE(outer->getBoundBox().isEmpty());
+}

@@ -1,0 +1,252 @@
+// The datagram socket over the loopback interface, with real senders at the other end.
+#include <engine/net/SocketUDP.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include "support/FakeHost.h"
+#include "support/Packets.h"
+
+namespace {
+
+using packets::Bytes;
+
+class Socket : public testing::Test {
+protected:
+    void SetUp() override { SocketUDP::clearStats(); }
+    void TearDown() override { SocketUDP::clearStats(); }
+
+    /// Listens on a free port of 127.0.0.1.
+    static bool listen(SocketUDP& socket, const jString& host, int hostPort, int port = 0) {
+        return socket.create() && socket.setRecvIP(host) && socket.setRecvPort(hostPort) &&
+               socket.bind("127.0.0.1", port) && socket.recv(65507) && socket.nonblock();
+    }
+
+    static Bytes readOne(SocketUDP& socket, int capacity = 70000) {
+        Bytes room(static_cast<std::size_t>(capacity), 0xEE);
+        room.resize(static_cast<std::size_t>(socket.read(room.data(), 1, capacity)));
+        return room;
+    }
+
+    static const NetStats& stats() { return SocketUDP::getStats(); }
+};
+
+TEST_F(Socket, ReadsDatagramsWholeAndInOrderAcrossSizes) {
+    SocketUDP socket;
+    LoopbackSocket host;
+    ASSERT_TRUE(listen(socket, "127.0.0.1", host.getPort()));
+    // Small and large ones take different ways inside; the order must hold where the way changes.
+    std::vector<Bytes> sent;
+    for (const int size : {1, 60, 108, 65507, 1, 9000, 65448, 2, 8191, 8192, 8193, 3, 3, 65507, 4}) {
+        sent.push_back(packets::noise(size, static_cast<unsigned>(sent.size())));
+    }
+    for (int i = 0; i < 300; ++i) sent.push_back(packets::noise(1 + i, static_cast<unsigned>(i)));
+    for (std::size_t begin = 0; begin < sent.size(); begin += 5) {
+        const std::size_t end = std::min(begin + 5, sent.size());
+        for (std::size_t i = begin; i < end; ++i) ASSERT_TRUE(host.send(sent[i], socket.getLocalPort()));
+        for (std::size_t i = begin; i < end; ++i) ASSERT_EQ(readOne(socket), sent[i]) << "datagram " << i;
+        ASSERT_TRUE(readOne(socket).empty());
+    }
+    EXPECT_EQ(stats().received, sent.size());
+}
+
+TEST_F(Socket, CutsADatagramToTheRoomAndGoesOnWithTheNext) {
+    SocketUDP socket;
+    LoopbackSocket host;
+    ASSERT_TRUE(listen(socket, "127.0.0.1", 0));
+    for (int round = 0; round < 2; ++round) {  // the second finds the socket expecting large datagrams
+        for (const int size : {20000, 100}) ASSERT_TRUE(host.send(packets::noise(size, 7), socket.getLocalPort()));
+        Bytes room(70000, 0xEE);
+        EXPECT_EQ(socket.read(room.data(), 1, 64), 64);
+        const Bytes whole = packets::noise(20000, 7);
+        EXPECT_EQ(std::memcmp(room.data(), whole.data(), 64), 0);
+        EXPECT_EQ(room[64], 0xEE);
+        EXPECT_EQ(socket.read(room.data(), 50, 2), 100);
+        ASSERT_TRUE(host.send(packets::noise(20000, 7), socket.getLocalPort()));
+        EXPECT_EQ(readOne(socket), whole);
+    }
+}
+
+TEST_F(Socket, TakesOnlyTheHostsDatagrams) {
+    LoopbackSocket host, otherPort, otherAddress(0, "127.0.0.2");
+    struct Case {
+        jString address;
+        int port;
+        bool fromHost, fromOtherPort, fromOtherAddress;
+    };
+    const Case cases[] = {{"127.0.0.1", host.getPort(), true, false, false},
+                          {"127.0.0.1", 0, true, true, false},
+                          {"127.0.0.2", 0, false, false, true},
+                          {"127.0.0.2", host.getPort(), false, false, false}};
+    for (const Case& c : cases) {
+        SocketUDP::clearStats();
+        SocketUDP socket;
+        ASSERT_TRUE(listen(socket, c.address, c.port));
+        const std::pair<LoopbackSocket*, bool> senders[] = {
+            {&host, c.fromHost}, {&otherPort, c.fromOtherPort}, {&otherAddress, c.fromOtherAddress}};
+        unsigned accepted = 0;
+        for (const auto& [sender, taken] : senders) {
+            for (const int size : {0, 10, 30000}) {
+                ASSERT_TRUE(sender->send(packets::noise(size, 3), socket.getLocalPort()));
+                EXPECT_EQ(readOne(socket).size(), taken ? static_cast<std::size_t>(size) : 0u);
+            }
+            accepted += taken;
+        }
+        EXPECT_EQ(stats().received, 2 * accepted);
+        EXPECT_EQ(stats().empty, accepted);
+        EXPECT_EQ(stats().refused, 3 * (3 - accepted));
+    }
+}
+
+TEST_F(Socket, StrangersBetweenTheHostsDatagramsCostNone) {
+    SocketUDP socket;
+    LoopbackSocket host, stranger;
+    ASSERT_TRUE(listen(socket, "127.0.0.1", host.getPort()));
+    for (int i = 0; i < 200; ++i) {
+        ASSERT_TRUE(stranger.send(packets::noise(i % 7 * 3000, 1), socket.getLocalPort()));
+        ASSERT_TRUE(host.send(Bytes(1, static_cast<unsigned char>(i)), socket.getLocalPort()));
+    }
+    for (int i = 0; i < 200; ++i) ASSERT_EQ(readOne(socket), Bytes(1, static_cast<unsigned char>(i)));
+    EXPECT_TRUE(readOne(socket).empty());
+    EXPECT_EQ(stats().refused, 200u);
+}
+
+TEST_F(Socket, PortFilterIsOffWhereTheHostIsTheReceiversOwnEndpoint) {
+    const int port = findFreePort();
+    LoopbackSocket sender, elsewhere(0, "127.0.0.2");
+    for (const jString& local : {jString("127.0.0.1"), jString("0.0.0.0")}) {
+        SocketUDP socket;
+        ASSERT_TRUE(socket.create() && socket.setRecvIP("127.0.0.1") && socket.setRecvPort(port) &&
+                    socket.bind(local, port) && socket.recv(65507));
+        ASSERT_TRUE(sender.send(Bytes(5, 1), port));
+        EXPECT_EQ(readOne(socket).size(), 5u) << local;
+        ASSERT_TRUE(elsewhere.send(Bytes(6, 1), port));
+        EXPECT_TRUE(readOne(socket).empty()) << local;
+    }
+    // The same port at another address is not the receiver's own.
+    SocketUDP socket;
+    ASSERT_TRUE(listen(socket, "127.0.0.2", port, port));
+    ASSERT_TRUE(elsewhere.send(Bytes(6, 1), port));
+    EXPECT_TRUE(readOne(socket).empty());
+}
+
+TEST_F(Socket, CountsWhatTheQueueLost) {
+    SocketUDP socket;
+    LoopbackSocket host;
+    ASSERT_TRUE(listen(socket, "127.0.0.1", host.getPort()));
+    constexpr unsigned kSent = 6000;  // 390 MB: more than the largest queue that a system grants
+    const Bytes large = packets::noise(65000, 1);
+    for (unsigned i = 0; i < kSent; ++i) ASSERT_TRUE(host.send(large, socket.getLocalPort()));
+    Bytes room(65507);
+    while (socket.read(room.data(), 1, 65507) > 0) continue;
+    // A loss is heard of with the next datagram that the queue takes.
+    ASSERT_TRUE(host.send(Bytes(1, 9), socket.getLocalPort()));
+    EXPECT_EQ(readOne(socket), Bytes(1, 9));
+    EXPECT_GT(stats().dropped, 0u);
+    EXPECT_EQ(stats().received + stats().dropped, kSent + 1);
+}
+
+TEST_F(Socket, RefusesWhatCannotBeAnAddressOrAPort) {
+    SocketUDP socket;
+    EXPECT_FALSE(socket.bind("127.0.0.1", 0)) << "not created";
+    ASSERT_TRUE(socket.create());
+    for (const char* address : {"", "999.1.1.1", "host", "127.0.0.1 ", "127.1", "::1", "0.0.0.0"}) {
+        EXPECT_FALSE(socket.setRecvIP(address)) << address;
+        EXPECT_FALSE(socket.setSendIP(address)) << address;
+    }
+    for (const char* address : {"", "999.1.1.1", "host", "8.8.8.8"}) EXPECT_FALSE(socket.bind(address, 0)) << address;
+    EXPECT_FALSE(socket.setRecvIP("224.1.1.1")) << "nobody sends from a group";
+    for (const int port : {-1, 65536, 1 << 30}) {
+        EXPECT_FALSE(socket.setRecvPort(port));
+        EXPECT_FALSE(socket.setSendPort(port));
+        EXPECT_FALSE(socket.bind(port));
+    }
+    EXPECT_FALSE(socket.setSendPort(0));
+    Bytes room(10);
+    EXPECT_EQ(socket.read(nullptr, 1, 10), 0);
+    EXPECT_EQ(socket.read(room.data(), -1, -10), 0);
+    EXPECT_EQ(socket.write(nullptr, 1, 10), 0);
+    EXPECT_EQ(socket.write(room.data(), 65536, 65536), 0);
+}
+
+TEST_F(Socket, APortBelongsToOneReceiver) {
+    SocketUDP first, second;
+    ASSERT_TRUE(listen(first, "127.0.0.1", 0));
+    const int port = first.getLocalPort();
+    EXPECT_FALSE(listen(second, "127.0.0.1", 0, port));
+    EXPECT_FALSE(second.create() && second.bind(port));
+    first.release();
+    EXPECT_FALSE(first.isOpened());
+    EXPECT_TRUE(listen(second, "127.0.0.1", 0, port));
+}
+
+TEST_F(Socket, SendingGoesOnWhenNobodyListens) {
+    SocketUDP socket;
+    ASSERT_TRUE(socket.create() && socket.setSendIP("127.0.0.1") && socket.setSendPort(findFreePort()) &&
+                socket.send(65507) && socket.nonblock() && socket.bind() && socket.recv(65507));
+    LoopbackSocket host;
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(socket.write("abc", 1, 3), 3);
+        ASSERT_TRUE(host.send(Bytes(2, 1), socket.getLocalPort()));
+        EXPECT_EQ(readOne(socket).size(), 2u);
+    }
+    EXPECT_EQ(stats().sent, 20u);
+    EXPECT_EQ(stats().sendFailed, 0u);
+}
+
+TEST_F(Socket, WriteMovesOneDatagramUpToTheStatedSize) {
+    LoopbackSocket host;
+    SocketUDP socket;
+    ASSERT_TRUE(socket.create() && socket.setSendIP("127.0.0.1") && socket.setSendPort(host.getPort()) &&
+                socket.send(65507) && socket.bind());
+    Bytes large = packets::noise(65508, 4);
+    EXPECT_EQ(socket.write(large.data(), 1, 60), 60);
+    EXPECT_EQ(socket.write(large.data(), 30, 2), 60);
+    EXPECT_EQ(socket.write(large.data(), 1, 65507), 65507);
+    EXPECT_EQ(socket.write(large.data(), 65508, 1), 0);
+    const auto got = host.wait(3);
+    ASSERT_EQ(got.size(), 3u);
+    EXPECT_EQ(got[0].bytes, Bytes(large.begin(), large.begin() + 60));
+    EXPECT_EQ(got[1].bytes, got[0].bytes);
+    large.pop_back();
+    EXPECT_EQ(got[2].bytes, large);
+    EXPECT_EQ(stats().sendFailed, 1u);
+}
+
+TEST_F(Socket, TheHashOfSentBytesDoesNotDependOnTheNetwork) {
+    LoopbackSocket host;
+    std::uint64_t hashes[2];
+    for (int open = 0; open < 2; ++open) {
+        SocketUDP::clearStats();
+        SocketUDP socket;
+        if (open) {
+            ASSERT_TRUE(socket.create() && socket.setSendIP("127.0.0.1") && socket.setSendPort(host.getPort()) &&
+                        socket.send(65507) && socket.bind());
+        }
+        EXPECT_EQ(socket.write("foo", 1, 3), open ? 3 : 0);
+        EXPECT_EQ(socket.write("bar", 1, 3), open ? 3 : 0);
+        hashes[open] = stats().sentHash;
+    }
+    EXPECT_EQ(hashes[0], hashes[1]);
+    EXPECT_EQ(hashes[0], 0x85944171f73967e8u) << "the published FNV-1a value of \"foobar\"";
+}
+
+TEST_F(Socket, MulticastStaysOnTheMachineFromALoopbackAddress) {
+    FakeHost host(1);
+    SocketUDP listener;
+    ASSERT_TRUE(listener.create() && listener.bind(FakeHost::kGroup, FakeHost::kGroupPort) && listener.recv(65507));
+    SocketUDP socket;
+    ASSERT_TRUE(socket.create() && socket.setSendIP(FakeHost::kGroup) && socket.setSendPort(FakeHost::kGroupPort) &&
+                socket.send(65507) && socket.bind("127.0.0.1", 0));
+    const Bytes notice = packets::noise(72, 99);
+    ASSERT_EQ(socket.write(notice.data(), 1, 72), 72);
+    bool arrived = false;
+    for (const Datagram& datagram : host.waitNotices(1)) arrived |= datagram.bytes == notice;
+    EXPECT_TRUE(arrived);
+    arrived = false;  // delivery on the loopback interface is complete when write returns
+    for (Bytes bytes = readOne(listener); !bytes.empty(); bytes = readOne(listener)) arrived |= bytes == notice;
+    EXPECT_TRUE(arrived);
+}
+
+}  // namespace

@@ -1,0 +1,416 @@
+// Elevation rasters, heights and picks on the ground.
+#include <GeographicLib/UTMUPS.hpp>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <limits>
+
+#include "engine/scene/ObjectTerrain.h"
+#include "scene/ElevationRaster.h"
+#include "scene/TerrainPick.h"
+#include "support/TestScene.h"
+
+namespace {
+
+constexpr double NONE = std::numeric_limits<double>::quiet_NaN();
+
+/// A raster as a virtual data set over raw numbers, which says everything about itself in text.
+struct TestRaster {
+    int columns = 3, rows = 3;
+    std::array<double, 6> transform{112.0, 0.001, 0.0, 17.0, 0.0, -0.001};  ///< as GDAL counts it: corner, steps
+    std::string srs = "EPSG:4326";
+    std::string type = "Float32";
+    std::string extra;  ///< further elements of the band
+    int line = 0;       ///< bytes from row to row; 0 for rows one after the other
+    std::string bytes;
+
+    template <class T>
+    void fill(const std::function<double(int column, int row)>& value) {
+        bytes.clear();
+        for (int i = 0; i < columns * rows; ++i) {
+            const T v = static_cast<T>(value(i % columns, i / columns));
+            bytes.append(reinterpret_cast<const char*>(&v), sizeof v);
+        }
+    }
+    /// The place of a pixel's centre in the raster's own system.
+    std::array<double, 2> centre(double column, double row) const {
+        const double c = column + 0.5, r = row + 0.5;
+        return {transform[0] + c * transform[1] + r * transform[2], transform[3] + c * transform[4] + r * transform[5]};
+    }
+    int pixel() const { return type == "Byte" ? 1 : type == "Int16" ? 2 : 4; }
+    std::string describe() const {
+        std::string place;
+        for (int i = 0; i < 6; ++i)
+            place += (i ? "," : "") + std::string(numberText(transform[static_cast<std::size_t>(i)]));
+        return "<VRTDataset rasterXSize=\"" + std::to_string(columns) + "\" rasterYSize=\"" + std::to_string(rows) +
+               "\">" + (srs.empty() ? "" : "<SRS>" + srs + "</SRS><GeoTransform>" + place + "</GeoTransform>") +
+               "<VRTRasterBand dataType=\"" + type + "\" band=\"1\" subClass=\"VRTRawRasterBand\">" + extra +
+               "<SourceFilename "
+               "relativetoVRT=\"1\">heights.raw</SourceFilename><ImageOffset>0</ImageOffset><PixelOffset>" +
+               std::to_string(pixel()) + "</PixelOffset><LineOffset>" +
+               std::to_string(line ? line : columns * pixel()) +
+               "</LineOffset><ByteOrder>LSB</ByteOrder></VRTRasterBand></VRTDataset>";
+    }
+
+private:
+    static std::string numberText(double v) {
+        char text[40];
+        std::snprintf(text, sizeof text, "%.17g", v);
+        return text;
+    }
+};
+
+class TerrainTest : public SceneTest {
+protected:
+    std::unique_ptr<ElevationRaster> open(const TestRaster& raster) {
+        write("data/heights.raw", raster.bytes);
+        write("data/heights.vrt", raster.describe());
+        return ElevationRaster::open((root() / "data/heights.vrt").string());
+    }
+    static double heightAt(const ElevationRaster& raster, double lon, double lat) {
+        double height = NONE;
+        return raster.getAltitude(lon, lat, height) ? height : NONE;
+    }
+};
+
+/// A fold of hills between -150 and 150 m.
+double hills(double lon, double lat) {
+    return 100.0 * std::sin(lon * 400.0) + 50.0 * std::cos(lat * 300.0 + lon * 100.0);
+}
+
+/// Two triangles a cell written out on their own: the height between the posts of a raster whose row 0 is the northern
+/// one.
+double expectedHeight(const std::vector<float>& posts, int columns, int rows, double column, double row_from_north) {
+    const int c = std::min(static_cast<int>(column), columns - 2);
+    const int r = std::min(static_cast<int>(row_from_north), rows - 2);
+    const auto post = [&](int dc, int dr) {
+        return double(posts[static_cast<std::size_t>((r + dr) * columns + c + dc)]);
+    };
+    const double u = column - c, v = 1.0 - (row_from_north - r);  // from the south-west post (0, 1)
+    const double sw = post(0, 1), se = post(1, 1), nw = post(0, 0), ne = post(1, 0);
+    return u > v ? (1 - u) * sw + (u - v) * se + v * ne : (1 - v) * sw + (v - u) * nw + u * ne;
+}
+
+TEST_F(TerrainTest, HeightsAreThoseOfTwoTrianglesACell) {
+    Random random_numbers(3);
+    TestRaster source;
+    source.columns = 300;  // more than one tile each way
+    source.rows = 270;
+    std::vector<float> posts;
+    source.fill<float>([&](int, int) { return posts.emplace_back(random_numbers.getFloat(-100.0f, 2000.0f)); });
+    const auto raster = open(source);
+    ASSERT_TRUE(raster);
+    const auto check = [&](double column, double row) {
+        const auto [lon, lat] = source.centre(column, row);
+        EXPECT_NEAR(heightAt(*raster, lon, lat), expectedHeight(posts, 300, 270, column, row), 1e-3)
+            << column << " " << row;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        check(random_numbers.getDouble(0.0, 299.0), random_numbers.getDouble(0.0, 269.0));
+    }
+    for (const double column : {0.0, 255.0, 256.0, 299.0}) {
+        for (const double row : {0.0, 12.0, 13.0, 14.0, 269.0}) check(column, row);
+    }
+    EXPECT_EQ(lines().size(), 0u);
+}
+
+TEST_F(TerrainTest, EdgePostsAreInsideAndWhatLiesBeyondIsNot) {
+    TestRaster source;
+    source.fill<float>([](int column, int row) { return 10.0 * column + row; });
+    const auto raster = open(source);
+    ASSERT_TRUE(raster);
+    struct Case {
+        double column, row, height;
+    };
+    for (const Case& c : {Case{0, 0, 0}, Case{2, 0, 20}, Case{0, 2, 2}, Case{2, 2, 22}, Case{1, 2, 12},
+                          Case{-0.01, 1, NONE}, Case{2.01, 1, NONE}, Case{1, -0.01, NONE}, Case{1, 2.01, NONE}}) {
+        const auto [lon, lat] = source.centre(c.column, c.row);
+        const double height = heightAt(*raster, lon, lat);
+        EXPECT_TRUE(std::isnan(c.height) ? std::isnan(height) : std::abs(height - c.height) < 1e-4)
+            << c.column << " " << c.row;
+        EXPECT_EQ(std::isnan(heightAt(*raster, lon + 360.0, lat)), std::isnan(c.height));
+    }
+    EXPECT_TRUE(std::isnan(heightAt(*raster, NONE, 16.999)));
+    EXPECT_TRUE(std::isnan(heightAt(*raster, 112.001, HUGE_VAL)));
+}
+
+TEST_F(TerrainTest, ATriangleWithAHoleIsNoGround) {
+    // The middle of 3 x 3 posts misses: of the eight triangles, the south-western cell's and the north-eastern cell's
+    // both touch it, the others' only on one side of the diagonal.
+    struct Case {
+        const char* what;
+        double value;
+        const char* extra;
+    };
+    for (const Case& hole : {Case{"declared", -9999.0, "<NoDataValue>-9999</NoDataValue>"}, Case{"NaN", NONE, ""},
+                             Case{"no height on earth", -32768.0, ""}}) {
+        TestRaster source;
+        source.extra = hole.extra;
+        source.fill<float>([&](int column, int row) { return column == 1 && row == 1 ? hole.value : 7.0; });
+        const auto raster = open(source);
+        ASSERT_TRUE(raster) << hole.what;
+        const EllipsoidModel globe;
+        for (int i = 0; i < 8;
+             ++i) {  // rows count from the north, so the cells' diagonals go from below left to above right
+            const int column = i & 1, row = i >> 1 & 1;
+            const bool east = i & 4;
+            const auto [lon, lat] = source.centre(column + (east ? 0.7 : 0.3), row + (east ? 0.7 : 0.3));
+            const bool ground = column == row && east == (column == 1);
+            EXPECT_EQ(!std::isnan(heightAt(*raster, lon, lat)), ground) << hole.what << i;
+            dvec3 hit;
+            EXPECT_EQ(pickGround(*raster, globe.toWorld({lon, lat, 100}), globe.toWorld({lon, lat, -100}), hit),
+                      ground);
+        }
+    }
+}
+
+TEST_F(TerrainTest, VerticalPicksAgreeWithHeightsAtAnySpacing) {
+    const EllipsoidModel globe;
+    Random r(5);
+    for (const double step : {0.00001, 0.0003, 0.01, 0.5}) {
+        TestRaster source;
+        source.columns = source.rows = 40;
+        source.transform = {-40.0, step, 0, -60.0, 0, -step};
+        source.fill<float>([&](int, int) { return r.getDouble(-50.0, 3000.0); });
+        const auto raster = open(source);
+        ASSERT_TRUE(raster);
+        for (int i = 0; i < 500; ++i) {
+            const auto [lon, lat] = source.centre(r.getDouble(0, 39), i % 10 ? r.getDouble(0, 39) : r.getInt() % 39);
+            const double expected = heightAt(*raster, lon, lat);
+            dvec3 hit;
+            ASSERT_TRUE(pickGround(*raster, globe.toWorld({lon, lat, 100e3}), globe.toWorld({lon, lat, -1e3}), hit))
+                << i;
+            EXPECT_NEAR(globe.toWGS(hit).z, expected, 1e-4);
+            ASSERT_TRUE(pickGround(*raster, globe.toWorld({lon, lat, -1e3}), globe.toWorld({lon, lat, 5e3}), hit)) << i;
+            EXPECT_NEAR(globe.toWGS(hit).z, expected, 1e-4);
+            EXPECT_FALSE(pickGround(*raster, globe.toWorld({lon, lat, 4e3}), globe.toWorld({lon, lat, 3.01e3}), hit));
+        }
+    }
+}
+
+// Against a walk along the segment in small steps.
+TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
+    TestRaster source;
+    source.columns = 500;
+    source.rows = 400;
+    source.transform = {112.0, 0.0003, 0, 17.0, 0, -0.0003};
+    Random r(6);
+    source.fill<float>([&](int c, int row) { return hills(c * 0.0003, row * 0.0003) + r.getDouble(0.0, 10.0); });
+    const auto raster = open(source);
+    ASSERT_TRUE(raster);
+    const EllipsoidModel globe;
+    int hits = 0;
+    for (int i = 0; i < 300; ++i) {
+        const auto point = [&] {
+            return dvec3(r.getDouble(111.95, 112.2), r.getDouble(16.85, 17.03), r.getDouble(-100, 300));
+        };
+        dvec3 far = point();
+        if (i % 3 == 0) far = dvec3(far.x + 0.5, far.y, 40e3);
+        const dvec3 a = globe.toWorld(far), b = globe.toWorld(point());
+        const int steps = i % 3 == 0 ? 60000 : 20000;
+        double before = NONE, first = NONE;
+        for (int k = 0; k <= steps && std::isnan(first); ++k) {
+            const dvec3 geo = globe.toWGS(a + (b - a) * (double(k) / steps));
+            const double above = geo.z - heightAt(*raster, geo.x, geo.y);
+            if (before * above < 0.0) first = double(k) / steps;
+            before = above;
+        }
+        dvec3 hit;
+        const bool met = pickGround(*raster, a, b, hit);
+        EXPECT_TRUE(met || std::isnan(first)) << i;
+        if (!met) continue;
+        ++hits;
+        const dvec3 geo = globe.toWGS(hit);
+        EXPECT_NEAR(geo.z, heightAt(*raster, geo.x, geo.y), 1e-3) << i;
+        const double t = length(hit - a) / length(b - a);
+        EXPECT_LE(t, std::isnan(first) ? 1.0 : first + 1e-9) << i;
+    }
+    EXPECT_GT(hits, 100);
+}
+
+TEST_F(TerrainTest, SegmentsOfNoUseHitNothing) {
+    TestRaster source;
+    source.fill<float>([](int, int) { return 5.0; });
+    const auto raster = open(source);
+    const EllipsoidModel globe;
+    const dvec3 over = globe.toWorld({112.0015, 16.9985, 50.0}), ground = globe.toWorld({112.0015, 16.9985, 5.0});
+    dvec3 hit(1, 2, 3);
+    for (const auto& [a, b] : {std::pair(over, over), std::pair(ground, ground), std::pair(over, dvec3(NONE, 0, 0)),
+                               std::pair(dvec3(), dvec3(HUGE_VAL, 0, 0)), std::pair(over, over * 2.0),
+                               std::pair(dvec3(7e6, 0, 0), dvec3(0, 7e6, 9e8))}) {
+        EXPECT_FALSE(pickGround(*raster, a, b, hit));
+    }
+    EXPECT_EQ(hit, dvec3(1, 2, 3));
+    EXPECT_TRUE(pickGround(*raster, over, -over, hit)) << "straight through the globe";
+    EXPECT_NEAR(globe.toWGS(hit).z, 5.0, 1e-4);
+}
+
+TEST_F(TerrainTest, OtherSystemsAreTurnedToLongitudeAndLatitude) {
+    const auto smooth = [](double lon, double lat) { return 100.0 * std::sin(lon * 200.0) * std::cos(lat * 200.0); };
+    struct Case {
+        const char* what;
+        std::string srs, type, extra;
+        std::array<double, 6> transform;
+        std::function<std::array<double, 2>(double x, double y)> to_lon_lat;
+        double tolerance;
+    };
+    const auto same = [](double x, double y) { return std::array{x, y}; };
+    const auto from_utm = [](double x, double y) {
+        std::array<double, 2> out{};
+        GeographicLib::UTMUPS::Reverse(49, true, x, y, out[1], out[0]);
+        return out;
+    };
+    const double s = 0.0002, turn = 0.5;
+    const Case cases[] = {
+        {"UTM", "EPSG:32649", "Float32", "", {645000, 20, 0, 1866000, 0, -20}, from_utm, 0.2},
+        {"UTM in centimetres",
+         "EPSG:32649",
+         "Int16",
+         "<Scale>0.01</Scale><Offset>3</Offset>",
+         {645000, 20, 0, 1866000, 0, -20},
+         from_utm,
+         0.2},
+        {"south first", "EPSG:4326", "Float32", "", {112.35, s, 0, 16.8, 0, s}, same, 0.05},
+        {"east first", "EPSG:4326", "Float32", "", {112.4, -s, 0, 16.87, 0, -s}, same, 0.05},
+        {"turned",
+         "EPSG:4326",
+         "Float32",
+         "",
+         {112.38, s * std::cos(turn), s * std::sin(turn), 16.84, s * std::sin(turn), -s * std::cos(turn)},
+         same,
+         0.3},
+        {"with a height system", "EPSG:4326+5773", "Float32", "", {112.35, s, 0, 16.87, 0, -s}, same, 0.05},
+    };
+    Random r(8);
+    for (const Case& c : cases) {
+        TestRaster source;
+        source.columns = source.rows = 250;
+        source.srs = c.srs;
+        source.type = c.type;
+        source.extra = c.extra;
+        source.transform = c.transform;
+        const auto height = [&](int column, int row) {
+            const auto [x, y] = source.centre(column, row);
+            const auto [lon, lat] = c.to_lon_lat(x, y);
+            return smooth(lon, lat);
+        };
+        if (c.type == "Int16") {
+            source.fill<std::int16_t>(
+                [&](int column, int row) { return std::round((height(column, row) - 3.0) * 100.0); });
+        } else {
+            source.fill<float>(height);
+        }
+        const auto raster = open(source);
+        ASSERT_TRUE(raster) << c.what;
+        for (int i = 0; i < 500; ++i) {
+            const auto [x, y] = source.centre(r.getDouble(2, 247), r.getDouble(2, 247));
+            const auto [lon, lat] = c.to_lon_lat(x, y);
+            EXPECT_NEAR(heightAt(*raster, lon, lat), smooth(lon, lat), c.tolerance) << c.what;
+        }
+        EXPECT_EQ(lines().size(), 0u) << c.what << ": " << (lines().empty() ? "" : lines()[0]);
+    }
+}
+
+// More tiles than are kept: rows start one number apart in the file, so that a post is the sum of its column and row.
+TEST_F(TerrainTest, ALargeRasterIsReadAsItIsWanted) {
+    TestRaster source;
+    source.columns = source.rows = 256 * 24 + 10;
+    source.type = "Int16";
+    source.line = 2;
+    source.transform = {112.0, 0.0001, 0, 17.0, 0, -0.0001};
+    for (int i = 0; i < source.columns + source.rows; ++i) {
+        const std::int16_t height = static_cast<std::int16_t>(i % 4001 - 1000);
+        source.bytes.append(reinterpret_cast<const char*>(&height), 2);
+    }
+    const auto raster = open(source);
+    ASSERT_TRUE(raster);
+    Random r(9);
+    const EllipsoidModel globe;
+    const auto check = [&](int column, int row) {
+        const auto [lon, lat] = source.centre(column, row);
+        const double expected = (column + row) % 4001 - 1000;
+        EXPECT_NEAR(heightAt(*raster, lon, lat), expected, 1e-2) << column << " " << row;
+        dvec3 hit;
+        EXPECT_TRUE(pickGround(*raster, globe.toWorld({lon, lat, 9000}), globe.toWorld({lon, lat, -9000}), hit));
+        EXPECT_NEAR(globe.toWGS(hit).z, expected, 1e-2);
+    };
+    for (int turn = 0; turn < 2; ++turn) {
+        for (int tile = 0; tile < 25 * 25; ++tile) {
+            const int column = tile % 25 * 256, row = tile / 25 * 256;
+            check(std::min(column + int(r.getInt() % 256), source.columns - 1),
+                  std::min(row + int(r.getInt() % 256), source.rows - 1));
+        }
+    }
+    EXPECT_FALSE(raster->hasFailed());
+}
+
+TEST_F(TerrainTest, WhatCannotBeReadIsRefusedWithOneLine) {
+    TestRaster good;
+    good.fill<float>([](int, int) { return 1.0; });
+    TestRaster unplaced = good, thin = good, endless = good;
+    unplaced.srs.clear();
+    thin.columns = 1;
+    endless.columns = endless.rows = 2000000000;
+    struct Case {
+        const char* what;
+        std::string text;
+    };
+    const std::string WGS84 = R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+                              R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])";
+    const std::string grid = "ncols 4\nnrows 4\nxllcorner 112\nyllcorner 16\ncellsize 0.1\n";
+    for (const Case& c :
+         {Case{"empty", ""}, Case{"no raster", "hills and valleys"}, Case{"no georeference", unplaced.describe()},
+          Case{"one column", thin.describe()}, Case{"too large", endless.describe()},
+          Case{"cut off in its description", good.describe().substr(0, 150)},
+          Case{"cut off in its numbers", grid + "1 2 3 4 5 6"}}) {
+        clearLines();
+        write("data/heights.raw", good.bytes);
+        write("data/broken.prj", c.text.starts_with("ncols") ? WGS84 : "");
+        write("data/broken.dem", c.text);
+        const ObjectTerrain terrain("data/broken.dem", "");
+        EXPECT_FALSE(terrain.isLoaded()) << c.what;
+        EXPECT_EQ(lines().size(), 1u) << c.what << (lines().size() > 1 ? lines()[1] : "");
+        EXPECT_EQ(countLines("broken.dem"), 1) << c.what;
+        double height = 0.0;
+        dvec3 hit;
+        EXPECT_FALSE(terrain.getAltitudeByLonLat(112.0, 17.0, height));
+        EXPECT_FALSE(terrain.getIntersection({7e6, 0, 0}, {}, 0, hit));
+        EXPECT_TRUE(terrain.getBoundBox().isEmpty());
+    }
+    clearLines();
+    EXPECT_FALSE(ObjectTerrain("../broken.dem", "").isLoaded());
+    EXPECT_EQ(lines().size(), 1u);
+}
+
+TEST_F(TerrainTest, TheWorldFindsItWhereverItLies) {
+    const EllipsoidModel globe;
+    Random r(11);
+    for (const dvec3& corner :
+         {dvec3(112.0, 17.0, 0), dvec3(179.0, 2.0, 0), dvec3(-91.0, -40.0, 0), dvec3(20.0, 89.5, 0)}) {
+        TestRaster source;
+        source.columns = source.rows = 20;
+        source.transform = {corner.x, 0.1, 0, corner.y, 0, -0.1};
+        source.fill<float>([&](int, int) { return r.getDouble(0.0, 400.0); });
+        write("data/heights.raw", source.bytes);
+        write("data/heights.vrt", source.describe());
+        auto* const terrain = add(std::make_unique<ObjectTerrain>("data/heights.vrt", ""));
+        ASSERT_TRUE(terrain->isLoaded());
+        terrain->setPosition({100.0, -2000.0, 30.0});  // no matter
+        for (int i = 0; i < 200; ++i) {
+            auto [lon, lat] = source.centre(r.getDouble(0, 19), r.getDouble(0, 19));
+            lon = std::remainder(lon, 360.0);
+            double height = NONE;
+            ASSERT_TRUE(terrain->getAltitudeByLonLat(lon, lat, height));
+            const dvec3 a = globe.toWorld({lon, lat, height + 1.0}), b = globe.toWorld({lon, lat, height - 1.0});
+            jVector<Node*> nodes;
+            ASSERT_TRUE(world().getIntersection(a, b, nodes));
+            dvec3 hit;
+            ASSERT_TRUE(terrain->getIntersection(terrain->toLocal(a), terrain->toLocal(b), 0, hit))
+                << lon << " " << lat;
+            EXPECT_NEAR(globe.toWGS(terrain->toWorld(hit)).z, height, 1e-3);
+        }
+        world().removeNode(terrain);
+    }
+}
+
+}  // namespace

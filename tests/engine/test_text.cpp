@@ -1,0 +1,242 @@
+// Structured text, packages, the log, byte readers and the books on memory.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+
+#include "engine/core/Engine.h"
+#include "engine/memory/Allocator.h"
+#include "engine/text/BufferReader.h"
+#include "engine/text/Log.h"
+#include "engine/text/Package.h"
+
+namespace {
+
+/// Collects the log's lines while it lives.
+class Lines {
+public:
+    Lines() {
+        jLog::setSink([this](jLog::Level, const jString& line) { lines.append(line); });
+    }
+    ~Lines() { jLog::setSink({}); }
+    jVector<jString> lines;
+};
+
+constexpr const char* SAMPLE = R"({
+    // comment
+    "name" : "deck", /* another
+    over lines */ "count": 7,
+    "ratio": 2.5, "on": true, "none": null,
+    "place": [112.35, 16.84, 0],
+    "nested": { "deep": { "key": "value" } },
+    "mixed": [1, "two", 3]
+})";
+
+}  // namespace
+
+TEST(Mjl, ReadsValuesInFileOrderWithTheirLines) {
+    Package p;
+    ASSERT_TRUE(mjl::parse(SAMPLE, "sample", p));
+    EXPECT_EQ(p.getString("name"), "deck");
+    EXPECT_EQ(p.getInt("count"), 7);
+    EXPECT_EQ(p.getDouble("ratio"), 2.5);
+    EXPECT_TRUE(p.getBool("on"));
+    EXPECT_EQ(p.getPackage("nested")->getPackage("deep")->getString("key"), "value");
+    double place[3];
+    ASSERT_TRUE(p.getDoubles("place", place, 3));
+    EXPECT_EQ(place[1], 16.84);
+    const char* const order[] = {"name", "count", "ratio", "on", "none", "place", "nested", "mixed"};
+    ASSERT_EQ(p.size(), 8);
+    for (int i = 0; i < 8; ++i) EXPECT_EQ(p[i].getName(), order[i]);
+    EXPECT_EQ(p.getItem("name")->getLine(), 3);
+    EXPECT_EQ(p.getItem("count")->getLine(), 4);
+    EXPECT_EQ(p.getItem("place")->getLine(), 6);
+}
+
+TEST(Mjl, AnotherTypeReadsAsTheDefault) {
+    Package p;
+    ASSERT_TRUE(mjl::parse(SAMPLE, "sample", p));
+    EXPECT_EQ(p.getInt("name"), 0);
+    EXPECT_EQ(p.getString("count"), "");
+    EXPECT_FALSE(p.getBool("count"));
+    EXPECT_EQ(p.getPackage("place"), nullptr);
+    EXPECT_EQ(p.getInt("ratio"), 2);
+    EXPECT_EQ(p.getInt("missing"), 0);
+    float out[3] = {9, 9, 9};
+    EXPECT_FALSE(p.getFloats("mixed", out, 3));
+    EXPECT_FALSE(p.getFloats("place", out, 2));
+    EXPECT_EQ(out[0], 9.0f) << "a failed read leaves the buffer alone";
+    ASSERT_TRUE(mjl::parse(R"({"huge": 1e300, "long": 99999999999, "negative": -2.9})", "sample", p));
+    EXPECT_EQ(p.getInt("huge"), 0);
+    EXPECT_EQ(p.getInt("long"), 0);
+    EXPECT_EQ(p.getInt("negative"), -2);
+}
+
+TEST(Mjl, ErrorsNameFileAndLineAndLeaveNothing) {
+    const struct {
+        const char* text;
+        const char* place;
+    } cases[] = {{"", "line 1"},
+                 {"[1, 2]", "line 1"},
+                 {"{\n\"a\": 1,\n}", "line 3"},
+                 {"{\"a\": 1} x", "line 1"},
+                 {"{\n\n\"a\": 1e999}", "line 3"},
+                 {"{\"a\": \"\n\"}", "line 1"},
+                 {"{\"a\": \"\xff\"}", "line 1"},
+                 {"{ /* open", "line 1"},
+                 {"42", "line 1"}};
+    for (const auto& c : cases) {
+        Lines log;
+        Package p;
+        p.item("old").setInt(1);
+        EXPECT_FALSE(mjl::parse(c.text, "some.file", p)) << c.text;
+        EXPECT_TRUE(p.empty()) << c.text;
+        ASSERT_EQ(log.lines.size(), 1) << c.text;
+        EXPECT_EQ(log.lines[0].find("some.file: "), 0u) << log.lines[0];
+        EXPECT_NE(log.lines[0].find(c.place), std::string::npos) << log.lines[0];
+    }
+}
+
+TEST(Mjl, CutOffAnywhereItIsRefusedWhole) {
+    const jString text = SAMPLE;
+    jLog::setLevel(jLog::ERROR);
+    Lines log;
+    for (std::size_t n = 0; n < text.size(); ++n) {
+        Package p;
+        ASSERT_FALSE(mjl::parse(text.substr(0, n), "cut", p)) << n;
+        ASSERT_TRUE(p.empty()) << n;
+    }
+    jLog::setLevel(jLog::MESSAGE);
+}
+
+TEST(Mjl, DeepNestingIsRefusedWithoutDepthOfItsOwn) {
+    Lines log;
+    Package p;
+    EXPECT_FALSE(mjl::parse("{\"a\":" + std::string(2000000, '['), "deep", p));
+    ASSERT_EQ(log.lines.size(), 1);
+    EXPECT_NE(log.lines[0].find("64 levels"), std::string::npos);
+    EXPECT_TRUE(mjl::parse("{\"a\":" + std::string(60, '[') + std::string(60, ']') + "}", "deep", p));
+}
+
+TEST(Mjl, FilesAreReadOverriddenAndSaved) {
+    const auto root = std::filesystem::temp_directory_path() / "deckview_mjl";
+    std::filesystem::create_directories(root);
+    std::ofstream(root / "a.cfg") << "{ \"port\": 1, \"keep\": \"as it is\" }";
+    std::filesystem::remove(root / "b.cfg");
+    EngineSettings settings;
+    settings.root = root.string();
+    Engine engine(settings);
+    Lines log;
+
+    Package p;
+    mjl::setOverride("a.cfg", "port", "20");
+    mjl::setOverride("a.cfg", "address", "127.0.0.2");
+    mjl::setOverride("b.cfg", "flag", "true");
+    ASSERT_TRUE(mjl::open("a.cfg", p, false));
+    EXPECT_EQ(p.getInt("port"), 20);
+    EXPECT_EQ(p.getString("keep"), "as it is");
+    EXPECT_EQ(p.getString("address"), "127.0.0.2");
+    EXPECT_FALSE(mjl::open("b.cfg", p, false));
+    EXPECT_TRUE(p.getBool("flag"));
+    EXPECT_EQ(p.size(), 1) << "a second read replaces, it does not merge";
+    EXPECT_TRUE(log.lines.empty()) << "a file that may be missing is no error";
+    mjl::clearOverrides();
+
+    ASSERT_TRUE(mjl::open("a.cfg", p, false));
+    p.item("list").setArray({});
+    ASSERT_TRUE(mjl::save("b.cfg", p, false));
+    Package back;
+    ASSERT_TRUE(mjl::open("b.cfg", back, true));
+    EXPECT_EQ(back.getInt("port"), 1);
+    EXPECT_EQ(back.getItem("list")->getType(), Item::ARRAY);
+    EXPECT_FALSE(mjl::open("../outside.cfg", p, true));
+    EXPECT_FALSE(mjl::save("missing/folder.cfg", p, false));
+    EXPECT_EQ(log.lines.size(), 2);
+    std::filesystem::remove_all(root);
+}
+
+TEST(Paths, StayUnderTheRoot) {
+    EngineSettings settings;
+    settings.root = "/some/root";
+    const Engine engine(settings);
+    const struct {
+        const char* path;
+        const char* resolved;
+    } cases[] = {{"data/a.glb", "/some/root/data/a.glb"},
+                 {"data/../config/x", "/some/root/config/x"},
+                 {"../root/data", "/some/root/data"},
+                 {"../other", ""},
+                 {"data/../../x", ""},
+                 {"/etc/passwd", ""},
+                 {"/some/root/data/b", "/some/root/data/b"},
+                 {"/some/rootless", ""}};
+    for (const auto& c : cases) EXPECT_EQ(engine.resolvePath(c.path), c.resolved) << c.path;
+}
+
+TEST(Log, SinkGetsEveryLineWhole) {
+    Lines log;
+    const std::string wide(5000, 'x');
+    jLog::setLevel(jLog::ERROR);
+    for (int i = 0; i < 3; ++i) jLog::warning("%s %d\n", wide.c_str(), 5);
+    jLog::setLevel(jLog::MESSAGE);
+    ASSERT_EQ(log.lines.size(), 3);
+    EXPECT_EQ(log.lines[2], wide + " 5");
+}
+
+TEST(Log, RepeatsFoldIntoACount) {
+    testing::internal::CaptureStderr();
+    for (int i = 0; i < 1000; ++i) jLog::warning("again");
+    jLog::warning("other");
+    jLog::flush();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "warning: again\nwarning: again (999 times more)\nwarning: other\n");
+}
+
+TEST(BufferReader, ReadsUnalignedAndZeroBeyondTheEnd) {
+    unsigned char bytes[] = {0xff, 1, 0, 0, 0, 0, 0, 0x80, 0x3f, 0xee};
+    BufferReader reader(bytes + 1, 9);
+    EXPECT_EQ(reader.readInt(), 1);
+    EXPECT_EQ(reader.readFloat(), 1.0f);
+    EXPECT_EQ(reader.readInt(), 0xee);
+    EXPECT_TRUE(reader.isEnd());
+    EXPECT_EQ(reader.readDouble(), 0.0);
+}
+
+TEST(Memory, BooksFollowObjects) {
+    struct Counted {
+        explicit Counted(int* c) : count(c) { ++*count; }
+        ~Counted() { --*count; }
+        int* count;
+    };
+    int alive = 0;
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    Counted* const a = jNew<Counted>({"src\\kit\\Sample", "Sample::make"}, &alive);
+    Counted* const b = jNew<Counted>({"src\\kit\\Sample", "Sample::other"}, &alive);
+    jVector<MemInfo> infos = memGetInfos();
+    ASSERT_EQ(infos.size(), 2);
+    EXPECT_EQ(infos[0].function, "Sample::make");
+    EXPECT_EQ(infos[1].size, sizeof(Counted));
+    EXPECT_GT(infos[1].line, infos[0].line);
+    jDelete(a);
+    EXPECT_EQ(memGetInfos().size(), 1);
+    jDelete(b);
+    jDelete(static_cast<Counted*>(nullptr));
+    EXPECT_EQ(alive, 0);
+    EXPECT_TRUE(memGetInfos().empty());
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
+}
+
+TEST(Containers, GrowthStartsAtFiveAndDoubles) {
+    jVector<int> v;
+    int expected = 5;
+    for (int i = 0; i < 100; ++i) {
+        v.append(i);
+        if (i >= expected) expected *= 2;
+        ASSERT_EQ(v.capacity(), expected) << i;
+    }
+    v.removeFast(0);
+    EXPECT_EQ(v[0], 99);
+    v.removeAt(0);
+    EXPECT_EQ(v[0], 1);
+}

@@ -1,0 +1,246 @@
+// The world: its lookups against brute force, segment queries, loading, the state hash.
+#include "engine/scene/ObjectOcean.h"
+#include "engine/scene/ObjectParticles.h"
+#include "engine/scene/SceneNodes.h"
+#include "engine/text/Package.h"
+#include "scene/WorldState.h"
+#include "support/TestScene.h"
+
+namespace {
+
+class WorldTest : public SceneTest {
+protected:
+    int below(int n) { return static_cast<int>(m_random.getDouble(0.0, n)); }
+
+    Node* bruteForce(const std::function<bool(const Node*)>& matches, const std::vector<Node*>& in_joining_order) {
+        for (Node* node : in_joining_order) {
+            if (matches(node)) return node;
+        }
+        return nullptr;
+    }
+
+    Random m_random{3};
+};
+
+const BoundBox UNIT_BOX({-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5});
+
+}  // namespace
+
+TEST_F(WorldTest, NamesAndTagsGiveTheFirstToJoin) {
+    const auto text = [&] { return std::string("t").append(std::to_string(below(6))); };
+    std::vector<Node*> joined;
+    for (int step = 0; step < 6000; ++step) {
+        const int action = below(4);
+        if (action == 0 || joined.empty()) {
+            joined.push_back(addNode(text()));
+            joined.back()->addTag(text());
+        } else {
+            const auto i = static_cast<std::size_t>(below(static_cast<int>(joined.size())));
+            Node* const node = joined[i];
+            if (action == 1) node->setName(below(4) == 0 ? "" : text());
+            if (action == 2) node->addTag(text());
+            if (action == 3) {
+                joined.erase(joined.begin() + static_cast<std::ptrdiff_t>(i));
+                // Half of them come back as the last to join.
+                if (below(2) == 0)
+                    world().removeNode(node);
+                else
+                    joined.push_back(world().addChild(node));
+            }
+        }
+        const jString wanted = text();
+        ASSERT_EQ(world().getNodeByName(wanted),
+                  bruteForce([&](const Node* n) { return n->getName() == wanted; }, joined));
+        ASSERT_EQ(world().getNodeByTag(wanted), bruteForce([&](const Node* n) { return n->hasTag(wanted); }, joined));
+    }
+    EXPECT_EQ(Node::GetNodeByName(joined[0]->getName()), world().getNodeByName(joined[0]->getName()));
+    EXPECT_EQ(world().getNodeByName(""), nullptr) << "no name is no name";
+}
+
+TEST_F(WorldTest, SegmentsMeetWhatBruteForceMeetsWhileObjectsMove) {
+    struct Entry {
+        BoxObject* object;
+        BoundBox box;
+    };
+    std::vector<Entry> entries;
+    for (int step = 0; step < 1500; ++step) {
+        const int action = entries.size() < 80 ? 0 : below(5);
+        if (action == 0) {
+            auto object = std::make_unique<BoxObject>(UNIT_BOX);
+            object->setTransform(randomTransform(m_random, 20.0));
+            entries.push_back({add(std::move(object)), UNIT_BOX});
+        } else {
+            const auto i = static_cast<std::size_t>(below(static_cast<int>(entries.size())));
+            Entry& entry = entries[i];
+            if (action == 1) entry.object->setTransform(randomTransform(m_random, 20.0));
+            if (action == 2) entry.box = below(5) == 0 ? BoundBox() : BoundBox({-1, -1, -1}, {2, below(4) + 1.0, 1});
+            if (action == 2) entry.object->setBox(entry.box);
+            if (action == 3) world().removeNode(entry.object);
+            if (action == 3) entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(i));
+        }
+        const dvec3 from = randomTransform(m_random, 30.0).t, to = randomTransform(m_random, 30.0).t;
+        jVector<Node*> expected, found;
+        jVector<Object*> expected_in_box, found_in_box;
+        const BoundBox wanted(from - dvec3(5, 5, 5), from + dvec3(5, 5, 5));
+        const dvec3 pad(0.001, 0.001, 0.001);
+        for (const Entry& entry : entries) {
+            BoundBox box = entry.object->getTransform() * entry.box;
+            if (box.isEmpty()) continue;
+            box = BoundBox(box.min - pad, box.max + pad);
+            if (intersects(box, from, to)) expected.append(entry.object);
+            const bool overlaps = box.min.x <= wanted.max.x && box.max.x >= wanted.min.x && box.min.y <= wanted.max.y &&
+                                  box.max.y >= wanted.min.y && box.min.z <= wanted.max.z && box.max.z >= wanted.min.z;
+            if (overlaps) expected_in_box.append(entry.object);
+        }
+        found.append(world().getRoot());  // to be cleared
+        ASSERT_EQ(world().getIntersection(from, to, found), !expected.empty());
+        ASSERT_TRUE(std::ranges::equal(found, expected)) << "step " << step;
+        world().getState().spatial.query(wanted, found_in_box);
+        ASSERT_TRUE(std::ranges::equal(found_in_box, expected_in_box)) << "step " << step;
+    }
+    jVector<Node*> found;
+    EXPECT_FALSE(world().getIntersection({0, 0, std::nan("")}, {0, 0, 1}, found));
+}
+
+TEST_F(WorldTest, ChurnLeavesNothingBehind) {
+    const auto churn = [&] {
+        auto node = makeNode(R"({ "name": "n", "tags": [ "t" ], "sensor": true, "children": [
+            { "type": "particles", "name": "p" }, { "type": "trigger", "name": "v" }, { "type": "light" } ] })");
+        node->addChild(std::make_unique<BoxObject>(UNIT_BOX));
+        Node* const added = world().addChild(std::move(node));
+        added->setPosition({1, 0, 0});
+        jVector<Node*> found;
+        world().getIntersection({-9, 0, 0}, {9, 0, 0}, found);
+        run(1);
+        world().removeNode(added);
+    };
+    churn();
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    for (int i = 0; i < 1000; ++i) churn();
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
+    EXPECT_EQ(world().getNodeByTag("t"), nullptr);
+    const WorldState& state = world().getState();
+    EXPECT_EQ(state.sensors.size() + state.triggers.size() + state.particles.size(), 0);
+    world().removeNode(nullptr);
+    world().removeNode(world().getRoot());
+    Node outside;
+    world().removeNode(&outside);
+    EXPECT_EQ(world().getNumNodes(), world().getNodes().size());
+}
+
+TEST_F(WorldTest, AWorldFileIsReadWhole) {
+    write("data/w/a.world", R"({
+        // The sea comes first.
+        "environment": { "date": [2025, 12, 24], "time_of_day": 18.5, "wind": [1, 2, 3],
+                         "camera": { "geodetic": [10, 20, 30], "wgs_hpr": [40, 0, 0] } },
+        "nodes": [ { "type": "ocean", "name": "ocean", "ocean": { "beaufort": 6, "global_wind": false } },
+                   { "type": "balloon", "name": "left_out" },
+                   17,
+                   { "name": "start", "geodetic": [112, 17, 5], "wgs_hpr": [90, 0, 0],
+                     "children": [ { "name": "child", "position": [0, 10, 0] } ] } ] })");
+    ASSERT_TRUE(world().load("data/w/a.world"));
+    const Environment& environment = world().getEnvironment();
+    EXPECT_EQ(environment.year * 10000 + environment.month * 100 + environment.day, 20251224);
+    EXPECT_EQ(environment.time_of_day, 18.5f);
+    EXPECT_EQ(environment.wind.z, 3.0f);
+    EXPECT_EQ(environment.camera_geodetic, dvec3(10, 20, 30));
+    const auto* const ocean = static_cast<const ObjectOcean*>(world().getNodeByName("ocean"));
+    ASSERT_EQ(ocean->getType(), Node::OCEAN);
+    EXPECT_EQ(ocean->getBeaufort(), 6);
+    EXPECT_FALSE(ocean->isUseGlobalWind());
+    const dvec3 child = world().getNodeByName("child")->getWgsPosition();
+    EXPECT_GT(child.x, 112.00009) << "10 m ahead of a node that looks east";
+    EXPECT_NEAR(child.y, 17.0, 1e-7);
+    EXPECT_EQ(world().getNodeByName("left_out"), nullptr);
+    EXPECT_EQ(countLines("data/w/a.world:6: unknown node type \"balloon\""), 1);
+    EXPECT_EQ(countLines("data/w/a.world:7: a node must be"), 1);
+}
+
+TEST_F(WorldTest, ABrokenWorldFileChangesNothing) {
+    const int before = world().getNumNodes();
+    write("data/cut.world", R"({ "environment": { "wind": [9, 9, 9] }, "nodes": [ { "name": "a" }, { "na)");
+    for (const char* path : {"data/cut.world", "data/missing.world", "../outside.world", ""}) {
+        clearLines();
+        EXPECT_FALSE(world().load(path)) << path;
+        EXPECT_EQ(lines().size(), 1u) << path;
+    }
+    EXPECT_EQ(world().getNumNodes(), before);
+    EXPECT_NE(world().getEnvironment().wind.x, 9.0f);
+}
+
+TEST_F(WorldTest, EveryTypeIsMadeFromItsDescription) {
+    const struct {
+        const char* text;
+        Node::Type type;
+    } cases[] = {{R"({ })", Node::NODE},
+                 {R"({ "type": "particles", "particles": { "life": 3 } })", Node::PARTICLES},
+                 {R"({ "type": "decal", "decal": { "width": 2 } })", Node::DECAL_ORTHO},
+                 {R"({ "type": "light", "light": { "kind": "spot" } })", Node::LIGHT},
+                 {R"({ "type": "text", "text": { "text": "12" } })", Node::TEXT},
+                 {R"({ "type": "trigger", "trigger": { "size": [1, 2, 3] } })", Node::TRIGGER},
+                 {R"({ "type": "ocean" })", Node::OCEAN}};
+    for (const auto& c : cases) {
+        const std::unique_ptr<Node> node = makeNode(c.text);
+        ASSERT_NE(node, nullptr) << c.text;
+        EXPECT_EQ(node->getType(), c.type) << c.text;
+    }
+    EXPECT_TRUE(lines().empty()) << lines()[0];
+    const auto node = makeNode(R"({ "position": [1, 2, 3], "hpr": [90, 0, 0], "scale": [2, 2, 2], "enabled": false,
+                                    "collider": false, "sensor": [4, 5, 6], "tags": [ "a", "b" ] })");
+    EXPECT_LT(length(node->getTransform() * dvec3(0, 1, 0) - dvec3(-1, 2, 3)), 1e-9);
+    EXPECT_FALSE(node->isEnabled() || node->isCollider());
+    EXPECT_TRUE(node->isSensor() && node->hasTag("a") && node->hasTag("b"));
+    EXPECT_EQ(node->getSensorSize().y, 5.0f);
+}
+
+TEST_F(WorldTest, WrongValuesCostALineAndLeaveTheDefault) {
+    const struct {
+        const char* text;
+        int lines;
+        bool made;
+    } cases[] = {
+        {R"({ "position": [1, 2] })", 1, true},
+        {R"({ "position": "here", "name": 4 })", 2, true},
+        {R"({ "position": [1e200, 0, 0] })", 1, true},
+        {R"({ "enabled": 1, "tags": [ 1, "good" ], "sensor": "yes" })", 3, true},
+        {R"({ "children": { } })", 1, true},
+        {R"({ "children": [ 5, { "type": "unknown" }, { } ] })", 2, true},
+        {R"({ "type": "light", "light": { "kind": "laser", "intensity": 1e300, "color": [1, "a", 1] } })", 3, true},
+        {R"({ "type": "particles", "particles": { "max_particles": 1e12, "wind": true } })", 2, true},
+        {R"({ "type": "particles", "particles": { "texture": "../../../secret.png" } })", 1, true},
+        {R"({ "body": { "mass": 4 } })", 1, true},
+        {R"({ "type": "prefab" })", 1, false},
+        {R"({ "type": "prefab", "prefab": "../../outside.prefab" })", 1, false},
+        {R"({ "type": "terrain", "terrain": { } })", 1, false},
+        {R"({ "type": 7, "name": "still a node" })", 1, true}};
+    for (const auto& c : cases) {
+        clearLines();
+        const std::unique_ptr<Node> node = makeNode(c.text);
+        EXPECT_EQ(node != nullptr, c.made) << c.text;
+        EXPECT_EQ(static_cast<int>(lines().size()), c.lines) << c.text;
+        EXPECT_EQ(countLines("test:1: "), c.lines) << c.text;
+        EXPECT_TRUE(!node || node->getPosition() == dvec3()) << c.text;
+    }
+}
+
+TEST_F(WorldTest, TheStateHashSeesEveryKindOfChange) {
+    Node* const a = addNode("a", {1, 2, 3});
+    Node* const b = addNode("b", {}, a);
+    std::vector<std::uint64_t> seen{engine().getStateHash()};
+    const auto expectChanged = [&](const char* what, bool changed = true) {
+        const std::uint64_t hash = engine().getStateHash();
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), hash), changed ? 0 : 1) << what;
+        if (changed) seen.push_back(hash);
+    };
+    expectChanged("nothing", false);
+    b->setPosition({0, 0, 1e-12});
+    expectChanged("a tiny move");
+    b->setEnabled(false);
+    expectChanged("enabled");
+    b->setName("c");
+    expectChanged("name");
+    Node* const c = addNode("d");
+    expectChanged("a node more");
+    world().removeNode(c);
+    expectChanged("and gone again", false);
+}

@@ -1,0 +1,141 @@
+// The logic's world: files, start, frames.
+#include "LogicWorld.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "engine/memory/Allocator.h"
+#include "engine/scene/MeshData.h"
+#include "engine/scene/ObjectMeshStatic.h"
+
+namespace {
+
+jString nodeName(int i) {
+    return i == 20 ? jString("weigou001") : jString(std::string("part_").append(std::to_string(i)));
+}
+
+std::string triple(const vec3& v) {
+    std::ostringstream text;
+    text << "[" << v.x << ", " << v.y << ", " << v.z << "]";
+    return text.str();
+}
+
+}  // namespace
+
+std::string TestJet::prefab() const {
+    std::ostringstream text;
+    text << R"({ "node": { )" << (body.empty() ? "" : "\"body\": ") << body << (body.empty() ? "" : ", ")
+         << R"("children": [ { "name": "cam_first_player", "position": [0, 5, 1] },
+            { "name": "wheel_front", "position": [0, 5, -2], "hpr": [0, 0, 3] },
+            { "name": "wheel_left", "position": [-3, -1, -2] }, { "name": "wheel_right", "position": [3, -1, -2] },
+            { "name": "F_wheel_pos" }, { "name": "L_wheel_pos" }, { "name": "R_wheel_pos" }, { "name": "normal" },
+            { "name": "destroyed", "enabled": false }, { "name": "body", "sensor": true },
+            { "name": "fire", "enabled": false, "children": [
+                { "name": "fire_spe", "type": "particles", "particles": { "emitting": false } } ] })";
+    for (int i = 0; i < entries; ++i) {
+        if (std::find(missing.begin(), missing.end(), i) != missing.end()) continue;
+        text << R"(, { "name": ")" << nodeName(i) << R"(", "position": )" << triple({static_cast<float>(i), 0, 0})
+             << (i > 32 ? R"(, "type": "particles", "particles": { "spawn_rate": 80.7 } })" : " }");
+    }
+    text << " ] } }";
+    return text.str();
+}
+
+AirCraftInfo TestJet::info() const {
+    AirCraftInfo info{PREFAB, "PlaneJ15", {}};
+    for (int i = 0; i < entries; ++i) {
+        const auto f = static_cast<float>(i);
+        info.parts.append({i, "", nodeName(i), {f, 10, 0}, {0, 0, f}, {0, 0, 1}, "", 1.0f, short{i > 20}});
+    }
+    return info;
+}
+
+std::string TestJet::config() const {
+    std::ostringstream text;
+    text << R"({ "path": ")" << PREFAB << R"(", "type": "PlaneJ15", "ctrl_nodes": { "none": 0)";
+    for (const AirCraftPartInfo& part : info().parts) {
+        text << R"(, "n)" << part.id << R"(": { "node_name": ")" << part.node_name << R"(", "open_rot": )"
+             << triple(part.open_rot) << R"(, "close_rot": )" << triple(part.close_rot) << R"(, "axis": )"
+             << triple(part.axis) << R"(, "type": )" << part.type << " }";
+    }
+    text << " } }";
+    return text.str();
+}
+
+LogicTest::LogicTest() : m_host(findFreePort()) {
+    writeConfig();
+}
+
+LogicTest::~LogicTest() {
+    end();
+}
+
+void LogicTest::writeJet(const TestJet& jet) {
+    write(TestJet::PREFAB, jet.prefab());
+    write(TestJet::CONFIG, jet.config());
+}
+
+void LogicTest::writeConfig(const std::string& more) {
+    std::ostringstream text;
+    text << R"({ "recv_from_flightSimulation_port": )" << m_host.getSendPort() << R"(, "local_port": )"
+         << m_host.getViewerPort() << R"(, "send_to_flightSimulation_port": )" << m_host.getFeedbackPort() << more
+         << " }";
+    write("config/Logic_Test_Fly.cfg", text.str());
+}
+
+Node* LogicTest::addStart(const jString& name) {
+    Node* const start = addNode(name);
+    start->setWgsPosition(PLACE);
+    start->setWgsHPR({30.0, 5.0, -4.0});
+    return start;
+}
+
+Object* LogicTest::addPlate(const jString& name, const dvec3& geo, double size) {
+    const auto half = static_cast<float>(size / 2.0);
+    MeshSurface surface;
+    surface.positions = {{-half, -half, 0.0f}, {half, -half, 0.0f}, {half, half, 0.0f}, {-half, half, 0.0f}};
+    surface.indices = {0, 1, 2, 0, 2, 3};
+    surface.material = std::make_shared<Material>();
+    auto* const plate = add(std::make_unique<ObjectMeshStatic>(std::make_shared<MeshData>(std::vector{surface})));
+    plate->setName(name);
+    plate->setWgsPosition(geo);
+    plate->setWgsHPR({});
+    return plate;
+}
+
+void LogicTest::start() {
+    m_logic = static_cast<Logic_Test_Fly*>(CreateLogic(&world(), engine().getCameraControl()));
+    m_logic->set_airport_node("start_deck");
+    m_logic->set_aircraft_path(TestJet::CONFIG);
+    printed = printedBy([this] { m_logic->init(); });
+}
+
+void LogicTest::end() {
+    jDelete(static_cast<LogicBase*>(m_logic));
+    m_logic = nullptr;
+}
+
+void LogicTest::frame(double dt) {
+    engine().beginFrame(dt);
+    m_logic->update(engine().getFrameTime());
+    engine().step();
+    m_logic->swap();
+    m_logic->render();
+    engine().endFrame();
+}
+
+void LogicTest::apply(std::initializer_list<int> orders) {
+    jVector<UdpRecvData> records;
+    for (const int order : orders) {
+        records.append({});
+        records.last().nSimOrder = order;
+    }
+    m_logic->use_recv_data(records);
+}
+
+void LogicTest::deliver(const packets::Bytes& datagram, int records) {
+    const std::uint64_t wanted = m_logic->getLinkCounts().records + static_cast<std::uint64_t>(records);
+    ASSERT_TRUE(m_host.send(datagram));
+    for (int i = 0; i < 100000 && m_logic->getLinkCounts().records < wanted; ++i) frame();
+    ASSERT_EQ(m_logic->getLinkCounts().records, wanted);
+}

@@ -1,0 +1,336 @@
+// The carrier jet on its own: nodes and poses, undercarriage, surfaces, exhaust, body, damage looks.
+#include <cmath>
+
+#include "LogicWorld.h"
+#include "engine/math/jMath.h"
+#include "engine/physics/Body.h"
+#include "engine/scene/ObjectParticles.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "src/kit/FlyFrame.h"
+
+namespace {
+
+class JetTest : public LogicTest {
+protected:
+    /// Loads the jet, placed far from the globe's centre.
+    bool load(const TestJet& spec = {}) {
+        writeJet(spec);
+        plane.setAircraftInfo(spec.info());
+        bool loaded = false;
+        printed = printedBy([&] { loaded = plane.init(&world()); });
+        plane.setWgsPosition(PLACE);
+        return loaded;
+    }
+
+    Node* part(int i) {
+        return plane.getModel()->getNodeByName(i == 20 ? "weigou001" : jString("part_" + std::to_string(i)));
+    }
+
+    /// How far a part is from its open (0) to its closed pose (1); -1 when it is in neither nor between.
+    double closed(int i) {
+        const dmat4& now = part(i)->getTransform();
+        const double away = length(now.getTranslation() - dvec3(i, 0, 0));
+        double best = away + 1e-3, found = -1.0;
+        for (int k = 0; k <= 800; ++k) {
+            const double u = k / 800.0;
+            const dquat pose = dquat::fromEulerZXY(i * (1.0 - u), 10.0 * (1.0 - u), i * u);
+            const double off = length(now.getX() - pose * dvec3(1, 0, 0)) + length(now.getY() - pose * dvec3(0, 1, 0));
+            if (off + away < best) best = off + away, found = u;
+        }
+        return found;
+    }
+
+    void fly(double seconds) {
+        for (int i = 0; i < static_cast<int>(std::lround(seconds * 64.0)); ++i) plane.update(1.0f / 64.0f);
+    }
+
+    PlaneJ15 plane;
+};
+
+TEST_F(JetTest, LoadingTwiceKeepsOneModelAndAFailureLeavesNothing) {
+    const int empty = world().getNumNodes();
+    plane.setAircraftInfo(TestJet().info());
+    EXPECT_FALSE(plane.init(&world(), "data/jet/none.prefab"));
+    EXPECT_FALSE(plane.init(&world()));
+    EXPECT_EQ(world().getNumNodes(), empty);
+    EXPECT_EQ(plane.getPrefabPath(), "");
+    plane.standPose();
+    plane.resetAt(dmat4());
+    plane.update(0.1f);
+    plane.openUndercarriageNow();
+    plane.catchFire();
+
+    ASSERT_TRUE(load());
+    EXPECT_NE(printed.find("PlaneBase init success :data/jet/jet.prefab\n"), std::string::npos);
+    EXPECT_TRUE(plane.isUndercarriageOpen());
+    const int nodes = world().getNumNodes();
+    Node* const model = plane.getModel();
+    plane.flyPose();
+    EXPECT_TRUE(plane.init(&world()));
+    EXPECT_EQ(plane.getModel(), model);
+    EXPECT_EQ(world().getNumNodes(), nodes);
+    plane.standPose();
+    EXPECT_EQ(closed(7), 0.0) << "the initial places are those of the first loading";
+}
+
+TEST_F(JetTest, AMissingNodeMovesLaterOnesDown) {
+    TestJet spec;
+    spec.missing = {3};
+    ASSERT_TRUE(load(spec));
+    EXPECT_NE(printed.find("part_3 no find\n"), std::string::npos);
+    EXPECT_EQ(plane.getNode(2), part(2));
+    EXPECT_EQ(plane.getNode(3), part(4));
+    EXPECT_EQ(plane.getNode(33), part(34));
+    EXPECT_EQ(plane.getNode(34), nullptr);
+    EXPECT_EQ(plane.getNode(-1), nullptr);
+    plane.flyPose();
+    const dmat4 third(dquat::fromEulerZXY(0, 0, 3), dvec3());
+    EXPECT_LT(length(part(4)->getTransform().getX() - third.getX()), 1e-9) << "rotations stay in the file's order";
+    EXPECT_LT(length(part(4)->getTransform().getTranslation()), 1e-9);
+    EXPECT_LT(length(part(5)->getTransform().getTranslation() - dvec3(4, 0, 0)), 1e-9);
+}
+
+TEST_F(JetTest, PosesTurnTheRotatingPartsAlone) {
+    ASSERT_TRUE(load());
+    plane.setThrust(1.0f);
+    plane.flyPose();
+    for (const int i : {0, 5, 20}) EXPECT_EQ(closed(i), 1.0);
+    EXPECT_EQ(part(21)->getHPR(), dvec3());
+    EXPECT_FALSE(plane.isStanding());
+    EXPECT_EQ(printedBy([&] { plane.standPose(); }), "PlaneJ15::standPose\n");
+    for (const int i : {0, 5, 19}) EXPECT_EQ(closed(i), 0.0);
+    EXPECT_EQ(closed(20), 1.0) << "the hook is up on the ground";
+    EXPECT_EQ(plane.getThrust(), 0.0f);
+    EXPECT_TRUE(plane.isStanding());
+    plane.openHook();
+    EXPECT_EQ(closed(20), 0.0);
+    plane.closeHook();
+    EXPECT_EQ(closed(20), 1.0);
+}
+
+TEST_F(JetTest, TheGearMovesGroupByGroup) {
+    ASSERT_TRUE(load());
+    struct Moment {
+        double seconds, doors, legs;  ///< doors 17..19 and legs 0..4, as `closed`
+    };
+    const auto expect = [&](std::initializer_list<Moment> moments) {
+        double now = 0.0;
+        for (const Moment& m : moments) {
+            fly(m.seconds - now);
+            now = m.seconds;
+            for (const int i : {17, 19}) EXPECT_NEAR(closed(i), m.doors, 2e-3) << i << " at " << now;
+            for (const int i : {1, 4}) EXPECT_NEAR(closed(i), m.legs, 2e-3) << i << " at " << now;
+        }
+    };
+    EXPECT_FALSE(plane.setUndercarriage(false, true));
+    expect({{0, 0, 0}, {2, 0.25, 0}, {6, 0.75, 0}, {8, 1, 0}, {12, 1, 0.5}, {16, 1, 1}});
+    EXPECT_EQ(plane.getNumActions(), 0);
+    EXPECT_FALSE(plane.isUndercarriageOpen());
+    EXPECT_TRUE(plane.setUndercarriage(true, true));
+    expect({{0, 1, 1}, {2, 1, 0.75}, {8, 1, 0}, {10, 0.75, 0}, {16, 0, 0}});
+    EXPECT_EQ(plane.getNumActions(), 0);
+}
+
+TEST_F(JetTest, GearCommandsRepeatInterruptAndSetTheFlag) {
+    ASSERT_TRUE(load());
+    plane.openUndercarriage();
+    EXPECT_EQ(plane.getNumActions(), 0) << "it is open";
+    plane.closeUndercarriage();
+    fly(4.0);
+    plane.closeUndercarriage();
+    EXPECT_EQ(plane.getNumActions(), 1);
+    EXPECT_NEAR(closed(17), 0.5, 2e-3);
+    plane.openUndercarriage();
+    EXPECT_EQ(plane.getNumActions(), 1);
+    EXPECT_EQ(closed(17), 1.0) << "the new movement starts from the pose in flight";
+    EXPECT_EQ(closed(2), 1.0);
+    fly(16.0);
+    plane.standPose();
+    EXPECT_FALSE(plane.setUndercarriage(false, false));
+    EXPECT_FALSE(plane.isUndercarriageOpen());
+    EXPECT_EQ(plane.getNumActions(), 0);
+    EXPECT_EQ(closed(17), 0.0);
+}
+
+TEST_F(JetTest, TheGearSnapsWithAPartMissing) {
+    TestJet spec;
+    spec.missing = {2, 18};
+    ASSERT_TRUE(load(spec));
+    EXPECT_EQ(printedBy([&] { plane.closeUndercarriageNow(); }),
+              "can not close undercarriage because no part_18 node\n");
+    for (const int i : {0, 1, 3, 4, 17, 19}) EXPECT_EQ(closed(i), 1.0) << i;
+    EXPECT_EQ(countLines("can not find surface \"part_2\""), 1);
+    EXPECT_TRUE(plane.isUndercarriageOpen()) << "the flag is the caller's";
+    plane.setThrust(0.5f);
+    const std::string text = printedBy([&] { plane.stopPose(); });
+    EXPECT_EQ(text, "can not open undercarriage because no part_18 node\nPlaneJ15::stopPose \n");
+    for (const int i : {0, 1, 3, 4, 17, 19}) EXPECT_EQ(closed(i), 0.0) << i;
+    EXPECT_EQ(plane.getThrust(), 0.0f);
+}
+
+TEST_F(JetTest, AFlightStateTurnsTheGroupsAndPlacesTheModel) {
+    ASSERT_TRUE(load());
+    plane.flyPose();
+    dmat4 base(dquat::fromEulerZXY(20, 0, 0), engine().getEllipsoid().toWorld(PLACE));
+    plane.setBaseTransform(base);
+    FlyFrame state;
+    state.pivot = dvec3(100, 200, 30);
+    state.pitch = 12.0f;
+    state.roll = 25.0f;
+    state.heading = 70.0f;
+    state.wing1 = 8.0f;
+    state.wing2 = -15.0f;
+    const std::string text = printedBy([&] { plane.setFlightState(&state); });
+    EXPECT_EQ(text.substr(0, 31), "id:5\nm_surfs_node.count:35\nid:7");
+
+    // The nose points where heading and pitch say, the right wing is up by the roll.
+    const double h = 70.0 * jMath::DEG2RAD, p = 12.0 * jMath::DEG2RAD, r = 25.0 * jMath::DEG2RAD;
+    const dvec3 nose(std::cos(h) * std::cos(p), std::sin(h) * std::cos(p), std::sin(p));
+    const dvec3 level(std::sin(h), -std::cos(h), 0.0);
+    const dvec3 wing = level * std::cos(r) + cross(level, nose) * std::sin(r);
+    const dmat4& placed = plane.getModel()->getTransform();
+    EXPECT_LT(length(placed.getY() - rotate(base, nose)), 1e-7);
+    EXPECT_LT(length(placed.getX() - rotate(base, wing)), 1e-7);
+    EXPECT_LT(length(placed.getTranslation() - base * dvec3(100, 200, 30)), 1e-6);
+
+    for (int i = 4; i <= 17; ++i) {
+        const double angle = i < 5 || i > 16 ? 0.0 : i % 2 ? -8.0 : 15.0;
+        const dquat expected = dquat(dvec3(0, 1, 0), i) * dquat(dvec3(0, 0, 1), angle);
+        EXPECT_LT(length(part(i)->getTransform().getX() - expected * dvec3(1, 0, 0)), 1e-6) << i;
+        EXPECT_LT(length(part(i)->getTransform().getTranslation() - dvec3(i, 0, 0)), 1e-9) << i;
+    }
+    plane.deflectSurface(99, 10.0f);
+}
+
+TEST_F(JetTest, TheExhaustFollowsTheThrust) {
+    ASSERT_TRUE(load());
+    for (const auto& [thrust, rate] :
+         {std::pair(0.0f, 0.0f), {0.05f, 40.0f}, {0.1f, 80.0f}, {1.0f, 80.0f}, {0.0f, 0.0f}}) {
+        plane.setThrust(thrust);
+        plane.update(0.01f);
+        for (const int i : {33, 34}) {
+            EXPECT_NEAR(static_cast<ObjectParticles*>(part(i))->getSpawnRate(), rate, 1e-4) << thrust;
+        }
+    }
+    plane.toggleLight();
+    EXPECT_FALSE(part(31)->isEnabled());
+    plane.toggleLight();
+    EXPECT_TRUE(part(31)->isEnabled());
+}
+
+TEST_F(JetTest, AShortFileLeavesTheRolesEmpty) {
+    TestJet spec;
+    spec.entries = 3;
+    spec.body.clear();
+    ASSERT_TRUE(load(spec));
+    plane.setThrust(1.0f);
+    plane.setControlInput({1.0f, 1.0f, 1.0f});
+    plane.update(0.01f);
+    plane.toggleLight();
+    plane.setUndercarriage(false, true);
+    fly(17.0);
+    EXPECT_EQ(closed(2), 1.0);
+    plane.openUndercarriageNow();
+    EXPECT_EQ(closed(2), 0.0);
+    plane.openHook();
+    EXPECT_EQ(printedBy([&] { plane.standPose(); }), "PlaneJ15::standPose\n");
+    EXPECT_TRUE(plane.getWheels().empty());
+    plane.catchFire();
+    plane.resetToBase();
+}
+
+TEST_F(JetTest, WheelsAreFoundByNodeAndShapeAndNothingOfItCollides) {
+    ASSERT_TRUE(load());
+    const auto node = [&](const char* name) { return plane.getModel()->getNodeByName(name); };
+    EXPECT_EQ(plane.getWheels(), (jMap<Node*, int>{{node("F_wheel_pos"), 1}, {node("L_wheel_pos"), 2}}));
+    for (const Node* n : plane.getModel()->getNodes()) EXPECT_FALSE(n->isCollider()) << n->getName();
+
+    PlaneJ15 ghost;
+    ghost.setPhysicsEnabled(false);
+    ghost.setAircraftInfo(TestJet().info());
+    EXPECT_NE(printedBy([&] { ghost.init(&world()); }).find("physics close\n"), std::string::npos);
+    EXPECT_FALSE(ghost.getModel()->getBody()->isEnabled());
+    EXPECT_TRUE(ghost.getWheels().empty());
+}
+
+TEST_F(JetTest, DamageLooks) {
+    ASSERT_TRUE(load());
+    const auto looks = [&] {
+        std::string on;
+        for (const char* name : {"normal", "destroyed", "fire"}) {
+            on += plane.getModel()->getNodeByName(name)->isEnabled() ? '1' : '0';
+        }
+        return on + std::to_string(plane.getDamageState());
+    };
+    auto* const smoke = static_cast<ObjectParticles*>(plane.getModel()->getNodeByName("fire_spe"));
+    EXPECT_EQ(looks(), "1000");
+    plane.showDestroyed();
+    EXPECT_EQ(looks(), "0101");
+    EXPECT_FALSE(smoke->isEmitterEnabled());
+    plane.setThrust(1.0f);
+    EXPECT_TRUE(plane.catchFire());
+    EXPECT_EQ(looks(), "0111");
+    EXPECT_TRUE(smoke->isEmitterEnabled());
+    EXPECT_EQ(plane.getThrust(), 0.0f);
+    run(1);
+    EXPECT_GT(length(plane.getModel()->getBodyRigid()->getAngularVelocity()), 1e-3f);
+
+    plane.getModel()->getBody()->setEnabled(false);
+    plane.closeUndercarriage();
+    const dmat4 there(dquat(), engine().getEllipsoid().toWorld(PLACE));
+    plane.setBaseTransform(there);
+    plane.resetToBase();
+    EXPECT_EQ(looks(), "1000");
+    EXPECT_EQ(plane.getNumActions(), 0);
+    EXPECT_TRUE(plane.isStanding());
+    EXPECT_TRUE(plane.getModel()->getBody()->isEnabled());
+    EXPECT_LT(length(plane.getWorldTransform().getTranslation() - there.getTranslation()), 1e-6);
+}
+
+/// Angular velocity (body axes) and sideways speed after one frame at a speed along the nose, with some drift to the
+/// right.
+TEST_F(JetTest, TheBodyAnswersTheControlsWithinItsLimits) {
+    ASSERT_TRUE(load());
+    BodyRigid& body = *plane.getModel()->getBodyRigid();
+    const auto answer = [&](const vec3& input, float speed, float drift) {
+        plane.setWgsPosition(PLACE);
+        body.setAngularVelocity({});
+        const dmat4 place = body.getTransform();
+        body.setLinearVelocity(narrow(place.getY()) * speed + narrow(place.getX()) * drift);
+        plane.setControlInput(input);
+        plane.update(1.0f / 60.0f);
+        run(1);
+        const vec3 w = body.getAngularVelocity();
+        return dvec3(dot(w, narrow(place.getX())), dot(w, narrow(place.getY())), dot(w, narrow(place.getZ())));
+    };
+    EXPECT_LT(length(answer({}, 100.0f, 0.0f)), 1e-9);
+    EXPECT_LT(length(answer({0.1f, -0.1f, 0.1f}, 100.0f, 0.0f)), 1e-9) << "inside the dead zone";
+    EXPECT_LT(length(answer({1.0f, 1.0f, 1.0f}, 0.0f, 0.0f)), 1e-9) << "parked";
+    const dvec3 slow = answer({1.0f, 0.0f, 0.0f}, 10.0f, 0.0f);
+    EXPECT_GT(slow.x, 1e-6);
+    EXPECT_LT(std::abs(slow.y) + std::abs(slow.z), 1e-3 * slow.x);
+    const dvec3 fast = answer({1.0f, 1.0f, -1.0f}, 100.0f, 0.0f);
+    const dvec3 faster = answer({5.0f, 1.0f, -1.0f}, 200.0f, 0.0f);
+    EXPECT_NEAR(fast.x, 2.0 * slow.x, 0.02 * fast.x) << "500 Nm, then the limit of 1000";
+    EXPECT_LT(length(faster - fast), 1e-3 * length(fast));
+    EXPECT_GT(fast.y, 0.0);
+    EXPECT_LT(fast.z, 0.0);
+}
+
+TEST_F(JetTest, OffsetsAddToTheModelsOwnPlace) {
+    ASSERT_TRUE(load());
+    ObjectPrefab& model = *plane.getModel();
+    model.setTransform(dmat4(dquat::fromEulerZXY(10, 20, 30), dvec3(1, 2, 3)));
+    EXPECT_EQ(printedBy([&] {
+                  plane.addPositionOffset({1, 1, -1});
+              }),
+              "src_pos:1.000000,2.000000,3.000000\noffset:1.000000,1.000000,-1.000000\n");
+    EXPECT_EQ(printedBy([&] {
+                  plane.addRotationDeflection({-5, 1, 2});
+              }),
+              "src_rot:10.000000,20.000000,30.000000\ndeflection:-5.000000,1.000000,2.000000\n");
+    EXPECT_LT(length(model.getPosition() - dvec3(2, 3, 2)), 1e-9);
+    EXPECT_LT(length(model.getHPR() - dvec3(5, 21, 32)), 1e-6);
+}
+
+}  // namespace

@@ -1,0 +1,147 @@
+// The host link inside the logic: orders, notices, modes, reconnecting, prints.
+#include "LogicWorld.h"
+#include "engine/memory/Allocator.h"
+#include "engine/net/SocketUDP.h"
+
+namespace {
+
+class LinkTest : public LogicTest {
+protected:
+    void begin(const std::string& config = {}) {
+        writeConfig(config);
+        writeJet();
+        addStart();
+        start();
+        logic().m_signal_2_reset.append([this](int value) { resets += std::to_string(value) + " "; });
+    }
+
+    std::string resets;
+};
+
+TEST_F(LinkTest, EveryChangeOfTheOrderTakesEffectOnce) {
+    struct Case {
+        std::vector<std::vector<int>> frames;
+        int resets, last;
+    };
+    const Case cases[] = {{{{1}}, 1, 1},       {{{1}, {1}, {1, 1}}, 1, 1}, {{{2}, {1}, {2}}, 1, 2},
+                          {{{2, 1, 2}}, 1, 2}, {{{1}, {2}, {1}}, 2, 1},    {{{1, 2, 1, 2, 1}}, 3, 1},
+                          {{{2}, {0}}, 0, 0},  {{{7}, {-1}}, 0, -1},       {{{0}}, 0, 0}};
+    for (const Case& c : cases) {
+        end();
+        resets.clear();
+        begin();
+        for (const auto& orders : c.frames) {
+            packets::Bytes datagram;
+            for (const int order : orders) datagram = packets::join(datagram, packets::record(order));
+            deliver(datagram, static_cast<int>(orders.size()));
+        }
+        std::string expected;
+        for (int i = 0; i < c.resets; ++i) expected += "25 26 ";
+        EXPECT_EQ(resets, expected);
+        EXPECT_EQ(logic().getLastOrder(), c.last);
+    }
+}
+
+TEST_F(LinkTest, AFrameWithRecordsSendsOneNoticeOfZeros) {
+    begin();
+    const auto sentBy = [](auto call) {
+        const std::uint64_t before = SocketUDP::getStats().sent;
+        call();
+        return SocketUDP::getStats().sent - before;
+    };
+    EXPECT_EQ(sentBy([&] { apply({0}); }), 1u);
+    EXPECT_EQ(sentBy([&] { apply({0, 1, 2, 0}); }), 1u);
+    EXPECT_EQ(sentBy([&] { apply({}); }), 0u);
+    EXPECT_EQ(sentBy([&] { frame(); }), 0u);
+    const auto notices = host().waitNotices(1);
+    ASSERT_FALSE(notices.empty());
+    EXPECT_EQ(notices[0].bytes, packets::Bytes(packets::kNoticeSize, 0));
+}
+
+TEST_F(LinkTest, FeedbackStopsInTheFrameThatSaysSo) {
+    begin();
+    deliver(packets::record(2), 1);
+    EXPECT_EQ(logic().getLinkCounts().feedback, 1u);
+    frame();
+    EXPECT_EQ(logic().getLinkCounts().feedback, 2u);
+    ASSERT_TRUE(host().sendOrder(0));
+    std::uint64_t before = 0;
+    for (int i = 0; i < 100000 && logic().getLinkCounts().records < 2; ++i) {
+        before = logic().getLinkCounts().feedback;
+        frame();
+    }
+    EXPECT_EQ(logic().getLastOrder(), 0);
+    EXPECT_EQ(logic().getLinkCounts().feedback, before);
+}
+
+TEST_F(LinkTest, OnlyDataFlightReadsTheSocketAndTheOrderOutlivesTheMode) {
+    begin();
+    deliver(packets::record(2), 1);
+    for (const FLY_MODE mode : {MANUAL_FLY, AUTO_FLY, static_cast<FLY_MODE>(9)}) {
+        logic().set_fly_mode(mode);
+        ASSERT_TRUE(host().sendOrder(0));
+        const LinkCounts before = logic().getLinkCounts();
+        for (int i = 0; i < 3; ++i) frame();
+        EXPECT_EQ(logic().getLinkCounts().records, before.records) << mode;
+        EXPECT_EQ(logic().getLinkCounts().feedback, before.feedback + 3) << mode;
+    }
+    EXPECT_EQ(resets, "25 26 ") << "automatic flight starts from a reset scene";
+    logic().set_fly_mode(DATA_FLY);
+    for (int i = 0; i < 100000 && logic().getLinkCounts().records < 4; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().records, 4u) << "they waited in the socket";
+}
+
+TEST_F(LinkTest, TheJetsOwnStepRunsInManualFlightAlone) {
+    begin();
+    for (const auto& [mode, steps] : {std::pair(DATA_FLY, 0), {MANUAL_FLY, 1}, {AUTO_FLY, 0}}) {
+        logic().set_fly_mode(mode);
+        const float before = jet().getElapsedTime();
+        frame(0.05);
+        EXPECT_FLOAT_EQ(jet().getElapsedTime() - before, 0.05f * static_cast<float>(steps)) << mode;
+    }
+}
+
+TEST_F(LinkTest, APortInUseIsTriedAgainWhenDataFlightIsChosen) {
+    {
+        const LoopbackSocket other(host().getViewerPort());
+        begin();
+        EXPECT_FALSE(logic().isReceiverReady());
+        EXPECT_TRUE(logic().isSenderReady());
+        EXPECT_EQ(countLines("UdpRecvKit::init: failed to create upd"), 2) << "at the start and with the mode";
+        frame();
+        logic().set_fly_mode(DATA_FLY);
+        EXPECT_FALSE(logic().isReceiverReady());
+        logic().set_fly_mode(MANUAL_FLY);
+    }
+    EXPECT_FALSE(logic().isReceiverReady());
+    logic().set_fly_mode(DATA_FLY);
+    EXPECT_TRUE(logic().isReceiverReady());
+    deliver(packets::record(2), 1);
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    logic().set_fly_mode(DATA_FLY);
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks) << "a link that works is kept";
+}
+
+TEST_F(LinkTest, PrintsNameTheEndpointsAndTheRecords) {
+    begin(R"(, "show_recv_data_print": true, "flightSimulation_ip": "127.0.0.1", "local_ip": "127.0.0.1")");
+    const auto number = [](int value) { return std::to_string(value); };
+    EXPECT_NE(printed.find("local IP:127.0.0.1\nlocal port:" + number(host().getViewerPort()) +
+                           "\nfrom port:" + number(host().getSendPort()) +
+                           "\nsend to console IP：127.0.0.1\nsend to console port:" + number(host().getFeedbackPort()) +
+                           "\n"),
+              std::string::npos)
+        << printed;
+    EXPECT_EQ(printedBy([&] {
+                  apply({0, 5});
+              }),
+              "---recv start---\nnSimOrder:0\n---recv end---\n---recv start---\nnSimOrder:5\n---recv end---\n");
+}
+
+TEST_F(LinkTest, TheConfiguredModeComesAfterTheSockets) {
+    begin(R"(, "fly_mode": 1)");
+    EXPECT_EQ(logic().getFlyMode(), MANUAL_FLY);
+    EXPECT_TRUE(logic().isReceiverReady()) << "opened before the mode was chosen";
+    EXPECT_EQ(printedBy([&] { logic().init_udp(); }), "");
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+// A flight-simulation host for tests: real sockets on the loopback interface, no engine in between.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/Packets.h"
+
+/// One datagram as it arrived.
+struct Datagram {
+    packets::Bytes bytes;
+    std::string address;  ///< sender, dotted decimal
+    int port = 0;         ///< sender's
+};
+
+/// An IPv4 datagram socket of its own; closed with the object. Throws std::runtime_error when it cannot be bound.
+class LoopbackSocket {
+public:
+    /// Port 0 takes any free one.
+    explicit LoopbackSocket(int port = 0, const std::string& address = "127.0.0.1");
+    ~LoopbackSocket();
+    LoopbackSocket(const LoopbackSocket&) = delete;
+    LoopbackSocket& operator=(const LoopbackSocket&) = delete;
+
+    int getPort() const { return m_port; }
+    /// One datagram; false when the system did not take it whole.
+    bool send(const packets::Bytes& bytes, int port, const std::string& address = "127.0.0.1");
+    /// Everything that is pending now, in order.
+    std::vector<Datagram> drain();
+    /// Waits until `count` datagrams came or `seconds` went by, and returns those that came, in order.
+    std::vector<Datagram> wait(int count, double seconds = 10.0);
+    int getHandle() const { return m_fd; }
+
+private:
+    LoopbackSocket(int port, const std::string& address, bool shared);
+    friend class FakeHost;
+
+    int m_fd = -1;
+    int m_port = 0;
+};
+
+/// Sends records to a viewer, collects its feedback, and hears the notices of the multicast group on the loopback
+/// interface. Every port is a free one unless given, so tests run beside each other. The group's port is fixed: hosts
+/// share it and each hears every notice, those of other tests' viewers too.
+class FakeHost {
+public:
+    /// REQUIRES that the viewer's receiver listens, or will listen, on 127.0.0.1:viewerPort.
+    explicit FakeHost(int viewerPort, int sendPort = 0, int feedbackPort = 0);
+
+    int getSendPort() const { return m_sender.getPort(); }        ///< records come from here
+    int getFeedbackPort() const { return m_feedback.getPort(); }  ///< feedback is expected here
+    int getViewerPort() const { return m_viewerPort; }
+    void setViewerPort(int port) { m_viewerPort = port; }
+
+    /// One datagram with one record of that order.
+    bool sendOrder(int order) { return send(packets::record(order)); }
+    bool send(const packets::Bytes& bytes) { return m_sender.send(bytes, m_viewerPort); }
+    LoopbackSocket& getSender() { return m_sender; }
+
+    /// Feedback datagrams that are pending now, in order.
+    std::vector<Datagram> collectFeedback() { return m_feedback.drain(); }
+    std::vector<Datagram> waitFeedback(int count, double seconds = 10.0) { return m_feedback.wait(count, seconds); }
+    /// Notices that are pending now, in order.
+    std::vector<Datagram> collectNotices() { return m_notices.drain(); }
+    std::vector<Datagram> waitNotices(int count, double seconds = 10.0) { return m_notices.wait(count, seconds); }
+
+    static constexpr const char* kGroup = "224.255.255.255";
+    static constexpr int kGroupPort = 10021;
+
+private:
+    LoopbackSocket m_sender;
+    LoopbackSocket m_feedback;
+    LoopbackSocket m_notices;
+    int m_viewerPort;
+};
+
+/// A UDP port that was free on 127.0.0.1 a moment ago.
+int findFreePort();

@@ -1,0 +1,55 @@
+// Datagrams made byte by byte, apart from the plug-in's own record types.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <vector>
+
+namespace packets {
+
+using Bytes = std::vector<unsigned char>;
+
+inline constexpr int kRecordSize = 108;   ///< host to viewer
+inline constexpr int kFeedbackSize = 60;  ///< viewer to host
+inline constexpr int kNoticeSize = 72;    ///< viewer to the multicast group
+
+/// Writes a value at a byte offset. REQUIRES that it lies inside.
+template <class T>
+void put(Bytes& bytes, int offset, T value) {
+    std::memcpy(bytes.data() + offset, &value, sizeof value);
+}
+
+template <class T>
+T get(const Bytes& bytes, int offset) {
+    T value;
+    std::memcpy(&value, bytes.data() + offset, sizeof value);
+    return value;
+}
+
+/// A host record that carries the order and zeros.
+Bytes record(int order);
+/// Such records back to back: one datagram.
+Bytes records(std::initializer_list<int> orders);
+/// A host record every byte of which differs from its neighbours; `seed` moves them all.
+Bytes distinctRecord(int order, unsigned seed);
+/// Bytes that look like nothing; the same for the same seed.
+Bytes noise(int size, unsigned seed);
+Bytes join(const Bytes& a, const Bytes& b);
+
+/// One feedback record as a host reads it.
+struct Feedback {
+    std::int32_t counter = 0;
+    float heights[3] = {};  ///< metres; nose, left, right
+    float pitch[3] = {};    ///< degrees
+    float roll[3] = {};     ///< degrees
+    float heading[3] = {};  ///< degrees
+    float heightCg = 0.0f;  ///< metres
+    std::int32_t collision = 0;
+};
+
+/// REQUIRES kFeedbackSize bytes.
+Feedback readFeedback(const Bytes& bytes);
+Bytes writeFeedback(const Feedback& feedback);
+
+}  // namespace packets

@@ -1,0 +1,86 @@
+// An engine over a runtime root of its own, for tests that tell their story in a dozen lines.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/core/Engine.h"
+#include "engine/math/jMath.h"
+#include "engine/scene/Object.h"
+#include "engine/scene/World.h"
+
+/// A fresh folder that goes with this object.
+class TestFolder {
+public:
+    TestFolder();
+    ~TestFolder();
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    const std::filesystem::path& getPath() const { return m_path; }
+    /// Writes a file below it, folders included.
+    void write(const std::string& file, const std::string& bytes) const;
+
+private:
+    std::filesystem::path m_path;
+};
+
+/// An object that has nothing but a box in its own frame, and one surface that is never hit.
+class BoxObject final : public Object {
+public:
+    explicit BoxObject(const BoundBox& box) : m_box(box) {}
+    int getNumSurfaces() const override { return 1; }
+    BoundBox getBoundBox() const override { return m_box; }
+    void setBox(const BoundBox& box) {
+        m_box = box;
+        contentChanged();
+    }
+
+private:
+    BoundBox m_box;
+};
+
+/// A rotation and a translation of up to `reach` metres an axis; without scale.
+dmat4 randomTransform(Random& random, double reach);
+/// Largest difference of two transforms' elements.
+double difference(const dmat4& a, const dmat4& b);
+
+/// The fixture: `TEST_F(SceneTest, …)` with an empty world. Log lines are captured and, while a test passes, not shown.
+class SceneTest : public ::testing::Test {
+protected:
+    SceneTest();
+    ~SceneTest() override;
+
+    World& world() { return *m_engine->getWorld(); }
+    Engine& engine() { return *m_engine; }
+    const std::filesystem::path& root() const { return m_folder.getPath(); }
+    void write(const std::string& file, const std::string& text) const { m_folder.write(file, text); }
+
+    /// Adds a node to the world, or below `parent`, at a position relative to it.
+    Node* addNode(const jString& name, const dvec3& position = {}, Node* parent = nullptr);
+    template <class T>
+    T* add(std::unique_ptr<T> node) {
+        T* const raw = node.get();
+        world().addChild(std::unique_ptr<Node>(std::move(node)));
+        return raw;
+    }
+    /// A node made from its description in structured text; null as `World::LoadNode` gives it. Paths are relative to
+    /// "data".
+    static std::unique_ptr<Node> makeNode(const std::string& text);
+
+    /// Frames of `dt` seconds as the host application runs them, without a logic.
+    void run(int frames, double dt = 1.0 / 60.0);
+
+    const std::vector<std::string>& lines() const { return m_lines; }  ///< logged since the start or `clearLines`
+    int countLines(const std::string& part) const;                     ///< lines that hold it
+    void clearLines() { m_lines.clear(); }
+
+private:
+    TestFolder m_folder;
+    std::vector<std::string> m_lines;
+    std::unique_ptr<Engine> m_engine;
+};
