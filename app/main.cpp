@@ -130,6 +130,7 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
     Options options;
     if (const auto status = parseOptions(argc, argv, options)) return *status;
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);  // keeps traces and log lines in order, also in a file
     stopOnSignals();
     const int status = run(options);
     jLog::flush();

@@ -41,10 +41,14 @@ inline void printHeader() {
     std::printf("| %-58s | %10s | %10s | %6s | %6s |\n", "", "ours", "floor", "ratio", "limit");
 }
 
-/// One row: both costs in nanoseconds, their ratio and the ratio that is wanted.
+constexpr double NO_LIMIT = 0.0;
+
+/// One row: both costs in nanoseconds, their ratio and the ratio that is wanted at most.
 inline void printRow(const char* what, const Costs& c, double limit) {
-    std::printf("| %-58s | %7.1f ns | %7.1f ns | %6.2f | %6.2f |\n", what, c.ours * 1e9, c.floor * 1e9,
-                c.ours / c.floor, limit);
+    char wanted[16] = "-";
+    if (limit > NO_LIMIT) std::snprintf(wanted, sizeof wanted, "%.2f", limit);
+    std::printf("| %-58s | %7.1f ns | %7.1f ns | %6.2f | %6s |\n", what, c.ours * 1e9, c.floor * 1e9, c.ours / c.floor,
+                wanted);
 }
 
 }  // namespace bench

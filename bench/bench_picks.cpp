@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include "Bench.h"
 #include "engine/core/Engine.h"
@@ -15,6 +16,7 @@
 #include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/World.h"
 #include "scene/ElevationRaster.h"
+#include "scene/ModelLoader.h"
 #include "scene/TerrainPick.h"
 #include "src/logic/Logic_Test_Fly.h"
 
@@ -152,14 +154,68 @@ void benchPicks() {
             ROUNDS, QUERIES, [&] { among.probe(segments); }, [&] { alone.probe(segments); }));
 }
 
+/// A folder for the files that are read here; it goes with this object.
+struct Folder {
+    std::filesystem::path path = std::filesystem::temp_directory_path() / "deckview_bench_picks";
+
+    Folder() { std::filesystem::create_directories(path); }
+    ~Folder() { std::filesystem::remove_all(path); }
+};
+
+template <class T>
+void append(std::string& bytes, const T* values, std::size_t count) {
+    bytes.append(reinterpret_cast<const char*>(values), count * sizeof(T));
+}
+
+/// A binary model of one sheet without normals, so that they are made as well.
+std::string makeModel(const MeshSurface& sheet) {
+    const std::size_t vertices = sheet.positions.size(), indices = sheet.indices.size(), first = vertices * 12;
+    const auto number = [](std::size_t n) { return std::to_string(n); };
+    std::string json =
+        R"({"asset":{"version":"2.0"},"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],"meshes":[{"primitives":[{)"
+        R"("attributes":{"POSITION":0},"indices":1}]}],"accessors":[{"bufferView":0,"componentType":5126,"type":"VEC3","count":)" +
+        number(vertices) + R"(},{"bufferView":1,"componentType":5125,"type":"SCALAR","count":)" + number(indices) +
+        R"(}],"bufferViews":[{"buffer":0,"byteLength":)" + number(first) + R"(},{"buffer":0,"byteOffset":)" +
+        number(first) + R"(,"byteLength":)" + number(indices * 4) + R"(}],"buffers":[{"byteLength":)" +
+        number(first + indices * 4) + "}]}";
+    json.resize((json.size() + 3) / 4 * 4, ' ');
+    const std::uint32_t data = static_cast<std::uint32_t>(first + indices * 4),
+                        text = static_cast<std::uint32_t>(json.size());
+    const std::uint32_t head[] = {0x46546C67, 2, 28 + text + data, text, 0x4E4F534A}, next[] = {data, 0x004E4942};
+    std::string out;
+    append(out, head, 5);
+    out += json;
+    append(out, next, 2);
+    append(out, sheet.positions.data(), vertices);
+    append(out, sheet.indices.data(), indices);
+    return out;
+}
+
+void benchLoading() {
+    const Folder folder;
+    Random r(3);
+    const std::string bytes = makeModel(makeSheet(200, 150, 60.0, 60.0, r));
+    std::ofstream(folder.path / "model.glb", std::ios::binary) << bytes;
+    std::vector<double> times;
+    for (int i = 0; i < 9; ++i) {
+        clearModelCache();
+        times.push_back(bench::seconds([&] {
+            if (!loadModel((folder.path / "model.glb").string())) ++g_failures;
+        }));
+    }
+    clearModelCache();
+    const double time = bench::median(times);
+    std::printf("a model of 60,000 triangles is loaded in %.1f ms (limit 100)\n", time * 1e3);
+    if (time > 0.1) ++g_failures;
+}
+
 /// A raster of hills in a file of the engine's, and the same posts in an array.
 class Hills {
 public:
     static constexpr int POSTS = 1500;
     static constexpr double STEP = 0.0003, WEST = 112.0, NORTH = 17.0;
 
-    Hills() : m_folder(std::filesystem::temp_directory_path() / "deckview_bench_picks") {
-        std::filesystem::create_directories(m_folder);
+    Hills() {
         std::vector<float> from_north(static_cast<std::size_t>(POSTS) * POSTS);
         posts.resize(from_north.size());
         for (int i = 0; i < POSTS * POSTS; ++i) {
@@ -169,19 +225,18 @@ public:
             from_north[static_cast<std::size_t>(i)] = float(h);
             posts[static_cast<std::size_t>((POSTS - 1 - row_from_north) * POSTS + c)] = float(h);
         }
-        std::ofstream(m_folder / "hills.raw", std::ios::binary)
+        std::ofstream(m_folder.path / "hills.raw", std::ios::binary)
             .write(reinterpret_cast<const char*>(from_north.data()),
                    static_cast<std::streamsize>(from_north.size() * 4));
-        std::ofstream(m_folder / "hills.vrt")
+        std::ofstream(m_folder.path / "hills.vrt")
             << "<VRTDataset rasterXSize=\"1500\" rasterYSize=\"1500\"><SRS>EPSG:4326</SRS>"
                "<GeoTransform>111.99985,0.0003,0,17.00015,0,-0.0003</GeoTransform>"
                "<VRTRasterBand dataType=\"Float32\" band=\"1\" subClass=\"VRTRawRasterBand\">"
                "<SourceFilename relativetoVRT=\"1\">hills.raw</SourceFilename><PixelOffset>4</PixelOffset>"
                "<LineOffset>6000</LineOffset><ByteOrder>LSB</ByteOrder></VRTRasterBand></VRTDataset>";
     }
-    ~Hills() { std::filesystem::remove_all(m_folder); }
 
-    jString getFile() const { return (m_folder / "hills.vrt").string(); }
+    jString getFile() const { return (m_folder.path / "hills.vrt").string(); }
 
     double bilinear(double lon, double lat) const {
         const double c = (lon - WEST) / STEP, r = (lat - NORTH) / STEP + (POSTS - 1);
@@ -194,7 +249,7 @@ public:
     std::vector<float> posts;  ///< south row first
 
 private:
-    std::filesystem::path m_folder;
+    Folder m_folder;
 };
 
 void benchTerrain() {
@@ -252,6 +307,7 @@ int main() {
     bench::printHeader();
     benchPicks();
     benchTerrain();
+    benchLoading();
     std::printf("check sum %.6g\n", g_sum);
     if (g_failures > 0) std::printf("%d outside their limits\n", g_failures);
     return g_failures > 0 ? 1 : 0;

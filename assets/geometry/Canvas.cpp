@@ -28,8 +28,8 @@ struct Stroke {
 };
 const std::vector<Stroke>& strokesOf(char digit) {
     static const std::vector<Stroke> NONE{};
-    static const Stroke TOP{0, 4, 2, 4}, MIDDLE{0, 2, 2, 2}, FOOT{0, 0, 2, 0}, LEFT_UP{0, 2, 0, 4}, LEFT_LOW{0, 0, 0, 2},
-        RIGHT_UP{2, 2, 2, 4}, RIGHT_LOW{2, 0, 2, 2};
+    static const Stroke TOP{0, 4, 2, 4}, MIDDLE{0, 2, 2, 2}, FOOT{0, 0, 2, 0}, LEFT_UP{0, 2, 0, 4},
+        LEFT_LOW{0, 0, 0, 2}, RIGHT_UP{2, 2, 2, 4}, RIGHT_LOW{2, 0, 2, 2};
     static const std::array<std::vector<Stroke>, 10> DIGITS{{
         {TOP, FOOT, LEFT_UP, LEFT_LOW, RIGHT_UP, RIGHT_LOW},
         {{1, 0, 1, 4}},
@@ -57,8 +57,8 @@ Canvas::Canvas(int width, int height, double left, double bottom, double right, 
       m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), ground) {}
 
 void Canvas::blend(int px, int py, const Color& color, double coverage) {
-    Color& pixel = m_pixels[static_cast<std::size_t>(py) * static_cast<std::size_t>(m_width) +
-                            static_cast<std::size_t>(px)];
+    Color& pixel =
+        m_pixels[static_cast<std::size_t>(py) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(px)];
     const double opacity = coverage * color[3] / 255.0;
     for (std::size_t i = 0; i < 3; ++i) {
         pixel[i] = static_cast<std::uint8_t>(std::lround(pixel[i] + (color[i] - pixel[i]) * opacity));
@@ -104,8 +104,7 @@ void Canvas::circle(double x, double y, double radius, double width, const Color
 }
 
 void Canvas::rectangle(double x0, double y0, double x1, double y1, const Color& color) {
-    fill(x0, y0, x1, y1, color,
-         [=](double x, double y) { return std::max({x0 - x, x - x1, y0 - y, y - y1}); });
+    fill(x0, y0, x1, y1, color, [=](double x, double y) { return std::max({x0 - x, x - x1, y0 - y, y - y1}); });
 }
 
 void Canvas::number(const std::string& digits, double x, double y, double height, double heading, const Color& color) {

@@ -20,10 +20,11 @@ public:
     void dashes(double x0, double y0, double x1, double y1, double width, double piece, double gap, const Color& color);
     void circle(double x, double y, double radius, double width, const Color& color);
     void rectangle(double x0, double y0, double x1, double y1, const Color& color);
-    /// Digits standing upright along `heading` (degrees clockwise from up), `height` metres tall, their foot's middle at
-    /// (x, y).
+    /// Digits standing upright along `heading` (degrees clockwise from up), `height` metres tall, their foot's middle
+    /// at (x, y).
     void number(const std::string& digits, double x, double y, double height, double heading, const Color& color);
-    /// Darkens and lightens every pixel by up to `amount` levels, in patches of two pixels' and of `patch` metres' size.
+    /// Darkens and lightens every pixel by up to `amount` levels, in patches of two pixels' and of `patch` metres'
+    /// size.
     void weather(int amount, double patch, std::uint32_t seed);
 
     std::vector<unsigned char> toPng() const;

@@ -37,7 +37,9 @@ Mesh& Mesh::add(const Mesh& other, const dmat4& transform) {
     return *this;
 }
 
-Mesh& Mesh::addPair(const Mesh& other) { return add(other).add(other.mirrored()); }
+Mesh& Mesh::addPair(const Mesh& other) {
+    return add(other).add(other.mirrored());
+}
 
 Mesh Mesh::transformed(const dmat4& transform) const {
     Mesh result;

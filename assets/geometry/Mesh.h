@@ -51,8 +51,8 @@ public:
 
     Mesh transformed(const dmat4& transform) const;
     Mesh moved(const dvec3& by) const { return transformed(dmat4::translation(by)); }
-    Mesh mirrored() const;                            ///< left for right, still facing outward
-    Mesh repainted(const PaintRef& paint) const;      ///< all of it in one paint
+    Mesh mirrored() const;                        ///< left for right, still facing outward
+    Mesh repainted(const PaintRef& paint) const;  ///< all of it in one paint
     /// Turns all triangles round when the volume that they enclose comes out negative.
     Mesh facingOutward() const;
 

@@ -13,7 +13,9 @@
 namespace {
 
 /// (x, y, z) becomes (x, z, -y): models are Z up, the file is Y up.
-std::array<float, 3> toFile(const std::array<float, 3>& v) { return {v[0], v[2], -v[1]}; }
+std::array<float, 3> toFile(const std::array<float, 3>& v) {
+    return {v[0], v[2], -v[1]};
+}
 
 class Writer {
 public:

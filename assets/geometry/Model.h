@@ -20,6 +20,6 @@ struct Part {
 std::size_t countTriangles(const Part& part);
 
 /// Writes the parts as the top nodes of a binary glTF 2.0 file, turned to its Y-up frame: (x, y, z) becomes (x, z, -y).
-/// The same parts give the same bytes. Edges sharper than `crease` degrees stay sharp. Throws std::runtime_error when the
-/// file cannot be written.
+/// The same parts give the same bytes. Edges sharper than `crease` degrees stay sharp. Throws std::runtime_error when
+/// the file cannot be written.
 void writeModel(const std::string& path, const std::vector<Part>& parts, double crease = 40.0);

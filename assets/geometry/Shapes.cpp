@@ -25,7 +25,9 @@ void cap(Mesh& mesh, const PaintRef& paint, const Ring& ring, bool reversed) {
     }
 }
 
-double signedPower(double v, double exponent) { return std::copysign(std::pow(std::abs(v), exponent), v); }
+double signedPower(double v, double exponent) {
+    return std::copysign(std::pow(std::abs(v), exponent), v);
+}
 
 /// Half thickness of the symmetrical four-digit profile at a fraction of the chord (NACA report 460), with the trailing
 /// edge closed.
@@ -51,7 +53,9 @@ Ring ribRing(const Rib& rib, double from, double to) {
 
 }  // namespace
 
-Mesh box(const PaintRef& paint, const dvec3& lo, const dvec3& hi) { return taperedBox(paint, lo, hi, 0.0); }
+Mesh box(const PaintRef& paint, const dvec3& lo, const dvec3& hi) {
+    return taperedBox(paint, lo, hi, 0.0);
+}
 
 Mesh taperedBox(const PaintRef& paint, const dvec3& lo, const dvec3& hi, double inset) {
     const Ring base{lo, {hi.x, lo.y, lo.z}, {hi.x, hi.y, lo.z}, {lo.x, hi.y, lo.z}};
@@ -138,7 +142,9 @@ Mesh body(const PaintRef& paint, const std::vector<Section>& sections, int point
     return loft(paint, rings, capped);
 }
 
-dvec3 chordPoint(const Rib& rib, double fraction) { return rib.leading_edge - dvec3(0.0, rib.chord * fraction, 0.0); }
+dvec3 chordPoint(const Rib& rib, double fraction) {
+    return rib.leading_edge - dvec3(0.0, rib.chord * fraction, 0.0);
+}
 
 Rib between(const Rib& a, const Rib& b, double t) {
     return {a.leading_edge + (b.leading_edge - a.leading_edge) * t, a.chord + (b.chord - a.chord) * t,

@@ -7,8 +7,8 @@
 #include "geometry/Canvas.h"
 #include "geometry/Model.h"
 #include "geometry/Shapes.h"
-#include "models/Builders.h"
 #include "models/AirfieldPlan.h"
+#include "models/Builders.h"
 #include "text/SceneText.h"
 #include "world/Layout.h"
 
@@ -107,7 +107,8 @@ Part lorry() {
     mesh.add(box(paints.green, {-1.25, -4.4, 1.05}, {1.25, 2.1, 2.7}));
     mesh.add(cylinder(paints.steel, {0, -2.4, 2.7}, {0, -2.4, 3.6}, 0.35, 12));
     mesh.add(box(paints.steel, {-1.6, -2.6, 3.6}, {1.6, -2.3, 5.2}));
-    for (const double y : {3.2, -1.6, -3.1}) mesh.addPair(wheel(paints.tyre, paints.steel, {1.05, y, 0.55}, 0.55, 0.35));
+    for (const double y : {3.2, -1.6, -3.1})
+        mesh.addPair(wheel(paints.tyre, paints.steel, {1.05, y, 0.55}, 0.55, 0.35));
     return {"lorry", {}, mesh};
 }
 
@@ -177,7 +178,8 @@ void writeBytes(const std::string& path, const std::vector<unsigned char>& bytes
 }
 
 /// A model with a prefab of the same name that holds nothing else.
-void writePlainPrefab(const std::string& folder, const std::string& name, const std::string& comment, const Part& part) {
+void writePlainPrefab(const std::string& folder, const std::string& name, const std::string& comment,
+                      const Part& part) {
     writeText(folder + name + ".prefab", comment, {{"node", {{"mesh", name + ".glb"}}}});
     writeModel(folder + name + ".glb", {part});
 }
@@ -186,7 +188,8 @@ void writePlainPrefab(const std::string& folder, const std::string& name, const 
 
 void writeAirfield(const std::string& root) {
     const std::string prefabs = root + "/data/DEMO_PROJECT/prefabs/", terrain = root + "/data/DEMO_PROJECT/terrain/";
-    writePlainPrefab(prefabs + "airfield/", "airfield", "Tower, hangars and tanks. Origin at the runway's middle.", buildings());
+    writePlainPrefab(prefabs + "airfield/", "airfield", "Tower, hangars and tanks. Origin at the runway's middle.",
+                     buildings());
     writePlainPrefab(prefabs + "mast/", "mast", "A radio mast. Origin at its foot.", mast());
     writePlainPrefab(root + "/data/assets/Targets/MODELS/CL_radar_lorry/", "CL_radar_lorry",
                      "A radar lorry, the target of type 1001. Origin on the ground.", lorry());

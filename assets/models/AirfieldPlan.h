@@ -7,8 +7,8 @@ namespace airfield {
 
 inline const dvec3 TOWER{262.0, 60.0, 0.0};  ///< its foot
 constexpr double TOWER_HEIGHT = 32.0;
-constexpr double HANGAR_X = 272.0;                            ///< middles across the runway
-constexpr double HANGARS[] = {-120.0, -62.0, -4.0};           ///< and along it
+constexpr double HANGAR_X = 272.0;                                                ///< middles across the runway
+constexpr double HANGARS[] = {-120.0, -62.0, -4.0};                               ///< and along it
 inline const dvec3 HALLS_LOW{249.0, -206.0, 0.0}, HALLS_HIGH{297.0, 22.0, 13.5};  ///< round all halls
 constexpr double MAST_HEIGHT = 42.0;
 

@@ -85,7 +85,8 @@ void addStripLamps(Json& children) {
 
 Json prefab() {
     // The reference points span the plane of the deck with the lens, whose origin is level with it.
-    Json children = {lens(), wakes(), sceneNode("node", "deck_1", onStrip(60.0)), sceneNode("node", "deck_2", onStrip(150.0))};
+    Json children = {lens(), wakes(), sceneNode("node", "deck_1", onStrip(60.0)),
+                     sceneNode("node", "deck_2", onStrip(150.0))};
     addStripLamps(children);
     return {{"node", {{"mesh", "JT_CN_LNJ.glb"}, {"body", hullBody()}, {"children", children}}}};
 }
@@ -96,8 +97,9 @@ Json prefab() {
 void writeCarrier(const std::string& root) {
     const std::string folder = root + "/" + carrier::FOLDER;
     writeText(folder + "JT_CN_LNJ.prefab", "The carrier. Origin at the waterline amidships.", carrier::prefab());
+    // Drawn up to 25 times its size far away: nothing may run into it.
     writeText(folder + "Fresnel_light.prefab", "The landing lens: deng01 is the top lamp, deng05 the bottom one.",
-              {{"node", {{"mesh", "Fresnel_light.glb"}}}});
+              {{"node", {{"collider", false}, {"mesh", "Fresnel_light.glb"}}}});
     std::vector<Part> parts{carrier::hullAndDeck()};
     for (Part& part : carrier::topside()) parts.push_back(std::move(part));
     writeModel(folder + "JT_CN_LNJ.glb", parts);

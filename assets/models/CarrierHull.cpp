@@ -47,10 +47,7 @@ std::vector<double> deckStations() {
 /// Port edge, starboard edge, on the deck and under it.
 Ring deckRing(double y) {
     const double top = deckHeight(y), port = portEdge(y), starboard = starboardEdge(y);
-    return {{port, y, top},
-            {starboard, y, top},
-            {starboard, y, top - DECK_THICKNESS},
-            {port, y, top - DECK_THICKNESS}};
+    return {{port, y, top}, {starboard, y, top}, {starboard, y, top - DECK_THICKNESS}, {port, y, top - DECK_THICKNESS}};
 }
 
 Mesh deckSlab(const PaintRef& deck, const PaintRef& side) {
@@ -80,8 +77,8 @@ const std::vector<Frame> FRAMES{{-147.0, -1.5, 14.0}, {-140.0, -5.0, 16.5}, {-12
 
 constexpr double BOOT_TOP = 0.6;  // the dark bottom paint reaches this far above the waterline
 
-/// Half a hull's outline from the keel up: the immersed part in shares of its depth, the rest in shares of its height and
-/// of the way out to the deck's edge.
+/// Half a hull's outline from the keel up: the immersed part in shares of its depth, the rest in shares of its height
+/// and of the way out to the deck's edge.
 Ring hullHalf(const Frame& frame, double edge) {
     const double top = deckHeight(frame.y) - DECK_THICKNESS + 0.05;
     const double line = std::max(BOOT_TOP, frame.keel + 0.05 * (top - frame.keel));
@@ -92,7 +89,7 @@ Ring hullHalf(const Frame& frame, double edge) {
     const auto high = [&](double share, double out) {
         return dvec3(sign * (b + out * flare), frame.y, line + share * (top - line));
     };
-    return {low(0.00, 0.10), low(0.08, 0.70), low(0.40, 0.95), low(1.00, 1.00),
+    return {low(0.00, 0.10),  low(0.08, 0.70),  low(0.40, 0.95),  low(1.00, 1.00),
             high(0.30, 0.10), high(0.69, 0.45), high(0.88, 0.90), high(1.00, 1.00)};
 }
 
@@ -132,8 +129,12 @@ double deckHeight(double y) {
     return DECK_HEIGHT + radius - std::sqrt(radius * radius - along * along);
 }
 
-double portEdge(double y) { return edgeAt(PORT, y); }
-double starboardEdge(double y) { return edgeAt(STARBOARD, y); }
+double portEdge(double y) {
+    return edgeAt(PORT, y);
+}
+double starboardEdge(double y) {
+    return edgeAt(STARBOARD, y);
+}
 
 dvec3 onStrip(double along, double right) {
     const double angle = STRIP_ANGLE * jMath::DEG2RAD;

@@ -10,9 +10,9 @@
 namespace carrier {
 
 constexpr double STERN = -152.0, BOW = 152.5;
-constexpr double RAMP_ANGLE = 14.0;   ///< of the deck at the bow, degrees
-constexpr double STRIP_ANGLE = 7.0;   ///< of the landing strip to port of the bow, degrees
-constexpr double STRIP_X = 3.0;       ///< where the strip's axis crosses the stern
+constexpr double RAMP_ANGLE = 14.0;  ///< of the deck at the bow, degrees
+constexpr double STRIP_ANGLE = 7.0;  ///< of the landing strip to port of the bow, degrees
+constexpr double STRIP_X = 3.0;      ///< where the strip's axis crosses the stern
 constexpr double STRIP_LENGTH = 198.0, STRIP_WIDTH = 26.0;
 
 /// The island's block on the deck: what a trigger surrounds.

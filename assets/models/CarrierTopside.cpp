@@ -41,10 +41,12 @@ Part island(const Paints& paints) {
     mesh.add(tier(paints, {left - 0.8, front - 17.0, deck + 9.5}, {right - 0.4, front - 2.5, deck + 13.0}, 0.3, true));
     mesh.add(tier(paints, {left - 0.4, front - 15.5, deck + 13.0}, {right - 0.8, front - 3.5, deck + 16.0}, 0.4, true));
     mesh.add(tier(paints, {left + 0.2, back + 12.0, deck + 9.5}, {right - 0.6, back + 22.0, deck + 13.5}, 0.3, true));
-    mesh.add(taperedBox(paints.grey, {left + 1.5, front - 31.0, deck + 9.5}, {right - 1.5, front - 18.5, deck + 18.0}, 1.6));
+    mesh.add(
+        taperedBox(paints.grey, {left + 1.5, front - 31.0, deck + 9.5}, {right - 1.5, front - 18.5, deck + 18.0}, 1.6));
     mesh.add(box(paints.dark, {left + 3.6, front - 28.8, deck + 17.9}, {right - 3.6, front - 20.7, deck + 18.2}));
     for (const double y : {back + 14.5, front - 6.0}) {
-        mesh.add(taperedBox(paints.panel, {left + 2.0, y - 2.0, deck + 16.0}, {right - 2.0, y + 2.5, deck + 20.0}, 1.0));
+        mesh.add(
+            taperedBox(paints.panel, {left + 2.0, y - 2.0, deck + 16.0}, {right - 2.0, y + 2.5, deck + 20.0}, 1.0));
     }
     mesh.add(mast(paints, {29.0, front - 11.5, deck + 16.0}, 20.0));
     mesh.add(mast(paints, {29.0, back + 17.0, deck + 13.5}, 9.0));

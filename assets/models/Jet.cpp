@@ -72,22 +72,22 @@ Json fire() {
     Json node = sceneNode("node", "fire", {0.0, -2.0, 0.6});
     node["enabled"] = false;
     node["children"] = Json::array({particles("fire_spe", {},
-                                  {{"spawn_rate", 90},
-                                   {"life", 1.6},
-                                   {"life_spread", 0.5},
-                                   {"velocity", {0, 0, 3.5}},
-                                   {"velocity_spread", {1.2, 1.2, 1}},
-                                   {"emitter_size", {2.5, 7, 0.5}},
-                                   {"size", 1.6},
-                                   {"size_spread", 0.5},
-                                   {"growth", 1.8},
-                                   {"drag", 0.4},
-                                   {"buoyancy", 2},
-                                   {"wind", 0.6},
-                                   {"color", {1.0, 0.45, 0.1, 0.8}},
-                                   {"end_color", {0.06, 0.05, 0.05, 0}},
-                                   {"emitting", false},
-                                   {"max_particles", 200}})});
+                                              {{"spawn_rate", 90},
+                                               {"life", 1.6},
+                                               {"life_spread", 0.5},
+                                               {"velocity", {0, 0, 3.5}},
+                                               {"velocity_spread", {1.2, 1.2, 1}},
+                                               {"emitter_size", {2.5, 7, 0.5}},
+                                               {"size", 1.6},
+                                               {"size_spread", 0.5},
+                                               {"growth", 1.8},
+                                               {"drag", 0.4},
+                                               {"buoyancy", 2},
+                                               {"wind", 0.6},
+                                               {"color", {1.0, 0.45, 0.1, 0.8}},
+                                               {"end_color", {0.06, 0.05, 0.05, 0}},
+                                               {"emitting", false},
+                                               {"max_particles", 200}})});
     return node;
 }
 
@@ -100,8 +100,9 @@ Json lamp(const std::string& name, const dvec3& position, const dvec3& color) {
 Json landingLight() {
     Json node = sceneNode("light", "landing_light", {0.0, NOSE_WHEEL.y + 0.2, -0.8});
     node["hpr"] = {0, -4, 0};
-    node["light"] = {{"kind", "spot"}, {"color", {1.0, 0.96, 0.88}}, {"intensity", 60000}, {"range", 600},
-                     {"angle", 14},    {"size", 0.2}};
+    node["light"] = {{"kind", "spot"},     {"color", {1.0, 0.96, 0.88}},
+                     {"intensity", 60000}, {"range", 600},
+                     {"angle", 14},        {"size", 0.2}};
     return node;
 }
 
@@ -188,7 +189,8 @@ Json aircraftFile() {
 
 void writeJet(const std::string& root) {
     const std::string folder = root + "/" + jet::FOLDER;
-    writeText(folder + "FJ_CN_J15.prefab", "The carrier jet. Origin 2 m above the ground that it stands on.", jet::prefab());
+    writeText(folder + "FJ_CN_J15.prefab", "The carrier jet. Origin 2 m above the ground that it stands on.",
+              jet::prefab());
     writeText(folder + "FJ_CN_J15.cfg", "The carrier jet's control nodes, addressed by their place in this list.",
               jet::aircraftFile());
     writeModel(folder + "FJ_CN_J15.glb", jet::intactParts());

@@ -8,10 +8,10 @@ namespace {
 constexpr double BULKHEAD = 8.9;  // where the radome ends
 
 std::vector<Section> fuselageSections() {
-    return {{BULKHEAD, 0.27, 0.56, 0.58, 0.55},    {8.4, 0.30, 0.64, 0.66, 0.62},  {7.2, 0.36, 0.78, 0.80, 0.75},
-            {5.8, 0.40, 0.90, 0.85, 0.85},         {4.2, 0.45, 0.98, 0.95, 0.85},  {2.5, 0.50, 1.00, 0.98, 0.70},
-            {0.5, 0.50, 1.00, 0.90, 0.50},         {-2.0, 0.45, 0.95, 0.75, 0.45}, {-5.0, 0.40, 0.80, 0.55, 0.40},
-            {-7.5, 0.35, 0.55, 0.42, 0.38},        {-9.5, 0.32, 0.33, 0.30, 0.30}, {-10.6, 0.30, 0.17, 0.16, 0.16},
+    return {{BULKHEAD, 0.27, 0.56, 0.58, 0.55}, {8.4, 0.30, 0.64, 0.66, 0.62},  {7.2, 0.36, 0.78, 0.80, 0.75},
+            {5.8, 0.40, 0.90, 0.85, 0.85},      {4.2, 0.45, 0.98, 0.95, 0.85},  {2.5, 0.50, 1.00, 0.98, 0.70},
+            {0.5, 0.50, 1.00, 0.90, 0.50},      {-2.0, 0.45, 0.95, 0.75, 0.45}, {-5.0, 0.40, 0.80, 0.55, 0.40},
+            {-7.5, 0.35, 0.55, 0.42, 0.38},     {-9.5, 0.32, 0.33, 0.30, 0.30}, {-10.6, 0.30, 0.17, 0.16, 0.16},
             {-10.8, 0.30, 0.06, 0.06, 0.06}};
 }
 
@@ -50,17 +50,12 @@ Mesh nacelle(const Paints& paints) {
                                  {-8.0, -0.15, 0.69, 0.69, 0.69, 2.0, x}},
                                 {0.55, 0.35, 0.0, 0.0, 0.0, 0.0}),
                      false);
-    mesh.add(loft(paints.duct,
-                  rakedRings({{2.6, -0.36, 0.62, 0.58, 0.62, 9.0, x}, {0.6, -0.34, 0.50, 0.50, 0.50, 2.5, x}},
-                             {0.55, 0.0})));
-    return mesh.add(revolve(paints.metal, {x, 0.0, NOZZLE.z},
-                            {{-7.9, 0.70},
-                             {-8.5, 0.68},
-                             {-9.1, 0.59},
-                             {NOZZLE.y, 0.50},
-                             {NOZZLE.y, 0.46},
-                             {-8.9, 0.50},
-                             {-8.3, 0.54}}));
+    mesh.add(loft(
+        paints.duct,
+        rakedRings({{2.6, -0.36, 0.62, 0.58, 0.62, 9.0, x}, {0.6, -0.34, 0.50, 0.50, 0.50, 2.5, x}}, {0.55, 0.0})));
+    return mesh.add(revolve(
+        paints.metal, {x, 0.0, NOZZLE.z},
+        {{-7.9, 0.70}, {-8.5, 0.68}, {-9.1, 0.59}, {NOZZLE.y, 0.50}, {NOZZLE.y, 0.46}, {-8.9, 0.50}, {-8.3, 0.54}}));
 }
 
 /// A blister under the wing's root that takes the main wheel.
@@ -77,7 +72,8 @@ Mesh cockpit(const Paints& paints) {
     Mesh mesh = taperedBox(paints.cockpit, {-0.40, 6.45, 0.95}, {0.40, 7.00, 1.27}, 0.08);
     mesh.add(taperedBox(paints.cockpit, {-0.26, 4.95, 1.00}, {0.26, 5.15, 1.62}, 0.05));
     mesh.add(dome(paints.dark, {0.0, 5.32, 1.40}, 0.15, 12));
-    return mesh.add(body(paints.gear, {{5.1, 1.15, 0.2, 0.1, 0.2}, {5.35, 1.15, 0.24, 0.14, 0.2}, {5.6, 1.05, 0.1, 0.1, 0.1}}, 12));
+    return mesh.add(
+        body(paints.gear, {{5.1, 1.15, 0.2, 0.1, 0.2}, {5.35, 1.15, 0.24, 0.14, 0.2}, {5.6, 1.05, 0.1, 0.1, 0.1}}, 12));
 }
 
 std::vector<Section> canopySections() {
@@ -92,12 +88,11 @@ Mesh canopyPiece(const Paints& paints, std::size_t first, std::size_t last) {
 }
 
 Part radome(const Paints& paints) {
-    Mesh mesh = body(paints.radome,
-                     {{BULKHEAD, 0.27, 0.56, 0.58, 0.55},
-                      {9.6, 0.22, 0.45, 0.47, 0.45},
-                      {10.4, 0.17, 0.29, 0.30, 0.29},
-                      {10.9, 0.14, 0.15, 0.15, 0.15},
-                      {11.15, 0.13, 0.04, 0.04, 0.04}});
+    Mesh mesh = body(paints.radome, {{BULKHEAD, 0.27, 0.56, 0.58, 0.55},
+                                     {9.6, 0.22, 0.45, 0.47, 0.45},
+                                     {10.4, 0.17, 0.29, 0.30, 0.29},
+                                     {10.9, 0.14, 0.15, 0.15, 0.15},
+                                     {11.15, 0.13, 0.04, 0.04, 0.04}});
     mesh.add(cylinder(paints.metal, {0.0, 11.1, 0.13}, {0.0, 11.2, 0.13}, 0.03, 0.02, 8));
     return {"radome", {0.0, BULKHEAD, 0.85}, mesh};
 }
@@ -110,8 +105,10 @@ Part refuellingProbe(const Paints& paints) {
 }
 
 Part airbrake(const Paints& paints) {
-    return {"airbrake", {0.0, 2.7, 1.45},
-            body(paints.skin, {{2.7, 1.30, 0.42, 0.19, 0.1}, {1.8, 1.28, 0.45, 0.19, 0.1}, {0.8, 1.20, 0.40, 0.20, 0.1}}, 16)};
+    return {"airbrake",
+            {0.0, 2.7, 1.45},
+            body(paints.skin,
+                 {{2.7, 1.30, 0.42, 0.19, 0.1}, {1.8, 1.28, 0.45, 0.19, 0.1}, {0.8, 1.20, 0.40, 0.20, 0.1}}, 16)};
 }
 
 Part ladder(const Paints& paints) {
@@ -132,9 +129,15 @@ Part afterburner(const Paints& paints) {
 
 }  // namespace
 
-dvec3 onSide(const dvec3& right, int side) { return {right.x * side, right.y, right.z}; }
-Mesh onSide(const Mesh& right, int side) { return side > 0 ? right : right.mirrored(); }
-std::string withSide(const std::string& name, int side) { return name + (side > 0 ? "_right" : "_left"); }
+dvec3 onSide(const dvec3& right, int side) {
+    return {right.x * side, right.y, right.z};
+}
+Mesh onSide(const Mesh& right, int side) {
+    return side > 0 ? right : right.mirrored();
+}
+std::string withSide(const std::string& name, int side) {
+    return name + (side > 0 ? "_right" : "_left");
+}
 
 Paints freshPaints() {
     Paints p;
@@ -167,7 +170,7 @@ Part airframe(const Paints& paints) {
 
 std::vector<Part> bodyParts(const Paints& paints) {
     const Part canopy{"canopy", {0.0, 2.9, 1.15}, canopyPiece(paints, 2, canopySections().size() - 1)};
-    return {canopy,         radome(paints),          airbrake(paints),       refuellingProbe(paints),
+    return {canopy,         radome(paints),         airbrake(paints),      refuellingProbe(paints),
             ladder(paints), intakeRamp(paints, -1), intakeRamp(paints, 1), afterburner(paints)};
 }
 

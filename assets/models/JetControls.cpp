@@ -17,7 +17,9 @@ dvec3 hinge(const Rib& root, const Rib& tip, double fraction, int side) {
 }
 
 /// Upward on the left and downward on the right: opposite angles on the two sides turn both rudders the same way.
-dvec3 rudderHinge(int side) { return normalize(chordPoint(FIN_TIP, RUDDER) - chordPoint(FIN_ROOT, RUDDER)) * -side; }
+dvec3 rudderHinge(int side) {
+    return normalize(chordPoint(FIN_TIP, RUDDER) - chordPoint(FIN_ROOT, RUDDER)) * -side;
+}
 
 Control surface(const std::string& label, const std::string& node, int side, const dvec3& axis) {
     return {(side < 0 ? "左" : "右") + label, withSide(node, side), NONE, NONE, axis, 0};

@@ -8,7 +8,9 @@ constexpr double GAP = 0.008;  // of the span, between a moving surface and its 
 
 const Rib FOLD = between(WING_ROOT, WING_TIP, WING_FOLD);
 
-Rib onWing(double t) { return between(WING_ROOT, WING_TIP, t); }
+Rib onWing(double t) {
+    return between(WING_ROOT, WING_TIP, t);
+}
 
 /// The outer wing's box, its fixed leading edge and the rail at its tip.
 Mesh outerWing(const Paints& paints) {
@@ -26,7 +28,8 @@ Part flap(const Paints& paints, const std::string& name, int side, double from, 
           double chord_to) {
     const Rib a = onWing(from + GAP), b = onWing(to - GAP);
     const dvec3 hinge = (chordPoint(a, chord_from > 0.5 ? chord_from : chord_to) +
-                         chordPoint(b, chord_from > 0.5 ? chord_from : chord_to)) * 0.5;
+                         chordPoint(b, chord_from > 0.5 ? chord_from : chord_to)) *
+                        0.5;
     return {withSide(name, side), onSide(hinge, side), onSide(wing(paints.skin, a, b, chord_from, chord_to), side)};
 }
 

@@ -10,7 +10,8 @@
 namespace {
 
 bool isPlain(const Json& value) {
-    return value.is_array() && std::none_of(value.begin(), value.end(), [](const Json& v) { return v.is_structured(); });
+    return value.is_array() &&
+           std::none_of(value.begin(), value.end(), [](const Json& v) { return v.is_structured(); });
 }
 
 void printPlain(const Json& list, std::string& out) {
@@ -39,11 +40,15 @@ void print(const Json& value, int depth, std::string& out) {
 }
 
 /// Positions come out of trigonometry: without rounding a zero reads -2.3e-13.
-double tidy(double v) { return std::abs(v) < 1e-9 ? 0.0 : v; }
+double tidy(double v) {
+    return std::abs(v) < 1e-9 ? 0.0 : v;
+}
 
 }  // namespace
 
-Json triple(const dvec3& v) { return Json::array({tidy(v.x), tidy(v.y), tidy(v.z)}); }
+Json triple(const dvec3& v) {
+    return Json::array({tidy(v.x), tidy(v.y), tidy(v.z)});
+}
 
 Json sceneNode(const std::string& type, const std::string& name, const dvec3& position) {
     Json node;

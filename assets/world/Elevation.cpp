@@ -114,8 +114,8 @@ void writeElevation(const std::string& path, const Island& island) {
     reference.importFromEPSG(4326);
     file->SetSpatialRef(&reference);
     const double step_lon = POST_SPACING / DEGREE.lon, step_lat = POST_SPACING / DEGREE.lat;
-    double place[6] = {DEMO_CENTRE.x - POSTS / 2 * step_lon, step_lon, 0.0, DEMO_CENTRE.y + POSTS / 2 * step_lat, 0.0,
-                       -step_lat};
+    double place[6] = {DEMO_CENTRE.x - POSTS / 2 * step_lon, step_lon, 0.0,
+                       DEMO_CENTRE.y + POSTS / 2 * step_lat, 0.0,      -step_lat};
     file->SetGeoTransform(place);
     bool done = true;
     std::vector<float> row(POSTS);

@@ -17,7 +17,9 @@ dmat4 frameAt(const dvec3& geodetic, double heading) {
 
 }  // namespace
 
-dmat4 airfieldFrame() { return frameAt({DEMO_CENTRE.x, DEMO_CENTRE.y, AIRFIELD_HEIGHT}, RUNWAY_HEADING); }
+dmat4 airfieldFrame() {
+    return frameAt({DEMO_CENTRE.x, DEMO_CENTRE.y, AIRFIELD_HEIGHT}, RUNWAY_HEADING);
+}
 
 dmat4 carrierFrame() {
     // Off the island's windward side, with clear water under the approach from astern.
@@ -35,7 +37,9 @@ dvec3 airfieldPlace(double right, double along, double height) {
     return place;
 }
 
-GeodeticPose poseOf(const dmat4& world) { return {GLOBE.toWGS(world.t), GLOBE.toWgsHPR(world)}; }
+GeodeticPose poseOf(const dmat4& world) {
+    return {GLOBE.toWGS(world.t), GLOBE.toWgsHPR(world)};
+}
 
 GeodeticPose deckStart() {
     const dvec3 origin = LAUNCH_POINT + dvec3(0.0, 0.0, STANDING_HEIGHT + START_EXTRA);

@@ -6,7 +6,8 @@
 /// Longitude and latitude of the runway's middle, degrees; height 0.
 inline const dvec3 DEMO_CENTRE{112.35, 16.84, 0.0};
 
-// The airfield's frame: origin on the ground at the runway's middle, +Y along the runway, +X to its right. ------------------
+// The airfield's frame: origin on the ground at the runway's middle, +Y along the runway, +X to its right.
+// ------------------
 constexpr double RUNWAY_HEADING = 67.25;  ///< degrees clockwise from north
 constexpr double RUNWAY_LENGTH = 2500.0;  ///< metres
 constexpr double RUNWAY_WIDTH = 45.0;
@@ -15,7 +16,8 @@ constexpr double AIRFIELD_HEIGHT = 4.9375;  ///< metres above the ellipsoid, exa
 constexpr double LEVEL_LEFT = -150.0, LEVEL_RIGHT = 340.0, LEVEL_BACK = -1400.0, LEVEL_FRONT = 1400.0;
 constexpr double APRON_LEFT = 80.0, APRON_RIGHT = 230.0, APRON_BACK = -330.0, APRON_FRONT = 190.0;
 
-// The carrier's frame: origin at the waterline amidships, +Y to the bow. ---------------------------------------------------
+// The carrier's frame: origin at the waterline amidships, +Y to the bow.
+// ---------------------------------------------------
 constexpr double CARRIER_HEADING = 67.25;
 constexpr double DECK_HEIGHT = 20.0;  ///< above the waterline, everywhere but on the ramp
 constexpr double RAMP_START = 95.0;   ///< where along Y the deck begins to rise

@@ -12,22 +12,34 @@ std::uint32_t hash(std::uint32_t x) {
     return x ^ (x >> 16);
 }
 
-double fade(double t) { return t * t * t * (t * (t * 6.0 - 15.0) + 10.0); }
-double mix(double a, double b, double t) { return a + (b - a) * t; }
+double fade(double t) {
+    return t * t * t * (t * (t * 6.0 - 15.0) + 10.0);
+}
+double mix(double a, double b, double t) {
+    return a + (b - a) * t;
+}
 
 }  // namespace
 
 double Noise::gradient(std::int32_t ix, std::int32_t iy, double dx, double dy) const {
     constexpr double DIAGONAL = 0.70710678118654752;
     switch (hash(static_cast<std::uint32_t>(ix) + hash(static_cast<std::uint32_t>(iy) + hash(m_seed))) & 7U) {
-        case 0: return dx;
-        case 1: return -dx;
-        case 2: return dy;
-        case 3: return -dy;
-        case 4: return (dx + dy) * DIAGONAL;
-        case 5: return (dx - dy) * DIAGONAL;
-        case 6: return (dy - dx) * DIAGONAL;
-        default: return -(dx + dy) * DIAGONAL;
+        case 0:
+            return dx;
+        case 1:
+            return -dx;
+        case 2:
+            return dy;
+        case 3:
+            return -dy;
+        case 4:
+            return (dx + dy) * DIAGONAL;
+        case 5:
+            return (dx - dy) * DIAGONAL;
+        case 6:
+            return (dy - dx) * DIAGONAL;
+        default:
+            return -(dx + dy) * DIAGONAL;
     }
 }
 

@@ -22,7 +22,9 @@ GeodeticPose onAirfield(double right, double along, double height) {
     return {airfieldPlace(right, along, height), {RUNWAY_HEADING, 0.0, 0.0}};
 }
 
-GeodeticPose onCarrier(const dvec3& point) { return poseOf(carrierFrame() * dmat4::translation(point)); }
+GeodeticPose onCarrier(const dvec3& point) {
+    return poseOf(carrierFrame() * dmat4::translation(point));
+}
 
 /// The view that the scene opens with: level, across the jet on the deck toward the island.
 Json camera() {
@@ -115,7 +117,8 @@ void addTriggers(Json& nodes, const Island& island) {
 Json groundDecal(const std::string& name, const std::string& file, double left, double right, double length) {
     constexpr double HOVER = 5.0;
     Json node = placed(sceneNode("decal", name), onAirfield((left + right) / 2.0, 0.0, HOVER));
-    node["decal"] = {{"width", right - left}, {"height", length}, {"depth", 2.0 * HOVER}, {"texture", "terrain/" + file}};
+    node["decal"] = {
+        {"width", right - left}, {"height", length}, {"depth", 2.0 * HOVER}, {"texture", "terrain/" + file}};
     return node;
 }
 
@@ -127,7 +130,8 @@ void addAirfield(Json& nodes, const Island& island) {
     nodes.push_back(placed(prefabNode("mast", "prefabs/mast/mast.prefab"), mastFoot(island)));
 }
 
-const dvec3 LAMP_WHITE{1.0, 0.93, 0.80}, LAMP_GREEN{0.10, 1.0, 0.35}, LAMP_RED{1.0, 0.10, 0.05}, LAMP_BLUE{0.15, 0.3, 1.0};
+const dvec3 LAMP_WHITE{1.0, 0.93, 0.80}, LAMP_GREEN{0.10, 1.0, 0.35}, LAMP_RED{1.0, 0.10, 0.05},
+    LAMP_BLUE{0.15, 0.3, 1.0};
 
 Json lamp(const std::string& tag, const GeodeticPose& pose, const dvec3& color, double intensity) {
     Json node = placed(sceneNode("light", ""), pose);

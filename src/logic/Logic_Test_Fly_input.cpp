@@ -19,8 +19,9 @@ public:
     const dvec3& getPoint() const { return m_point; }
 
     void test(Object& candidate) {
-        const dvec3 from = candidate.toLocal(m_from);
-        const dvec3 to = candidate.toLocal(m_to);
+        const dmat4 to_local = inverse(candidate.getWorldTransform());
+        const dvec3 from = to_local * m_from;
+        const dvec3 to = to_local * m_to;
         dvec3 hit;
         for (int i = 0; i < candidate.getNumSurfaces(); ++i) {
             if (candidate.getIntersection(from, to, i, hit)) keep(candidate, candidate.toWorld(hit));

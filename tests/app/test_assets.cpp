@@ -166,7 +166,8 @@ TEST_F(DemoScene, TriggersSurroundTheObstaclesAndNotTheStarts) {
     for (int i = 0; i < group->getNumChildren(); ++i) {
         ASSERT_EQ(group->getChild(i)->getType(), Node::TRIGGER);
         auto& trigger = static_cast<NodeTrigger&>(*group->getChild(i));
-        trigger.enter.append([&log, &trigger](Node* sensor) { log += trigger.getName() + ":" + sensor->getName() + " "; });
+        trigger.enter.append(
+            [&log, &trigger](Node* sensor) { log += trigger.getName() + ":" + sensor->getName() + " "; });
     }
     ObjectPrefab* const jet = addJet();
     const auto reportAt = [&](const dmat4& place) {

@@ -75,7 +75,7 @@ TEST_F(Actions, SequenceHandsTheRestOfAStepOn) {
     sequence->addAction(record("b", 0.3f, events));
     EXPECT_FLOAT_EQ(sequence->getDuration(), 0.5f);
     manager.addAction(sequence);
-    manager.update(0.35f);
+    manager.update(0.38f);
     EXPECT_EQ(joined(events), "a start, a 4, a release, a gone, b start, b 2");
     manager.update(0.2f);
     EXPECT_EQ(manager.getNumActions(), 0);

@@ -76,8 +76,8 @@ TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
 
 TEST_F(PhysicsContacts, ScaledAndMirroredMeshesHold) {
     for (const dvec3 factors : {dvec3(4, 4, 1), dvec3(-4, 2, 1), dvec3(4, 4, -3)}) {
-        ObjectMeshStatic* const deck = addMesh("deck", composeTransform(site().t, dquat(site().getMat3()), factors),
-                                               makeSheet(2));
+        ObjectMeshStatic* const deck =
+            addMesh("deck", composeTransform(site().t, dquat(site().getMat3()), factors), makeSheet(2));
         addBody("cube", at(1.8, 0, 0.7));
         EXPECT_TRUE(holdsUp(cube())) << factors.x << " " << factors.z;
         EXPECT_GT(heightOf(*world().getNodeByName("cube")), 0.4) << factors.x << " " << factors.z;
@@ -113,7 +113,10 @@ TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
     };
     const vec3 thin(40.0f, 0.05f, 40.0f);
     const Case cases[] = {
-        {"mesh", [&] { return addMesh("wall", at(0, 20, 0, {0, 90, 0}), makeSheet(40, 10)); }},
+        {"mesh",
+         [&] {
+             return addMesh("wall", at(0, 20, 0, {0, 90, 0}), makeSheet(40, 10));
+         }},
         {"static", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::STATIC)); }},
         {"driven", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DRIVEN)); }},
         {"heavy", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DYNAMIC, 1e7f)); }},
@@ -135,6 +138,7 @@ TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
 }
 
 TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
+    world().getPhysics()->setGravity({});
     const vec3 thin(40.0f, 0.05f, 40.0f);
     const auto still = [](double) {};
     struct Case {
@@ -148,7 +152,11 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
         {"nothing", [&] { return addBody("target", at(100, 0, 5)); }, still, 0},
         {"static wall", [&] { return addBody("target", at(0, 3, 0), settings({box(thin)}, BodySettings::STATIC)); },
          still, 1},
-        {"mesh", [&] { return addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10)); }, still, 1},
+        {"mesh",
+         [&] {
+             return addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
+         },
+         still, 1},
         {"mesh that lets through",
          [&] {
              Object* const mesh = addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
@@ -166,12 +174,16 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
          still, 0},
         // Glides from the side; they meet at a quarter of a second.
         {"driven target",
-         [&] { return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN)); },
+         [&] {
+             return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN));
+         },
          [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
         {"dynamic target that its node moves", [&] { return addBody("target", at(-25, 0, 5), cube()); },
          [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
         {"driven target that is elsewhere by then",
-         [&] { return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN)); },
+         [&] {
+             return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN));
+         },
          [&](double t) { target->setTransform(at(-25 + 60.0 * t, 0, 5)); }, 0},
     };
     for (const Case& c : cases) {
@@ -192,6 +204,54 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
                 world().removeNode(target);
             }
         }
+    }
+}
+
+TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsTheGround) {
+    addTerrain(0.6);
+    Object* const missile = addBody("missile", at(3, 4, 100), settings({box({0.3f, 2, 0.3f})}, BodySettings::DRIVEN));
+    ContactLog log(missile->getBody());
+    for (int i = 0; i < 40; ++i) {
+        missile->setTransform(at(3, 4, 97.0 - 5.0 * i));
+        run(1);
+        EXPECT_EQ(log.shapes.size(), i < 16 ? 0u : 1u) << i;
+    }
+}
+
+TEST_F(PhysicsContacts, InnerEdgesDoNotStopWhatSlides) {
+    const jVector<Shape> jet{box({1.5f, 15, 1.5f}, {0, 0, 1.6}), box({0.3f, 0.3f, 0.6f}, {0, 5, 0.3}),
+                             box({0.3f, 0.3f, 0.6f}, {-2, -1, 0.3}), box({0.3f, 0.3f, 0.6f}, {2, -1, 0.3})};
+    Shape ball = box({0.6f, 0.6f, 0.6f}, {0, 0, 0.3});
+    ball.type = Shape::SPHERE;
+    struct Case {
+        const char* what;
+        jVector<Shape> shapes;
+        float center;  // of mass, metres up
+        double fall;   // m/s
+    };
+    const Case cases[] = {{"box", {box({1, 2, 0.6f}, {0, 0, 0.3})}, 0.3f, 0.0},
+                          {"ball", {ball}, 0.3f, 0.0},
+                          {"jet", jet, 1.0f, 0.0},
+                          {"landing jet", jet, 1.0f, 6.0}};
+    addMesh("runway", at(0, 0, 0), makeSheet(1000, 200));
+    addMesh("wall", at(0.3, 420, 0, {0, 90, 0}), makeSheet(10, 2));
+    for (const Case& c : cases) {
+        BodySettings s = settings(c.shapes);
+        s.friction = 0.0f;
+        s.center_of_mass = vec3(0.0f, 0.0f, c.center);
+        Object* const slider = addBody("slider", at(0.3, -450.1, c.fall * 0.2 + 0.001), s);
+        slider->getBodyRigid()->setLinearVelocity(toWorld({0, 70, -c.fall}));
+        double highest = 0.0;
+        for (int i = 0; i < 600; ++i) {
+            run(1);
+            highest = std::fmax(highest, i > 60 ? heightOf(*slider) : 0.0);
+        }
+        const vec3 velocity = slider->getBodyRigid()->getLinearVelocity();
+        EXPECT_NEAR(toLocal(velocity).y, 70.0, 0.05) << c.what;
+        EXPECT_LT(highest, c.fall > 0.0 ? 0.15 : 0.01) << c.what;
+        runSeconds(5.0);
+        EXPECT_LT((inverse(site()) * slider->getWorldPosition()).y, 421.0) << c.what << ": walls do";
+        world().removeNode(slider);
     }
 }
 

@@ -157,9 +157,9 @@ TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
     EXPECT_NEAR(length(body.getAngularVelocity()), 1.0, 1e-5);
 
     using Teleport = Function<void()>;
-    for (const Teleport& teleport : {Teleport([&] { cube->setTransform(at(0, 0, 20)); }),
-                                     Teleport([&] { body.setTransform(at(0, 0, 20)); }),
-                                     Teleport([&] { cube->setWorldPosition(at(0, 0, 20).t); })}) {
+    for (const Teleport& teleport :
+         {Teleport([&] { cube->setTransform(at(0, 0, 20)); }), Teleport([&] { body.setTransform(at(0, 0, 20)); }),
+          Teleport([&] { cube->setWorldPosition(at(0, 0, 20).t); })}) {
         start();
         teleport();
         EXPECT_EQ(length(body.getLinearVelocity()) + length(body.getAngularVelocity()), 0.0f);

@@ -1,7 +1,6 @@
 // Standing, coming to rest, riding and waking.
 #include <cmath>
 
-#include "engine/scene/ObjectTerrain.h"
 #include "test_physics_scene.h"
 
 namespace {
@@ -12,20 +11,6 @@ protected:
     void settle(Object* object) {
         for (int i = 0; i < 600 && !object->getBodyRigid()->isFrozen(); ++i) run(1);
         ASSERT_TRUE(object->getBodyRigid()->isFrozen()) << object->getName();
-    }
-    /// Ground with posts about 30 m apart at a height of up to 20 m; flat where `slope` (metres a post) is 0.
-    ObjectTerrain* addTerrain(double slope) {
-        std::string text = "ncols 61\nnrows 61\nxllcenter 112.342\nyllcenter 16.832\ncellsize 0.0002666666667\n";
-        for (int i = 0; i < 61; ++i) {
-            for (int k = 0; k < 61; ++k) text += std::to_string(20.0 + slope * (k - 30)) + (k == 60 ? "\n" : " ");
-        }
-        write("data/ground.asc", text);
-        write("data/ground.prj",
-              "GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],PRIMEM[\"Greenwich\",0],"
-              "UNIT[\"degree\",0.0174532925199433]]");
-        auto terrain = std::make_unique<ObjectTerrain>("data/ground.asc", "");
-        EXPECT_TRUE(terrain->isLoaded());
-        return add(std::move(terrain));
     }
 };
 
@@ -73,11 +58,13 @@ TEST_F(PhysicsRest, RidesOnWhatItStandsOn) {
         Function<Object*()> make;
     };
     const Case cases[] = {
-        {"driven deck", [this] {
+        {"driven deck",
+         [this] {
              return addBody("deck", site(), settings({box({60, 60, 2}, {0, 0, -1})}, BodySettings::DRIVEN));
          }},
         {"mesh", [this] { return addMesh("deck", site(), makeSheet(60, 10)); }},
-        {"mesh of a prefab", [this] {
+        {"mesh of a prefab",
+         [this] {
              Object* const ship = add(std::make_unique<ObjectPrefab>());
              ship->setTransform(site());
              addMesh("plates", dmat4(), makeSheet(60, 10), ship);
@@ -156,14 +143,37 @@ TEST_F(PhysicsRest, WakesWhenItMust) {
     const Case cases[] = {
         {"nothing", [] {}, false},
         {"no force", [&] { body->addForce(vec3()); }, false},
-        {"forces that cancel", [&] { body->addForce(toWorld({5000, 0, 0})), body->addForce(toWorld({-5000, 0, 0})); },
+        {"forces that cancel",
+         [&] {
+             body->addForce(toWorld({5000, 0, 0})), body->addForce(toWorld({-5000, 0, 0}));
+         },
          false},
-        {"a breath", [&] { body->addForce(toWorld({1, 0, 0})); }, false},
-        {"a force", [&] { body->addForce(toWorld({5000, 0, 0})); }, true},
-        {"a torque", [&] { body->addTorque(toWorld({0, 0, 3000})); }, true},
+        {"a breath",
+         [&] {
+             body->addForce(toWorld({1, 0, 0}));
+         },
+         false},
+        {"a force",
+         [&] {
+             body->addForce(toWorld({5000, 0, 0}));
+         },
+         true},
+        {"a torque",
+         [&] {
+             body->addTorque(toWorld({0, 0, 3000}));
+         },
+         true},
         {"the velocity it has", [&] { body->setLinearVelocity(body->getLinearVelocity()); }, false},
-        {"a velocity", [&] { body->setLinearVelocity(toWorld({1, 0, 0})); }, true},
-        {"a spin", [&] { body->setAngularVelocity(toWorld({0, 0, 1})); }, true},
+        {"a velocity",
+         [&] {
+             body->setLinearVelocity(toWorld({1, 0, 0}));
+         },
+         true},
+        {"a spin",
+         [&] {
+             body->setAngularVelocity(toWorld({0, 0, 1}));
+         },
+         true},
         {"the place it has", [&] { body->setPreserveTransform(parked->getWorldTransform()); }, false},
         {"a place", [&] { body->setPreserveTransform(at(0, 0, 1)); }, true},
         {"a teleport", [&] { parked->setTransform(at(0, 0, 0.5)); }, true},
@@ -174,7 +184,10 @@ TEST_F(PhysicsRest, WakesWhenItMust) {
         {"the deck lets through", [&] { deck->setCollider(false); }, true},
         {"the deck moves", [&] { deck->setTransform(at(0, 0, 0.02)); }, false},
         {"something runs into it",
-         [&] { addBody("runner", at(-2, 0, 0.52))->getBodyRigid()->setLinearVelocity(toWorld({30, 0, 0})); }, true},
+         [&] {
+             addBody("runner", at(-2, 0, 0.52))->getBodyRigid()->setLinearVelocity(toWorld({30, 0, 0}));
+         },
+         true},
         {"something driven runs into it",
          [&] {
              Object* const tug = addBody("tug", at(-1.5, 0, 0.7), settings({box({1, 1, 1})}, BodySettings::DRIVEN));
@@ -202,11 +215,18 @@ TEST_F(PhysicsRest, WakesWhenItMust) {
 }
 
 TEST_F(PhysicsRest, StacksComeToRestAndFallWithTheirBase) {
-    addMesh("deck", at(0, 0, 0), makeSheet(40, 10));
+    ObjectMeshStatic* const deck = addMesh("deck", at(0, 0, 0), makeSheet(40, 10));
     Object* boxes[3];
-    for (int i = 0; i < 3; ++i) boxes[i] = addBody("box", at(0, 0, 0.51 + 1.01 * i));
+    for (int i = 2; i >= 0; --i) boxes[i] = addBody("box", at(0, 0, 0.51 + 1.01 * i));
     for (Object* object : boxes) settle(object);
     EXPECT_NEAR(heightOf(*boxes[2]), 2.5, 0.01);
+    for (int i = 1; i <= 30; ++i) {
+        deck->setTransform(at(0.2 * i, 0, 0));
+        run(1);
+        const double east = (inverse(site()) * boxes[2]->getWorldPosition()).x;
+        ASSERT_NEAR(east, 0.2 * i, 0.02) << "in the very frame in which the deck moves";
+    }
+    run(1);
     world().removeNode(boxes[0]);
     runSeconds(2.0);
     EXPECT_NEAR(heightOf(*boxes[2]), 1.5, 0.01);

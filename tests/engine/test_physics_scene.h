@@ -7,6 +7,7 @@
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectPrefab.h"
+#include "engine/scene/ObjectTerrain.h"
 #include "physics/PhysicsWorld.h"
 #include "support/TestScene.h"
 
@@ -52,8 +53,10 @@ protected:
         object->setBody(s);
         object->setTransform(place);
         Object* const raw = object.get();
-        if (parent) parent->addChild(std::move(object));
-        else add(std::move(object));
+        if (parent)
+            parent->addChild(std::move(object));
+        else
+            add(std::move(object));
         return raw;
     }
 
@@ -66,11 +69,13 @@ protected:
                                              static_cast<float>(size * (double(i) / cells - 0.5)), 0.0f});
             }
         }
-        const auto post = [cells](int row, int column) { return static_cast<std::uint32_t>(row * (cells + 1) + column); };
+        const auto post = [cells](int row, int column) {
+            return static_cast<std::uint32_t>(row * (cells + 1) + column);
+        };
         for (int i = 0; i < cells; ++i) {
             for (int k = 0; k < cells; ++k) {
-                for (const std::uint32_t p : {post(i, k), post(i, k + 1), post(i + 1, k + 1), post(i, k),
-                                              post(i + 1, k + 1), post(i + 1, k)}) {
+                for (const std::uint32_t p :
+                     {post(i, k), post(i, k + 1), post(i + 1, k + 1), post(i, k), post(i + 1, k + 1), post(i + 1, k)}) {
                     surface.indices.push_back(p);
                 }
             }
@@ -86,9 +91,26 @@ protected:
         object->setName(name);
         object->setTransform(place);
         ObjectMeshStatic* const raw = object.get();
-        if (parent) parent->addChild(std::move(object));
-        else add(std::move(object));
+        if (parent)
+            parent->addChild(std::move(object));
+        else
+            add(std::move(object));
         return raw;
+    }
+    /// Ground with posts about 30 m apart at a height of up to 20 m; flat where `slope` (metres a post) is 0.
+    ObjectTerrain* addTerrain(double slope) {
+        std::string text = "ncols 61\nnrows 61\nxllcenter 112.342\nyllcenter 16.832\ncellsize 0.0002666666667\n";
+        for (int i = 0; i < 61; ++i) {
+            for (int k = 0; k < 61; ++k) text += std::to_string(20.0 + slope * (k - 30)) + (k == 60 ? "\n" : " ");
+        }
+        write("data/ground.asc", text);
+        write(
+            "data/ground.prj",
+            "GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],PRIMEM[\"Greenwich\",0],"
+            "UNIT[\"degree\",0.0174532925199433]]");
+        auto terrain = std::make_unique<ObjectTerrain>("data/ground.asc", "");
+        EXPECT_TRUE(terrain->isLoaded());
+        return add(std::move(terrain));
     }
     int getNumStanding() { return static_cast<PhysicsWorld*>(world().getPhysics())->getNumStanding(); }
 

@@ -82,7 +82,7 @@ TEST(Mjl, ErrorsNameFileAndLineAndLeaveNothing) {
                  {"{\n\"a\": 1,\n}", "line 3"},
                  {"{\"a\": 1} x", "line 1"},
                  {"{\n\n\"a\": 1e999}", "line 3"},
-                 {"{\"a\": \"\n\"}", "line 1"},
+                 {"{\"a\": \"\n\"}", "line 2"},
                  {"{\"a\": \"\xff\"}", "line 1"},
                  {"{ /* open", "line 1"},
                  {"42", "line 1"}};

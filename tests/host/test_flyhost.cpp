@@ -1,10 +1,6 @@
 // The host program as a process, against a small viewer in the test: real sockets on free ports.
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -17,59 +13,13 @@
 
 #include "support/FakeHost.h"
 #include "support/Packets.h"
+#include "support/Program.h"
 
 namespace {
 
 using packets::Bytes;
 using packets::Feedback;
 using Strings = std::vector<std::string>;
-
-/// A program flyhost. Its output goes to a file that lives as long as this object.
-class Program {
-public:
-    explicit Program(Strings arguments) {
-        arguments.insert(arguments.begin(), DECKVIEW_BIN "/flyhost");
-        std::vector<char*> argv;
-        for (std::string& argument : arguments) argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        m_output = std::tmpfile();
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        for (const int fd : {1, 2}) posix_spawn_file_actions_adddup2(&actions, fileno(m_output), fd);
-        if (posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), environ) != 0) m_pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-    }
-    ~Program() {
-        if (!m_exited && m_pid > 0) {
-            kill(m_pid, SIGKILL);
-            waitpid(m_pid, nullptr, 0);
-        }
-        std::fclose(m_output);
-    }
-
-    bool hasExited() {
-        int state = 0;
-        if (!m_exited && (m_pid < 0 || waitpid(m_pid, &state, WNOHANG) == m_pid)) {
-            m_exited = true;
-            m_status = m_pid > 0 && WIFEXITED(state) ? WEXITSTATUS(state) : -1;
-        }
-        return m_exited;
-    }
-    void signal(int number) const { kill(m_pid, number); }
-    int getStatus() const { return m_status; }  ///< -1 when it did not end by itself
-    std::string getOutput() const {
-        std::string text;
-        std::rewind(m_output);
-        for (int c = 0; (c = std::fgetc(m_output)) != EOF;) text += static_cast<char>(c);
-        return text;
-    }
-
-private:
-    pid_t m_pid = -1;
-    bool m_exited = false;
-    int m_status = -1;
-    std::FILE* m_output = nullptr;
-};
 
 /// Hears the host's datagrams and answers each as the test wants, until the host has ended.
 class Viewer {
@@ -141,7 +91,7 @@ TEST(Flyhost, SendsTheOrdersOfItsListAndFailsWithoutFeedback) {
     } cases[] = {{"1,2x3,0", {1, 2, 2, 2, 0}}, {"2", {2}}, {"-7,2147483647,5x2", {-7, 2147483647, 5, 5}}};
     for (const auto& c : cases) {
         Viewer viewer;
-        Program program(viewer.arguments({"--orders", c.list, "--rate", "2000"}));
+        Program program("flyhost", viewer.arguments({"--orders", c.list, "--rate", "2000"}));
         viewer.serve(program, ignore);
         EXPECT_EQ(program.getStatus(), 1) << program.getOutput();
         EXPECT_EQ(viewer.orders(), c.orders) << c.list;
@@ -152,7 +102,7 @@ TEST(Flyhost, SendsTheOrdersOfItsListAndFailsWithoutFeedback) {
 TEST(Flyhost, FillsEveryRecordOfADatagram) {
     for (const int records : {1, 3, 606}) {
         Viewer viewer;
-        Program program(viewer.arguments({"--orders=1,2", "--records", std::to_string(records), "--rate", "2000"}));
+        Program program("flyhost", viewer.arguments({"--orders=1,2", "--records", std::to_string(records), "--rate", "2000"}));
         viewer.serve(program, ignore);
         ASSERT_EQ(viewer.datagrams.size(), 2u);
         int number = 0;
@@ -174,7 +124,7 @@ TEST(Flyhost, RunsForItsTimeAndWritesAFileLineForEachFeedback) {
     const std::string file = (folder / "feedback.csv").string();
     Viewer viewer;
     int answered = 0;
-    Program program(viewer.arguments({"--seconds", "1.2", "--rate", "100", "--csv", file}));
+    Program program("flyhost", viewer.arguments({"--seconds", "1.2", "--rate", "100", "--csv", file}));
     viewer.serve(program, answerRunning(answered));
     EXPECT_EQ(program.getStatus(), 0) << program.getOutput();
 
@@ -206,7 +156,7 @@ TEST(Flyhost, RunsForItsTimeAndWritesAFileLineForEachFeedback) {
 
 TEST(Flyhost, CountsWhatIsLostAndWhatIsIrregular) {
     Viewer viewer;
-    Program program(viewer.arguments({"--orders", "2*", "--rate", "50"}));
+    Program program("flyhost", viewer.arguments({"--orders", "2*", "--rate", "50"}));
     bool sent = false;
     viewer.serve(program, [&](int, Viewer& to) {
         if (sent) return;
@@ -231,7 +181,7 @@ TEST(Flyhost, SignalsEndTheRunWithOrderZeroAndTheSummary) {
         for (const char* list : {"1,2*,0", "1,2*"}) {
             Viewer viewer;
             int answered = 0;
-            Program program(viewer.arguments({"--orders", list}));
+            Program program("flyhost", viewer.arguments({"--orders", list}));
             viewer.serve(program, [&](int order, Viewer& to) {
                 answerRunning(answered)(order, to);
                 if (answered == 5) program.signal(number);
@@ -278,7 +228,7 @@ TEST(Flyhost, NamesWrongUsageAndFailures) {
     };
     for (const auto& c : cases) {
         Viewer viewer;
-        Program program(c.arguments);
+        Program program("flyhost", c.arguments);
         viewer.serve(program, ignore);
         EXPECT_EQ(program.getStatus(), c.status) << testing::PrintToString(c.arguments);
         EXPECT_TRUE(contains(program.getOutput(), c.says)) << program.getOutput();

@@ -92,14 +92,6 @@ TEST_F(LifeTest, TheFirstViewSitsInTheJetAfterItMoved) {
     EXPECT_LT(length(camera.getWorldTransform().getX() - place.getX()), 1e-9);
 }
 
-TEST_F(LifeTest, WithoutAnAircraftTheCameraIsLeftAlone) {
-    start();
-    engine().getCameraControl()->getPosition() = dvec3(7e6, 0, 0);
-    engine().getCameraControl()->apply();
-    frame();
-    EXPECT_EQ(engine().getCameraControl()->getNode()->getWorldPosition(), dvec3(7e6, 0, 0));
-}
-
 TEST_F(LifeTest, OneMessageLevelsTheCameraAndOnlyUntilTheEnd) {
     start();
     CameraControl& camera = *engine().getCameraControl();
@@ -134,18 +126,6 @@ TEST_F(LifeTest, ResetPutsTheJetBackWhereTheStartIsNow) {
     EXPECT_EQ(jet().getNode(0)->getTransform().getX(), dmat4(dquat::fromEulerZXY(0, 0, 0), {}).getX());
     logic().on_open_undercarriage({}, nullptr);
     EXPECT_TRUE(jet().isUndercarriageOpen());
-}
-
-TEST_F(LifeTest, AHitChangesNothing) {
-    begin();
-    const std::uint64_t before = engine().getStateHash();
-    Body* const body = logic().getAircraftNode()->getBody();
-    for (const int shape : {-1, 0, 1, 99}) logic().on_plane_hit(body, shape);
-    body->setEnabled(false);
-    logic().on_plane_hit(body, 0);
-    body->setEnabled(true);
-    EXPECT_EQ(engine().getStateHash(), before);
-    EXPECT_EQ(jet().getDamageState(), DAMAGE_NONE);
 }
 
 TEST_F(LifeTest, OnlyTheMulticastSenderAndReplacedKitsOutliveTheLogic) {

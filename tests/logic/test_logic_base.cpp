@@ -131,91 +131,52 @@ int entry(F operation) {
     return (bits & 1) ? static_cast<int>((bits - 1) / sizeof(void*)) : -1;
 }
 
-/// A destructor takes two entries: operations behind slot 2 stand one entry further.
-TEST(VirtualOrder, LogicBase) {
+/// Slots count operations from 0, a destructor as one; here it takes two entries.
+TEST(VirtualOrder, OperationsStandInTheirSlots) {
     using L = OpenLogic;
-    const int entries[] = {entry(&L::getCamSpeed),
-                           entry(&L::setCamSpeed),
-                           3,
-                           entry(&L::setRain),
-                           entry(&L::setSnow),
-                           entry(&L::setTod),
-                           entry(&L::setAirportLightEnable),
-                           entry(&L::setAirportLightBrightness),
-                           entry(&L::getWorldPath),
-                           entry(static_cast<const World* (L::*)() const>(&L::getWorld)),
-                           entry(static_cast<World* (L::*)()>(&L::getWorld)),
-                           entry(static_cast<const CameraControl* (L::*)() const>(&L::getCameraControl)),
-                           entry(static_cast<CameraControl* (L::*)()>(&L::getCameraControl)),
-                           entry(&L::apply_date),
-                           entry(&L::init),
-                           entry(&L::update),
-                           entry(&L::render),
-                           entry(&L::swap),
-                           entry(&L::release),
-                           entry(&L::onMouseDown),
-                           entry(&L::onMouseUp),
-                           entry(&L::onMouseMove),
-                           entry(&L::onMouseWheel),
-                           entry(&L::onKeyPress),
-                           entry(&L::onKeyRelease),
-                           entry(&L::load_track),
-                           entry(&L::get_track),
-                           entry(&L::set_aircraft_path),
-                           entry(&L::set_airport_node),
-                           entry(&L::set_carrier_node)};
-    ASSERT_EQ(std::size(entries), 30u);
-    for (int slot = 0; slot < 30; ++slot) EXPECT_EQ(entries[slot], slot < 2 ? slot : slot + 1);
-}
+    const auto world = static_cast<World* (L::*)()>(&L::getWorld);
+    for (const auto& [slot, found] : {std::pair(3, entry(&L::setRain)),
+                                      {5, entry(&L::setTod)},
+                                      {8, entry(&L::getWorldPath)},
+                                      {10, entry(world)},
+                                      {13, entry(&L::apply_date)},
+                                      {14, entry(&L::init)},
+                                      {15, entry(&L::update)},
+                                      {16, entry(&L::render)},
+                                      {17, entry(&L::swap)},
+                                      {18, entry(&L::release)},
+                                      {19, entry(&L::onMouseDown)},
+                                      {22, entry(&L::onMouseWheel)},
+                                      {24, entry(&L::onKeyRelease)},
+                                      {25, entry(&L::load_track)},
+                                      {26, entry(&L::get_track)},
+                                      {27, entry(&L::set_aircraft_path)},
+                                      {29, entry(&L::set_carrier_node)}}) {
+        EXPECT_EQ(found, slot + 1);
+    }
+    EXPECT_EQ(entry(&L::setCamSpeed), 1);
 
-TEST(VirtualOrder, CarrierJet) {
     using P = PlaneBase;
     using J = PlaneJ15;
-    const int entries[] = {entry(&P::getPrefabPath),
-                           entry(&P::isUndercarriageOpen),
-                           entry(static_cast<bool (P::*)(World*)>(&P::init)),
-                           entry(static_cast<bool (P::*)(World*, const jString&)>(&P::init)),
-                           entry(&P::update),
-                           entry(&P::refresh),
-                           entry(&P::getBaseTransform),
-                           entry(&P::setBaseTransform),
-                           entry(&P::getAircraftInfo),
-                           entry(&P::assignAircraftInfo),
-                           entry(&P::getDamageState),
-                           entry(&P::setDamageState),
-                           entry(&P::setUndercarriage),
-                           entry(&P::setWgsHPR),
-                           entry(&P::setWgsPosition),
-                           entry(&P::setWorldTransform),
-                           entry(&P::getWorldTransform),
-                           entry(&P::getWorldPosition),
-                           entry(&P::openUndercarriage),
-                           entry(&P::closeUndercarriage),
-                           entry(&P::flyPose),
-                           entry(&P::standPose),
-                           entry(&P::setFlightState),
-                           entry(&P::stopPose),
-                           entry(&P::setAircraftInfo),
-                           entry(&P::showDestroyed),
-                           entry(&P::resetDamage),
-                           entry(&P::resetToBase),
-                           entry(&P::resetAt),
-                           entry(&P::catchFire),
-                           entry(&P::addPositionOffset),
-                           entry(&P::addRotationDeflection),
-                           entry(&J::isPhysicsEnabled),
-                           entry(&J::setPhysicsEnabled),
-                           entry(&J::getThrust),
-                           entry(&J::setThrust),
-                           entry(&J::isStanding),
-                           entry(&J::getUserTransform),
-                           entry(&J::setUserTransform),
-                           entry(&J::getUserFlag1),
-                           entry(&J::setUserFlag1),
-                           entry(&J::getUserFlag2),
-                           entry(&J::setUserFlag2)};
-    ASSERT_EQ(std::size(entries), 43u);
-    for (int slot = 0; slot < 43; ++slot) EXPECT_EQ(entries[slot], slot);
+    const auto load = static_cast<bool (P::*)(World*, const jString&)>(&P::init);
+    for (const auto& [slot, found] : {std::pair(0, entry(&P::getPrefabPath)),
+                                      {3, entry(load)},
+                                      {4, entry(&P::update)},
+                                      {8, entry(&P::getAircraftInfo)},
+                                      {12, entry(&P::setUndercarriage)},
+                                      {16, entry(&P::getWorldTransform)},
+                                      {17, entry(&P::getWorldPosition)},
+                                      {18, entry(&P::openUndercarriage)},
+                                      {22, entry(&P::setFlightState)},
+                                      {24, entry(&P::setAircraftInfo)},
+                                      {25, entry(&P::showDestroyed)},
+                                      {29, entry(&P::catchFire)},
+                                      {31, entry(&P::addRotationDeflection)},
+                                      {32, entry(&J::isPhysicsEnabled)},
+                                      {36, entry(&J::isStanding)},
+                                      {42, entry(&J::setUserFlag2)}}) {
+        EXPECT_EQ(found, slot);
+    }
 }
 #endif
 

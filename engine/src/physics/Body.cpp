@@ -13,13 +13,17 @@ namespace {
 constexpr double SAME_PLACE = 1e-4;     // metres, and radians
 constexpr double SAME_VELOCITY = 1e-3;  // m/s, and radians/s
 
-bool isFinite(const vec3& v) { return isFinite(dvec3(v)); }
+bool isFinite(const vec3& v) {
+    return isFinite(dvec3(v));
+}
 
-bool isDynamic(const BodyState& s) { return s.settings.kind == BodySettings::DYNAMIC; }
+bool isDynamic(const BodyState& s) {
+    return s.settings.kind == BodySettings::DYNAMIC;
+}
 
 /// Whether the body takes forces now; refuses numbers that are none.
 bool takes(const BodyState& s, const char* what, bool finite) {
-    if (finite) return isDynamic(s) && s.settings.enabled;
+    if (finite) return isDynamic(s) && s.settings.enabled && !s.nested;
     jLog::warning("%s: a %s with a NaN or an infinity is refused", s.object->getName().c_str(), what);
     return false;
 }
@@ -40,7 +44,9 @@ bool isSamePlace(const btTransform& a, const btTransform& b) {
 }
 
 /// The rate as it counts: NaN and negative ones as 0.
-float toRate(float rate) { return rate > 0.0f ? rate : 0.0f; }
+float toRate(float rate) {
+    return rate > 0.0f ? rate : 0.0f;
+}
 
 }  // namespace
 
@@ -52,10 +58,18 @@ Body::Body(Object* object, const BodySettings& settings) : m_state(std::make_uni
 
 Body::~Body() = default;
 
-Object* Body::getObject() const { return m_state->object; }
-const jString& Body::getName() const { return m_state->object->getName(); }
-BodySettings::Kind Body::getKind() const { return m_state->settings.kind; }
-bool Body::isEnabled() const { return m_state->settings.enabled; }
+Object* Body::getObject() const {
+    return m_state->object;
+}
+const jString& Body::getName() const {
+    return m_state->object->getName();
+}
+BodySettings::Kind Body::getKind() const {
+    return m_state->settings.kind;
+}
+bool Body::isEnabled() const {
+    return m_state->settings.enabled;
+}
 
 void Body::setEnabled(bool enabled) {
     m_state->settings.enabled = enabled;
@@ -63,7 +77,9 @@ void Body::setEnabled(bool enabled) {
     if (m_state->physics) m_state->physics->refreshMode(*m_state);
 }
 
-int Body::getNumShapes() const { return m_state->settings.shapes.size(); }
+int Body::getNumShapes() const {
+    return m_state->settings.shapes.size();
+}
 
 const Shape* Body::getShape(int i) const {
     return i >= 0 && i < getNumShapes() ? &m_state->settings.shapes[i] : nullptr;
@@ -76,8 +92,12 @@ int Body::findShape(const jString& name) const {
     return -1;
 }
 
-const dmat4& Body::getTransform() const { return m_state->object->getWorldTransform(); }
-void Body::setTransform(const dmat4& world) { m_state->object->setWorldTransform(world); }
+const dmat4& Body::getTransform() const {
+    return m_state->object->getWorldTransform();
+}
+void Body::setTransform(const dmat4& world) {
+    m_state->object->setWorldTransform(world);
+}
 
 void Body::setPreserveTransform(const dmat4& world) {
     BodyState& s = *m_state;
@@ -100,10 +120,18 @@ void Body::setContactCallback(BodyContactCallbackBase* callback) {
 BodyRigid::BodyRigid(Object* object, const BodySettings& settings) : Body(object, settings) {}
 BodyRigid::~BodyRigid() = default;
 
-float BodyRigid::getMass() const { return m_state->settings.mass; }
-const vec3& BodyRigid::getCenterOfMass() const { return m_state->settings.center_of_mass; }
-vec3 BodyRigid::getLinearVelocity() const { return narrow(m_state->rigid->getLinearVelocity()); }
-vec3 BodyRigid::getAngularVelocity() const { return narrow(m_state->rigid->getAngularVelocity()); }
+float BodyRigid::getMass() const {
+    return m_state->settings.mass;
+}
+const vec3& BodyRigid::getCenterOfMass() const {
+    return m_state->settings.center_of_mass;
+}
+vec3 BodyRigid::getLinearVelocity() const {
+    return narrow(m_state->rigid->getLinearVelocity());
+}
+vec3 BodyRigid::getAngularVelocity() const {
+    return narrow(m_state->rigid->getAngularVelocity());
+}
 
 void BodyRigid::setLinearVelocity(const vec3& velocity) {
     BodyState& s = *m_state;
@@ -147,17 +175,27 @@ void BodyRigid::addTorque(const vec3& torque) {
     if (takes(*m_state, "torque", isFinite(torque))) m_state->torque += toBullet(torque);
 }
 
-float BodyRigid::getLinearDamping() const { return m_state->settings.linear_damping; }
-void BodyRigid::setLinearDamping(float rate) { m_state->settings.linear_damping = toRate(rate); }
-float BodyRigid::getAngularDamping() const { return m_state->settings.angular_damping; }
-void BodyRigid::setAngularDamping(float rate) { m_state->settings.angular_damping = toRate(rate); }
+float BodyRigid::getLinearDamping() const {
+    return m_state->settings.linear_damping;
+}
+void BodyRigid::setLinearDamping(float rate) {
+    m_state->settings.linear_damping = toRate(rate);
+}
+float BodyRigid::getAngularDamping() const {
+    return m_state->settings.angular_damping;
+}
+void BodyRigid::setAngularDamping(float rate) {
+    m_state->settings.angular_damping = toRate(rate);
+}
 
 void BodyRigid::setFreezable(bool freezable) {
     m_state->freezable = freezable;
     if (!freezable && m_state->physics) m_state->physics->wake(*m_state);
 }
 
-bool BodyRigid::isFrozen() const { return m_state->isFrozen(); }
+bool BodyRigid::isFrozen() const {
+    return m_state->isFrozen();
+}
 
 void BodyRigid::setMask(int mask) {
     if (m_state->mask == mask) return;
@@ -165,4 +203,6 @@ void BodyRigid::setMask(int mask) {
     if (m_state->physics) m_state->physics->refreshFilter(*m_state);
 }
 
-int BodyRigid::getMask() const { return m_state->mask; }
+int BodyRigid::getMask() const {
+    return m_state->mask;
+}

@@ -6,24 +6,31 @@
 
 namespace {
 
-constexpr double SMALLEST = 1e-4;      // metres, of a shape's size
-constexpr double CORE_INSET = 0.5;     // share of the smallest half extent
-constexpr double SKEW = 1e-9;          // products of inertia below this share of the moments count as none
+constexpr double SMALLEST = 1e-4;   // metres, of a shape's size
+constexpr double CORE_INSET = 0.5;  // share of the smallest half extent
+constexpr double SKEW = 1e-9;       // products of inertia below this share of the moments count as none
 
-bool isSize(double v) { return std::isfinite(v) && v >= SMALLEST; }
+bool isSize(double v) {
+    return std::isfinite(v) && v >= SMALLEST;
+}
 
 bool isUsable(const Shape& shape) {
     if (!isFinite(shape.transform)) return false;
     switch (shape.type) {
-        case Shape::BOX: return isSize(shape.size.x) && isSize(shape.size.y) && isSize(shape.size.z);
-        case Shape::SPHERE: return isSize(shape.size.x);
+        case Shape::BOX:
+            return isSize(shape.size.x) && isSize(shape.size.y) && isSize(shape.size.z);
+        case Shape::SPHERE:
+            return isSize(shape.size.x);
         case Shape::CAPSULE:
-        case Shape::CYLINDER: return isSize(shape.size.x) && isSize(shape.size.z);
+        case Shape::CYLINDER:
+            return isSize(shape.size.x) && isSize(shape.size.z);
     }
     return false;
 }
 
-bool isFactor(float v) { return std::isfinite(v) && v >= 0.0f; }
+bool isFactor(float v) {
+    return std::isfinite(v) && v >= 0.0f;
+}
 
 const char* findFault(const BodySettings& s) {
     if (s.shapes.empty()) return "no shapes";
@@ -37,10 +44,14 @@ const char* findFault(const BodySettings& s) {
     return nullptr;
 }
 
-double halfOf(float size) { return 0.5 * static_cast<double>(size); }
+double halfOf(float size) {
+    return 0.5 * static_cast<double>(size);
+}
 
 /// Half the length of the cylinder between a capsule's two caps.
-double capsuleHalf(const Shape& s) { return std::fmax(0.0, halfOf(s.size.z) - halfOf(s.size.x)); }
+double capsuleHalf(const Shape& s) {
+    return std::fmax(0.0, halfOf(s.size.z) - halfOf(s.size.x));
+}
 
 double smallestHalf(const Shape& s) {
     if (s.type == Shape::BOX) return halfOf(std::fmin(s.size.x, std::fmin(s.size.y, s.size.z)));
@@ -51,11 +62,14 @@ double smallestHalf(const Shape& s) {
 std::unique_ptr<btConvexShape> makeConvex(const Shape& s, double inset) {
     const double radius = halfOf(s.size.x) - inset;
     switch (s.type) {
-        case Shape::SPHERE: return std::make_unique<btSphereShape>(radius);
-        case Shape::CAPSULE: return std::make_unique<btCapsuleShapeZ>(radius, 2.0 * capsuleHalf(s));
+        case Shape::SPHERE:
+            return std::make_unique<btSphereShape>(radius);
+        case Shape::CAPSULE:
+            return std::make_unique<btCapsuleShapeZ>(radius, 2.0 * capsuleHalf(s));
         case Shape::CYLINDER:
             return std::make_unique<btCylinderShapeZ>(btVector3(radius, radius, halfOf(s.size.z) - inset));
-        case Shape::BOX: break;
+        case Shape::BOX:
+            break;
     }
     return std::make_unique<btBoxShape>(btVector3(radius, halfOf(s.size.y) - inset, halfOf(s.size.z) - inset));
 }

@@ -21,7 +21,7 @@ struct BodyShapes {
     std::vector<std::unique_ptr<btConvexShape>> children;
     /// The children shrunk from all sides: what must not pass through anything even when the rest may dip in.
     std::vector<std::unique_ptr<btConvexShape>> cores;
-    double inset = 0.0;        ///< how far the thinnest child was shrunk, metres
-    btTransform frame;         ///< centre of mass and principal axes in the object's frame
+    double inset = 0.0;          ///< how far the thinnest child was shrunk, metres
+    btTransform frame;           ///< centre of mass and principal axes in the object's frame
     btVector3 inertia{0, 0, 0};  ///< principal moments, kg m^2
 };

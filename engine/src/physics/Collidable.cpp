@@ -16,6 +16,8 @@ constexpr double PUSH = 0.02;       // m/s^2 and radians/s^2: less does not wake
 constexpr double COLLIDER_FRICTION = 1e6;
 constexpr double COLLIDER_RESTITUTION = 1.0;
 
+constexpr int SURFACE = btCollisionObject::CF_KINEMATIC_OBJECT | btCollisionObject::CF_CUSTOM_MATERIAL_CALLBACK;
+
 std::unique_ptr<btRigidBody> makeRigid(Collidable& owner, btCollisionShape* shape) {
     btRigidBody::btRigidBodyConstructionInfo info(0.0, nullptr, shape);
     info.m_friction = COLLIDER_FRICTION;
@@ -34,7 +36,9 @@ Collidable::Collidable(Type kind, Object* node) : type(kind), object(node), id(n
     to.setIdentity();
 }
 
-BodyState* Collidable::asBody() { return type == BODY ? static_cast<BodyState*>(this) : nullptr; }
+BodyState* Collidable::asBody() {
+    return type == BODY ? static_cast<BodyState*>(this) : nullptr;
+}
 
 void Collidable::stand(const btTransform& pose) {
     from = to = pose;
@@ -64,11 +68,13 @@ btVector3 Collidable::getVelocityAt(const btVector3& point) const {
 MeshCollider::MeshCollider(Object* node, std::shared_ptr<MeshShape> mesh)
     : Collidable(MESH, node), shape(std::move(mesh)), scaled(shape->shape.get(), btVector3(1, 1, 1)) {
     rigid = makeRigid(*this, &scaled);
+    rigid->setCollisionFlags(SURFACE);
 }
 
 TerrainPatch::TerrainPatch(ObjectTerrain* terrain, const BodyState* owner, const btVector3& origin)
     : Collidable(TERRAIN, terrain), body(owner), shape(*terrain, origin) {
     rigid = makeRigid(*this, &shape);
+    rigid->setCollisionFlags(SURFACE);
     stand(btTransform(btMatrix3x3::getIdentity(), origin));
 }
 
@@ -87,8 +93,12 @@ void BodyState::noteNode() {
     world = object->getWorldTransform();
 }
 
-btTransform BodyState::toPose(const dmat4& place) { return toBullet(place, &scale) * shapes.frame; }
-dmat4 BodyState::toWorld(const btTransform& pose) const { return fromBullet(pose * shapes.frame.inverse(), scale); }
+btTransform BodyState::toPose(const dmat4& place) {
+    return toBullet(place, &scale) * shapes.frame;
+}
+dmat4 BodyState::toWorld(const btTransform& pose) const {
+    return fromBullet(pose * shapes.frame.inverse(), scale);
+}
 
 void BodyState::setMode(Mode next) {
     mode = next;

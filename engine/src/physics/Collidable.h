@@ -38,7 +38,7 @@ struct Collidable {
 
     const Type type;
     Object* const object;
-    const int id;        ///< the object's; orders whatever must not depend on addresses
+    const int id;  ///< the object's; orders whatever must not depend on addresses
     int group = 1;
     int mask = -1;
     std::unique_ptr<btRigidBody> rigid;  ///< its pose is that of the centre of mass
@@ -114,12 +114,14 @@ struct BodyState final : Collidable {
     dvec3 scale{1.0, 1.0, 1.0};  ///< of the node, kept when its pose is written
     dmat4 local, world;          ///< the node's transforms when they were last read or written
     Mode mode = Mode::OUT;
-    bool nested = false;         ///< below an object with a body that moves
+    bool nested = false;  ///< below an object with a body that moves
     bool freezable = true;
-    btVector3 force{0, 0, 0};    ///< N, at the centre of mass, world axes
-    btVector3 torque{0, 0, 0};   ///< N m
-    bool jumped = false;         ///< its node was moved: what lies between is swept
-    double still_time = 0.0;     ///< seconds at rest on something
+    btVector3 force{0, 0, 0};         ///< N, at the centre of mass, world axes
+    btVector3 torque{0, 0, 0};        ///< N m
+    bool jumped = false;              ///< its node was moved: what lies between is swept
+    double sunk = 0.0;                ///< metres that it was into the ground when last looked at
+    double part = 0.0;                ///< seconds of the part of the frame that it moves over
+    double still_time = 0.0;          ///< seconds at rest on something
     std::vector<Support> supports;    ///< the first carries; filled while frozen
     std::vector<Collidable*> ground;  ///< what it stands on in this frame
     std::vector<std::unique_ptr<TerrainPatch>> patches;

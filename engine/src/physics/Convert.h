@@ -7,10 +7,18 @@
 
 static_assert(sizeof(btScalar) == 8, "geocentric coordinates need Bullet in double precision");
 
-inline btVector3 toBullet(const dvec3& v) { return {v.x, v.y, v.z}; }
-inline btVector3 toBullet(const vec3& v) { return {v.x, v.y, v.z}; }
-inline dvec3 fromBullet(const btVector3& v) { return {v.x(), v.y(), v.z()}; }
-inline vec3 narrow(const btVector3& v) { return narrow(fromBullet(v)); }
+inline btVector3 toBullet(const dvec3& v) {
+    return {v.x, v.y, v.z};
+}
+inline btVector3 toBullet(const vec3& v) {
+    return {v.x, v.y, v.z};
+}
+inline dvec3 fromBullet(const btVector3& v) {
+    return {v.x(), v.y(), v.z()};
+}
+inline vec3 narrow(const btVector3& v) {
+    return narrow(fromBullet(v));
+}
 
 /// A transform without scale; `scale` (may be null) gets what was taken out.
 inline btTransform toBullet(const dmat4& m, dvec3* scale = nullptr) {

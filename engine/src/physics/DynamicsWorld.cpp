@@ -4,7 +4,10 @@
 #include <algorithm>
 #include <array>
 
+#include <BulletCollision/CollisionDispatch/btSimulationIslandManager.h>
+
 #include "engine/scene/Object.h"
+#include "physics/TriangleContacts.h"
 
 namespace {
 
@@ -31,28 +34,6 @@ bool isSimulated(Collidable& c) {
     return body && body->mode == Mode::SIMULATE;
 }
 
-class FirstMeeting final : public btCollisionWorld::ConvexResultCallback {
-public:
-    FirstMeeting(const btVector3& way, const btTransform& pose, double least)
-        : m_way(way), m_pose(pose), m_least(least) {}
-
-    bool needsCollision(btBroadphaseProxy*) const override { return true; }
-    btScalar addSingleResult(btCollisionWorld::LocalConvexResult& result, bool in_world) override {
-        const btVector3 normal = in_world ? result.m_hitNormalLocal : m_pose.getBasis() * result.m_hitNormalLocal;
-        if (btFabs(normal.dot(m_way)) < m_least) return m_closestHitFraction;
-        met = true;
-        m_closestHitFraction = result.m_hitFraction;
-        return m_closestHitFraction;
-    }
-
-    bool met = false;
-
-private:
-    btVector3 m_way;
-    btTransform m_pose;
-    double m_least;
-};
-
 class ProxyList final : public btBroadphaseAabbCallback {
 public:
     explicit ProxyList(std::vector<Collidable*>& list) : m_list(list) {}
@@ -65,12 +46,6 @@ private:
     std::vector<Collidable*>& m_list;
 };
 
-btTransform moved(const btTransform& pose, const btVector3& by) {
-    btTransform result = pose;
-    result.getOrigin() += by;
-    return result;
-}
-
 }  // namespace
 
 bool mayTouch(const Collidable& a, const Collidable& b) {
@@ -78,17 +53,6 @@ bool mayTouch(const Collidable& a, const Collidable& b) {
     if (a.type == Collidable::TERRAIN) return static_cast<const TerrainPatch&>(a).body == &b;
     if (b.type == Collidable::TERRAIN) return static_cast<const TerrainPatch&>(b).body == &a;
     return !isWithin(a.object, b.object) && !isWithin(b.object, a.object);
-}
-
-Meeting sweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
-              const btCollisionShape& other_shape, const btTransform& other_pose, double least) {
-    // Near the origin, so that the casts' fixed tolerances mean what they were chosen for.
-    const btVector3 shift = -other_pose.getOrigin();
-    const btTransform there = moved(other_pose, shift);
-    FirstMeeting first(to.getOrigin() - from.getOrigin(), there, least);
-    btCollisionWorld::objectQuerySingle(&shape, moved(from, shift), moved(to, shift), &other, &other_shape, there, first,
-                                        0.0);
-    return {first.m_closestHitFraction, first.met};
 }
 
 DynamicsParts::DynamicsParts() {
@@ -103,7 +67,7 @@ bool DynamicsParts::Filter::needBroadphaseCollision(btBroadphaseProxy* a, btBroa
 }
 
 bool DynamicsParts::Dispatcher::needsCollision(const btCollisionObject* a, const btCollisionObject* b) {
-    return isSimulated(collidableOf(*a)) || isSimulated(collidableOf(*b));
+    return asked || isSimulated(collidableOf(*a)) || isSimulated(collidableOf(*b));
 }
 
 void DynamicsParts::Dispatcher::sortManifolds() {
@@ -142,7 +106,18 @@ void DynamicsWorld::refilter(Collidable& c) {
 void DynamicsWorld::performDiscreteCollisionDetection() {
     btDiscreteDynamicsWorld::performDiscreteCollisionDetection();
     m_parts.dispatcher.sortManifolds();
+    while (m_observer.wakeTouched()) {
+        m_parts.dispatcher.dispatchAllCollisionPairs(m_parts.broadphase.getOverlappingPairCache(), getDispatchInfo(),
+                                                     &m_parts.dispatcher);
+        m_parts.dispatcher.sortManifolds();
+    }
     m_observer.contactsFound();
+}
+
+void DynamicsWorld::findOverlaps(Collidable& a, Collidable& b, ContactResultCallback& found) {
+    m_parts.dispatcher.asked = true;
+    contactPairTest(a.rigid.get(), b.rigid.get(), found);
+    m_parts.dispatcher.asked = false;
 }
 
 btTransform DynamicsWorld::advance(const BodyState& body, double dt) {

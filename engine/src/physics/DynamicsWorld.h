@@ -13,21 +13,12 @@ inline Collidable& collidableOf(const btCollisionObject& object) {
     return *static_cast<Collidable*>(object.getUserPointer());
 }
 
-/// Where and whether a shape on its way first meets another.
-struct Meeting {
-    double fraction = 1.0;  ///< of the way; 1 when nothing was met
-    bool met = false;
-};
-
-/// Sweeps a convex shape from pose to pose against a shape that stands still. Meetings that close in by less than
-/// `least` metres over the whole way are left out.
-Meeting sweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
-              const btCollisionShape& other_shape, const btTransform& other_pose, double least);
-
 /// What the owner of the bodies does inside a part of the frame.
 class SubstepObserver {
 public:
-    /// Contacts are known, impulses not yet.
+    /// Contacts of what is awake are known. True when that woke others, whose contacts are then found as well.
+    virtual bool wakeTouched() = 0;
+    /// All contacts are known, impulses not yet.
     virtual void contactsFound() = 0;
     /// Velocities are solved; move what moves.
     virtual void integrate(double dt) = 0;
@@ -49,6 +40,8 @@ struct DynamicsParts {
         /// By the ids of the two and of their shapes. Bullet's own order comes from its broadphase, which compares
         /// addresses, and decides the solver's last bits.
         void sortManifolds();
+
+        bool asked = false;  ///< about a pair whatever its modes
     };
 
     btDefaultCollisionConfiguration configuration;
@@ -67,6 +60,8 @@ public:
     /// Forgets its pairs, so that they are made anew by the filter.
     void refilter(Collidable& c);
     void runSubstep(double dt) { internalSingleStepSimulation(dt); }
+    /// Reports where two overlap, whether or not they would meet in a step.
+    void findOverlaps(Collidable& a, Collidable& b, ContactResultCallback& found);
     /// The pose a body reaches in dt, held back where one of its cores would pass into something.
     btTransform advance(const BodyState& body, double dt);
 

@@ -27,11 +27,9 @@ struct ContactEvent {
 };
 
 struct PhysicsState final : SubstepObserver {
-    PhysicsState(PhysicsWorld& physics, World& scene)
-        : owner(physics),
-          world(scene),
-          dynamics(parts, *this) {}
+    PhysicsState(PhysicsWorld& physics, World& scene) : owner(physics), world(scene), dynamics(parts, *this) {}
 
+    bool wakeTouched() override { return owner.wakeTouched(); }
     void contactsFound() override { owner.contactsFound(); }
     void integrate(double seconds) override { owner.integrate(seconds); }
 
@@ -66,12 +64,14 @@ struct PhysicsState final : SubstepObserver {
     std::vector<BodyState*> jumpers;      ///< were moved by their nodes
     std::vector<BodyState*> listeners;    ///< bodies with a contact callback, by id
     std::vector<ContactEvent> events;
-    const Object* placing = nullptr;      ///< this object's pose is being written
+    const Object* placing = nullptr;  ///< this object's pose is being written
     unsigned frame = 0;
-    double dt = 0.0;     ///< this frame's, seconds
-    double part = 0.0;   ///< of one part of it
-    double done = 0.0;   ///< parts simulated so far
-    std::vector<BodyState*> bodies_near;  ///< these three are kept for their memory
+    double dt = 0.0;                      ///< this frame's, seconds
+    double part = 0.0;                    ///< of one part of it
+    bool in_part = false;                 ///< a part is being simulated
+    double done = 0.0;                    ///< parts simulated so far
+    std::vector<BodyState*> bodies_near;  ///< these four are kept for their memory
+    std::vector<BodyState*> sleepers;     ///< frozen bodies near simulated ones
     std::vector<Object*> objects_near;
     jVector<Object*> tops;
 };
@@ -94,7 +94,9 @@ bool hasTouch(const std::vector<Touch>& touches, int shape, int other);
 /// The frame in which things stand on an object; terrain stands on the globe whatever its node does.
 const dmat4& frameOf(const Object& object);
 /// Whether a mesh or terrain is there to be met.
-inline bool isMet(const Object& collider) { return collider.isActive() && collider.isCollider(); }
+inline bool isMet(const Object& collider) {
+    return collider.isActive() && collider.isCollider();
+}
 /// Grows a box by that of a body at a pose.
 void addBox(const BodyState& body, const btTransform& pose, btVector3& lo, btVector3& hi);
 /// The box of a body over its way of this frame.

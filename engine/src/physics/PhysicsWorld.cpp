@@ -3,6 +3,7 @@
 
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
+#include "physics/TriangleContacts.h"
 
 namespace {
 
@@ -58,17 +59,22 @@ void PhysicsState::findBodies(const btVector3& lo, const btVector3& hi) {
 
 PhysicsWorld::PhysicsWorld(World& world) : m_state(std::make_unique<PhysicsState>(*this, world)) {
     gCalculateCombinedFrictionCallback = combineFriction;
+    gContactAddedCallback = turnToFace;
 }
 
 PhysicsWorld::~PhysicsWorld() = default;
 
-vec3 PhysicsWorld::getGravity() const { return narrow(m_state->gravity); }
+vec3 PhysicsWorld::getGravity() const {
+    return narrow(m_state->gravity);
+}
 
 void PhysicsWorld::setGravity(const vec3& gravity) {
     if (isFinite(dvec3(gravity))) m_state->gravity = dvec3(gravity);
 }
 
-int PhysicsWorld::getNumStanding() const { return m_state->dynamics.getNumCollisionObjects(); }
+int PhysicsWorld::getNumStanding() const {
+    return m_state->dynamics.getNumCollisionObjects();
+}
 
 void PhysicsWorld::step(double dt) {
     m_state->dt = dt > 0.0 && std::isfinite(dt) ? dt : 0.0;
@@ -85,10 +91,10 @@ void PhysicsWorld::step(double dt) {
     }
     finishWays();
     writeBack();
+    settleRest();
     takeMarked(true);
     ride(true);
     sweepJumps();
-    settleRest();
     dismissGuests();
     reportContacts();
 }
@@ -209,8 +215,10 @@ void PhysicsWorld::setLeaf(BodyState& body) {
     btVector3 lo, hi;
     getWayBox(body, lo, hi);
     btDbvtVolume volume = btDbvtVolume::FromMM(lo, hi);
-    if (body.leaf) m_state->tree.update(body.leaf, volume);
-    else body.leaf = m_state->tree.insert(volume, &body);
+    if (body.leaf)
+        m_state->tree.update(body.leaf, volume);
+    else
+        body.leaf = m_state->tree.insert(volume, &body);
 }
 
 // Colliders. ----------------------------------------------------------------------------------------------------------

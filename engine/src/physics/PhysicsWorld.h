@@ -41,13 +41,15 @@ public:
     /// Objects in Bullet's world now: what a step's cost depends on.
     int getNumStanding() const;
 
-    // What objects report. ---------------------------------------------------------------------------------------------
+    // What objects report.
+    // ---------------------------------------------------------------------------------------------
     static void objectJoined(Object& object);
     static void objectLeft(Object& object);
     static void objectMoved(Object& object, bool by_physics);
     static void objectActivity(Object& object);
 
-    // What bodies ask for. ---------------------------------------------------------------------------------------------
+    // What bodies ask for.
+    // ---------------------------------------------------------------------------------------------
     /// Moves an object without a teleport of its body. A transform that is not finite is refused with one log line.
     static void movePreserving(Object& object, const dmat4& world);
     void refreshMode(BodyState& body);      ///< its enabled flag or its node's changed
@@ -68,7 +70,8 @@ private:
     void setLeaf(BodyState& body);
     void wakeRidersOn(const Object& support);
 
-    // The step, in order. ----------------------------------------------------------------------------------------------
+    // The step, in order.
+    // ----------------------------------------------------------------------------------------------
     void wakePushed();
     void endLastWays();
     void takeMarked(bool after_write);
@@ -79,17 +82,18 @@ private:
     void simulate();
     void finishWays();
     void writeBack();
-    void sweepJumps();
     void settleRest();
+    void sweepJumps();
     void dismissGuests();
     void reportContacts();
 
-    // Parts of these. --------------------------------------------------------------------------------------------------
+    // Parts of these.
+    // --------------------------------------------------------------------------------------------------
     void takeMove(BodyState& body, bool after_write);
     void takeMove(MeshCollider& collider);
     void takeResidentMove(BodyState& body, const btTransform& pose);
     void setWay(Collidable& c, const btTransform& pose);
-    void ride(BodyState& body, bool after_write);
+    bool ride(BodyState& body, bool after_write);
     void findNear(BodyState& body);
     void listObjects(const btVector3& lo, const btVector3& hi);
     MeshCollider* colliderOf(Object& object);
@@ -100,7 +104,7 @@ private:
     void contactsFound();
     void integrate(double dt);
     void noteTouches();
-    void wakeTouched();
+    bool wakeTouched();
     void listGround();
     void sweepJump(BodyState& body);
     void compareWays(BodyState& body, Collidable& other);

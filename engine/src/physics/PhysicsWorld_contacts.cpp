@@ -1,11 +1,12 @@
 // Who began to touch what: contacts of the simulation, ways of what nodes moved, and the callbacks after the step.
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
+#include "physics/TriangleContacts.h"
 
 namespace {
 
-constexpr double TOUCH = 0.005;        // metres apart: a contact has begun; it lasts while Bullet keeps its points
-constexpr double WAKING_WAY = 1e-3;    // metres that a body moved by its node must go to wake what it meets
+constexpr double TOUCH = 0.005;      // metres apart: a contact has begun; it lasts while Bullet keeps its points
+constexpr double WAKING_WAY = 1e-3;  // metres that a body moved by its node must go to wake what it meets
 
 /// Bodies that overlap where they are now.
 class Overlaps final : public btCollisionWorld::ContactResultCallback {
@@ -103,8 +104,10 @@ void PhysicsWorld::sweepJump(BodyState& body) {
     listObjects(lo - margin, hi + margin);
     for (Object* object : m_state->objects_near) {
         Collidable* c = nullptr;
-        if (object->getType() == Node::TERRAIN) c = patchOf(body, *object, lo, hi);
-        else c = colliderOf(*object);
+        if (object->getType() == Node::TERRAIN)
+            c = patchOf(body, *object, lo, hi);
+        else
+            c = colliderOf(*object);
         if (c) compareWays(body, *c);
     }
 }
@@ -117,11 +120,10 @@ void PhysicsWorld::compareWays(BodyState& body, Collidable& other) {
     if (!mayTouch(body, other)) return;
 
     const btTransform now = other.rigid->getWorldTransform();
-    btTransform start = body.from;
-    if (other.moving || (other_body && other_body->mode == Mode::SIMULATE)) start = now * other.from.inverse() * start;
+    const btTransform start = other.from == now ? body.from : now * other.from.inverse() * body.from;
     const double way = (body.rigid->getWorldTransform().getOrigin() - start.getOrigin()).length();
     Overlaps overlaps(body, other);
-    m_state->dynamics.contactPairTest(body.rigid.get(), other.rigid.get(), overlaps);
+    m_state->dynamics.findOverlaps(body, other, overlaps);
     const bool met = (way > body.shapes.inset && crosses(body, start, other)) || overlaps.any;
     if (met && frozen && way > WAKING_WAY) wake(*other_body);
 }
@@ -152,7 +154,8 @@ void PhysicsWorld::collectEvents(BodyState& body) {
         }
     }
     for (const Touch& touch : body.last_touches) {
-        if (!hasTouch(body.touches, touch.shape, touch.other) && stillTouches(body, touch)) body.touches.push_back(touch);
+        if (!hasTouch(body.touches, touch.shape, touch.other) && stillTouches(body, touch))
+            body.touches.push_back(touch);
     }
     body.touches.erase(
         std::remove_if(body.touches.begin(), body.touches.end(), [](const Touch& touch) { return touch.passing; }),

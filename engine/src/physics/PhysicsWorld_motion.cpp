@@ -11,9 +11,13 @@
 namespace {
 
 /// Parts of at most LONGEST_PART, as few as possible; a little more than that is rounding.
-int countParts(double dt) { return std::max(1, static_cast<int>(std::ceil(dt / LONGEST_PART - 1e-4))); }
+int countParts(double dt) {
+    return std::max(1, static_cast<int>(std::ceil(dt / LONGEST_PART - 1e-4)));
+}
 
-bool isFinite(const btTransform& t) { return isFinite(fromBullet(t)); }
+bool isFinite(const btTransform& t) {
+    return isFinite(fromBullet(t));
+}
 
 /// v' = f - d v over dt gives v(dt) = v(0) e + f dt * gain, exactly.
 struct Decay {
@@ -71,9 +75,12 @@ void PhysicsWorld::takeMarked(bool after_write) {
     for (std::size_t i = 0; i < m_state->marked.size(); ++i) {
         Collidable& c = *m_state->marked[i];
         c.marked = false;
-        if (BodyState* const body = c.asBody()) takeMove(*body, after_write);
-        else if (after_write) c.stand(toBullet(c.object->getWorldTransform()));
-        else takeMove(static_cast<MeshCollider&>(c));
+        if (BodyState* const body = c.asBody())
+            takeMove(*body, after_write);
+        else if (after_write)
+            c.stand(toBullet(c.object->getWorldTransform()));
+        else
+            takeMove(static_cast<MeshCollider&>(c));
         c.by_physics = false;
     }
     m_state->marked.clear();
@@ -84,8 +91,10 @@ void PhysicsWorld::takeMove(MeshCollider& collider) {
     const btTransform pose = toBullet(collider.object->getWorldTransform(), &scale);
     const btVector3 factors = toBullet(scale);
     if ((factors - collider.scaled.getLocalScaling()).length2() > 1e-18) collider.scaled.setLocalScaling(factors);
-    if (collider.by_physics || !isMet(*collider.object)) collider.stand(pose);
-    else setWay(collider, pose);
+    if (collider.by_physics || !isMet(*collider.object))
+        collider.stand(pose);
+    else
+        setWay(collider, pose);
 }
 
 void PhysicsWorld::takeMove(BodyState& body, bool after_write) {
@@ -120,8 +129,10 @@ void PhysicsWorld::takeResidentMove(BodyState& body, const btTransform& pose) {
         body.rigid->setCenterOfMassTransform(pose);
         body.setVelocity(linear, angular);
     }
-    if (body.by_physics) body.from = pose;
-    else m_state->jumpers.push_back(&body);
+    if (body.by_physics)
+        body.from = pose;
+    else
+        m_state->jumpers.push_back(&body);
     body.jumped = !body.by_physics;
 }
 
@@ -167,7 +178,9 @@ void PhysicsWorld::simulate() {
     m_state->done = 0.0;
     for (int i = 0; i < parts; ++i) {
         for (std::size_t k = 0; k < m_state->simulated.size(); ++k) applyLoads(*m_state->simulated[k], m_state->part);
+        m_state->in_part = true;
         m_state->dynamics.runSubstep(m_state->part);
+        m_state->in_part = false;
         for (BodyState* body : m_state->simulated) body->rigid->clearForces();
     }
 }
@@ -178,6 +191,7 @@ btVector3 PhysicsWorld::getGravityAt(const BodyState& body) const {
 }
 
 void PhysicsWorld::applyLoads(BodyState& body, double dt) {
+    body.part = dt;
     const Decay linear(body.settings.linear_damping, dt), angular(body.settings.angular_damping, dt);
     const btVector3 weight = getGravityAt(body) * static_cast<double>(body.settings.mass);
     body.rigid->applyCentralForce((weight + body.force) * linear.gain);
@@ -186,7 +200,6 @@ void PhysicsWorld::applyLoads(BodyState& body, double dt) {
 }
 
 void PhysicsWorld::contactsFound() {
-    wakeTouched();
     noteTouches();
     listGround();
 }

@@ -22,7 +22,10 @@ bool overlaps(const BoundBox& box, const btVector3& lo, const btVector3& hi) {
 }  // namespace
 
 void PhysicsWorld::findNear() {
+    m_state->sleepers.clear();
     for (BodyState* body : m_state->simulated) findNear(*body);
+    // What a frozen body stands on must be there when something runs into it.
+    for (std::size_t i = 0, n = m_state->sleepers.size(); i < n; ++i) findNear(*m_state->sleepers[i]);
 }
 
 void PhysicsWorld::findNear(BodyState& body) {
@@ -33,13 +36,21 @@ void PhysicsWorld::findNear(BodyState& body) {
     hi += btVector3(reach, reach, reach);
     m_state->findBodies(lo, hi);
     for (BodyState* other : m_state->bodies_near) {
-        if (!other->isResident() && mayTouch(body, *other)) need(*other);
+        if (!mayTouch(body, *other)) continue;
+        if (!other->isResident()) {
+            need(*other);
+        } else if (other->isFrozen() && other->needed != m_state->frame) {
+            other->needed = m_state->frame;
+            m_state->sleepers.push_back(other);
+        }
     }
     listObjects(lo, hi);
     for (Object* object : m_state->objects_near) {
         Collidable* c = nullptr;
-        if (object->getType() == Node::TERRAIN) c = patchOf(body, *object, lo, hi);
-        else c = colliderOf(*object);
+        if (object->getType() == Node::TERRAIN)
+            c = patchOf(body, *object, lo, hi);
+        else
+            c = colliderOf(*object);
         if (c && mayTouch(body, *c)) need(*c);
     }
 }

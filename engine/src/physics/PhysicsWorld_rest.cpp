@@ -33,17 +33,23 @@ bool isApart(const dmat4& a, const dmat4& b) {
 
 /// What every simulated body stands on now: anything that does not itself move by forces.
 void PhysicsWorld::listGround() {
-    for (BodyState* body : m_state->simulated) body->ground.clear();
-    const auto add = [](Collidable& above, Collidable& below) {
+    for (BodyState* body : m_state->simulated) {
+        body->ground.clear();
+        body->sunk = 0.0;
+    }
+    const auto add = [](Collidable& above, Collidable& below, const btPersistentManifold& manifold) {
         BodyState *const body = above.asBody(), *const ground = below.asBody();
         if (!body || body->mode != Mode::SIMULATE || (ground && ground->mode == Mode::SIMULATE)) return;
         if (std::find(body->ground.begin(), body->ground.end(), &below) == body->ground.end()) {
             body->ground.push_back(&below);
         }
+        for (int i = 0; i < manifold.getNumContacts(); ++i) {
+            body->sunk = btMax(body->sunk, -manifold.getContactPoint(i).getDistance());
+        }
     };
-    m_state->eachManifold([&](Collidable& a, Collidable& b, btPersistentManifold&) {
-        add(a, b);
-        add(b, a);
+    m_state->eachManifold([&](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
+        add(a, b, manifold);
+        add(b, a, manifold);
     });
 }
 
@@ -73,21 +79,24 @@ void PhysicsWorld::freeze(BodyState& body) {
 // Riding. -------------------------------------------------------------------------------------------------------------
 
 void PhysicsWorld::ride(bool after_write) {
-    for (BodyState* body : m_state->residents) {
-        if (body->isFrozen()) ride(*body, after_write);
+    // Again for those that stand on one that rode: the list is not in order of standing.
+    for (bool again = true; again;) {
+        again = false;
+        for (BodyState* body : m_state->residents) again = (body->isFrozen() && ride(*body, after_write)) || again;
     }
 }
 
-void PhysicsWorld::ride(BodyState& body, bool after_write) {
+/// True when it was moved.
+bool PhysicsWorld::ride(BodyState& body, bool after_write) {
     bool moved = false;
     for (const Support& support : body.supports) moved = moved || !(frameOf(*support.object) == support.last);
-    if (!moved) return;
+    if (!moved) return false;
     const dmat4 world = frameOf(*body.supports[0].object) * body.supports[0].place;
     for (Support& support : body.supports) {
         support.last = frameOf(*support.object);
         if (isApart(support.last * support.place, world)) {
             wake(body);
-            return;
+            return false;
         }
     }
     place(*body.object, world);
@@ -95,6 +104,7 @@ void PhysicsWorld::ride(BodyState& body, bool after_write) {
     setWay(body, body.toPose(world));
     if (after_write) body.rigid->setCenterOfMassTransform(body.to);
     setLeaf(body);
+    return true;
 }
 
 // Waking. -------------------------------------------------------------------------------------------------------------
@@ -105,6 +115,10 @@ void PhysicsWorld::wake(BodyState& body) {
     body.setMode(Mode::SIMULATE);
     body.setVelocity(linear, angular);
     body.supports.clear();
+    if (m_state->in_part) {
+        insertById(m_state->simulated, &body);
+        applyLoads(body, m_state->part);
+    }
     wakeRidersOn(*body.object);
 }
 
@@ -125,7 +139,8 @@ void PhysicsWorld::wakePushed() {
 }
 
 /// A frozen body wakes when something simulated runs or pushes into it.
-void PhysicsWorld::wakeTouched() {
+bool PhysicsWorld::wakeTouched() {
+    const std::size_t awake = m_state->simulated.size();
     const auto touch = [this](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
         BodyState *const body = a.asBody(), *const other = b.asBody();
         if (!body || !other || !body->isFrozen() || other->mode != Mode::SIMULATE) return;
@@ -133,8 +148,6 @@ void PhysicsWorld::wakeTouched() {
         for (int i = 0; i < manifold.getNumContacts(); ++i) {
             if (manifold.getContactPoint(i).getDistance() > 0.0) continue;
             wake(*body);
-            insertById(m_state->simulated, body);
-            applyLoads(*body, m_state->part);
             return;
         }
     };
@@ -142,4 +155,5 @@ void PhysicsWorld::wakeTouched() {
         touch(a, b, manifold);
         touch(b, a, manifold);
     });
+    return m_state->simulated.size() > awake;
 }

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr int SLACK = 4;           // cells beyond what is asked for, so that the window is kept for a while
-constexpr int MAX_CELLS = 512;     // along a window's edge
-constexpr double CORNERS = 1e-3;   // cells: the corners of a box bound what lies between them but for the globe's curve
+constexpr int SLACK = 4;          // cells beyond what is asked for, so that the window is kept for a while
+constexpr int MAX_CELLS = 512;    // along a window's edge
+constexpr double CORNERS = 1e-3;  // cells: the corners of a box bound what lies between them but for the globe's curve
 
 /// Geodetic bounds of a geocentric box; longitudes run on from the first corner's, without a jump at 180 degrees.
 BoundBox toGeodetic(const btVector3& lo, const btVector3& hi) {
@@ -111,8 +111,8 @@ void TerrainShape::processAllTriangles(btTriangleCallback* callback, const btVec
     const int posts_a_row = m_window.last_column - m_window.first_column + 2;
     for (int row = cells.first_row; row <= cells.last_row; ++row) {
         for (int column = cells.first_column; column <= cells.last_column; ++column) {
-            const btVector3* const sw =
-                &m_posts[static_cast<std::size_t>((row - m_window.first_row) * posts_a_row + column - m_window.first_column)];
+            const btVector3* const sw = &m_posts[static_cast<std::size_t>((row - m_window.first_row) * posts_a_row +
+                                                                          column - m_window.first_column)];
             const btVector3 &se = sw[1], &nw = sw[posts_a_row], &ne = sw[posts_a_row + 1];
             const int index = 2 * (row * (m_all.last_column + 1) + column);
             btVector3 lower[] = {*sw, se, ne}, upper[] = {*sw, ne, nw};

@@ -45,8 +45,8 @@ private:
     const ElevationRaster& m_raster;
     btVector3 m_origin;
     btVector3 m_scaling{1, 1, 1};
-    Window m_all;     ///< the raster's cells
+    Window m_all;  ///< the raster's cells
     Window m_window;
     btVector3 m_box_min{0, 0, 0}, m_box_max{0, 0, 0};  ///< of the window's posts, from the origin
-    std::vector<btVector3> m_posts;   ///< row by row from the south-west; NaN for holes
+    std::vector<btVector3> m_posts;                    ///< row by row from the south-west; NaN for holes
 };

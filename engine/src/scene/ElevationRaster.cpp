@@ -96,8 +96,8 @@ bool ElevationRaster::getAltitude(double lon, double lat, double& altitude) cons
     if (!isInside(place)) return false;
     const int column = std::clamp(static_cast<int>(place.column), 0, m_columns - 2);
     const int row = std::clamp(static_cast<int>(place.row), 0, m_rows - 2);
-    const CellHeights cell = getCell(column, row);
-    const double height = groundOf(cell, place.column - column, place.row - row);
+    const double u = place.column - column, v = place.row - row;
+    const double height = planeOf(getCell(column, row), u >= v).at(u, v);
     if (std::isnan(height)) return false;
     altitude = height;
     return true;

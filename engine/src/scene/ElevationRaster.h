@@ -37,13 +37,20 @@ struct CellHeights {
     float south_west, south_east, north_west, north_east;
 };
 
-/// The ground in a cell at the fractions `east` and `north` of its extent, metres; NaN on a triangle with a hole.
-inline double groundOf(const CellHeights& cell, double east, double north) {
-    const double corner = east >= north ? cell.south_east : cell.north_west;
-    const double diagonal = cell.north_east - static_cast<double>(cell.south_west);
-    const double side = corner - cell.south_west;
-    return east >= north ? cell.south_west + east * side + north * (diagonal - side)
-                         : cell.south_west + north * side + east * (diagonal - side);
+/// The ground of one triangle: height = base + east * u + north * v at the fractions u and v of its cell's extent from
+/// the south-western post, metres. NaN throughout when a corner is a hole.
+struct GroundPlane {
+    double base, east, north;
+
+    double at(double u, double v) const { return base + east * u + north * v; }
+};
+
+/// The triangle of a cell that holds its south-eastern corner, or the other.
+inline GroundPlane planeOf(const CellHeights& cell, bool south_east) {
+    const double diagonal = static_cast<double>(cell.north_east) - cell.south_west;
+    const double side = static_cast<double>(south_east ? cell.south_east : cell.north_west) - cell.south_west;
+    const double base = cell.south_west + 0.0 * (diagonal + side);  // NaN with any of them
+    return south_east ? GroundPlane{base, side, diagonal - side} : GroundPlane{base, diagonal - side, side};
 }
 
 /// A height field on a regular grid of longitude and latitude (WGS84). Cell (c, r) lies between the posts (c, r) and
@@ -94,9 +101,6 @@ public:
     /// REQUIRES valid cells.
     HeightRange getRange(int first_column, int first_row, int last_column, int last_row) const;
 
-    /// A file read failed since the raster was opened: its posts are holes.
-    bool hasFailed() const { return m_failed; }
-
 private:
     static constexpr int TILE_POSTS = TILE_CELLS + 1;
     static constexpr int TILE_BLOCKS = TILE_CELLS / BLOCK_CELLS;
@@ -126,7 +130,7 @@ private:
     double m_lon_step = 1.0, m_lat_step = 1.0;
     double m_middle = 0.0;  ///< longitude of the raster's middle
     HeightRange m_range;
-    mutable bool m_failed = false;
+    mutable bool m_failed = false;  ///< a part of the file could not be read: its posts are holes
     mutable std::uint64_t m_uses = 0;
     mutable std::vector<Tile> m_tiles;
     mutable std::vector<std::int16_t> m_slots;       ///< of every tile: its place in m_tiles, -1 while not in memory

@@ -9,15 +9,27 @@
 
 Object::Object() = default;
 
-Object::~Object() { PhysicsWorld::objectLeft(*this); }
+Object::~Object() {
+    PhysicsWorld::objectLeft(*this);
+}
 
-Node* Object::getNodeByName(const jString& name) { return getName() == name ? this : getChildByName(name, true); }
+Node* Object::getNodeByName(const jString& name) {
+    return getName() == name ? this : getChildByName(name, true);
+}
 
-bool Object::getIntersection(const dvec3&, const dvec3&, int, dvec3&) const { return false; }
-dvec3 Object::toLocal(const dvec3& world) const { return inverse(getWorldTransform()) * world; }
-dvec3 Object::toWorld(const dvec3& local) const { return getWorldTransform() * local; }
+bool Object::getIntersection(const dvec3&, const dvec3&, int, dvec3&) const {
+    return false;
+}
+dvec3 Object::toLocal(const dvec3& world) const {
+    return inverse(getWorldTransform()) * world;
+}
+dvec3 Object::toWorld(const dvec3& local) const {
+    return getWorldTransform() * local;
+}
 
-Material* Object::getSurfaceMaterial(int) { return nullptr; }
+Material* Object::getSurfaceMaterial(int) {
+    return nullptr;
+}
 void Object::setSurfaceMaterialInherit(int, bool) {}
 
 bool Object::setBody(const BodySettings& settings) {
@@ -27,8 +39,12 @@ bool Object::setBody(const BodySettings& settings) {
     return m_body != nullptr;
 }
 
-void Object::placeChanged(bool by_physics) { PhysicsWorld::objectMoved(*this, by_physics); }
-void Object::activityChanged() { PhysicsWorld::objectActivity(*this); }
+void Object::placeChanged(bool by_physics) {
+    PhysicsWorld::objectMoved(*this, by_physics);
+}
+void Object::activityChanged() {
+    PhysicsWorld::objectActivity(*this);
+}
 
 void Object::worldChanged() {
     PhysicsWorld::objectLeft(*this);

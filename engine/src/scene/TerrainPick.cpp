@@ -13,6 +13,7 @@ namespace {
 
 constexpr int MAX_DEPTH = 48;              // halvings: 1e7 m down to less than a micrometre
 constexpr double SMALL_SPAN = 2.0;         // cells each way that are solved directly
+constexpr double FLAT_SPAN = 0.002;        // degrees over which a chord sags by less than 1 mm
 constexpr double LONGEST_PIECE = 500e3;    // metres; the bounds of a longer piece are not worth having
 constexpr double WIDEST_PIECE = 10.0;      // degrees of longitude, likewise
 constexpr double HEIGHT_TOLERANCE = 1e-7;  // metres
@@ -27,12 +28,13 @@ struct TrackPoint {
     double side() const { return place.column - place.row; }  // whole numbers are the cells' diagonals
 };
 
-// A cell's triangle as a plane over the posts: height = base + column * east + row * north. NaN where a corner is a
-// hole.
-struct GroundPlane {
-    double base, east, north;
+// A triangle's plane and the cell that it is counted from.
+struct Ground {
+    GroundPlane plane;
+    int column, row;
 
-    double above(const TrackPoint& p) const { return p.height - (base + p.place.column * east + p.place.row * north); }
+    double under(const TrackPoint& p) const { return plane.at(p.place.column - column, p.place.row - row); }
+    double heightOver(const TrackPoint& p) const { return p.height - under(p); }
 };
 
 class GroundPick {
@@ -48,9 +50,9 @@ private:
     bool search(const TrackPoint& a, const TrackPoint& b, int depth, double& t) const;
     bool mayMeet(const TrackPoint& a, const TrackPoint& b) const;
     bool solvePiece(const TrackPoint& a, const TrackPoint& b, double& t) const;
-    bool solvePlane(const GroundPlane& plane, TrackPoint a, TrackPoint b, double& t) const;
+    bool solvePlane(const Ground& ground, TrackPoint a, TrackPoint b, double& t) const;
     TrackPoint refine(TrackPoint p, const TrackPoint& a, const TrackPoint& b, int family) const;
-    bool findPlane(const TrackPoint& a, const TrackPoint& b, GroundPlane& plane) const;
+    bool findGround(const TrackPoint& a, const TrackPoint& b, Ground& ground) const;
 
     const ElevationRaster& m_raster;
     const EllipsoidModel m_ellipsoid{};
@@ -84,8 +86,9 @@ TrackPoint GroundPick::at(double t) const {
 
 bool GroundPick::search(const TrackPoint& a, const TrackPoint& b, int depth, double& t) const {
     if (!mayMeet(a, b)) return false;
-    const bool small =
-        std::fabs(a.place.column - b.place.column) <= SMALL_SPAN && std::fabs(a.place.row - b.place.row) <= SMALL_SPAN;
+    const double columns = std::fabs(a.place.column - b.place.column), rows = std::fabs(a.place.row - b.place.row);
+    const bool small = columns <= SMALL_SPAN && rows <= SMALL_SPAN && columns * m_raster.getLonStep() <= FLAT_SPAN &&
+                       rows * m_raster.getLatStep() <= FLAT_SPAN;
     if (small) return solvePiece(a, b, t);
     if (depth == 0) return false;
     const TrackPoint middle = at(0.5 * (a.t + b.t));
@@ -147,16 +150,16 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
     double end_above = 0.0;  // over the part before, at its end; 0 while it had no ground
     for (std::size_t i = 0; i <= count; ++i) {
         const TrackPoint end = i == count ? b : refine(at(cuts[i].t), a, b, cuts[i].family);
-        GroundPlane plane;
-        if (!findPlane(start, end, plane)) {
+        Ground ground;
+        if (!findGround(start, end, ground)) {
             end_above = 0.0;
         } else {
-            const double above = plane.above(start);
+            const double above = ground.heightOver(start);
             // The two planes meet on the line between them, but a rounding error beside it the segment may slip
             // through.
             if (end_above * above < 0.0) return t = start.t, true;
-            if (solvePlane(plane, start, end, t)) return true;
-            end_above = plane.above(end);
+            if (solvePlane(ground, start, end, t)) return true;
+            end_above = ground.heightOver(end);
         }
         start = end;
     }
@@ -164,25 +167,20 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
 }
 
 // The ground under the middle of a part; false without any.
-bool GroundPick::findPlane(const TrackPoint& a, const TrackPoint& b, GroundPlane& plane) const {
+bool GroundPick::findGround(const TrackPoint& a, const TrackPoint& b, Ground& ground) const {
     const PostPlace middle{0.5 * (a.place.column + b.place.column), 0.5 * (a.place.row + b.place.row)};
     if (!m_raster.isInside(middle)) return false;
     const int column = std::clamp(static_cast<int>(middle.column), 0, m_raster.getNumColumns() - 2);
     const int row = std::clamp(static_cast<int>(middle.row), 0, m_raster.getNumRows() - 2);
-    const CellHeights cell = m_raster.getCell(column, row);
-    const bool east_side = middle.column - column >= middle.row - row;
-    const double diagonal = static_cast<double>(cell.north_east) - cell.south_west;
-    const double side = static_cast<double>(east_side ? cell.south_east : cell.north_west) - cell.south_west;
-    plane.east = east_side ? side : diagonal - side;
-    plane.north = diagonal - plane.east;
-    plane.base = cell.south_west - column * plane.east - row * plane.north;
-    return !std::isnan(plane.base);
+    const bool south_east = middle.column - column >= middle.row - row;
+    ground = {planeOf(m_raster.getCell(column, row), south_east), column, row};
+    return !std::isnan(ground.plane.base);
 }
 
 // The zero of the height above a plane between two points, by false position with the Illinois rule (Dowell and
 // Jarratt, BIT 11, 1971): the function is all but linear, so that the first or second step is exact.
-bool GroundPick::solvePlane(const GroundPlane& plane, TrackPoint a, TrackPoint b, double& t) const {
-    double fa = plane.above(a), fb = plane.above(b);
+bool GroundPick::solvePlane(const Ground& ground, TrackPoint a, TrackPoint b, double& t) const {
+    double fa = ground.heightOver(a), fb = ground.heightOver(b);
     if (std::fabs(fa) <= HEIGHT_TOLERANCE) return t = a.t, true;
     if (std::fabs(fb) <= HEIGHT_TOLERANCE) return t = b.t, true;
     if (fa * fb > 0.0) return false;
@@ -190,7 +188,7 @@ bool GroundPick::solvePlane(const GroundPlane& plane, TrackPoint a, TrackPoint b
     for (int i = 0; i < 60; ++i) {
         t = (a.t * fb - b.t * fa) / (fb - fa);
         const TrackPoint p = at(t);
-        const double f = plane.above(p);
+        const double f = ground.heightOver(p);
         if (std::fabs(f) <= HEIGHT_TOLERANCE) break;
         if (f * fb < 0.0) {
             a = b;

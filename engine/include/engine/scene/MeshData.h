@@ -49,8 +49,8 @@ struct Model {
 
 class Node;
 
-/// Reads a glTF 2.0 file (.glb or .gltf), Y up in the file, Z up here: (x, y, z) becomes (x, -z, y). Loaded once a
-/// process and kept; the runtime root's path. Null, with one log line, when it cannot be read whole.
+/// Reads a glTF 2.0 file (.glb or .gltf), Y up in the file, Z up here: (x, y, z) becomes (x, -z, y). Loaded once
+/// while an engine runs and kept; the runtime root's path. Null, with one log line, when it cannot be read whole.
 std::shared_ptr<const Model> loadModel(const jString& path);
 /// Hangs the model's nodes under `parent`.
 void instantiateModel(const Model& model, Node& parent);

@@ -1,0 +1,131 @@
+// deckview as a user starts it: options, failures, signals, and the same run twice.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "support/FakeHost.h"
+#include "support/Program.h"
+#include "support/TestScene.h"
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+std::string readFile(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+/// Ports of its own, so that runs beside each other do not meet.
+Strings withPorts(Strings arguments, int local, int from, int to) {
+    const Strings ports{"--set", "local_port=" + std::to_string(local),
+                        "--set", "recv_from_flightSimulation_port=" + std::to_string(from),
+                        "--set", "send_to_flightSimulation_port=" + std::to_string(to)};
+    arguments.insert(arguments.end(), ports.begin(), ports.end());
+    return arguments;
+}
+
+Strings withPorts(const Strings& arguments) {
+    return withPorts(arguments, findFreePort(), findFreePort(), findFreePort());
+}
+
+int countLines(const std::string& text, const std::string& part) {
+    std::istringstream in(text);
+    int count = 0;
+    for (std::string line; std::getline(in, line);) count += line.find(part) != std::string::npos;
+    return count;
+}
+
+}  // namespace
+
+TEST(Deckview, TellsWrongUsageFromFailure) {
+    const struct {
+        Strings arguments;
+        int status;
+        std::string says;
+    } cases[] = {
+        {{"--version"}, 0, "deckview "},
+        {{"--help"}, 0, "--airport"},
+        {{"--no-such-option"}, 2, "no-such-option"},
+        {{"--step", "0"}, 2, "seconds above 0"},
+        {{"--step", "-0.1"}, 2, "seconds above 0"},
+        {{"--step", "nan"}, 2, "seconds above 0"},
+        {{"--step", "soon"}, 2, "seconds above 0"},
+        {{"--frames", "-3"}, 2, "frames"},
+        {{"--set", "fly_mode"}, 2, "KEY=VALUE"},
+        {{"--root", "/nowhere"}, 1, "give it with --root"},
+        {{"--plugin", "/nowhere.so"}, 1, "/nowhere.so"},
+        {{"--plugin", DECKVIEW_LIB "/libengine.so"}, 1, "CreateLogic"},
+        {{"--world", "data/none.world"}, 1, "data/none.world"},
+        {{"--world", "../../etc/passwd"}, 1, "cannot be loaded"},
+        {{"--hash", "/nowhere/hash.txt"}, 1, "/nowhere/hash.txt"},
+    };
+    for (const auto& c : cases) {
+        Program program("deckview", c.arguments);
+        EXPECT_EQ(program.wait(), c.status) << c.arguments[0] << ' ' << c.arguments.back() << '\n' << program.getOutput();
+        EXPECT_NE(program.getOutput().find(c.says), std::string::npos) << program.getOutput();
+    }
+}
+
+TEST(Deckview, SaysWhatTheSceneLacksAndRunsOn) {
+    const struct {
+        Strings arguments;
+        std::string says;
+    } cases[] = {
+        {{"--airport", "nowhere"}, "no start node \"nowhere\""},
+        {{"--carrier", "nobody"}, "no carrier \"nobody\""},
+        {{"--aircraft", "data/none.cfg"}, "Open config file failed:data/none.cfg"},
+    };
+    for (const auto& c : cases) {
+        Strings arguments{"--headless", "--step", "0.02", "--frames", "3", "--set", "ignore_order=true"};
+        arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+        Program program("deckview", withPorts(arguments));
+        EXPECT_EQ(program.wait(), 0) << program.getOutput();
+        EXPECT_EQ(countLines(program.getOutput(), c.says), 1) << program.getOutput();
+    }
+}
+
+TEST(Deckview, SameRunGivesTheSameHashes) {
+    const TestFolder folder;
+    const int local = findFreePort(), from = findFreePort(), to = findFreePort();
+    std::string runs[2];
+    for (int i = 0; i < 2; ++i) {
+        const auto file = folder.getPath() / ("hash" + std::to_string(i));
+        Program program("deckview", withPorts({"--headless", "--step", "0.0166667", "--frames", "300", "--hash", file,
+                                               "--set", "ignore_order=true", "--set", "fly_mode=0"},
+                                              local, from, to));
+        ASSERT_EQ(program.wait(), 0) << program.getOutput();
+        runs[i] = readFile(file);
+    }
+    EXPECT_EQ(countLines(runs[0], " "), 300);
+    EXPECT_EQ(runs[0], runs[1]);
+    // The bytes sent are part of the state: with a counter in each feedback no frame is like the last.
+    std::istringstream in(runs[0]);
+    std::string last;
+    for (std::string frame, hash; in >> frame >> hash; last = hash) EXPECT_NE(hash, last) << "frame " << frame;
+}
+
+TEST(Deckview, SignalsEndTheRunCleanlyAndLittleIsLeft) {
+    for (const int number : {SIGTERM, SIGINT}) {
+        FakeHost host(findFreePort());
+        Program program("deckview", withPorts({"--headless", "--memory-report", "--stats"}, host.getViewerPort(),
+                                              host.getSendPort(), host.getFeedbackPort()));
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        bool answered = false;
+        while (!answered && !program.hasExited() && std::chrono::steady_clock::now() < end) {
+            host.sendOrder(2);
+            answered = !host.waitFeedback(1, 0.05).empty();
+        }
+        EXPECT_TRUE(answered) << program.getOutput();
+        program.signal(number);
+        EXPECT_EQ(program.wait(), 0) << program.getOutput();
+        const std::string report = program.getOutput();
+        EXPECT_NE(report.find("memory: 2 blocks left"), std::string::npos) << report;
+        EXPECT_EQ(countLines(report, "Logic_Test_Fly::init_udp"), 1) << report;
+        EXPECT_EQ(countLines(report, "UdpSendKit::init"), 1) << report;
+    }
+}

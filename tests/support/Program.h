@@ -1,0 +1,29 @@
+// A program of the build, run as a process.
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+/// Starts build/bin/NAME with those arguments. Its output (both streams) goes to a file that lives as long as this
+/// object; a process that still runs is killed with it.
+class Program {
+public:
+    Program(const std::string& name, std::vector<std::string> arguments);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    bool hasExited();
+    /// Waits for its end, at most `seconds`, and returns the exit status: -1 when it did not end by itself.
+    int wait(double seconds = 120.0);
+    void signal(int number) const;
+    int getStatus() const { return m_status; }  ///< -1 when it did not end by itself
+    std::string getOutput() const;              ///< so far
+
+private:
+    pid_t m_pid = -1;
+    bool m_exited = false;
+    int m_status = -1;
+    std::FILE* m_output = nullptr;
+};
