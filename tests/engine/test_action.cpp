@@ -81,6 +81,21 @@ TEST_F(Actions, SequenceHandsTheRestOfAStepOn) {
     EXPECT_EQ(manager.getNumActions(), 0);
 }
 
+
+TEST_F(Actions, SequenceOfGroupsStartsEachWhenTheOneBeforeEnds) {
+    ActionManager manager;
+    ActionSequence* const sequence = ActionSequence::Create();
+    for (const char* label : {"a", "b"}) {
+        ActionMulti* const group = ActionMulti::Create();
+        group->addAction(record(label, 0.2f, events));
+        sequence->addAction(group);
+    }
+    EXPECT_FLOAT_EQ(sequence->getDuration(), 0.4f);
+    manager.addAction(sequence);
+    manager.update(0.28f);
+    EXPECT_EQ(joined(events), "a start, a 3, a release, a gone, b start, b 1");
+}
+
 TEST_F(Actions, GroupWaitsForItsLongest) {
     ActionManager manager;
     ActionMulti* const group = ActionMulti::Create();

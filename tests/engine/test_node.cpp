@@ -61,7 +61,10 @@ TEST_F(NodeTest, PlacesAndActivityOfARandomTreeFollowItsAncestors) {
                 if (!away && node->getParent()) away = node->getParent()->takeChild(node);
                 break;
             case 4:
-                if (away && !isBelow(other, away.get())) other->addChild(std::move(away));
+                if (away && isBelow(other, away.get()))
+                    world().addChild(std::move(away));
+                else if (away)
+                    other->addChild(std::move(away));
                 break;
             default:
                 other->getWorldTransform();

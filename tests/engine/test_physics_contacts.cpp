@@ -278,8 +278,8 @@ TEST_F(PhysicsContacts, CallbacksMaySwitchOffAndRemove) {
         ContactLog a(first->getBody()), b(second->getBody());
         a.then = [&] {
             if (act == 0) first->getBody()->setEnabled(false);
-            if (act == 1) world().removeNode(first);
-            if (act == 2) world().removeNode(second);
+            if (act == 1) world().removeNode(world().getNodeByName("first"));
+            if (act == 2) world().removeNode(world().getNodeByName("second"));
         };
         runSeconds(1.0);
         EXPECT_EQ(a.shapes.size(), act == 2 ? 2u : 1u) << act;

@@ -105,7 +105,7 @@ TEST_F(TriggerTest, WhatIsSwitchedOffOrGoesInsideLeaves) {
     enterAgain(trigger);
     log.clear();
     sensor->setSensor(false);
-    EXPECT_EQ(log, "-ts ");
+    EXPECT_EQ(log, "-ts ") << "at once, and once";
     EXPECT_EQ(frame(), "");
     sensor->setSensor(true);
     EXPECT_EQ(frame(), "+ts ");

@@ -15,6 +15,11 @@ void finish(Action* action) {
     destroyAction(action);
 }
 
+float durationOf(const Action* action) {
+    const auto* const finite = dynamic_cast<const FiniteTimeAction*>(action);
+    return finite ? finite->getDuration() : 0.0f;
+}
+
 }  // namespace
 
 Action::~Action() = default;
@@ -77,17 +82,9 @@ ActionMulti::~ActionMulti() {
 }
 
 void ActionMulti::addAction(Action* action) {
-    if (action) m_actions.append(action);
-}
-
-float ActionMulti::getDuration() const {
-    float longest = 0.0f;
-    for (const Action* action : m_actions) {
-        if (const auto* finite = dynamic_cast<const FiniteTimeAction*>(action)) {
-            longest = std::max(longest, finite->getDuration());
-        }
-    }
-    return longest;
+    if (!action) return;
+    m_actions.append(action);
+    m_duration = std::max(m_duration, durationOf(action));
 }
 
 bool ActionMulti::start() {
@@ -137,15 +134,9 @@ ActionSequence::~ActionSequence() {
 }
 
 void ActionSequence::addAction(Action* action) {
-    if (action) m_actions.append(action);
-}
-
-float ActionSequence::getDuration() const {
-    float sum = 0.0f;
-    for (const Action* action : m_actions) {
-        if (const auto* finite = dynamic_cast<const FiniteTimeAction*>(action)) sum += finite->getDuration();
-    }
-    return sum;
+    if (!action) return;
+    m_actions.append(action);
+    m_duration += durationOf(action);
 }
 
 bool ActionSequence::start() {

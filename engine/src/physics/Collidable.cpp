@@ -16,6 +16,8 @@ constexpr double PUSH = 0.02;       // m/s^2 and radians/s^2: less does not wake
 constexpr double COLLIDER_FRICTION = 1e6;
 constexpr double COLLIDER_RESTITUTION = 1.0;
 
+constexpr double FAR_FROM_ORIGIN = 20.0;  // metres
+
 constexpr int SURFACE = btCollisionObject::CF_KINEMATIC_OBJECT | btCollisionObject::CF_CUSTOM_MATERIAL_CALLBACK;
 
 std::unique_ptr<btRigidBody> makeRigid(Collidable& owner, btCollisionShape* shape) {
@@ -76,6 +78,12 @@ TerrainPatch::TerrainPatch(ObjectTerrain* terrain, const BodyState* owner, const
     rigid = makeRigid(*this, &shape);
     rigid->setCollisionFlags(SURFACE);
     stand(btTransform(btMatrix3x3::getIdentity(), origin));
+}
+
+void TerrainPatch::follow(const btVector3& place) {
+    if ((place - shape.getOrigin()).length2() < FAR_FROM_ORIGIN * FAR_FROM_ORIGIN) return;
+    shape.setOrigin(place);
+    stand(btTransform(btMatrix3x3::getIdentity(), place));
 }
 
 BodyState::BodyState(Object* node, const BodySettings& made_from)

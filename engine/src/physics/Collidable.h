@@ -61,6 +61,8 @@ struct MeshCollider final : Collidable {
 /// The terrain round one body, for that body alone.
 struct TerrainPatch final : Collidable {
     TerrainPatch(ObjectTerrain* terrain, const BodyState* body, const btVector3& origin);
+    /// Keeps the origin near a body that moves on: Bullet finds no contacts with triangles far from their origin.
+    void follow(const btVector3& place);
 
     const BodyState* const body;
     TerrainShape shape;

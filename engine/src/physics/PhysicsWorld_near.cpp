@@ -106,6 +106,7 @@ TerrainPatch* PhysicsWorld::patchOf(BodyState& body, Object& object, const btVec
         patch = body.patches.back().get();
         object.m_physics = this;
     }
+    patch->follow(body.rigid->getWorldTransform().getOrigin());
     return patch->shape.cover(lo, hi) ? patch : nullptr;
 }
 

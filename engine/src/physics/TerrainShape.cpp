@@ -50,6 +50,11 @@ TerrainShape::TerrainShape(const ObjectTerrain& terrain, const btVector3& origin
     m_all = {0, 0, m_raster.getNumColumns() - 2, m_raster.getNumRows() - 2};
 }
 
+void TerrainShape::setOrigin(const btVector3& origin) {
+    m_origin = origin;
+    m_window = {};
+}
+
 TerrainShape::Window TerrainShape::toCells(const btVector3& box_min, const btVector3& box_max) const {
     const BoundBox geo = toGeodetic(box_min, box_max);
     const PostPlace low = m_raster.toPosts(geo.min.x, geo.min.y);

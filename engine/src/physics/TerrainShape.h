@@ -7,12 +7,15 @@
 
 #include "engine/scene/ObjectTerrain.h"
 
-/// A window of cells, kept as geocentric directions from a fixed origin, without rotation. Triangles are made for the
-/// box asked about, so that a window costs nothing but its posts.
+/// A window of cells, kept as geocentric directions from an origin near by, without rotation. Triangles are made for
+/// the box asked about, so that a window costs nothing but its posts.
 class TerrainShape final : public btConcaveShape {
 public:
     TerrainShape(const ObjectTerrain& terrain, const btVector3& origin);
 
+    const btVector3& getOrigin() const { return m_origin; }
+    /// Forgets the window; directions count from the new origin on.
+    void setOrigin(const btVector3& origin);
     /// Makes sure that the ground below a geocentric box is in the window; keeps the window while it is. False when no
     /// ground of the raster is near the box.
     bool cover(const btVector3& box_min, const btVector3& box_max);

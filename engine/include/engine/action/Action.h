@@ -67,7 +67,7 @@ public:
     bool isDone() const override { return false; }
 };
 
-/// Runs its actions side by side; done when all are. Owns them.
+/// Runs its actions side by side; done when all are. Owns them. Its duration is that of the longest, as it was added.
 class ActionMulti : public ActionInterval {
 public:
     static ActionMulti* Create();
@@ -75,7 +75,6 @@ public:
     /// Takes ownership; null is ignored.
     void addAction(Action* action);
     int getNumActions() const { return m_actions.size(); }
-    float getDuration() const override;  ///< of the longest
     bool start() override;
     bool step(float dt) override;
     bool isDone() const override;
@@ -86,7 +85,8 @@ private:
     jVector<Action*> m_actions;
 };
 
-/// Runs its actions one after the other; what a step leaves over of one goes into the next. Owns them.
+/// Runs its actions one after the other; what a step leaves over of one goes into the next. Owns them. Its
+/// duration is their sum, as they were added.
 class ActionSequence : public ActionInterval {
 public:
     static ActionSequence* Create();
@@ -94,7 +94,6 @@ public:
     /// Takes ownership; null is ignored.
     void addAction(Action* action);
     int getNumActions() const { return m_actions.size(); }
-    float getDuration() const override;  ///< the sum
     bool start() override;
     bool step(float dt) override;
     bool isDone() const override;
