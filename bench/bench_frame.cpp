@@ -144,7 +144,8 @@ int main() {
     const Result few = measure(100);
     const Result many = measure(10000);
     bench::printHeader();
-    bench::printRow("a frame, 100 static nodes, against its bare datagrams", {few.seconds, bareCost()}, bench::NO_LIMIT);
+    bench::printRow("a frame, 100 static nodes, against its bare datagrams", {few.seconds, bareCost()},
+                    bench::NO_LIMIT);
     bench::printRow("a frame, 10,000 static nodes, against 100", {many.seconds, few.seconds}, 1.5);
     std::printf("a frame: %.1f us (below 50 wanted), %.2f allocations; %ld of %d frames sent feedback\n",
                 few.seconds * 1e6, few.allocations, few.feedback, FRAMES);

@@ -9,42 +9,25 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <new>
 #include <vector>
 
+#include "CountAllocations.h"
 #include "src/kit/UdpDataKit.h"
-
-namespace {
-std::atomic<long> g_allocations{0};
-}
-
-void* operator new(std::size_t size) {
-    ++g_allocations;
-    if (void* block = std::malloc(size ? size : 1)) return block;
-    throw std::bad_alloc();
-}
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double kAllowedRatio = 1.3;
-constexpr int kLargest = 65507;
-constexpr int kFloorBatch = 64;
+constexpr double ALLOWED_RATIO = 1.3;
+constexpr int LARGEST = 65507;
+constexpr int FLOOR_BATCH = 64;
 /// Small datagrams a round: what a queue of the usual size holds without rights to a larger one.
-constexpr int kQueued = 128;
+constexpr int QUEUED = 128;
 
 sockaddr_in onLoopback(int port) {
     sockaddr_in at{};
@@ -57,7 +40,7 @@ sockaddr_in onLoopback(int port) {
 /// The least that receiving takes: no sender is looked at, no loss counted, nothing parsed.
 class Floor {
 public:
-    Floor() : m_fd(socket(AF_INET, SOCK_DGRAM, 0)), m_room(new unsigned char[kFloorBatch * std::size_t{65536}]) {
+    Floor() : m_fd(socket(AF_INET, SOCK_DGRAM, 0)), m_room(new unsigned char[FLOOR_BATCH * std::size_t{65536}]) {
         sockaddr_in at = onLoopback(0);
         socklen_t length = sizeof at;
         const int queue = 64 << 20;
@@ -67,8 +50,8 @@ public:
         if (bind(m_fd, reinterpret_cast<sockaddr*>(&at), sizeof at) != 0) std::perror("bind");
         getsockname(m_fd, reinterpret_cast<sockaddr*>(&at), &length);
         port = ntohs(at.sin_port);
-        for (std::size_t i = 0; i < kFloorBatch; ++i) {
-            m_parts[i] = {m_room.get() + i * 65536, kLargest};
+        for (std::size_t i = 0; i < FLOOR_BATCH; ++i) {
+            m_parts[i] = {m_room.get() + i * 65536, LARGEST};
             m_headers[i].msg_hdr.msg_iov = &m_parts[i];
             m_headers[i].msg_hdr.msg_iovlen = 1;
         }
@@ -88,8 +71,8 @@ public:
         for (int n = 0; (n = receive()) > 0; taken += n) {
             for (int i = 0; i < n; ++i) {
                 const auto* from = static_cast<const unsigned char*>(m_parts[i].iov_base);
-                for (const auto* end = from + m_headers[i].msg_len; from != end; from += kUdpRecvWireSize) {
-                    std::memcpy(static_cast<void*>(out++), from, kUdpRecvWireSize);
+                for (const auto* end = from + m_headers[i].msg_len; from != end; from += UDP_RECV_WIRE_SIZE) {
+                    std::memcpy(static_cast<void*>(out++), from, UDP_RECV_WIRE_SIZE);
                 }
             }
         }
@@ -99,18 +82,18 @@ public:
     int port = 0;
 
 private:
-    int receive() { return recvmmsg(m_fd, m_headers, kFloorBatch, MSG_DONTWAIT, nullptr); }
+    int receive() { return recvmmsg(m_fd, m_headers, FLOOR_BATCH, MSG_DONTWAIT, nullptr); }
 
     int m_fd;
     std::unique_ptr<unsigned char[]> m_room;
-    iovec m_parts[kFloorBatch] = {};
-    mmsghdr m_headers[kFloorBatch] = {};
+    iovec m_parts[FLOOR_BATCH] = {};
+    mmsghdr m_headers[FLOOR_BATCH] = {};
 };
 
 class Sender {
 public:
     explicit Sender(int recordsEach) : m_fd(socket(AF_INET, SOCK_DGRAM, 0)) {
-        m_bytes.resize(static_cast<std::size_t>(recordsEach * kUdpRecvWireSize));
+        m_bytes.resize(static_cast<std::size_t>(recordsEach * UDP_RECV_WIRE_SIZE));
         for (std::size_t i = 0; i < m_bytes.size(); ++i) m_bytes[i] = static_cast<unsigned char>(i * 7);
     }
     ~Sender() { close(m_fd); }
@@ -183,9 +166,9 @@ bool measure(int recordsEach, int wanted, int rounds) {
     const long allocations = g_allocations - allocationsBefore;
     const double ratio = ours.median() / least.median();
     std::printf("%16d %9d %8.1f %8.1f %6.2f %8.1f %10.1f %11ld %s\n", recordsEach, datagrams, ours.median(),
-                least.median(), ratio, kAllowedRatio, copying.median(), allocations,
+                least.median(), ratio, ALLOWED_RATIO, copying.median(), allocations,
                 !whole                   ? "INCOMPLETE"
-                : ratio <= kAllowedRatio ? "ok"
+                : ratio <= ALLOWED_RATIO ? "ok"
                                          : "ABOVE");
     return whole && allocations == 0;
 }
@@ -196,8 +179,8 @@ int main(int argc, char** argv) {
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 400;
     std::printf("%16s %9s %8s %8s %6s %8s %10s %11s\n", "records/datagram", "datagrams", "ours ns", "floor ns", "ratio",
                 "allowed", "copying ns", "allocations");
-    bool ok = measure(1, kQueued, rounds);
-    ok = measure(10, kQueued, rounds) && ok;
-    ok = measure(606, kQueued / 8, rounds) && ok;
+    bool ok = measure(1, QUEUED, rounds);
+    ok = measure(10, QUEUED, rounds) && ok;
+    ok = measure(606, QUEUED / 8, rounds) && ok;
     return ok ? 0 : 1;
 }

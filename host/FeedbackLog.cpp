@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr double kShortest = 1e-7;  ///< seconds; the lowest bucket's
-constexpr double kStep = 1.01;
-constexpr double kAnswerWithin = 1.0;  ///< seconds; later feedback is no answer
-constexpr std::size_t kMostUnanswered = 1 << 16;
+constexpr double SHORTEST = 1e-7;  ///< seconds; the lowest bucket's
+constexpr double STEP = 1.01;
+constexpr double ANSWER_WITHIN = 1.0;  ///< seconds; later feedback is no answer
+constexpr std::size_t MOST_UNANSWERED = 1 << 16;
 
 bool isFinite(const Feedback& f) {
     const auto finite = [](float value) { return std::isfinite(value); };
@@ -30,7 +30,7 @@ void printLatency(const LatencyHistogram& latency) {
 }  // namespace
 
 void LatencyHistogram::add(double seconds) {
-    const double place = std::log(std::max(seconds, kShortest) / kShortest) / std::log(kStep);
+    const double place = std::log(std::max(seconds, SHORTEST) / SHORTEST) / std::log(STEP);
     ++m_buckets[std::min(static_cast<std::size_t>(place), m_buckets.size() - 1)];
     m_minimum = m_count == 0 ? seconds : std::min(m_minimum, seconds);
     ++m_count;
@@ -42,7 +42,7 @@ double LatencyHistogram::getQuantile(double part) const {
     for (std::size_t i = 0; i < m_buckets.size(); ++i) {
         seen += m_buckets[i];
         if (seen > 0 && seen >= wanted) {
-            return std::max(m_minimum, kShortest * std::pow(kStep, static_cast<double>(i) + 0.5));
+            return std::max(m_minimum, SHORTEST * std::pow(STEP, static_cast<double>(i) + 0.5));
         }
     }
     return 0.0;
@@ -60,19 +60,19 @@ bool FeedbackLog::openCsv(const std::string& path) {
 }
 
 void FeedbackLog::onSent(double time, std::int32_t order, int records) {
-    m_sentRecords += records;
-    ++m_sentDatagrams;
+    m_sent_records += records;
+    ++m_sent_datagrams;
     // The viewer answers order 2 alone; between two stretches of it the counter may leap.
     if (order != 2) {
-        m_counterKnown = false;
+        m_counter_known = false;
         return;
     }
     m_unanswered.push_back(time);
-    if (m_unanswered.size() > kMostUnanswered) m_unanswered.pop_front();
+    if (m_unanswered.size() > MOST_UNANSWERED) m_unanswered.pop_front();
 }
 
 void FeedbackLog::onDatagram(double time, const unsigned char* bytes, std::size_t size) {
-    if (size != kFeedbackSize) {
+    if (size != FEEDBACK_SIZE) {
         ++m_irregular;
         return;
     }
@@ -80,23 +80,23 @@ void FeedbackLog::onDatagram(double time, const unsigned char* bytes, std::size_
     const Feedback feedback = readFeedback(bytes);
     check(feedback);
     m_last = feedback;
-    m_counterKnown = true;
+    m_counter_known = true;
     writeCsv(time, feedback, takeLatency(time));
 }
 
 void FeedbackLog::check(const Feedback& feedback) {
     const auto rise = static_cast<std::int32_t>(static_cast<std::uint32_t>(feedback.counter) -
                                                 static_cast<std::uint32_t>(m_last.counter));
-    const bool fallen = m_counterKnown && rise <= 0;
+    const bool fallen = m_counter_known && rise <= 0;
     if (fallen || !isFinite(feedback)) ++m_irregular;
-    if (m_counterKnown && rise > 1) m_lost += rise - 1;
+    if (m_counter_known && rise > 1) m_lost += rise - 1;
 }
 
 /// Of the newest datagram that this feedback is the first after; negative when there is none.
 double FeedbackLog::takeLatency(double time) {
     double newest = -1.0;
     for (const double sent : m_unanswered) {
-        if (time - sent > kAnswerWithin) continue;
+        if (time - sent > ANSWER_WITHIN) continue;
         newest = time - sent;
         m_second.add(newest);
         m_run.add(newest);
@@ -116,7 +116,7 @@ void FeedbackLog::writeCsv(double time, const Feedback& f, double latency) {
 
 void FeedbackLog::printSecond(double time) {
     std::printf("%.1f s: sent %lld feedback %lld lost %lld irregular %lld ", time,
-                static_cast<long long>(m_sentRecords), static_cast<long long>(m_feedback),
+                static_cast<long long>(m_sent_records), static_cast<long long>(m_feedback),
                 static_cast<long long>(m_lost), static_cast<long long>(m_irregular));
     if (m_feedback > 0) {
         std::printf("heights %.2f %.2f %.2f cg %.2f collision %d ", m_last.height[0], m_last.height[1],
@@ -131,7 +131,7 @@ void FeedbackLog::printSecond(double time) {
 void FeedbackLog::printSummary(double time) const {
     std::printf(
         "summary: %.1f s, %lld records in %lld datagrams sent (%lld failed), %lld feedback records (%.1f a second)\n",
-        time, static_cast<long long>(m_sentRecords), static_cast<long long>(m_sentDatagrams),
+        time, static_cast<long long>(m_sent_records), static_cast<long long>(m_sent_datagrams),
         static_cast<long long>(m_failed), static_cast<long long>(m_feedback),
         time > 0.0 ? static_cast<double>(m_feedback) / time : 0.0);
     std::printf("summary: lost %lld, irregular %lld, ", static_cast<long long>(m_lost),

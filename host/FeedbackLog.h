@@ -51,14 +51,14 @@ private:
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
 
-    std::int64_t m_sentRecords = 0;
-    std::int64_t m_sentDatagrams = 0;
+    std::int64_t m_sent_records = 0;
+    std::int64_t m_sent_datagrams = 0;
     std::int64_t m_failed = 0;     ///< datagrams the system did not take
     std::int64_t m_feedback = 0;   ///< records of the right size
     std::int64_t m_lost = 0;       ///< counter values that never came while the viewer was to send
     std::int64_t m_irregular = 0;  ///< wrong size, counter not rising, heights or angles that are no numbers
     Feedback m_last;
-    bool m_counterKnown = false;  ///< m_last.counter is of the present stretch of order 2
+    bool m_counter_known = false;  ///< m_last.counter is of the present stretch of order 2
     std::deque<double> m_unanswered;
     LatencyHistogram m_second;
     LatencyHistogram m_run;

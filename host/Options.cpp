@@ -10,7 +10,7 @@
 
 #include "Records.h"
 
-const char* const kUsage =
+const char* const USAGE =
     "usage: flyhost [--to IP:PORT] [--bind IP:PORT] [--listen PORT] [--rate HZ] [--records N] [--orders LIST]\n"
     "               [--seconds S] [--csv FILE]\n"
     "\n"
@@ -69,7 +69,7 @@ std::map<std::string, Reader> makeReaders(Options& o) {
             {"--rate", [&](const std::string& v) { return parseReal(v, o.rate, 0.01, 1e5); }},
             {"--records",
              [&](const std::string& v) {
-                 return parseNumber(v, o.records) && o.records >= 1 && o.records <= kMostRecordsInADatagram;
+                 return parseNumber(v, o.records) && o.records >= 1 && o.records <= MOST_RECORDS_IN_A_DATAGRAM;
              }},
             {"--orders", [&](const std::string& v) { return o.orders.parse(v); }},
             {"--seconds", [&](const std::string& v) { return parseReal(v, o.seconds, 0.001, 1e9); }},

@@ -28,4 +28,4 @@ enum class ParseResult { RUN, HELP, WRONG };
 /// Reads the command line into `options`. On WRONG `error` says what is wrong, in one line.
 ParseResult parseOptions(int argc, char** argv, Options& options, std::string& error);
 
-extern const char* const kUsage;
+extern const char* const USAGE;

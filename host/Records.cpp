@@ -28,7 +28,7 @@ std::array<float, 3> getFloats(const unsigned char* at) {
 }  // namespace
 
 void writeRecord(const Record& record, unsigned char* out) {
-    std::fill(out, out + kRecordSize, static_cast<unsigned char>(0));
+    std::fill(out, out + RECORD_SIZE, static_cast<unsigned char>(0));
     putInt(out, record.order);
     putInt(out + 4, record.number);
 }

@@ -4,9 +4,9 @@
 #include <array>
 #include <cstdint>
 
-inline constexpr int kRecordSize = 108;              ///< host to viewer, bytes
-inline constexpr int kFeedbackSize = 60;             ///< viewer to host, bytes
-inline constexpr int kMostRecordsInADatagram = 606;  ///< 606 * 108 bytes is the most that one datagram holds
+inline constexpr int RECORD_SIZE = 108;                 ///< host to viewer, bytes
+inline constexpr int FEEDBACK_SIZE = 60;                ///< viewer to host, bytes
+inline constexpr int MOST_RECORDS_IN_A_DATAGRAM = 606;  ///< 606 * 108 bytes is the most that one datagram holds
 
 /// What this host fills in of a record; every other byte is zero.
 struct Record {
@@ -14,7 +14,7 @@ struct Record {
     std::int32_t number = 0;  ///< running number in the first carried word; the viewer does not look at it
 };
 
-/// The record's bytes go to out[0 .. kRecordSize).
+/// The record's bytes go to out[0 .. RECORD_SIZE).
 void writeRecord(const Record& record, unsigned char* out);
 
 /// What lies under the aircraft. Gears: 0 nose, 1 left, 2 right; heights in metres, angles in degrees.
@@ -28,5 +28,5 @@ struct Feedback {
     std::int32_t collision = 0;
 };
 
-/// REQUIRES kFeedbackSize bytes.
+/// REQUIRES FEEDBACK_SIZE bytes.
 Feedback readFeedback(const unsigned char* bytes);

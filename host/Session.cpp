@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr double kGrace = 0.25;      ///< seconds to listen after the last datagram
-constexpr double kMostBehind = 1.0;  ///< seconds of datagrams that are made up for after a halt
-constexpr int kBurst = 64;           ///< datagrams sent before feedback is looked at again
+constexpr double GRACE = 0.25;       ///< seconds to listen after the last datagram
+constexpr double MOST_BEHIND = 1.0;  ///< seconds of datagrams that are made up for after a halt
+constexpr int BURST = 64;            ///< datagrams sent before feedback is looked at again
 
 sockaddr_in toSystem(const Endpoint& endpoint) {
     sockaddr_in out{};
@@ -39,7 +39,7 @@ int openSocket(const Endpoint& endpoint, std::string& error) {
 }  // namespace
 
 Session::Session(const Options& options)
-    : m_options(options), m_datagram(static_cast<std::size_t>(options.records * kRecordSize)) {}
+    : m_options(options), m_datagram(static_cast<std::size_t>(options.records * RECORD_SIZE)) {}
 
 Session::~Session() {
     if (m_sender >= 0) close(m_sender);
@@ -65,14 +65,14 @@ bool Session::run(const volatile std::sig_atomic_t& stop) {
         if (!ending && (stop || (m_options.seconds > 0.0 && time >= m_options.seconds))) {
             ending = true;
             m_options.orders.finish();
-            m_nextSend = std::min(m_nextSend, time);
+            m_next_send = std::min(m_next_send, time);
         }
         sendDue(time);
         if (time >= nextLine) {
             m_log.printSecond(time);
             nextLine = std::floor(time) + 1.0;
         }
-        double until = std::min(m_nextSend, nextLine);
+        double until = std::min(m_next_send, nextLine);
         if (!ending && m_options.seconds > 0.0) until = std::min(until, m_options.seconds);
         if (!m_ended) waitUntil(until);
         collect();
@@ -82,22 +82,22 @@ bool Session::run(const volatile std::sig_atomic_t& stop) {
 }
 
 void Session::sendDue(double time) {
-    if (time - m_nextSend > kMostBehind) m_nextSend = time;
-    for (int i = 0; i < kBurst && time >= m_nextSend && !m_ended; ++i) {
+    if (time - m_next_send > MOST_BEHIND) m_next_send = time;
+    for (int i = 0; i < BURST && time >= m_next_send && !m_ended; ++i) {
         std::int32_t order = 0;
         m_ended = !m_options.orders.next(order);
         if (!m_ended) send(order);
-        m_nextSend += 1.0 / m_options.rate;
+        m_next_send += 1.0 / m_options.rate;
     }
 }
 
 void Session::send(std::int32_t order) {
     for (int i = 0; i < m_options.records; ++i) {
         m_number = static_cast<std::int32_t>((static_cast<std::uint32_t>(m_number) + 1) & 0x7fffffffu);
-        writeRecord({order, m_number}, m_datagram.data() + i * kRecordSize);
+        writeRecord({order, m_number}, m_datagram.data() + i * RECORD_SIZE);
     }
     const sockaddr_in to = toSystem(m_options.to);
-    m_lastOrder = order;
+    m_last_order = order;
     const double time = now();
     if (sendto(m_sender, m_datagram.data(), m_datagram.size(), MSG_NOSIGNAL, reinterpret_cast<const sockaddr*>(&to),
                sizeof to) >= 0) {
@@ -113,8 +113,8 @@ void Session::send(std::int32_t order) {
 
 void Session::endRun(bool stopped) {
     // Whoever stops the host means the viewer to stop as well.
-    if (stopped && m_lastOrder != 0) send(0);
-    for (const double end = now() + kGrace; now() < end;) {
+    if (stopped && m_last_order != 0) send(0);
+    for (const double end = now() + GRACE; now() < end;) {
         waitUntil(end);
         collect();
     }
@@ -134,8 +134,8 @@ void Session::waitUntil(double time) {
 }
 
 void Session::collect() {
-    unsigned char bytes[kFeedbackSize + 1];  // one more, so that a longer datagram shows
-    for (int i = 0; i < 4 * kBurst; ++i) {
+    unsigned char bytes[FEEDBACK_SIZE + 1];  // one more, so that a longer datagram shows
+    for (int i = 0; i < 4 * BURST; ++i) {
         const ssize_t n = recv(m_listener, bytes, sizeof bytes, MSG_DONTWAIT);
         if (n < 0) return;
         m_log.onDatagram(now(), bytes, static_cast<std::size_t>(n));

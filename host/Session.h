@@ -38,10 +38,10 @@ private:
     int m_sender = -1;
     int m_listener = -1;
     Clock::time_point m_start;
-    double m_nextSend = 0.0;
+    double m_next_send = 0.0;
     bool m_ended = false;       ///< the orders are through
     bool m_complained = false;  ///< about a datagram that the system did not take
-    std::int32_t m_lastOrder = 0;
+    std::int32_t m_last_order = 0;
     std::int32_t m_number = 0;
     std::vector<unsigned char> m_datagram;
 };

@@ -31,10 +31,10 @@ int main(int argc, char** argv) {
     std::string error;
     switch (parseOptions(argc, argv, options, error)) {
         case ParseResult::HELP:
-            std::fputs(kUsage, stdout);
+            std::fputs(USAGE, stdout);
             return 0;
         case ParseResult::WRONG:
-            std::fprintf(stderr, "flyhost: %s\n%s", error.c_str(), kUsage);
+            std::fprintf(stderr, "flyhost: %s\n%s", error.c_str(), USAGE);
             return 2;
         case ParseResult::RUN:
             break;

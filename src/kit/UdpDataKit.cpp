@@ -11,15 +11,15 @@
 
 namespace {
 
-constexpr const char* kSource = "src\\kit\\UdpDataKit";
-constexpr int kLargestDatagram = 65507;
-constexpr int kSmallBuffer = 4096;
-constexpr int kReceiveBuffer = 262140;
+constexpr const char* SOURCE = "src\\kit\\UdpDataKit";
+constexpr int LARGEST_DATAGRAM = 65507;
+constexpr int SMALL_BUFFER = 4096;
+constexpr int RECEIVE_BUFFER = 262140;
 /// Room for the records of a busy frame, so that the list does not grow in flight.
-constexpr int kUsualRecords = 2048;
-constexpr int kParseStep = 4;
+constexpr int USUAL_RECORDS = 2048;
+constexpr int PARSE_STEP = 4;
 /// More records than a full kernel queue holds: a sender faster than the reader cannot hold the frame.
-constexpr int kMostRecords = 1 << 20;
+constexpr int MOST_RECORDS = 1 << 20;
 
 /// The one place where sockets end: closed, freed, null.
 void freeSocket(SocketUDP*& socket) {
@@ -34,44 +34,44 @@ void freeSocket(SocketUDP*& socket) {
 
 bool UdpRecvKit::init(int port) {
     release();
-    m_socket = jNew<SocketUDP>({kSource, "UdpRecvKit::init"});
-    return finish(m_socket->create() && m_socket->bind(port), kSmallBuffer);
+    m_socket = jNew<SocketUDP>({SOURCE, "UdpRecvKit::init"});
+    return finish(m_socket->create() && m_socket->bind(port), SMALL_BUFFER);
 }
 
 bool UdpRecvKit::init(const jString& localAddress, int localPort, const jString& hostAddress, int hostPort) {
     release();
-    m_socket = jNew<SocketUDP>({kSource, "UdpRecvKit::init"});
+    m_socket = jNew<SocketUDP>({SOURCE, "UdpRecvKit::init"});
     const bool bound = m_socket->create() && m_socket->setRecvIP(hostAddress) && m_socket->setRecvPort(hostPort) &&
                        m_socket->bind(localAddress, localPort);
-    if (!finish(bound, kReceiveBuffer)) return false;
+    if (!finish(bound, RECEIVE_BUFFER)) return false;
     std::printf("...m_udp_recv ip:%s\n", m_socket->getRecvIP().c_str());
     return true;
 }
 
 bool UdpRecvKit::finish(bool bound, int bufferSize) {
-    if (!bound || !m_socket->recv(kLargestDatagram) || !m_socket->nonblock()) {
+    if (!bound || !m_socket->recv(LARGEST_DATAGRAM) || !m_socket->nonblock()) {
         jLog::error("%s: failed to create upd", "UdpRecvKit::init");
         freeSocket(m_socket);
         return false;
     }
     m_buffer.allocate(bufferSize);
-    reserve(kUsualRecords);
+    reserve(USUAL_RECORDS);
     return true;
 }
 
 int UdpRecvKit::receive() {
     m_buffer.rewind();
     if (!m_socket) return 0;
-    const std::uint64_t partialBefore = m_partialCount;
+    const std::uint64_t partialBefore = m_partial_count;
     int handled = 0;
     int n = m_socket->read(m_buffer.getData(), 1, m_buffer.getCapacity());
     while (n > 0) {
         handled += std::max(1, parse(n));
-        if (handled >= kMostRecords) break;
+        if (handled >= MOST_RECORDS) break;
         m_buffer.rewind();
         n = m_socket->read(m_buffer.getData(), m_buffer.getCapacity(), 1);
     }
-    if (m_partialCount != partialBefore) {
+    if (m_partial_count != partialBefore) {
         const jString& host = m_socket->getRecvIP();
         jLog::warning("UdpRecvKit::receive: datagrams from %s end within a record; their last bytes are dropped",
                       host.empty() ? "some sender" : host.c_str());
@@ -81,16 +81,16 @@ int UdpRecvKit::receive() {
 
 int UdpRecvKit::parse(int bytes) {
     // Part of a record is not taken: read with zeros for what is missing, it would be a command that nobody gave.
-    if (bytes % kUdpRecvWireSize != 0) ++m_partialCount;
-    const int records = bytes / kUdpRecvWireSize;
+    if (bytes % UDP_RECV_WIRE_SIZE != 0) ++m_partial_count;
+    const int records = bytes / UDP_RECV_WIRE_SIZE;
     const unsigned char* from = m_buffer.getData();
     // In small steps, so that the elements are still in the nearest cache when they are filled.
     for (int left = records; left > 0;) {
-        const int step = std::min(left, kParseStep);
+        const int step = std::min(left, PARSE_STEP);
         const int first = size();
         resize(first + step);
-        for (UdpRecvData* to = get() + first; to != get() + first + step; ++to, from += kUdpRecvWireSize) {
-            std::memcpy(static_cast<void*>(to), from, kUdpRecvWireSize);
+        for (UdpRecvData* to = get() + first; to != get() + first + step; ++to, from += UDP_RECV_WIRE_SIZE) {
+            std::memcpy(static_cast<void*>(to), from, UDP_RECV_WIRE_SIZE);
         }
         left -= step;
     }
@@ -103,15 +103,15 @@ void UdpRecvKit::release() {
 
 bool UdpSendKit::init(const jString& address, int port, const jString& localAddress) {
     release();
-    m_socket = jNew<SocketUDP>({kSource, "UdpSendKit::init"});
+    m_socket = jNew<SocketUDP>({SOURCE, "UdpSendKit::init"});
     if (!m_socket->create() || !m_socket->setSendIP(address) || !m_socket->setSendPort(port) ||
-        !m_socket->send(kLargestDatagram) || !m_socket->nonblock() ||
+        !m_socket->send(LARGEST_DATAGRAM) || !m_socket->nonblock() ||
         !(localAddress.empty() ? m_socket->bind() : m_socket->bind(localAddress, 0))) {
         jLog::error("%s: failed to create udp", "UdpSendKit::init");
         freeSocket(m_socket);
         return false;
     }
-    m_buffer.allocate(kSmallBuffer);
+    m_buffer.allocate(SMALL_BUFFER);
     return true;
 }
 

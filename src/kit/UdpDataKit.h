@@ -29,7 +29,7 @@ public:
     /// Owned by the kit; null when not open.
     SocketUDP* getSocket() const { return m_socket; }
     /// Datagrams whose length was no multiple of the record size, so far.
-    std::uint64_t getPartialCount() const { return m_partialCount; }
+    std::uint64_t getPartialCount() const { return m_partial_count; }
 
 private:
     bool finish(bool bound, int bufferSize);
@@ -37,7 +37,7 @@ private:
 
     SocketUDP* m_socket = nullptr;
     jBuffer m_buffer;
-    std::uint64_t m_partialCount = 0;
+    std::uint64_t m_partial_count = 0;
 };
 
 /// Sends datagrams to one address. Frame thread only; never blocks.

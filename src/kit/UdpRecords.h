@@ -46,8 +46,8 @@ struct UdpSendData {
 
 #pragma pack(pop)
 
-inline constexpr int kUdpRecvWireSize = 108;  ///< bytes of a UdpRecvData on the wire
-inline constexpr int kUdpSendWireSize = 60;   ///< bytes of a UdpSendData on the wire
+inline constexpr int UDP_RECV_WIRE_SIZE = 108;  ///< bytes of a UdpRecvData on the wire
+inline constexpr int UDP_SEND_WIRE_SIZE = 60;   ///< bytes of a UdpSendData on the wire
 
 static_assert(std::is_trivially_copyable_v<UdpRecvData> && std::is_standard_layout_v<UdpRecvData>);
 static_assert(sizeof(UdpRecvData) == 128);
@@ -63,10 +63,10 @@ static_assert(offsetof(UdpRecvData, recvDoubles) == 40);
 static_assert(offsetof(UdpRecvData, recvWord2) == 96);
 static_assert(offsetof(UdpRecvData, recvWord3) == 100);
 static_assert(offsetof(UdpRecvData, recvWord4) == 104);
-static_assert(offsetof(UdpRecvData, targets) == kUdpRecvWireSize);
+static_assert(offsetof(UdpRecvData, targets) == UDP_RECV_WIRE_SIZE);
 
 static_assert(std::is_trivially_copyable_v<UdpSendData> && std::is_standard_layout_v<UdpSendData>);
-static_assert(sizeof(UdpSendData) == kUdpSendWireSize);
+static_assert(sizeof(UdpSendData) == UDP_SEND_WIRE_SIZE);
 static_assert(offsetof(UdpSendData, nCounter) == 0);
 static_assert(offsetof(UdpSendData, fTerrainHeightLG) == 4);
 static_assert(offsetof(UdpSendData, fThetaLG) == 16);

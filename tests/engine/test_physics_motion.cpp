@@ -102,17 +102,15 @@ TEST_F(PhysicsMotion, InertiaComesFromTheShapes) {
     for (const Case& c : cases) {
         Shape shape = box(c.size);
         shape.type = c.type;
-        // Turned by a right angle about X: the shape's Z becomes the object's -Y.
-        shape.transform = dmat4(dquat(dvec3(1, 0, 0), 90.0), dvec3());
+        shape.transform = dmat4(dquat(dvec3(1, 2, 3), 50.0), dvec3());
         world().getPhysics()->setGravity({});
         Object* const object = addBody("body", at(0, 0, 10), settings({shape}));
-        const dvec3 expected(c.moments.x, c.moments.z, c.moments.y);
         for (int axis = 0; axis < 3; ++axis) {
-            const dvec3 about(axis == 0, axis == 1, axis == 2);
+            const dvec3 about = shape.transform.getMat3().getColumn(axis);
             object->setTransform(at(0, 0, 10));
             object->getBodyRigid()->addTorque(toWorld(about * 60.0));
             run(1);
-            EXPECT_NEAR(dot(toLocal(object->getBodyRigid()->getAngularVelocity()), about) * expected[axis], 1.0, 1e-4)
+            EXPECT_NEAR(dot(toLocal(object->getBodyRigid()->getAngularVelocity()), about) * c.moments[axis], 1.0, 1e-4)
                 << c.what << axis;
         }
         world().removeNode(object);
@@ -166,6 +164,17 @@ TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
         run(1);
         EXPECT_NEAR(heightOf(*cube), 20.0, 1e-6);
     }
+    // It is where it was put, to the last frame in which it is; then it falls.
+    world().getPhysics()->setGravity({0, 0, -9.8f});
+    for (int i = 0; i < 30; ++i) {
+        cube->setTransform(at(0.1 * i, 0, 20));
+        run(1);
+        EXPECT_EQ(cube->getWorldTransform(), at(0.1 * i, 0, 20));
+        EXPECT_EQ(length(body.getLinearVelocity()), 0.0f);
+    }
+    run(60);
+    EXPECT_NEAR(heightOf(*cube), 20.0 - 4.9, 0.2);
+    world().getPhysics()->setGravity({});
     // What is set after the teleport counts.
     cube->setTransform(at(0, 0, 20));
     start();
@@ -262,6 +271,23 @@ TEST_F(PhysicsMotion, RefusesForcesThatAreNoNumbers) {
     EXPECT_EQ(countLines("cube"), 8);
     run(2);
     EXPECT_LT(distance(cube->getWorldTransform(), at(0, 0, 10)), 1e-9);
+}
+
+TEST_F(PhysicsMotion, SurvivesForcesBeyondAllMeasure) {
+    addMesh("deck", at(0, 0, 0), makeSheet(40, 4));
+    Object* const cube = addBody("cube", at(0, 0, 0.6));
+    for (const float force : {1e13f, 1e30f, 3e38f}) {
+        for (int i = 0; i < 3; ++i) {
+            cube->getBodyRigid()->addForce({force, force, -force});
+            cube->getBodyRigid()->addTorque({force, -force, force});
+            run(1);
+        }
+        EXPECT_LT(length(cube->getWorldPosition() - site().t), 1e4) << force;
+        EXPECT_GT(countLines("cube"), 0) << force;
+    }
+    cube->setTransform(at(0, 0, 0.6));
+    runSeconds(2.0);
+    EXPECT_NEAR(heightOf(*cube), 0.5, 0.002);
 }
 
 /// A heap of bodies on a deck that moves under them.

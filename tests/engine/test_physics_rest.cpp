@@ -232,6 +232,23 @@ TEST_F(PhysicsRest, StacksComeToRestAndFallWithTheirBase) {
     EXPECT_NEAR(heightOf(*boxes[2]), 1.5, 0.01);
 }
 
+TEST_F(PhysicsRest, WhatIsHitFindsItsGround) {
+    addTerrain(0.0);
+    Object* const parked = addBody("parked", at(0, 0, 20.6));
+    settle(parked);
+    runSeconds(1.0);
+    EXPECT_EQ(getNumStanding(), 1) << "its ground is not needed while nothing moves";
+    const double height = heightOf(*parked);
+    Object* const hammer = addBody("hammer", at(0, 0, 23), settings({box({1, 1, 1})}, BodySettings::DYNAMIC, 5000.0f));
+    hammer->getBodyRigid()->setLinearVelocity(toWorld({0, 0, -20}));
+    double lowest = height;
+    for (int i = 0; i < 60; ++i) {
+        run(1);
+        lowest = std::fmin(lowest, heightOf(*parked));
+    }
+    EXPECT_GT(lowest, height - 0.1);
+}
+
 TEST_F(PhysicsRest, CostDoesNotGrowWithWhatStandsAbout) {
     const std::shared_ptr<MeshData> sheet = makeSheet(8);
     for (int i = 0; i < 100; ++i) {

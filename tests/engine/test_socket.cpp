@@ -135,16 +135,16 @@ TEST_F(Socket, CountsWhatTheQueueLost) {
     SocketUDP socket;
     LoopbackSocket host;
     ASSERT_TRUE(listen(socket, "127.0.0.1", host.getPort()));
-    constexpr unsigned kSent = 6000;  // 390 MB: more than the largest queue that a system grants
+    constexpr unsigned SENT = 6000;  // 390 MB: more than the largest queue that a system grants
     const Bytes large = packets::noise(65000, 1);
-    for (unsigned i = 0; i < kSent; ++i) ASSERT_TRUE(host.send(large, socket.getLocalPort()));
+    for (unsigned i = 0; i < SENT; ++i) ASSERT_TRUE(host.send(large, socket.getLocalPort()));
     Bytes room(65507);
     while (socket.read(room.data(), 1, 65507) > 0) continue;
     // A loss is heard of with the next datagram that the queue takes.
     ASSERT_TRUE(host.send(Bytes(1, 9), socket.getLocalPort()));
     EXPECT_EQ(readOne(socket), Bytes(1, 9));
     EXPECT_GT(stats().dropped, 0u);
-    EXPECT_EQ(stats().received + stats().dropped, kSent + 1);
+    EXPECT_EQ(stats().received + stats().dropped, SENT + 1);
 }
 
 TEST_F(Socket, RefusesWhatCannotBeAnAddressOrAPort) {
@@ -235,9 +235,9 @@ TEST_F(Socket, TheHashOfSentBytesDoesNotDependOnTheNetwork) {
 TEST_F(Socket, MulticastStaysOnTheMachineFromALoopbackAddress) {
     FakeHost host(1);
     SocketUDP listener;
-    ASSERT_TRUE(listener.create() && listener.bind(FakeHost::kGroup, FakeHost::kGroupPort) && listener.recv(65507));
+    ASSERT_TRUE(listener.create() && listener.bind(FakeHost::GROUP, FakeHost::GROUP_PORT) && listener.recv(65507));
     SocketUDP socket;
-    ASSERT_TRUE(socket.create() && socket.setSendIP(FakeHost::kGroup) && socket.setSendPort(FakeHost::kGroupPort) &&
+    ASSERT_TRUE(socket.create() && socket.setSendIP(FakeHost::GROUP) && socket.setSendPort(FakeHost::GROUP_PORT) &&
                 socket.send(65507) && socket.bind("127.0.0.1", 0));
     const Bytes notice = packets::noise(72, 99);
     ASSERT_EQ(socket.write(notice.data(), 1, 72), 72);

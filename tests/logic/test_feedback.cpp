@@ -39,7 +39,7 @@ protected:
     packets::Feedback next() {
         frame();
         const auto datagrams = host().waitFeedback(1);
-        if (datagrams.size() != 1 || datagrams[0].bytes.size() != packets::kFeedbackSize) {
+        if (datagrams.size() != 1 || datagrams[0].bytes.size() != packets::FEEDBACK_SIZE) {
             ADD_FAILURE() << datagrams.size() << " datagrams";
             return {};
         }

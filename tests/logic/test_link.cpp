@@ -55,7 +55,7 @@ TEST_F(LinkTest, AFrameWithRecordsSendsOneNoticeOfZeros) {
     EXPECT_EQ(sentBy([&] { frame(); }), 0u);
     const auto notices = host().waitNotices(1);
     ASSERT_FALSE(notices.empty());
-    EXPECT_EQ(notices[0].bytes, packets::Bytes(packets::kNoticeSize, 0));
+    EXPECT_EQ(notices[0].bytes, packets::Bytes(packets::NOTICE_SIZE, 0));
 }
 
 TEST_F(LinkTest, FeedbackStopsInTheFrameThatSaysSo) {

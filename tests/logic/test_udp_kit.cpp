@@ -53,7 +53,7 @@ protected:
 
 TEST_F(UdpKit, EveryFieldComesFromItsOwnBytes) {
     ASSERT_TRUE(open());
-    Bytes wire(packets::kRecordSize);
+    Bytes wire(packets::RECORD_SIZE);
     packets::put<std::int32_t>(wire, 0, -2);
     packets::put<std::int32_t>(wire, 4, 11);
     for (int i = 0; i < 3; ++i) packets::put(wire, 8 + 4 * i, 0.5f + static_cast<float>(i));
@@ -65,7 +65,7 @@ TEST_F(UdpKit, EveryFieldComesFromItsOwnBytes) {
     packets::put<std::int32_t>(wire, 100, 22);
     packets::put<std::int32_t>(wire, 104, INT32_MIN);
     // Full bytes round about it, so that a field read from a neighbour's bytes shows.
-    const Bytes full(packets::kRecordSize, 0xFF);
+    const Bytes full(packets::RECORD_SIZE, 0xFF);
     ASSERT_TRUE(m_host.send(packets::join(packets::join(full, wire), full)));
     ASSERT_EQ(m_kit.receive(), 3);
     const UdpRecvData r = m_kit[1];
@@ -99,10 +99,10 @@ TEST_F(UdpKit, FeedbackLeavesAsItsSixtyBytes) {
     }
     record.fTerrainHeightCG = 50.0f;
     record.nCollisionDetect = 1;
-    ASSERT_EQ(sender.write(&record, sizeof record), packets::kFeedbackSize);
+    ASSERT_EQ(sender.write(&record, sizeof record), packets::FEEDBACK_SIZE);
     const auto got = m_host.waitFeedback(1);
     ASSERT_EQ(got.size(), 1u);
-    ASSERT_EQ(got[0].bytes.size(), static_cast<std::size_t>(packets::kFeedbackSize));
+    ASSERT_EQ(got[0].bytes.size(), static_cast<std::size_t>(packets::FEEDBACK_SIZE));
     for (int i = 0; i < 3; ++i) {
         const packets::Feedback f = packets::readFeedback(got[0].bytes);
         EXPECT_EQ(f.heights[i], 10.0f + static_cast<float>(i));
@@ -264,10 +264,10 @@ TEST_F(UdpKit, ReleaseFreesThePortAndInitOpensItAgain) {
 
 TEST_F(UdpKit, NoticesReachTheGroupOnThisMachine) {
     UdpSendKit sender;
-    ASSERT_TRUE(sender.init(FakeHost::kGroup, FakeHost::kGroupPort, "127.0.0.1"));
-    Bytes notice(packets::kNoticeSize, 0);
+    ASSERT_TRUE(sender.init(FakeHost::GROUP, FakeHost::GROUP_PORT, "127.0.0.1"));
+    Bytes notice(packets::NOTICE_SIZE, 0);
     notice[0] = 0xA7;  // another viewer's notices are all zero
-    ASSERT_EQ(sender.write(notice.data(), packets::kNoticeSize), packets::kNoticeSize);
+    ASSERT_EQ(sender.write(notice.data(), packets::NOTICE_SIZE), packets::NOTICE_SIZE);
     bool arrived = false;
     for (const Datagram& d : m_host.waitNotices(1)) {
         arrived |= d.bytes == notice && d.address == "127.0.0.1" && d.port == sender.getSocket()->getLocalPort();

@@ -80,9 +80,9 @@ std::vector<Datagram> LoopbackSocket::wait(int count, double seconds) {
 }
 
 FakeHost::FakeHost(int viewerPort, int sendPort, int feedbackPort)
-    : m_sender(sendPort), m_feedback(feedbackPort), m_notices(kGroupPort, kGroup, true), m_viewerPort(viewerPort) {
+    : m_sender(sendPort), m_feedback(feedbackPort), m_notices(GROUP_PORT, GROUP, true), m_viewer_port(viewerPort) {
     ip_mreq group{};
-    inet_pton(AF_INET, kGroup, &group.imr_multiaddr);
+    inet_pton(AF_INET, GROUP, &group.imr_multiaddr);
     group.imr_interface.s_addr = htonl(INADDR_LOOPBACK);
     if (setsockopt(m_notices.getHandle(), IPPROTO_IP, IP_ADD_MEMBERSHIP, &group, sizeof group) != 0) {
         throw std::runtime_error("cannot join the multicast group on the loopback interface");

@@ -49,12 +49,12 @@ public:
 
     int getSendPort() const { return m_sender.getPort(); }        ///< records come from here
     int getFeedbackPort() const { return m_feedback.getPort(); }  ///< feedback is expected here
-    int getViewerPort() const { return m_viewerPort; }
-    void setViewerPort(int port) { m_viewerPort = port; }
+    int getViewerPort() const { return m_viewer_port; }
+    void setViewerPort(int port) { m_viewer_port = port; }
 
     /// One datagram with one record of that order.
     bool sendOrder(int order) { return send(packets::record(order)); }
-    bool send(const packets::Bytes& bytes) { return m_sender.send(bytes, m_viewerPort); }
+    bool send(const packets::Bytes& bytes) { return m_sender.send(bytes, m_viewer_port); }
     LoopbackSocket& getSender() { return m_sender; }
 
     /// Feedback datagrams that are pending now, in order.
@@ -64,14 +64,14 @@ public:
     std::vector<Datagram> collectNotices() { return m_notices.drain(); }
     std::vector<Datagram> waitNotices(int count, double seconds = 10.0) { return m_notices.wait(count, seconds); }
 
-    static constexpr const char* kGroup = "224.255.255.255";
-    static constexpr int kGroupPort = 10021;
+    static constexpr const char* GROUP = "224.255.255.255";
+    static constexpr int GROUP_PORT = 10021;
 
 private:
     LoopbackSocket m_sender;
     LoopbackSocket m_feedback;
     LoopbackSocket m_notices;
-    int m_viewerPort;
+    int m_viewer_port;
 };
 
 /// A UDP port that was free on 127.0.0.1 a moment ago.

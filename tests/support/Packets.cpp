@@ -4,7 +4,7 @@
 namespace packets {
 
 Bytes record(int order) {
-    Bytes bytes(kRecordSize, 0);
+    Bytes bytes(RECORD_SIZE, 0);
     put<std::int32_t>(bytes, 0, order);
     return bytes;
 }
@@ -16,8 +16,8 @@ Bytes records(std::initializer_list<int> orders) {
 }
 
 Bytes distinctRecord(int order, unsigned seed) {
-    Bytes bytes(kRecordSize, 0);
-    for (int i = 0; i < kRecordSize; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<unsigned char>(1 + i + seed);
+    Bytes bytes(RECORD_SIZE, 0);
+    for (int i = 0; i < RECORD_SIZE; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<unsigned char>(1 + i + seed);
     put<std::int32_t>(bytes, 0, order);
     return bytes;
 }
@@ -53,7 +53,7 @@ Feedback readFeedback(const Bytes& bytes) {
 }
 
 Bytes writeFeedback(const Feedback& f) {
-    Bytes bytes(kFeedbackSize, 0);
+    Bytes bytes(FEEDBACK_SIZE, 0);
     put(bytes, 0, f.counter);
     for (int i = 0; i < 3; ++i) {
         put(bytes, 4 + 4 * i, f.heights[i]);

@@ -10,9 +10,9 @@ namespace packets {
 
 using Bytes = std::vector<unsigned char>;
 
-inline constexpr int kRecordSize = 108;   ///< host to viewer
-inline constexpr int kFeedbackSize = 60;  ///< viewer to host
-inline constexpr int kNoticeSize = 72;    ///< viewer to the multicast group
+inline constexpr int RECORD_SIZE = 108;   ///< host to viewer
+inline constexpr int FEEDBACK_SIZE = 60;  ///< viewer to host
+inline constexpr int NOTICE_SIZE = 72;    ///< viewer to the multicast group
 
 /// Writes a value at a byte offset. REQUIRES that it lies inside.
 template <class T>
@@ -48,7 +48,7 @@ struct Feedback {
     std::int32_t collision = 0;
 };
 
-/// REQUIRES kFeedbackSize bytes.
+/// REQUIRES FEEDBACK_SIZE bytes.
 Feedback readFeedback(const Bytes& bytes);
 Bytes writeFeedback(const Feedback& feedback);
 

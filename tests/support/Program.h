@@ -1,8 +1,8 @@
 // A program of the build, run as a process.
 #pragma once
 
-#include <string>
 #include <sys/types.h>
+#include <string>
 #include <vector>
 
 /// Starts build/bin/NAME with those arguments. Its output (both streams) goes to a file that lives as long as this

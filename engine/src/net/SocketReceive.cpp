@@ -8,17 +8,17 @@
 
 namespace {
 
-constexpr int kBatch = 64;
-constexpr std::size_t kLarge = 8192;  ///< bytes from which a copy costs more than a call
-constexpr int kMaxErrors = 16;
+constexpr int BATCH = 64;
+constexpr std::size_t LARGE = 8192;  ///< bytes from which a copy costs more than a call
+constexpr int MAX_ERRORS = 16;
 /// So that a flood from strangers cannot hold a frame.
-constexpr int kMaxPassedOver = 1 << 16;
+constexpr int MAX_PASSED_OVER = 1 << 16;
 
 /// Calls until it succeeds, nothing is pending or it fails for good. A signal, or the news that a datagram which this
 /// socket sent found no listener, says nothing about what is pending.
 template <class Call>
 int receiveWith(Call call) {
-    for (int i = 0; i < kMaxErrors; ++i) {
+    for (int i = 0; i < MAX_ERRORS; ++i) {
         const auto n = call();
         if (n >= 0) return static_cast<int>(n);
         if (errno != EINTR && errno != ECONNREFUSED) break;
@@ -33,10 +33,10 @@ void ReceiveBatch::allocate(int size) {
     m_limit = static_cast<std::size_t>(size);
     // An odd number of cache lines apart, so that the slots' beginnings do not all fall into the same cache set.
     const std::size_t stride = (m_limit / 128 + 1) * 128 + 64;
-    m_room = std::make_unique_for_overwrite<unsigned char[]>(stride * kBatch);
-    m_slots.resize(kBatch);
-    m_headers.resize(kBatch);
-    for (std::size_t i = 0; i < kBatch; ++i) {
+    m_room = std::make_unique_for_overwrite<unsigned char[]>(stride * BATCH);
+    m_slots.resize(BATCH);
+    m_headers.resize(BATCH);
+    for (std::size_t i = 0; i < BATCH; ++i) {
         Slot& slot = m_slots[i];
         slot.part = {m_room.get() + i * stride, m_limit};
         msghdr& header = m_headers[i].msg_hdr;
@@ -61,14 +61,14 @@ bool ReceiveBatch::next(int fd, unsigned char* buffer, std::size_t room, Arrival
     }
     const std::size_t i = static_cast<std::size_t>(m_at++);
     out = {static_cast<unsigned char*>(m_slots[i].part.iov_base), m_headers[i].msg_len, m_slots[i].from, false};
-    m_large = out.size >= kLarge;
+    m_large = out.size >= LARGE;
     countDrops(m_headers[i].msg_hdr);
     return true;
 }
 
 bool ReceiveBatch::fill(int fd) {
     m_at = m_count = 0;
-    const int n = receiveWith([&] { return ::recvmmsg(fd, m_headers.data(), kBatch, MSG_DONTWAIT, nullptr); });
+    const int n = receiveWith([&] { return ::recvmmsg(fd, m_headers.data(), BATCH, MSG_DONTWAIT, nullptr); });
     if (n <= 0) return false;
     m_count = n;
     return true;
@@ -89,7 +89,7 @@ bool ReceiveBatch::receiveInPlace(int fd, unsigned char* buffer, std::size_t roo
     });
     if (n < 0) return false;
     out = {buffer, static_cast<std::size_t>(n), slot.from, true};
-    m_large = out.size >= kLarge;
+    m_large = out.size >= LARGE;
     countDrops(header);
     return true;
 }
@@ -111,7 +111,7 @@ int SocketUDP::read(void* buffer, int size, int count) {
     auto* to = static_cast<unsigned char*>(buffer);
     const auto room = static_cast<std::size_t>(std::min<std::int64_t>(bytes, INT32_MAX));
     Arrival arrival;
-    for (int i = 0; i < kMaxPassedOver && m_state->batch.next(m_state->fd, to, room, arrival); ++i) {
+    for (int i = 0; i < MAX_PASSED_OVER && m_state->batch.next(m_state->fd, to, room, arrival); ++i) {
         if (!m_state->accepts(arrival.from)) {
             ++netStats().refused;
         } else if (arrival.size == 0) {

@@ -15,27 +15,27 @@
 namespace {
 
 // FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
-constexpr std::uint64_t kFnvBasis = 14695981039346656037u;
-constexpr std::uint64_t kFnvPrime = 1099511628211u;
+constexpr std::uint64_t FNV_BASIS = 14695981039346656037u;
+constexpr std::uint64_t FNV_PRIME = 1099511628211u;
 
-constexpr int kLargestPort = 65535;
+constexpr int LARGEST_PORT = 65535;
 /// More than any frame's worth of datagrams; the kernel takes what it allows.
-constexpr int kQueueBytes = 64 << 20;
+constexpr int QUEUE_BYTES = 64 << 20;
 
 NetStats makeStats() {
     NetStats stats;
-    stats.sentHash = kFnvBasis;
+    stats.sentHash = FNV_BASIS;
     return stats;
 }
 
 void hashSent(const unsigned char* bytes, std::size_t size) {
     std::uint64_t hash = netStats().sentHash;
-    for (std::size_t i = 0; i < size; ++i) hash = (hash ^ bytes[i]) * kFnvPrime;
+    for (std::size_t i = 0; i < size; ++i) hash = (hash ^ bytes[i]) * FNV_PRIME;
     netStats().sentHash = hash;
 }
 
 bool isPort(int port, int lowest) {
-    return port >= lowest && port <= kLargestPort;
+    return port >= lowest && port <= LARGEST_PORT;
 }
 
 bool parseAddress(const jString& text, in_addr& out) {
@@ -179,8 +179,8 @@ bool SocketUDP::setSendPort(int port) {
 bool SocketUDP::recv(int size) {
     if (!isOpened() || size <= 0) return false;
     // Beyond the system's limit only with the right to; otherwise the limit itself.
-    if (::setsockopt(m_state->fd, SOL_SOCKET, SO_RCVBUFFORCE, &kQueueBytes, sizeof kQueueBytes) != 0) {
-        setOption(m_state->fd, SOL_SOCKET, SO_RCVBUF, kQueueBytes);
+    if (::setsockopt(m_state->fd, SOL_SOCKET, SO_RCVBUFFORCE, &QUEUE_BYTES, sizeof QUEUE_BYTES) != 0) {
+        setOption(m_state->fd, SOL_SOCKET, SO_RCVBUF, QUEUE_BYTES);
     }
     m_state->batch.allocate(size);
     return true;

@@ -96,11 +96,6 @@ BodyState::BodyState(Object* node, const BodySettings& made_from)
     stand(toPose(node->getWorldTransform()));
 }
 
-void BodyState::noteNode() {
-    local = object->getTransform();
-    world = object->getWorldTransform();
-}
-
 btTransform BodyState::toPose(const dmat4& place) {
     return toBullet(place, &scale) * shapes.frame;
 }

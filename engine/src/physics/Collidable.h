@@ -96,8 +96,6 @@ struct BodyState final : Collidable {
 
     bool isResident() const { return settings.kind == BodySettings::DYNAMIC && !nested; }
     bool isFrozen() const { return mode == Mode::FROZEN; }
-    /// Remembers where its node is.
-    void noteNode();
     /// The pose of the centre of mass for a world transform of the object.
     btTransform toPose(const dmat4& place);
     /// The object's world transform for a pose.
@@ -114,7 +112,6 @@ struct BodyState final : Collidable {
     PhysicsWorld* physics = nullptr;  ///< null outside a world
     BodyShapes shapes;
     dvec3 scale{1.0, 1.0, 1.0};  ///< of the node, kept when its pose is written
-    dmat4 local, world;          ///< the node's transforms when they were last read or written
     Mode mode = Mode::OUT;
     bool nested = false;  ///< below an object with a body that moves
     bool freezable = true;

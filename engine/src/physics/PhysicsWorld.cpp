@@ -174,7 +174,6 @@ void PhysicsWorld::refreshMode(BodyState& body) {
         return;
     }
     body.stand(body.toPose(body.object->getWorldTransform()));
-    body.noteNode();
     body.setMode(wanted);
     if (body.isResident()) m_state->dynamics.insert(body);
     setLeaf(body);

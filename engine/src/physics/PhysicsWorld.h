@@ -42,14 +42,12 @@ public:
     int getNumStanding() const;
 
     // What objects report.
-    // ---------------------------------------------------------------------------------------------
     static void objectJoined(Object& object);
     static void objectLeft(Object& object);
     static void objectMoved(Object& object, bool by_physics);
     static void objectActivity(Object& object);
 
     // What bodies ask for.
-    // ---------------------------------------------------------------------------------------------
     /// Moves an object without a teleport of its body. A transform that is not finite is refused with one log line.
     static void movePreserving(Object& object, const dmat4& world);
     void refreshMode(BodyState& body);      ///< its enabled flag or its node's changed
@@ -71,7 +69,6 @@ private:
     void wakeRidersOn(const Object& support);
 
     // The step, in order.
-    // ----------------------------------------------------------------------------------------------
     void wakePushed();
     void endLastWays();
     void takeMarked(bool after_write);
@@ -88,7 +85,6 @@ private:
     void reportContacts();
 
     // Parts of these.
-    // --------------------------------------------------------------------------------------------------
     void takeMove(BodyState& body, bool after_write);
     void takeMove(MeshCollider& collider);
     void takeResidentMove(BodyState& body, const btTransform& pose);

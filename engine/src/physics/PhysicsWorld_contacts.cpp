@@ -92,6 +92,9 @@ void PhysicsWorld::noteTouches() {
 void PhysicsWorld::sweepJumps() {
     for (BodyState* body : m_state->jumpers) setLeaf(*body);
     for (BodyState* body : m_state->jumpers) sweepJump(*body);
+    for (BodyState* body : m_state->jumpers) {
+        if (body->isResident() && body->mode == Mode::FOLLOW) body->setVelocity(btVector3(0, 0, 0), btVector3(0, 0, 0));
+    }
 }
 
 void PhysicsWorld::sweepJump(BodyState& body) {

@@ -15,8 +15,20 @@ int countParts(double dt) {
     return std::max(1, static_cast<int>(std::ceil(dt / LONGEST_PART - 1e-4)));
 }
 
-bool isFinite(const btTransform& t) {
-    return isFinite(fromBullet(t));
+/// Whether Bullet can go on with it: finite, and slow enough for its boxes.
+bool isSane(const btRigidBody& rigid) {
+    constexpr double fastest = 1e5;  // m/s
+    return isFinite(fromBullet(rigid.getWorldTransform())) && rigid.getLinearVelocity().length() < fastest &&
+           std::isfinite(rigid.getAngularVelocity().length());
+}
+
+/// The simulated body that a collider's object hangs below, null when there is none.
+const BodyState* findLeader(const PhysicsState& state, const Collidable& c) {
+    for (const Node* node = c.object->getParent(); node; node = node->getParent()) {
+        const auto found = state.bodies.find(node->getId());
+        if (found != state.bodies.end() && found->second->mode == Mode::SIMULATE) return found->second;
+    }
+    return nullptr;
 }
 
 /// v' = f - d v over dt gives v(dt) = v(0) e + f dt * gain, exactly.
@@ -40,13 +52,12 @@ void PhysicsWorld::movePreserving(Object& object, const dmat4& world) {
 }
 
 void PhysicsWorld::place(Object& object, const dmat4& world) {
-    const Object* none = nullptr;
-    const Object*& placing = object.m_physics ? object.m_physics->m_state->placing : none;
-    placing = &object;
+    PhysicsState* const state = object.m_physics ? object.m_physics->m_state.get() : nullptr;
     const Node* const parent = object.getParent();
     const bool at_top = !parent || parent->getWorldTransform() == dmat4();
+    if (state) state->placing = &object;
     object.setLocal(at_top ? world : inverse(parent->getWorldTransform()) * world, true);
-    placing = nullptr;
+    if (state) state->placing = nullptr;
 }
 
 /// What had a way in the last frame stands now, until it moves again.
@@ -113,15 +124,13 @@ void PhysicsWorld::takeMove(BodyState& body, bool after_write) {
         }
         setLeaf(body);
     }
-    body.noteNode();
 }
 
-/// A dynamic body goes on from where its node was put; what is carried by a node above follows it for this frame.
+/// A dynamic body whose node was moved is where that put it for this frame, unless it was given a velocity or a push
+/// there.
 void PhysicsWorld::takeResidentMove(BodyState& body, const btTransform& pose) {
-    const bool carried = !body.by_physics && body.object->getTransform() == body.local &&
-                         !(body.object->getWorldTransform() == body.world);
     const btVector3 linear = body.rigid->getLinearVelocity(), angular = body.rigid->getAngularVelocity();
-    if (carried) {
+    if (!body.by_physics && linear.isZero() && angular.isZero() && !body.isPushed()) {
         body.setMode(Mode::FOLLOW);
         setWay(body, pose);
     } else {
@@ -129,11 +138,11 @@ void PhysicsWorld::takeResidentMove(BodyState& body, const btTransform& pose) {
         body.rigid->setCenterOfMassTransform(pose);
         body.setVelocity(linear, angular);
     }
-    if (body.by_physics)
-        body.from = pose;
-    else
-        m_state->jumpers.push_back(&body);
     body.jumped = !body.by_physics;
+    if (body.jumped)
+        m_state->jumpers.push_back(&body);
+    else
+        body.from = pose;
 }
 
 // The parts of a frame. -----------------------------------------------------------------------------------------------
@@ -149,18 +158,13 @@ void PhysicsWorld::listSimulated() {
 
 /// Near colliders below a simulated body go along with it; what they miss of its way, its node's pose makes good.
 void PhysicsWorld::leadGuests() {
+    // Its mean velocity over the frame, as far as its own forces change it.
+    const double gain = 0.5 * (m_state->dt + m_state->dt / countParts(m_state->dt));
     for (Collidable* c : m_state->guests) {
-        if (c->moving || c->type == Collidable::TERRAIN) continue;
-        const BodyState* leader = nullptr;
-        for (Node* node = c->object->getParent(); node && !leader; node = node->getParent()) {
-            Object* const above = node->asObject();
-            BodyState* const body = above && above->m_body ? above->m_body->m_state.get() : nullptr;
-            if (body && body->mode == Mode::SIMULATE) leader = body;
-        }
+        const BodyState* const leader =
+            c->moving || c->type == Collidable::TERRAIN ? nullptr : findLeader(*m_state, *c);
         if (!leader) continue;
         const btTransform pose = c->rigid->getWorldTransform();
-        // Its mean velocity over the frame, as far as its own forces change it.
-        const double gain = 0.5 * (m_state->dt + m_state->dt / countParts(m_state->dt));
         const btVector3 load = leader->force / static_cast<double>(leader->settings.mass) + getGravityAt(*leader);
         const btVector3 angular =
             leader->rigid->getAngularVelocity() + leader->rigid->getInvInertiaTensorWorld() * leader->torque * gain;
@@ -225,12 +229,12 @@ void PhysicsWorld::finishWays() {
 
 void PhysicsWorld::writeBack() {
     for (BodyState* body : m_state->simulated) {
-        if (!isFinite(body->rigid->getWorldTransform())) {
-            jLog::error("%s: the body left all numbers; it is put back", body->object->getName().c_str());
+        if (!isSane(*body->rigid)) {
+            jLog::error("%s: the body was pushed beyond all measure; it is put back", body->object->getName().c_str());
             body->stand(body->from);
+            body->rigid->forceActivationState(DISABLE_DEACTIVATION);
         }
         place(*body->object, body->toWorld(body->rigid->getWorldTransform()));
-        body->noteNode();
         setLeaf(*body);
     }
     for (BodyState* body : m_state->residents) body->forgetForces();

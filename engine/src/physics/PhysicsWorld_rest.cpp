@@ -100,7 +100,6 @@ bool PhysicsWorld::ride(BodyState& body, bool after_write) {
         }
     }
     place(*body.object, world);
-    body.noteNode();
     setWay(body, body.toPose(world));
     if (after_write) body.rigid->setCenterOfMassTransform(body.to);
     setLeaf(body);

@@ -221,16 +221,24 @@ void NodeLoader::place(const DataReader& in, Node& node) const {
     }
 }
 
+/// A model's nodes have no description of their own: the flag of the node that names the model is theirs too.
+void NodeLoader::clearColliders(Node& node) {
+    for (int i = 0; i < node.getNumChildren(); ++i) {
+        node.getChild(i)->setCollider(false);
+        clearColliders(*node.getChild(i));
+    }
+}
+
 void NodeLoader::fillContent(const DataReader& in, Node& node) const {
     const jString mesh = getPath(in, "mesh");
     const std::shared_ptr<const Model> model = mesh.empty() ? nullptr : loadModel(mesh);
     if (model) instantiateModel(*model, node);
+    if (!node.isCollider()) clearColliders(node);
     for (const Item& item : in.getArray("children")) {
         const Package* const package = in.asPackage(item, "a node");
         if (!package) continue;
         const DataReader child_in(*package, m_file);
         std::unique_ptr<Node> made = create(child_in);
-        if (isBroken()) return;
         if (!made) continue;
         // Joined first: a child's geodetic place needs to know where its parent is.
         Node& child = *node.addChild(std::move(made));

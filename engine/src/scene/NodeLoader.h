@@ -53,6 +53,7 @@ private:
 
     void fill(const DataReader& in, Node& node) const;
     void fillIdentity(const DataReader& in, Node& node) const;
+    static void clearColliders(Node& node);
     void fillContent(const DataReader& in, Node& node) const;
     void place(const DataReader& in, Node& node) const;
     void addBody(const DataReader& in, Node& node) const;
