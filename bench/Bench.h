@@ -1,12 +1,37 @@
 // What the benches share: rounds of two costs in turn, and the line that tells their ratio.
 #pragma once
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <vector>
 
 namespace bench {
+
+/// Standard output is silent while it lives: a table shows no traces of what is measured.
+class Quiet {
+public:
+    Quiet() {
+        std::fflush(stdout);
+        m_output = dup(1);
+        const int nothing = open("/dev/null", O_WRONLY);
+        dup2(nothing, 1);
+        close(nothing);
+    }
+    ~Quiet() {
+        std::fflush(stdout);
+        dup2(m_output, 1);
+        close(m_output);
+    }
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+
+private:
+    int m_output;
+};
 
 /// Seconds that a call takes.
 template <class F>

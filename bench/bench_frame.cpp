@@ -127,6 +127,7 @@ struct Result {
 
 /// One engine lives at a time: each world has its own turn.
 Result measure(int nodes) {
+    const bench::Quiet quiet;
     Scene scene(nodes);
     scene.feedback();  // of the frames until the jet stood
     Result result;

@@ -9,19 +9,18 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
+#include "Bench.h"
 #include "CountAllocations.h"
 #include "src/kit/UdpDataKit.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr double ALLOWED_RATIO = 1.3;
 constexpr int LARGEST = 65507;
@@ -92,8 +91,8 @@ private:
 
 class Sender {
 public:
-    explicit Sender(int recordsEach) : m_fd(socket(AF_INET, SOCK_DGRAM, 0)) {
-        m_bytes.resize(static_cast<std::size_t>(recordsEach * UDP_RECV_WIRE_SIZE));
+    explicit Sender(int records_each) : m_fd(socket(AF_INET, SOCK_DGRAM, 0)) {
+        m_bytes.resize(static_cast<std::size_t>(records_each * UDP_RECV_WIRE_SIZE));
         for (std::size_t i = 0; i < m_bytes.size(); ++i) m_bytes[i] = static_cast<unsigned char>(i * 7);
     }
     ~Sender() { close(m_fd); }
@@ -111,65 +110,48 @@ private:
 };
 
 /// As many datagrams as both queues hold, up to `wanted`.
-int findQueueLength(UdpRecvKit& kit, Floor& floor, Sender& sender, int recordsEach, int wanted) {
+int findQueueLength(UdpRecvKit& kit, Floor& floor, Sender& sender, int records_each, int wanted) {
     for (int datagrams = wanted; datagrams > 1; datagrams /= 2) {
         sender.fill(kit.getSocket()->getLocalPort(), datagrams);
         sender.fill(floor.port, datagrams);
         const int records = kit.receive();
         kit.clear();
-        if (floor.drain() == datagrams && records == datagrams * recordsEach) return datagrams;
+        if (floor.drain() == datagrams && records == datagrams * records_each) return datagrams;
     }
     return 1;
 }
 
-/// Median nanoseconds per record of one way to drain.
-struct Series {
-    explicit Series(int rounds) { m_values.reserve(static_cast<std::size_t>(rounds)); }
-
-    template <class Drain>
-    bool time(double records, int expected, Drain drain) {
-        const auto start = Clock::now();
-        const int taken = drain();
-        m_values.push_back(std::chrono::duration<double, std::nano>(Clock::now() - start).count() / records);
-        return taken == expected;
-    }
-    double median() {
-        const auto middle = m_values.begin() + static_cast<long>(m_values.size() / 2);
-        std::nth_element(m_values.begin(), middle, m_values.end());
-        return *middle;
-    }
-
-private:
-    std::vector<double> m_values;
-};
-
-bool measure(int recordsEach, int wanted, int rounds) {
+bool measure(int records_each, int wanted, int rounds) {
     UdpRecvKit kit;
     Floor floor;
-    Sender sender(recordsEach);
-    if (!kit.init("127.0.0.1", 0, "127.0.0.1", 0)) return false;
-    const int datagrams = findQueueLength(kit, floor, sender, recordsEach, wanted);
-    const int records = datagrams * recordsEach;
+    Sender sender(records_each);
+    {
+        const bench::Quiet quiet;
+        if (!kit.init("127.0.0.1", 0, "127.0.0.1", 0)) return false;
+    }
+    const int datagrams = findQueueLength(kit, floor, sender, records_each, wanted);
+    const int records = datagrams * records_each;
     std::vector<UdpRecvData> elements(static_cast<std::size_t>(records));
-    Series ours(rounds), least(rounds), copying(rounds);
+    std::vector<double> ours, least, copying;
+    for (std::vector<double>* series : {&ours, &least, &copying}) series->reserve(static_cast<std::size_t>(rounds));
     bool whole = true;
-    const long allocationsBefore = g_allocations;
+    const long allocations_before = g_allocations;
     for (int i = 0; i < rounds; ++i) {
         sender.fill(kit.getSocket()->getLocalPort(), datagrams);
-        whole &= ours.time(records, records, [&] { return kit.receive(); });
+        ours.push_back(bench::seconds([&] { whole &= kit.receive() == records; }) / records);
         kit.clear();
         sender.fill(floor.port, datagrams);
-        whole &= least.time(records, datagrams, [&] { return floor.drain(); });
+        least.push_back(bench::seconds([&] { whole &= floor.drain() == datagrams; }) / records);
         sender.fill(floor.port, datagrams);
-        whole &= copying.time(records, datagrams, [&] { return floor.drainAndCopy(elements.data()); });
+        copying.push_back(bench::seconds([&] { whole &= floor.drainAndCopy(elements.data()) == datagrams; }) / records);
     }
-    const long allocations = g_allocations - allocationsBefore;
-    const double ratio = ours.median() / least.median();
-    std::printf("%16d %9d %8.1f %8.1f %6.2f %8.1f %10.1f %11ld %s\n", recordsEach, datagrams, ours.median(),
-                least.median(), ratio, ALLOWED_RATIO, copying.median(), allocations,
-                !whole                   ? "INCOMPLETE"
-                : ratio <= ALLOWED_RATIO ? "ok"
-                                         : "ABOVE");
+    const long allocations = g_allocations - allocations_before;
+    const std::string what = "a record received and parsed, " + std::to_string(records_each) + " a datagram";
+    const double cost = bench::median(ours);
+    bench::printRow((what + " / bare").c_str(), {cost, bench::median(least)}, ALLOWED_RATIO);
+    bench::printRow("  the same / bare and copied once", {cost, bench::median(copying)}, bench::NO_LIMIT);
+    if (!whole) std::printf("INCOMPLETE: datagrams were lost\n");
+    if (allocations > 0) std::printf("%ld allocations in %d rounds\n", allocations, rounds);
     return whole && allocations == 0;
 }
 
@@ -177,8 +159,7 @@ bool measure(int recordsEach, int wanted, int rounds) {
 
 int main(int argc, char** argv) {
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 400;
-    std::printf("%16s %9s %8s %8s %6s %8s %10s %11s\n", "records/datagram", "datagrams", "ours ns", "floor ns", "ratio",
-                "allowed", "copying ns", "allocations");
+    bench::printHeader();
     bool ok = measure(1, QUEUED, rounds);
     ok = measure(10, QUEUED, rounds) && ok;
     ok = measure(606, QUEUED / 8, rounds) && ok;

@@ -235,7 +235,7 @@ TEST_F(PhysicsMotion, RefusesBodiesThatCannotBe) {
         {"mass is no number", [](BodySettings& s) { s.mass = NONE; }},
         {"flat box", [](BodySettings& s) { s.shapes[0].size = vec3(1, 0, 1); }},
         {"size is no number", [](BodySettings& s) { s.shapes[0].size.z = NONE; }},
-        {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(9); }},
+        {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(7); }},
         {"place is no number", [](BodySettings& s) { s.shapes[0].transform.t.x = NAN; }},
         {"centre is no number", [](BodySettings& s) { s.center_of_mass.x = NONE; }},
         {"negative inertia", [](BodySettings& s) { s.inertia.x = -1.0f; }},

@@ -63,8 +63,8 @@ TEST_F(WorldTest, SegmentsMeetWhatBruteForceMeetsWhileObjectsMove) {
         BoundBox box;
     };
     std::vector<Entry> entries;
-    for (int step = 0; step < 4000; ++step) {
-        const int action = entries.size() < 80 ? 0 : below(5);
+    for (int step = 0; step < 6000; ++step) {
+        const int action = entries.size() < 12 ? 0 : below(5);
         if (action == 0) {
             auto object = std::make_unique<BoxObject>(UNIT_BOX);
             object->setTransform(randomTransform(m_random, 20.0));
@@ -78,7 +78,7 @@ TEST_F(WorldTest, SegmentsMeetWhatBruteForceMeetsWhileObjectsMove) {
             if (action == 3) world().removeNode(entry.object);
             if (action == 3) entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(i));
         }
-        if (below(4) != 0) continue;  // changes gather between two queries
+        if (below(6) != 0) continue;  // changes gather between two queries
         const dvec3 from = randomTransform(m_random, 30.0).t, to = randomTransform(m_random, 30.0).t;
         jVector<Node*> expected, found;
         jVector<Object*> expected_in_box, found_in_box;

@@ -20,9 +20,9 @@ struct Rule {
 const Rule RULES[] = {
     {{"engine/include"}, R"([a-z_]+|engine/\w+/\w+\.h)"},
     {{"engine/src"},
-     STANDARD + "|" + POSIX +
-         R"(|engine/\w+/\w+\.h|(action|camera|core|globe|gui|input|math|memory|net|physics|scene|text|track)/\w+\.h|Bullet\w*/.*|LinearMath/.*|bt\w+\.h|embree3/.*|(gdal|cpl|ogr)_?\w*\.h|)"
-         R"(nlohmann/.*|tiny_gltf\.h)"},
+     STANDARD + "|" + POSIX + R"(|engine/\w+/\w+\.h)" +
+         R"(|(action|camera|core|globe|gui|input|math|memory|net|physics|scene|text|track)/\w+\.h)" +
+         R"(|Bullet\w*/.*|LinearMath/.*|bt\w+\.h|embree3/.*|(gdal|cpl|ogr)_?\w*\.h|nlohmann/.*|tiny_gltf\.h)"},
     {{"common", "src"}, R"([a-z_]+|engine/\w+/\w+\.h|(src|common)(/\w+)+\.h)"},
     {{"host"}, STANDARD + "|" + POSIX + R"(|\w+\.h)"},
     {{"app"}, STANDARD + "|" + POSIX + R"(|engine/\w+/\w+\.h|(src|common|render|app)(/\w+)+\.h|\w+\.h|CLI/\w+\.hpp)"},

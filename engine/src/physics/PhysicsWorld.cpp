@@ -95,6 +95,7 @@ void PhysicsWorld::step(double dt) {
     takeMarked(true);
     ride(true);
     sweepJumps();
+    stopMoved();
     dismissGuests();
     reportContacts();
 }

@@ -81,6 +81,7 @@ private:
     void writeBack();
     void settleRest();
     void sweepJumps();
+    void stopMoved();
     void dismissGuests();
     void reportContacts();
 

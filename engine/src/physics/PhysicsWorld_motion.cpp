@@ -66,8 +66,13 @@ void PhysicsWorld::endLastWays() {
         BodyState* const body = c->asBody();
         c->moving = false;
         if (body && body->mode == Mode::SIMULATE) continue;
-        c->stand(c->rigid->getWorldTransform());
-        if (body && body->mode == Mode::FOLLOW && body->isResident()) body->setMode(Mode::SIMULATE);
+        if (body && body->mode == Mode::FOLLOW && body->isResident()) {
+            // What velocity it has was given to it since.
+            body->from = body->to = body->rigid->getWorldTransform();
+            body->setMode(Mode::SIMULATE);
+        } else {
+            c->stand(c->rigid->getWorldTransform());
+        }
     }
     m_state->movers.clear();
     for (BodyState* body : m_state->jumpers) body->jumped = false;
@@ -224,6 +229,16 @@ void PhysicsWorld::finishWays() {
     for (Collidable* c : m_state->movers) {
         const BodyState* const body = c->asBody();
         if (!body || body->mode != Mode::SIMULATE) c->rigid->setCenterOfMassTransform(c->to);
+    }
+}
+
+/// A dynamic body that its node put somewhere has no velocity of its own.
+void PhysicsWorld::stopMoved() {
+    for (Collidable* c : m_state->movers) {
+        BodyState* const body = c->asBody();
+        if (body && body->mode == Mode::FOLLOW && body->isResident()) {
+            body->setVelocity(btVector3(0, 0, 0), btVector3(0, 0, 0));
+        }
     }
 }
 
