@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 
 namespace {
@@ -48,7 +49,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
-    if (!step.empty()) options.step = std::stod(step);
+    if (!step.empty()) options.step = std::strtod(step.c_str(), nullptr);
     for (const std::string& entry : overrides) {
         const auto equals = entry.find('=');
         options.overrides.emplace_back(entry.substr(0, equals), entry.substr(equals + 1));

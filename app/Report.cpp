@@ -17,18 +17,23 @@ void StatsPrinter::frame(double frame_seconds) {
     const double elapsed = std::chrono::duration<double>(now - m_start).count();
     if (elapsed < 1.0) return;
 
-    std::printf("%.1f frames/s, %.0f us a frame", m_frames / elapsed, m_spent / m_frames * 1e6);
+    std::printf("%.1f frames/s", m_frames / elapsed);
     if (m_logic) {
         const LinkCounts& link = m_logic->getLinkCounts();
         const NetStats& net = SocketUDP::getStats();
+        std::printf(", %" PRIu64 " records in, %" PRIu64 " feedback out, %" PRIu64 " refused, %" PRIu64 " dropped",
+                    link.records - m_last.records, link.feedback - m_last.feedback, net.refused - m_refused,
+                    net.dropped - m_dropped);
         const float* const heights = m_logic->getLastFeedback().fTerrainHeightLG;
-        std::printf(", %" PRIu64 " records in, %" PRIu64 " feedback out, %" PRIu64 " refused, %" PRIu64
-                    " dropped, heights %.2f %.2f %.2f m",
-                    link.records - m_records, link.feedback - m_feedback, net.refused, net.dropped,
-                    static_cast<double>(heights[0]), static_cast<double>(heights[1]), static_cast<double>(heights[2]));
-        m_records = link.records;
-        m_feedback = link.feedback;
+        if (link.feedback > m_last.feedback) {
+            std::printf(", heights %.2f %.2f %.2f m", static_cast<double>(heights[0]), static_cast<double>(heights[1]),
+                        static_cast<double>(heights[2]));
+        }
+        m_last = link;
+        m_refused = net.refused;
+        m_dropped = net.dropped;
     }
+    std::printf(", %.0f us a frame", m_spent / m_frames * 1e6);
     std::printf("\n");
     std::fflush(stdout);
     m_start = now;

@@ -7,10 +7,11 @@
 #include <memory>
 #include <string>
 
-class Engine;
-class Logic_Test_Fly;
+#include "src/logic/Logic_Test_Fly.h"
 
-/// Prints one line a second on standard output.
+class Engine;
+
+/// Prints one line a second on standard output, with what came and went in that second.
 class StatsPrinter {
 public:
     explicit StatsPrinter(const Logic_Test_Fly* logic);
@@ -24,8 +25,9 @@ private:
     Clock::time_point m_start;
     int m_frames = 0;
     double m_spent = 0.0;
-    std::uint64_t m_records = 0;
-    std::uint64_t m_feedback = 0;
+    LinkCounts m_last;  ///< what was told already
+    std::uint64_t m_refused = 0;
+    std::uint64_t m_dropped = 0;
 };
 
 /// Writes "frame hash" lines.

@@ -12,6 +12,7 @@
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
+#include "src/logic/Logic_Test_Fly.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ namespace fs = std::filesystem;
 using SteadyClock = std::chrono::steady_clock;
 
 constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
-constexpr double DEFAULT_FPS_LIMIT = 6000.0;
+constexpr double DEFAULT_FPS_LIMIT = 60.0;  // of a logic that names none
+constexpr int JET_PARTS = 35;               // control nodes that the carrier jet's roles reach to
 
 volatile std::sig_atomic_t g_stop = 0;
 
@@ -41,11 +43,30 @@ fs::path buildFolder() {
     return fs::read_symlink("/proc/self/exe", error).parent_path().parent_path();
 }
 
-double fpsLimit() {
-    Package config;
-    mjl::open(CONFIG_PATH, config, false);
-    const double limit = config.getDouble("fps_limit");
+double fpsLimit(const Plugin& plugin) {
+    const double limit = plugin.getFlyLogic() ? plugin.getFlyLogic()->get_fps_limit() : DEFAULT_FPS_LIMIT;
     return limit > 0.0 ? limit : DEFAULT_FPS_LIMIT;
+}
+
+/// One line for each piece that the scene does without.
+void tellWhatIsMissing(const Options& options, World& world) {
+    if (!world.getNodeByName(options.airport)) {
+        jLog::warning("the world has no start node \"%s\": there is no aircraft; see --airport",
+                      options.airport.c_str());
+    }
+    if (!world.getNodeByName(options.carrier)) {
+        jLog::warning("the world has no carrier \"%s\"; see --carrier", options.carrier.c_str());
+    }
+    const Node* const terrain = world.getNodeByName("terrain");
+    if (!terrain || terrain->getType() != Node::TERRAIN) {
+        jLog::warning("the world has no terrain: heights beside the deck are -100 m");
+    }
+}
+
+void tellShortAircraft(const Options& options, const Logic_Test_Fly& logic) {
+    if (logic.getAircraftType() != "PlaneJ15" || logic.getControlCount() >= JET_PARTS) return;
+    jLog::warning("%s names %d control nodes that the model has, the carrier jet has %d: some of its parts do not move",
+                  options.aircraft.c_str(), logic.getControlCount(), JET_PARTS);
 }
 
 /// The signals that the application answers itself.
@@ -69,13 +90,7 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
         error = "the world \"" + world + "\" cannot be loaded; is --root right?";
         return false;
     }
-    if (!engine.getWorld()->getNodeByName(options.airport)) {
-        jLog::warning("the world has no start node \"%s\": there is no aircraft; see --airport",
-                      options.airport.c_str());
-    }
-    if (!engine.getWorld()->getNodeByName(options.carrier)) {
-        jLog::warning("the world has no carrier \"%s\"; see --carrier", options.carrier.c_str());
-    }
+    tellWhatIsMissing(options, *engine.getWorld());
     if (!logic.init()) {
         error = "the logic could not be initialised";
         return false;
@@ -84,7 +99,7 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
 }
 
 void runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes) {
-    FramePacer pacer(options.step, fpsLimit());
+    FramePacer pacer(options.step, fpsLimit(plugin));
     StatsPrinter stats(plugin.getFlyLogic());
     for (long frame = 0; !g_stop && (options.frames == 0 || frame < options.frames); ++frame) {
         const double dt = pacer.next();
@@ -117,6 +132,7 @@ int run(const Options& options) {
     std::string error;
     if (!plugin.load(library, engine.getWorld(), engine.getCameraControl(), error)) return fail(error);
     if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
+    if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
     runFrames(options, engine, plugin, hashes);
     plugin.getLogic()->release();
     plugin.destroyLogic();

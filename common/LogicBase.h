@@ -43,7 +43,7 @@ public:
     virtual World* getWorld() { return m_world; }
     virtual const CameraControl* getCameraControl() const { return m_camera; }
     virtual CameraControl* getCameraControl() { return m_camera; }
-    virtual void apply_date(int year, int month, int day);
+    virtual void apply_date(int year, int month, int day);  ///< fires notification 24
     /// Loads the environment's tracks; a track that cannot be loaded is logged and left out. Always true.
     virtual bool init();
     virtual void update(float dt);  ///< one frame of dt seconds, before the physics step
@@ -70,6 +70,17 @@ public:
     virtual void set_airport_node(jString name);   ///< node that the aircraft starts at; before `init`
     virtual void set_carrier_node(jString name);   ///< node of the carrier; before `init`
 
+protected:
+    CameraControl* m_camera;
+    World* m_world;
+    jVector<std::shared_ptr<Track>> m_tracks;  ///< in order of loading; shared with copies of this logic
+    int m_cam_speed = 100;
+    jString m_aircraft_path;
+    jString m_airport_node;
+    jString m_carrier_node;
+    bool m_test_mode = false;
+
+public:
     // Notifications, named by number, and by meaning where this library fires them.
     Signal<Node*> m_signal_1;
     Signal<int> m_signal_2_reset;  ///< with 25, then with 26
@@ -113,15 +124,6 @@ protected:
     void adjust_geo_rotation_forward();
     /// The first node of that name, null when there is none or no world.
     Node* find_node(const jString& name) const;
-
-    CameraControl* m_camera;
-    World* m_world;
-    jVector<std::shared_ptr<Track>> m_tracks;  ///< in order of loading
-    int m_cam_speed = 100;
-    jString m_aircraft_path;
-    jString m_airport_node;
-    jString m_carrier_node;
-    bool m_test_mode = false;
 
 private:
     void set_track(const char* file, float position);

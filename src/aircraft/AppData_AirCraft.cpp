@@ -30,7 +30,9 @@ AirCraftPartInfo readPart(const Package& entry, LastVectors& last) {
     part.close_rot = readVector(entry, "close_rot", last.close_rot);
     part.axis = readVector(entry, "axis", last.axis);
     part.type = static_cast<std::int16_t>(entry.getInt("type"));
-    if (entry.has("digit")) part.digit = entry.getFloat("digit");
+    const float digit = entry.getFloat("digit");
+    const Item* const item = entry.getItem("digit");
+    if (item && (item->getType() == Item::INT || item->getType() == Item::DOUBLE)) part.digit = digit;
     return part;
 }
 
@@ -62,13 +64,7 @@ dvec3 AppData_AirCraft::getSrcRotDeflection() const {
 AirCraftInfo AppData_AirCraft::getAircraftInfo() const {
     AirCraftInfo info{getPath(), getType(), {}};
     const Package* const entries = m_package.getPackage("ctrl_nodes");
-    if (!entries) {
-        if (m_package.has("ctrl_nodes")) {
-            jLog::warning("%s:%d: \"ctrl_nodes\" is no package", m_config_path.c_str(),
-                          m_package.getItem("ctrl_nodes")->getLine());
-        }
-        return info;
-    }
+    if (!entries) return info;
     LastVectors last;
     for (const Item& item : *entries) {
         if (const Package* const entry = item.getPackage()) {

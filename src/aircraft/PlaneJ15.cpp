@@ -20,6 +20,7 @@ constexpr int HOOK = 20, LIGHT = 31, MATERIAL = 32, EXHAUST_1 = 33, EXHAUST_2 = 
 
 constexpr float SPEED_FACTOR = 50.0f;                   ///< torque (Nm) and side force (N) for each m/s
 constexpr vec3 TORQUE_LIMIT{1000.0f, 500.0f, 2000.0f};  ///< Nm about the right wing, the nose and the vertical
+constexpr float MOST_PARTICLES = 1e6f;                  ///< a second
 constexpr float DEAD_ZONE = 0.1f;                       ///< inputs up to here count as 0
 
 float liveInput(float input) {
@@ -36,7 +37,7 @@ bool PlaneJ15::init(World* world, const jString& path) {
     if (surface && surface->getType() == Node::MESH_STATIC) surface->asObject()->setSurfaceMaterialInherit(0, true);
     m_exhaust_1 = findEmitter(EXHAUST_1);
     m_exhaust_2 = findEmitter(EXHAUST_2);
-    if (m_exhaust_2) m_exhaust_rate = static_cast<int>(m_exhaust_2->getSpawnRate());
+    if (m_exhaust_2) m_exhaust_rate = static_cast<int>(std::clamp(m_exhaust_2->getSpawnRate(), 0.0f, MOST_PARTICLES));
     return true;
 }
 
@@ -79,7 +80,7 @@ void PlaneJ15::updateExhaust() {
 
 void PlaneJ15::deflectSurface(int position, float angle) {
     Node* const node = getNode(position);
-    if (!node) return;
+    if (!node || position >= m_axes.size()) return;
     std::printf("id:%d\n", position);
     std::printf("m_surfs_node.count:%d\n", m_nodes.size());
     const dquat rotation_at =
@@ -102,7 +103,7 @@ void PlaneJ15::standPose() {
     poseNodes(m_open_rots);
     m_standing = true;
     m_thrust = 0.0f;
-    if (getNode(HOOK)) poseNode(HOOK, m_close_rots[HOOK]);
+    if (getNode(HOOK) && HOOK < m_close_rots.size()) poseNode(HOOK, m_close_rots[HOOK]);
     std::printf("%s\n", "PlaneJ15::standPose");
 }
 

@@ -55,6 +55,7 @@ private:
     ActionMulti* makeRotations(int first, int last, bool opening);
     void snapUndercarriage(bool opening);
     void snapSurface(const jString& name, int position, bool opening);
+    int countParts() const;
     void driveBody();
     void updateExhaust();
     ObjectParticles* findEmitter(int position) const;

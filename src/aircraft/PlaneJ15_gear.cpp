@@ -1,6 +1,7 @@
 // The jet's undercarriage and tail hook: timed and immediate movements, started by the gear's flag and by the panel.
 #include <engine/scene/ObjectPrefab.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "src/aircraft/ActionRotateSurfaceTo.h"
@@ -8,8 +9,8 @@
 
 namespace {
 
-constexpr int LEGS_FIRST = 0, LEGS_LAST = 4;      ///< move first on opening, last on closing
-constexpr int DOORS_FIRST = 17, DOORS_LAST = 19;  ///< move last on opening, first on closing
+constexpr int OUTER_FIRST = 0, OUTER_LAST = 4;    ///< doors: move first on opening, last on closing
+constexpr int INNER_FIRST = 17, INNER_LAST = 19;  ///< legs: move last on opening, first on closing
 constexpr int HOOK = 20;
 const jString HOOK_NODE = "weigou001";
 constexpr float GROUP_TIME = 8.0f;  ///< seconds
@@ -33,8 +34,8 @@ void PlaneJ15::runOpenUndercarriageActions() {
     m_actions.removeAllActions();
     flyPose();
     ActionSequence* const sequence = ActionSequence::Create();
-    sequence->addAction(makeRotations(LEGS_FIRST, LEGS_LAST, true));
-    sequence->addAction(makeRotations(DOORS_FIRST, DOORS_LAST, true));
+    sequence->addAction(makeRotations(OUTER_FIRST, OUTER_LAST, true));
+    sequence->addAction(makeRotations(INNER_FIRST, INNER_LAST, true));
     m_actions.addAction(sequence);
 }
 
@@ -42,14 +43,14 @@ void PlaneJ15::runCloseUndercarriageActions() {
     m_actions.removeAllActions();
     standPose();
     ActionSequence* const sequence = ActionSequence::Create();
-    sequence->addAction(makeRotations(DOORS_FIRST, DOORS_LAST, false));
-    sequence->addAction(makeRotations(LEGS_FIRST, LEGS_LAST, false));
+    sequence->addAction(makeRotations(INNER_FIRST, INNER_LAST, false));
+    sequence->addAction(makeRotations(OUTER_FIRST, OUTER_LAST, false));
     m_actions.addAction(sequence);
 }
 
 ActionMulti* PlaneJ15::makeRotations(int first, int last, bool opening) {
     ActionMulti* const group = ActionMulti::Create();
-    for (int i = first; i <= last && i < m_initial_transforms.size(); ++i) {
+    for (int i = first; i <= last && i < countParts(); ++i) {
         group->addAction(ActionRotateSurfaceTo::Create(m_model, m_node_names[i], m_initial_transforms[i], GROUP_TIME,
                                                        rotation(i, !opening), rotation(i, opening)));
     }
@@ -64,10 +65,10 @@ void PlaneJ15::closeUndercarriageNow() {
 }
 
 void PlaneJ15::snapUndercarriage(bool opening) {
-    for (int i = LEGS_FIRST; i <= LEGS_LAST && i < m_initial_transforms.size(); ++i) {
+    for (int i = OUTER_FIRST; i <= OUTER_LAST && i < countParts(); ++i) {
         snapSurface(m_node_names[i], i, opening);
     }
-    for (int i = DOORS_FIRST; i <= DOORS_LAST && i < m_initial_transforms.size(); ++i) {
+    for (int i = INNER_FIRST; i <= INNER_LAST && i < countParts(); ++i) {
         if (Node* const node = m_model->getNodeByName(m_node_names[i])) {
             node->setHPR(dvec3(rotation(i, opening)));
         } else {
@@ -78,13 +79,19 @@ void PlaneJ15::snapUndercarriage(bool opening) {
 }
 
 void PlaneJ15::snapSurface(const jString& name, int position, bool opening) {
-    if (position >= m_initial_transforms.size()) return;
+    if (position >= countParts()) return;
     ActionRotateSurfaceTo* const action =
         ActionRotateSurfaceTo::Create(m_model, name, m_initial_transforms[position], SNAP_TIME,
                                       rotation(position, !opening), rotation(position, opening));
     if (!action) return;
     action->forceDone();
     destroyAction(action);
+}
+
+/// Positions that have a node's place and both rotations: another configuration may be shorter than the one loaded
+/// with.
+int PlaneJ15::countParts() const {
+    return std::min(m_initial_transforms.size(), m_node_names.size());
 }
 
 void PlaneJ15::openHook() {

@@ -23,6 +23,7 @@ public:
     bool catchFire() override;
 
     Node* getNode(int position) const;                              ///< null for a position that has no node
+    int getNumNodes() const { return m_nodes.size(); }              ///< positions that have a node
     const jMap<Node*, int>& getWheels() const { return m_wheels; }  ///< wheel node to shape of the model's body
 
 protected:

@@ -7,7 +7,10 @@
 class HitCallback final : public BodyContactCallbackBase {
 public:
     void contact(Body* body, int shape) override {
-        for (const auto& handler : handlers) handler(body, shape);
+        for (int i = 0; i < handlers.size(); ++i) {
+            const Function<void(Body*, int)> handler = handlers[i];  // it may register others
+            handler(body, shape);
+        }
     }
 
     jVector<Function<void(Body*, int)>> handlers;  ///< called in order

@@ -61,6 +61,12 @@ void Logic_Test_Fly::release() {
     m_send_ready = false;
 }
 
+void Logic_Test_Fly::render() {}
+void Logic_Test_Fly::onMouseDown(const GUIEventMouse&, IApp*) {}
+void Logic_Test_Fly::onMouseUp(const GUIEventMouse&, IApp*) {}
+void Logic_Test_Fly::onMouseMove(const GUIEventMouse&, IApp*) {}
+void Logic_Test_Fly::onKeyPress(const GUIEventKey&, IApp*) {}
+
 void Logic_Test_Fly::processMsg(UiMsg* msg) {
     if (msg->id == 654321) adjust_geo_rotation_forward();
     MsgNode::processMsg(msg);

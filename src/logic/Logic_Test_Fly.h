@@ -10,6 +10,7 @@
 #include "src/kit/UdpRecords.h"
 #include "src/logic/HitCallback.h"
 
+class NodeTrigger;
 class ObjectTerrain;
 class PlaneBase;
 class PlaneJ15;
@@ -29,7 +30,8 @@ struct LinkCounts {
 };
 
 /// The scene's behaviour. The engine drives it through `LogicBase`; what lies beyond is for the host application. Node
-/// and object pointers that it hands out are the world's.
+/// and object pointers that it hands out are the world's. REQUIRES that nobody removes the aircraft's model or the
+/// terrain from the world while the logic lives.
 class LOGIC_API Logic_Test_Fly final : public LogicBase, public MsgNode {
 public:
     Logic_Test_Fly(World* world, CameraControl* camera);
@@ -38,28 +40,35 @@ public:
     ~Logic_Test_Fly() override;
 
     // Life and frame: Logic_Test_Fly.cpp
-    // -------------------------------------------------------------------------------
     jString getWorldPath() const override;
     bool init() override;
     void update(float dt) override;
     /// Closes the receiver and the sender to the host.
     void release() override;
+    // Nothing happens on these.
+    void render() override;
+    void onMouseDown(const GUIEventMouse& event, IApp* app) override;
+    void onMouseUp(const GUIEventMouse& event, IApp* app) override;
+    void onMouseMove(const GUIEventMouse& event, IApp* app) override;
+    void onKeyPress(const GUIEventKey& event, IApp* app) override;
     /// Message 654321 levels the camera.
     void processMsg(UiMsg* msg) override;
     /// Puts the scene back to its start and tells so (notification 2).
     void reset();
 
     // Configuration: _config.cpp
-    // ---------------------------------------------------------------------------------------
+    /// Reads the configuration file; without it every key has its default.
     void init_config();
+    /// Airport lights off, flight mode as configured.
     void default_setting();
+    /// Frames a second that the host application is to let through at most.
+    double get_fps_limit() const;
 
     // Scene nodes: _environment.cpp
-    // ------------------------------------------------------------------------------------
+    /// Looks the terrain up; feedback has no heights without it.
     void init_environment();
 
     // Host link: _link.cpp
-    // ---------------------------------------------------------------------------------------------
     /// In data flight opens the receiver and the senders anew; kits of an earlier call stay as they are.
     void init_udp();
     bool isReceiverReady() const { return m_recv_ready; }
@@ -79,7 +88,6 @@ public:
     const LinkCounts& getLinkCounts() const { return m_link_counts; }
 
     // Terrain feedback: _feedback.cpp
-    // ----------------------------------------------------------------------------------
     /// Sends what lies under the wheels, while the host's order is 2 or orders are ignored.
     void send_udp();
     /// Terrain height in metres under a place (longitude, latitude in degrees); -100 where there is none or it is
@@ -87,35 +95,38 @@ public:
     float calc_height(const dvec3& geo) const;
     void print_send_data(const UdpSendData& record);
     const UdpSendData& getLastFeedback() const { return m_last_feedback; }  ///< as it was sent
-    /// Connects the collision triggers; false when the world has none.
+    /// Connects the collision triggers; false when the world has none. REQUIRES that they outlive the logic.
     bool init_triggers();
+    // The aircraft's body came into a trigger, or left one: the feedback's collision flag. Other nodes are ignored.
     void on_enter_trigger(Node* node);
     void on_exit_trigger(Node* node);
 
     // Aircraft: _aircraft.cpp
-    // ------------------------------------------------------------------------------------------
+    /// Makes the configured aircraft at the start node. Without that node, with another type or a model that cannot be
+    /// loaded there is none: the console and the log say why. REQUIRES that it was not called before.
     void init_aircraft();
+    /// Puts the aircraft back to where the start node is now, undamaged; nothing without that node.
     void reset_plane();
     /// Gear up and down at once, on the carrier jet; the event and the element are not looked at.
     void on_open_undercarriage(const GUIEventMouse& event, UIElement* element);
     void on_close_undercarriage(const GUIEventMouse& event, UIElement* element);
+    /// A shape of the aircraft's body touched something: changes nothing.
     void on_plane_hit(Body* body, int shape);
     const jString& getAircraftType() const { return m_aircraft_type; }
     PlaneBase* getAircraft() const { return m_aircraft; }        ///< owned by the logic; null without one
+    int getControlCount() const;                                 ///< control nodes that the aircraft's model has
     Object* getAircraftNode() const { return m_aircraft_node; }  ///< its model; null without one
 
     // Flight modes: _modes.cpp
-    // -----------------------------------------------------------------------------------------
+    /// Any value is kept. Data flight opens the host link when it is not open; automatic flight resets the scene.
     void set_fly_mode(FLY_MODE mode);
     FLY_MODE getFlyMode() const { return m_fly_mode; }
 
     // View: _view.cpp
-    // --------------------------------------------------------------------------------------------------
     void swap() override;
     PLAYER_MODE getPlayerMode() const { return m_player_mode; }
 
     // Picking: _input.cpp
-    // ----------------------------------------------------------------------------------------------
     /// The active object that a segment (geocentric metres) meets first, null when it meets none. `hit`, if not null,
     /// gets the place where; it is left alone without a hit.
     Object* select_object(const dvec3& from, const dvec3& to, dvec3* hit = nullptr) const;
@@ -130,32 +141,32 @@ private:
 
     jString m_aircraft_type;
     PlaneBase* m_aircraft = nullptr;
-    PlaneJ15* m_jet = nullptr;  ///< the aircraft when it is the carrier jet; owned
-    Object* m_aircraft_node = nullptr;
     ActionManager m_action_manager;
-    TimerManager m_timer_manager;
-    Stopwatch m_fly_stopwatch;
-    bool m_destroyed = false;
-    PLAYER_MODE m_player_mode = FIRST_VIEW;
-    FLY_MODE m_fly_mode = DATA_FLY;
-
     bool m_show_recv = false;
     bool m_show_send = false;
     bool m_recv_ready = false;
     bool m_send_ready = false;
-    bool m_ignore_order = false;
     std::int32_t m_last_order = 0;
+    bool m_ignore_order = false;
     std::uint16_t m_collision = 0;
-    LinkCounts m_link_counts;
-    UdpSendData m_last_feedback;
-
-    dmat4 m_start_transform;
     jVector<dmat4> m_head_transforms;  ///< the first is the pilot's eye in the aircraft's frame
     HitCallback m_hit_callback;
-    ObjectTerrain* m_terrain = nullptr;
-    mutable jVector<Node*> m_picked;  ///< kept so that a pick allocates nothing
-
+    TimerManager m_timer_manager;
     UdpRecvKit* m_receiver = nullptr;
     UdpSendKit* m_sender = nullptr;
     UdpSendKit* m_multicast_sender = nullptr;  ///< lives until the process ends
+
+    PlaneJ15* m_jet = nullptr;           ///< the aircraft when it is the carrier jet; owned
+    Object* m_aircraft_node = nullptr;   ///< the world's
+    ObjectTerrain* m_terrain = nullptr;  ///< the world's
+    dmat4 m_start_transform;
+    bool m_destroyed = false;
+    Stopwatch m_fly_stopwatch;
+    PLAYER_MODE m_player_mode = FIRST_VIEW;
+    FLY_MODE m_fly_mode = DATA_FLY;
+    LinkCounts m_link_counts;
+    UdpSendData m_last_feedback;
+    jVector<UdpRecvData> m_records;    ///< those being applied
+    jVector<NodeTrigger*> m_triggers;  ///< those connected
+    mutable jVector<Node*> m_picked;   ///< kept so that a pick allocates nothing
 };

@@ -55,6 +55,10 @@ void Logic_Test_Fly::init_jet(const dmat4& start) {
     if (const Node* const head = model->getNodeByName("cam_first_player")) m_head_transforms[0] = head->getTransform();
 }
 
+int Logic_Test_Fly::getControlCount() const {
+    return m_jet ? m_jet->getNumNodes() : 0;
+}
+
 void Logic_Test_Fly::update_aircraft(float dt) {
     if (m_aircraft && m_fly_mode == MANUAL_FLY) m_aircraft->update(dt);
 }

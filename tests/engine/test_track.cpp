@@ -25,7 +25,6 @@ constexpr const char* HEIGHT =
 TEST_F(TrackTest, ValuesAreLinearBetweenKeysAndHoldOutside) {
     Node* const node = addNode("n");
     ASSERT_TRUE(load(HEIGHT));
-    EXPECT_EQ(track.getName(), "data/a.anim");
     const std::pair<float, double> cases[] = {{0.0f, 10}, {0.2f, 10}, {0.4f, 20}, {0.59999f, 30}, {0.6f, 50},
                                               {0.8f, 45}, {1.0f, 40}, {9.0f, 40}, {-1.0f, 10},    {INFINITY, 40}};
     for (const auto& [position, value] : cases) {
@@ -36,9 +35,6 @@ TEST_F(TrackTest, ValuesAreLinearBetweenKeysAndHoldOutside) {
     track.set(NAN);
     EXPECT_EQ(track.get(), 0.5f);
     EXPECT_NEAR(node->getPosition().z, 25.0, 1e-4);
-    track.release();
-    track.set(1.0f);
-    EXPECT_NEAR(node->getPosition().z, 25.0, 1e-4);
 }
 
 TEST_F(TrackTest, AnUnchangedValueIsNotWrittenAgain) {
@@ -46,6 +42,7 @@ TEST_F(TrackTest, AnUnchangedValueIsNotWrittenAgain) {
     ASSERT_TRUE(load(R"({ "node": "n", "parameter": "enabled", "keys": [ [0, 1], [1, 1] ] },
                         { "environment": true, "parameter": "wind_east", "keys": [ [0, 7] ] })"));
     track.set(0.0f);
+    EXPECT_EQ(world().getEnvironment().wind.x, 7.0f);
     node->setEnabled(false);
     world().getEnvironment().wind.x = 1.0f;
     track.set(0.5f);
@@ -77,14 +74,6 @@ TEST_F(TrackTest, NodesThatComeLaterAreSet) {
     EXPECT_EQ(first->getIntensity(), 10.0f);
 }
 
-TEST_F(TrackTest, EnvironmentValuesAreSet) {
-    ASSERT_TRUE(load(R"({ "environment": true, "parameter": "time_of_day", "keys": [ [0, 0], [1, 24] ] },
-                        { "environment": true, "parameter": "wind_north", "keys": [ [0, -3] ] })"));
-    track.set(0.75f);
-    EXPECT_FLOAT_EQ(world().getEnvironment().time_of_day, 18.0f);
-    EXPECT_EQ(world().getEnvironment().wind.y, -3.0f);
-}
-
 TEST_F(TrackTest, BadChannelsAreLeftOutAndBadFilesRefused) {
     for (const char* bad :
          {R"({ "parameter": "enabled", "keys": [ [0, 0] ] })", R"({ "node": "n", "keys": [ [0, 0] ] })",
@@ -108,8 +97,6 @@ TEST_F(TrackTest, BadChannelsAreLeftOutAndBadFilesRefused) {
         EXPECT_FALSE(track.load(path, &world())) << path;
         EXPECT_EQ(countLines(path), 1) << path;
     }
-    EXPECT_EQ(track.getName(), "data/a.anim") << "a failed load changes nothing";
-    EXPECT_FALSE(track.load("data/a.anim", nullptr));
     clearLines();
     addNode("n");
     ASSERT_TRUE(load(R"({ "node": "n", "parameter": "volume", "keys": [ [0, 0], [1, 1] ] })"));

@@ -57,19 +57,16 @@ TEST_F(TriggerTest, BoxesTouchAsTheyStandInTheWorld) {
         double trigger_heading, sensor_heading;
         dvec3 position;
         bool inside;
-    } cases[] = {{0, 0, {5.9, 0, 0}, true},      {0, 0, {6.1, 0, 0}, false},   {45, 0, {8.0, 0, 0}, true},
-                 {45, 0, {8.1, 0, 0}, false},    {45, 45, {8.4, 0, 0}, true},  {45, 45, {8.5, 0, 0}, false},
-                 {0, 45, {6.4, 6.4, 0}, false},  {0, 45, {5.6, 5.6, 0}, true}, {0, 0, {0, 0, -5.99}, true},
-                 {30, 60, {0, 0, -6.01}, false}, {45, 0, {5.2, 5.2, 0}, false}};
+    } cases[] = {{0, 0, {5.9, 0, 0}, true},    {0, 0, {6.1, 0, 0}, false},    {45, 0, {8.0, 0, 0}, true},
+                 {45, 0, {8.1, 0, 0}, false},  {45, 45, {8.4, 0, 0}, true},   {45, 45, {8.5, 0, 0}, false},
+                 {0, 45, {5.6, 5.6, 0}, true}, {0, 45, {6.4, 6.4, 0}, false}, {45, 0, {5.2, 5.2, 0}, false}};
     bool was_inside = false;
     for (const auto& c : cases) {
         const dvec3 far = EllipsoidModel().toWorld({112, 17, 0});
         trigger->setTransform(composeTransform(far, dquat::fromEulerZXY(c.trigger_heading, 0, 0)));
         sensor->setTransform(composeTransform(far + c.position, dquat::fromEulerZXY(c.sensor_heading, 0, 0)));
-        EXPECT_EQ(frame(), c.inside == was_inside ? ""
-                           : c.inside             ? "+ts "
-                                                  : "-ts ")
-            << c.position.x << " " << c.position.z;
+        const char* const change = c.inside ? "+ts " : "-ts ";
+        EXPECT_EQ(frame(), c.inside == was_inside ? "" : change) << c.position.x;
         was_inside = c.inside;
     }
     // Edge against edge: no face separates these, only the product of their edges does.
@@ -83,10 +80,6 @@ TEST_F(TriggerTest, BoxesTouchAsTheyStandInTheWorld) {
 }
 
 TEST_F(TriggerTest, WhatIsSwitchedOffOrGoesInsideLeaves) {
-    const auto enterAgain = [&](Node* node) {
-        node->setEnabled(true);
-        if (frame() != "+ts ") ADD_FAILURE() << log;
-    };
     NodeTrigger* const trigger = addTrigger("t", {10, 10, 10});
     Node* const group = addNode("group");
     auto made = std::make_unique<Node>();
@@ -94,15 +87,12 @@ TEST_F(TriggerTest, WhatIsSwitchedOffOrGoesInsideLeaves) {
     made->setSensor(true);
     Node* sensor = group->addChild(std::move(made));
     EXPECT_EQ(frame(), "+ts ");
-    sensor->setEnabled(false);
-    EXPECT_EQ(frame(), "-ts ");
-    enterAgain(sensor);
-    group->setEnabled(false);
-    EXPECT_EQ(frame(), "-ts ");
-    enterAgain(group);
-    trigger->setEnabled(false);
-    EXPECT_EQ(frame(), "-ts ");
-    enterAgain(trigger);
+    for (Node* const node : {sensor, group, static_cast<Node*>(trigger)}) {
+        node->setEnabled(false);
+        EXPECT_EQ(frame(), "-ts ");
+        node->setEnabled(true);
+        EXPECT_EQ(frame(), "+ts ");
+    }
     log.clear();
     sensor->setSensor(false);
     EXPECT_EQ(log, "-ts ") << "at once, and once";

@@ -14,12 +14,6 @@ jString nodeName(int i) {
     return i == 20 ? jString("weigou001") : jString(std::string("part_").append(std::to_string(i)));
 }
 
-std::string triple(const vec3& v) {
-    std::ostringstream text;
-    text << "[" << v.x << ", " << v.y << ", " << v.z << "]";
-    return text.str();
-}
-
 }  // namespace
 
 std::string TestJet::prefab() const {
@@ -34,29 +28,20 @@ std::string TestJet::prefab() const {
                 { "name": "fire_spe", "type": "particles", "particles": { "emitting": false } } ] })";
     for (int i = 0; i < entries; ++i) {
         if (std::find(missing.begin(), missing.end(), i) != missing.end()) continue;
-        text << R"(, { "name": ")" << nodeName(i) << R"(", "position": )" << triple({static_cast<float>(i), 0, 0})
+        text << R"(, { "name": ")" << nodeName(i) << R"(", "position": [)" << i << ", 0, 0]"
              << (i > 32 ? R"(, "type": "particles", "particles": { "spawn_rate": 80.7 } })" : " }");
     }
     text << " ] } }";
     return text.str();
 }
 
-AirCraftInfo TestJet::info() const {
-    AirCraftInfo info{PREFAB, "PlaneJ15", {}};
-    for (int i = 0; i < entries; ++i) {
-        const auto f = static_cast<float>(i);
-        info.parts.append({i, "", nodeName(i), {f, 10, 0}, {0, 0, f}, {0, 0, 1}, "", 1.0f, short{i > 20}});
-    }
-    return info;
-}
-
 std::string TestJet::config() const {
     std::ostringstream text;
     text << R"({ "path": ")" << PREFAB << R"(", "type": "PlaneJ15", "ctrl_nodes": { "none": 0)";
-    for (const AirCraftPartInfo& part : info().parts) {
-        text << R"(, "n)" << part.id << R"(": { "node_name": ")" << part.node_name << R"(", "open_rot": )"
-             << triple(part.open_rot) << R"(, "close_rot": )" << triple(part.close_rot) << R"(, "axis": )"
-             << triple(part.axis) << R"(, "type": )" << part.type << " }";
+    for (int i = 0; i < entries; ++i) {
+        text << R"(, "n)" << i << R"(": { "id": )" << i << R"(, "node_name": ")" << nodeName(i) << R"(", "open_rot": [)"
+             << i << R"(, 10, 0], "close_rot": [0, 0, )" << i << R"(], "axis": [0, 0, 1], "type": )" << (i > 20)
+             << " }";
     }
     text << " } }";
     return text.str();

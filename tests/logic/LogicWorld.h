@@ -20,7 +20,6 @@ struct TestJet {
 
     std::string prefab() const;
     std::string config() const;
-    AirCraftInfo info() const;  ///< what `config` says
     static constexpr const char* PREFAB = "data/jet/jet.prefab";
     static constexpr const char* CONFIG = "config/jet.cfg";
 };

@@ -6,6 +6,7 @@
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
+#include "src/aircraft/AppData_AirCraft.h"
 #include "src/kit/FlyFrame.h"
 
 namespace {
@@ -15,11 +16,17 @@ protected:
     /// Loads the jet, placed far from the globe's centre.
     bool load(const TestJet& spec = {}) {
         writeJet(spec);
-        plane.setAircraftInfo(spec.info());
+        plane.setAircraftInfo(readInfo());
         bool loaded = false;
         printed = printedBy([&] { loaded = plane.init(&world()); });
         plane.setWgsPosition(PLACE);
         return loaded;
+    }
+
+    static AirCraftInfo readInfo() {
+        AppData_AirCraft::get().setConfigPath(TestJet::CONFIG);
+        EXPECT_TRUE(AppData_AirCraft::get().open());
+        return AppData_AirCraft::get().getAircraftInfo();
     }
 
     Node* part(int i) {
@@ -49,11 +56,8 @@ protected:
 
 TEST_F(JetTest, LoadingTwiceKeepsOneModelAndAFailureLeavesNothing) {
     const int empty = world().getNumNodes();
-    plane.setAircraftInfo(TestJet().info());
     EXPECT_FALSE(plane.init(&world(), "data/jet/none.prefab"));
-    EXPECT_FALSE(plane.init(&world()));
     EXPECT_EQ(world().getNumNodes(), empty);
-    EXPECT_EQ(plane.getPrefabPath(), "");
     plane.standPose();
     plane.resetAt(dmat4());
     plane.update(0.1f);
@@ -61,8 +65,6 @@ TEST_F(JetTest, LoadingTwiceKeepsOneModelAndAFailureLeavesNothing) {
     plane.catchFire();
 
     ASSERT_TRUE(load());
-    EXPECT_NE(printed.find("PlaneBase init success :data/jet/jet.prefab\n"), std::string::npos);
-    EXPECT_TRUE(plane.isUndercarriageOpen());
     const int nodes = world().getNumNodes();
     Node* const model = plane.getModel();
     plane.flyPose();
@@ -82,11 +84,9 @@ TEST_F(JetTest, AMissingNodeMovesLaterOnesDown) {
     EXPECT_EQ(plane.getNode(3), part(4));
     EXPECT_EQ(plane.getNode(33), part(34));
     EXPECT_EQ(plane.getNode(34), nullptr);
-    EXPECT_EQ(plane.getNode(-1), nullptr);
     plane.flyPose();
     const dmat4 third(dquat::fromEulerZXY(0, 0, 3), dvec3());
     EXPECT_LT(length(part(4)->getTransform().getX() - third.getX()), 1e-9) << "rotations stay in the file's order";
-    EXPECT_LT(length(part(4)->getTransform().getTranslation()), 1e-9);
     EXPECT_LT(length(part(5)->getTransform().getTranslation() - dvec3(4, 0, 0)), 1e-9);
 }
 
@@ -97,7 +97,7 @@ TEST_F(JetTest, PosesTurnTheRotatingPartsAlone) {
     for (const int i : {0, 5, 20}) EXPECT_EQ(closed(i), 1.0);
     EXPECT_EQ(part(21)->getHPR(), dvec3());
     EXPECT_FALSE(plane.isStanding());
-    EXPECT_EQ(printedBy([&] { plane.standPose(); }), "PlaneJ15::standPose\n");
+    plane.standPose();
     for (const int i : {0, 5, 19}) EXPECT_EQ(closed(i), 0.0);
     EXPECT_EQ(closed(20), 1.0) << "the hook is up on the ground";
     EXPECT_EQ(plane.getThrust(), 0.0f);
@@ -106,50 +106,49 @@ TEST_F(JetTest, PosesTurnTheRotatingPartsAlone) {
     EXPECT_EQ(closed(20), 0.0);
     plane.closeHook();
     EXPECT_EQ(closed(20), 1.0);
+    plane.toggleLight();
+    EXPECT_FALSE(part(31)->isEnabled());
+    plane.toggleLight();
+    EXPECT_TRUE(part(31)->isEnabled());
 }
 
 TEST_F(JetTest, TheGearMovesGroupByGroup) {
     ASSERT_TRUE(load());
-    struct Moment {
-        double seconds, doors, legs;  ///< doors 17..19 and legs 0..4, as `closed`
-    };
-    const auto expect = [&](std::initializer_list<Moment> moments) {
-        double now = 0.0;
-        for (const Moment& m : moments) {
-            fly(m.seconds - now);
-            now = m.seconds;
-            for (const int i : {17, 19}) EXPECT_NEAR(closed(i), m.doors, 2e-3) << i << " at " << now;
-            for (const int i : {1, 4}) EXPECT_NEAR(closed(i), m.legs, 2e-3) << i << " at " << now;
-        }
-    };
-    EXPECT_FALSE(plane.setUndercarriage(false, true));
-    expect({{0, 0, 0}, {2, 0.25, 0}, {6, 0.75, 0}, {8, 1, 0}, {12, 1, 0.5}, {16, 1, 1}});
-    EXPECT_EQ(plane.getNumActions(), 0);
-    EXPECT_FALSE(plane.isUndercarriageOpen());
-    EXPECT_TRUE(plane.setUndercarriage(true, true));
-    expect({{0, 1, 1}, {2, 1, 0.75}, {8, 1, 0}, {10, 0.75, 0}, {16, 0, 0}});
-    EXPECT_EQ(plane.getNumActions(), 0);
-}
-
-TEST_F(JetTest, GearCommandsRepeatInterruptAndSetTheFlag) {
-    ASSERT_TRUE(load());
     plane.openUndercarriage();
     EXPECT_EQ(plane.getNumActions(), 0) << "it is open";
+    const struct {
+        bool open;
+        double seconds, doors, legs;  ///< since the last row; doors 17 to 19 and legs 0 to 4, as `closed`
+    } moments[] = {{false, 0, 0, 0},   {false, 2, 0.25, 0}, {false, 4, 0.75, 0}, {false, 2, 1, 0},
+                   {false, 4, 1, 0.5}, {false, 4, 1, 1},    {true, 0, 1, 1},     {true, 2, 1, 0.75},
+                   {true, 6, 1, 0},    {true, 2, 0.75, 0},  {true, 6, 0, 0}};
+    bool open = true;
+    for (const auto& m : moments) {
+        if (m.open != open) {
+            EXPECT_EQ(plane.getNumActions(), 0);
+            EXPECT_EQ(plane.isUndercarriageOpen(), open);
+            EXPECT_EQ(plane.setUndercarriage(m.open, true), m.open);
+            open = m.open;
+        }
+        fly(m.seconds);
+        for (const int i : {17, 19}) EXPECT_NEAR(closed(i), m.doors, 2e-3) << i << " " << open << m.seconds;
+        for (const int i : {1, 4}) EXPECT_NEAR(closed(i), m.legs, 2e-3) << i << " " << open << m.seconds;
+    }
+    EXPECT_EQ(plane.getNumActions(), 0);
+
     plane.closeUndercarriage();
     fly(4.0);
     plane.closeUndercarriage();
     EXPECT_EQ(plane.getNumActions(), 1);
-    EXPECT_NEAR(closed(17), 0.5, 2e-3);
+    EXPECT_NEAR(closed(17), 0.5, 2e-3) << "the same command again changes nothing";
     plane.openUndercarriage();
     EXPECT_EQ(plane.getNumActions(), 1);
     EXPECT_EQ(closed(17), 1.0) << "the new movement starts from the pose in flight";
-    EXPECT_EQ(closed(2), 1.0);
     fly(16.0);
-    plane.standPose();
     EXPECT_FALSE(plane.setUndercarriage(false, false));
     EXPECT_FALSE(plane.isUndercarriageOpen());
     EXPECT_EQ(plane.getNumActions(), 0);
-    EXPECT_EQ(closed(17), 0.0);
+    EXPECT_EQ(closed(17), 0.0) << "the flag alone";
 }
 
 TEST_F(JetTest, TheGearSnapsWithAPartMissing) {
@@ -159,11 +158,9 @@ TEST_F(JetTest, TheGearSnapsWithAPartMissing) {
     EXPECT_EQ(printedBy([&] { plane.closeUndercarriageNow(); }),
               "can not close undercarriage because no part_18 node\n");
     for (const int i : {0, 1, 3, 4, 17, 19}) EXPECT_EQ(closed(i), 1.0) << i;
-    EXPECT_EQ(countLines("can not find surface \"part_2\""), 1);
     EXPECT_TRUE(plane.isUndercarriageOpen()) << "the flag is the caller's";
     plane.setThrust(0.5f);
-    const std::string text = printedBy([&] { plane.stopPose(); });
-    EXPECT_EQ(text, "can not open undercarriage because no part_18 node\nPlaneJ15::stopPose \n");
+    plane.stopPose();
     for (const int i : {0, 1, 3, 4, 17, 19}) EXPECT_EQ(closed(i), 0.0) << i;
     EXPECT_EQ(plane.getThrust(), 0.0f);
 }
@@ -175,13 +172,9 @@ TEST_F(JetTest, AFlightStateTurnsTheGroupsAndPlacesTheModel) {
     plane.setBaseTransform(base);
     FlyFrame state;
     state.pivot = dvec3(100, 200, 30);
-    state.pitch = 12.0f;
-    state.roll = 25.0f;
-    state.heading = 70.0f;
-    state.wing1 = 8.0f;
-    state.wing2 = -15.0f;
-    const std::string text = printedBy([&] { plane.setFlightState(&state); });
-    EXPECT_EQ(text.substr(0, 31), "id:5\nm_surfs_node.count:35\nid:7");
+    state.pitch = 12.0f, state.roll = 25.0f, state.heading = 70.0f;
+    state.wing1 = 8.0f, state.wing2 = -15.0f;
+    printedBy([&] { plane.setFlightState(&state); });
 
     // The nose points where heading and pitch say, the right wing is up by the roll.
     const double h = 70.0 * jMath::DEG2RAD, p = 12.0 * jMath::DEG2RAD, r = 25.0 * jMath::DEG2RAD;
@@ -212,10 +205,6 @@ TEST_F(JetTest, TheExhaustFollowsTheThrust) {
             EXPECT_NEAR(static_cast<ObjectParticles*>(part(i))->getSpawnRate(), rate, 1e-4) << thrust;
         }
     }
-    plane.toggleLight();
-    EXPECT_FALSE(part(31)->isEnabled());
-    plane.toggleLight();
-    EXPECT_TRUE(part(31)->isEnabled());
 }
 
 TEST_F(JetTest, AShortFileLeavesTheRolesEmpty) {
@@ -230,10 +219,8 @@ TEST_F(JetTest, AShortFileLeavesTheRolesEmpty) {
     plane.setUndercarriage(false, true);
     fly(17.0);
     EXPECT_EQ(closed(2), 1.0);
-    plane.openUndercarriageNow();
-    EXPECT_EQ(closed(2), 0.0);
     plane.openHook();
-    EXPECT_EQ(printedBy([&] { plane.standPose(); }), "PlaneJ15::standPose\n");
+    plane.standPose();
     EXPECT_TRUE(plane.getWheels().empty());
     plane.catchFire();
     plane.resetToBase();
@@ -247,8 +234,8 @@ TEST_F(JetTest, WheelsAreFoundByNodeAndShapeAndNothingOfItCollides) {
 
     PlaneJ15 ghost;
     ghost.setPhysicsEnabled(false);
-    ghost.setAircraftInfo(TestJet().info());
-    EXPECT_NE(printedBy([&] { ghost.init(&world()); }).find("physics close\n"), std::string::npos);
+    ghost.setAircraftInfo(readInfo());
+    printedBy([&] { ghost.init(&world()); });
     EXPECT_FALSE(ghost.getModel()->getBody()->isEnabled());
     EXPECT_TRUE(ghost.getWheels().empty());
 }
@@ -276,15 +263,10 @@ TEST_F(JetTest, DamageLooks) {
     EXPECT_GT(length(plane.getModel()->getBodyRigid()->getAngularVelocity()), 1e-3f);
 
     plane.getModel()->getBody()->setEnabled(false);
-    plane.closeUndercarriage();
-    const dmat4 there(dquat(), engine().getEllipsoid().toWorld(PLACE));
-    plane.setBaseTransform(there);
     plane.resetToBase();
     EXPECT_EQ(looks(), "1000");
-    EXPECT_EQ(plane.getNumActions(), 0);
     EXPECT_TRUE(plane.isStanding());
     EXPECT_TRUE(plane.getModel()->getBody()->isEnabled());
-    EXPECT_LT(length(plane.getWorldTransform().getTranslation() - there.getTranslation()), 1e-6);
 }
 
 TEST_F(JetTest, TheBodyAnswersTheControlsWithinItsLimits) {
@@ -302,7 +284,6 @@ TEST_F(JetTest, TheBodyAnswersTheControlsWithinItsLimits) {
         const vec3 w = body.getAngularVelocity();
         return dvec3(dot(w, narrow(place.getX())), dot(w, narrow(place.getY())), dot(w, narrow(place.getZ())));
     };
-    EXPECT_LT(length(answer({}, 100.0f)), 1e-9);
     EXPECT_LT(length(answer({0.1f, -0.1f, 0.1f}, 100.0f)), 1e-9) << "inside the dead zone";
     const dvec3 slow = answer({1.0f, 0.0f, 0.0f}, 10.0f);
     EXPECT_GT(slow.x, 1e-6);

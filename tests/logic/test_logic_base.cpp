@@ -1,4 +1,4 @@
-// The base logic: tracks, notifications, test mode, levelling the camera, the order of the virtual operations.
+// The base logic: tracks, notifications, levelling the camera, the order of the virtual operations.
 #include "common/LogicBase.h"
 
 #include <cstring>
@@ -15,10 +15,8 @@ const std::string FOLDER = "data/assets/Anim/Fly_simulator/";
 class OpenLogic : public LogicBase {
 public:
     using LogicBase::adjust_geo_rotation_forward;
-    using LogicBase::get_track;
     using LogicBase::load_track;
     using LogicBase::LogicBase;
-    using LogicBase::m_test_mode;
     using LogicBase::m_tracks;
 };
 
@@ -34,79 +32,44 @@ TEST_F(LogicBaseTest, InitLoadsWhatThereIsInOrderAndNamesTheRest) {
     write(FOLDER + "snow.anim", "{");
     std::string fired;
     logic.m_signal_13_track_loaded.append([&](Track* track) { fired += track->getName() + "|"; });
+    logic.setTod(0.5f);  // without its track: nothing
+    EXPECT_TRUE(lines().empty());
     EXPECT_TRUE(logic.init());
     EXPECT_EQ(fired, FOLDER + "runway_wet.anim|" + FOLDER + "TOD.anim|" + FOLDER + "airport_light_enable.anim|");
     EXPECT_EQ(countLines("LogicBase::load_track:\"" + FOLDER + "snow.anim\" load failed"), 1);
     EXPECT_EQ(countLines("load failed"), 4);
-}
-
-TEST_F(LogicBaseTest, TracksAreFoundByPathTheFirstOfTwoAndMissingOnesAreIgnored) {
-    writeTrack("TOD.anim");
-    logic.setAirportLightEnable(true);
-    logic.setTod(0.5f);
-    logic.load_track("");
-    EXPECT_TRUE(lines().empty());
-    logic.load_track(FOLDER + "TOD.anim");
-    logic.load_track(FOLDER + "TOD.anim");
-    ASSERT_EQ(logic.m_tracks.size(), 2);
     logic.setTod(0.75f);
-    EXPECT_EQ(logic.get_track(FOLDER + "TOD.anim"), logic.m_tracks[0].get());
-    EXPECT_EQ(logic.m_tracks[0]->get(), 0.75f);
-    EXPECT_EQ(logic.m_tracks[1]->get(), 0.0f);
-    EXPECT_EQ(logic.get_track("TOD.anim"), nullptr);
+    EXPECT_EQ(logic.m_tracks[1]->get(), 0.75f);
+    EXPECT_EQ(logic.m_tracks[0]->get() + logic.m_tracks[2]->get(), 0.0f);
 }
 
 TEST_F(LogicBaseTest, ACopySharesTracksAndHandlersAndNothingIsLeft) {
     writeTrack("TOD.anim");
-    int dates = 0;
+    std::string order;
     const std::size_t before = jAllocator::get()->getBlockCount();
     {
-        OpenLogic copy = [&] {
-            OpenLogic original(&world(), nullptr);
-            original.load_track(FOLDER + "TOD.anim");
-            original.m_signal_24_date.append([&](int y, int m, int d) { dates += 10000 * y + 100 * m + d; });
-            return OpenLogic(original);
-        }();
+        auto original = std::make_unique<OpenLogic>(&world(), nullptr);
+        original->load_track(FOLDER + "TOD.anim");
+        original->m_signal_24_date.append([&](int, int, int) { order += "a"; });
+        original->m_signal_24_date.append(
+            [&](int y, int m, int d) { order += std::to_string(10000 * y + 100 * m + d); });
+        OpenLogic copy(*original);
+        original.reset();
         copy.setTod(0.25f);
         EXPECT_EQ(copy.m_tracks[0]->get(), 0.25f);
         copy.apply_date(2024, 6, 21);
-        EXPECT_EQ(dates, 20240621);
+        EXPECT_EQ(order, "a20240621");
     }
     EXPECT_EQ(jAllocator::get()->getBlockCount(), before);
 }
 
-TEST_F(LogicBaseTest, HandlersRunInOrderAndMayConnectMore) {
-    std::string order;
-    logic.m_signal_24_date.append([&](int, int, int) {
-        order += "a";
-        logic.m_signal_24_date.append([&](int, int, int) { order += "c"; });
-    });
-    logic.m_signal_24_date.append([&](int, int, int) { order += "b"; });
-    logic.apply_date(1, 2, 3);
-    EXPECT_EQ(order, "abc");
-}
-
-TEST_F(LogicBaseTest, OnlyCtrlTTogglesTheTestMode) {
-    const auto release = [&](std::uint16_t key, std::uint8_t modifier) {
-        return printedBy([&] { logic.onKeyRelease({key, modifier}, nullptr); });
-    };
-    EXPECT_EQ(release('t', 0) + release('s', 1), "");
-    EXPECT_EQ(release('t', 1), "test mode open \n");
-    EXPECT_EQ(release('t', 1), "test mode close \n");
-}
-
 TEST_F(LogicBaseTest, LevellingKeepsHeadingAndPlaceAndPutsTheVerticalInTheMiddle) {
     CameraControl& camera = *engine().getCameraControl();
-    const EllipsoidModel& globe = engine().getEllipsoid();
-    const dvec3 place = globe.toWorld({112.35, 16.84, 300.0});
-    const dvec3 up = normalize(place);
-    const dmat3 flat = [&] {
-        const dvec3 x = normalize(cross({0.0, 0.0, 1.0}, up));
-        return dmat3(x, up, cross(x, up));
-    }();
+    const dvec3 place = engine().getEllipsoid().toWorld({112.35, 16.84, 300.0}), up = normalize(place);
+    const dvec3 east = normalize(cross({0.0, 0.0, 1.0}, up));
     for (const double tilt : {0.0, 40.0, -89.9, 90.0, -90.0}) {
         for (const double turn : {0.0, 70.0, 200.0}) {
-            const dquat heading = dquat(up, turn) * dquat(flat);
+            const dquat heading = dquat(up, turn) * dquat(dmat3(east, up, cross(east, up)));
             camera.getPosition() = place;
             camera.getRotation() = heading * dquat(dvec3(1.0, 0.0, 0.0), tilt);
             camera.apply();
@@ -131,52 +94,24 @@ int entry(F operation) {
     return (bits & 1) ? static_cast<int>((bits - 1) / sizeof(void*)) : -1;
 }
 
-/// Slots count operations from 0, a destructor as one; here it takes two entries.
 TEST(VirtualOrder, OperationsStandInTheirSlots) {
     using L = OpenLogic;
-    const auto world = static_cast<World* (L::*)()>(&L::getWorld);
-    for (const auto& [slot, found] : {std::pair(3, entry(&L::setRain)),
-                                      {5, entry(&L::setTod)},
-                                      {8, entry(&L::getWorldPath)},
-                                      {10, entry(world)},
-                                      {13, entry(&L::apply_date)},
-                                      {14, entry(&L::init)},
-                                      {15, entry(&L::update)},
-                                      {16, entry(&L::render)},
-                                      {17, entry(&L::swap)},
-                                      {18, entry(&L::release)},
-                                      {19, entry(&L::onMouseDown)},
-                                      {22, entry(&L::onMouseWheel)},
-                                      {24, entry(&L::onKeyRelease)},
-                                      {25, entry(&L::load_track)},
-                                      {26, entry(&L::get_track)},
-                                      {27, entry(&L::set_aircraft_path)},
-                                      {29, entry(&L::set_carrier_node)}}) {
-        EXPECT_EQ(found, slot + 1);
-    }
-    EXPECT_EQ(entry(&L::setCamSpeed), 1);
-
     using P = PlaneBase;
     using J = PlaneJ15;
-    const auto load = static_cast<bool (P::*)(World*, const jString&)>(&P::init);
-    for (const auto& [slot, found] : {std::pair(0, entry(&P::getPrefabPath)),
-                                      {3, entry(load)},
-                                      {4, entry(&P::update)},
-                                      {8, entry(&P::getAircraftInfo)},
-                                      {12, entry(&P::setUndercarriage)},
-                                      {16, entry(&P::getWorldTransform)},
-                                      {17, entry(&P::getWorldPosition)},
-                                      {18, entry(&P::openUndercarriage)},
-                                      {22, entry(&P::setFlightState)},
-                                      {24, entry(&P::setAircraftInfo)},
-                                      {25, entry(&P::showDestroyed)},
-                                      {29, entry(&P::catchFire)},
-                                      {31, entry(&P::addRotationDeflection)},
-                                      {32, entry(&J::isPhysicsEnabled)},
-                                      {36, entry(&J::isStanding)},
-                                      {42, entry(&J::setUserFlag2)}}) {
-        EXPECT_EQ(found, slot);
-    }
+    // Slots count operations from 0, a destructor as one; the logic's takes two entries.
+    const std::pair<int, int> logic[] = {
+        {3, entry(&L::setRain)},      {5, entry(&L::setTod)},        {8, entry(&L::getWorldPath)},
+        {13, entry(&L::apply_date)},  {14, entry(&L::init)},         {15, entry(&L::update)},
+        {16, entry(&L::render)},      {17, entry(&L::swap)},         {18, entry(&L::release)},
+        {19, entry(&L::onMouseDown)}, {24, entry(&L::onKeyRelease)}, {29, entry(&L::set_carrier_node)}};
+    for (const auto& [slot, found] : logic) EXPECT_EQ(found, slot + 1);
+    const std::pair<int, int> plane[] = {{0, entry(&P::getPrefabPath)},      {4, entry(&P::update)},
+                                         {8, entry(&P::getAircraftInfo)},    {12, entry(&P::setUndercarriage)},
+                                         {18, entry(&P::openUndercarriage)}, {22, entry(&P::setFlightState)},
+                                         {25, entry(&P::showDestroyed)},     {31, entry(&P::addRotationDeflection)},
+                                         {32, entry(&J::isPhysicsEnabled)},  {36, entry(&J::isStanding)},
+                                         {42, entry(&J::setUserFlag2)}};
+    for (const auto& [slot, found] : plane) EXPECT_EQ(found, slot);
 }
 #endif
 

@@ -22,8 +22,6 @@ sockaddr_in toAddress(const std::string& address, int port) {
 
 }  // namespace
 
-LoopbackSocket::LoopbackSocket(int port, const std::string& address) : LoopbackSocket(port, address, false) {}
-
 LoopbackSocket::LoopbackSocket(int port, const std::string& address, bool shared) {
     m_fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     const int on = 1;

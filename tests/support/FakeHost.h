@@ -16,8 +16,8 @@ struct Datagram {
 /// An IPv4 datagram socket of its own; closed with the object. Throws std::runtime_error when it cannot be bound.
 class LoopbackSocket {
 public:
-    /// Port 0 takes any free one.
-    explicit LoopbackSocket(int port = 0, const std::string& address = "127.0.0.1");
+    /// Port 0 takes any free one; others may bind a shared one too.
+    explicit LoopbackSocket(int port = 0, const std::string& address = "127.0.0.1", bool shared = false);
     ~LoopbackSocket();
     LoopbackSocket(const LoopbackSocket&) = delete;
     LoopbackSocket& operator=(const LoopbackSocket&) = delete;
@@ -32,9 +32,6 @@ public:
     int getHandle() const { return m_fd; }
 
 private:
-    LoopbackSocket(int port, const std::string& address, bool shared);
-    friend class FakeHost;
-
     int m_fd = -1;
     int m_port = 0;
 };
@@ -55,13 +52,10 @@ public:
     /// One datagram with one record of that order.
     bool sendOrder(int order) { return send(packets::record(order)); }
     bool send(const packets::Bytes& bytes) { return m_sender.send(bytes, m_viewer_port); }
-    LoopbackSocket& getSender() { return m_sender; }
 
     /// Feedback datagrams that are pending now, in order.
     std::vector<Datagram> collectFeedback() { return m_feedback.drain(); }
     std::vector<Datagram> waitFeedback(int count, double seconds = 10.0) { return m_feedback.wait(count, seconds); }
-    /// Notices that are pending now, in order.
-    std::vector<Datagram> collectNotices() { return m_notices.drain(); }
     std::vector<Datagram> waitNotices(int count, double seconds = 10.0) { return m_notices.wait(count, seconds); }
 
     static constexpr const char* GROUP = "224.255.255.255";

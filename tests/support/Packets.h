@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <vector>
 
 namespace packets {
@@ -29,15 +28,11 @@ T get(const Bytes& bytes, int offset) {
 
 /// A host record that carries the order and zeros.
 Bytes record(int order);
-/// Such records back to back: one datagram.
-Bytes records(std::initializer_list<int> orders);
-/// A host record every byte of which differs from its neighbours; `seed` moves them all.
-Bytes distinctRecord(int order, unsigned seed);
 /// Bytes that look like nothing; the same for the same seed.
 Bytes noise(int size, unsigned seed);
 Bytes join(const Bytes& a, const Bytes& b);
 
-/// One feedback record as a host reads it.
+/// One feedback record as a host reads it, the datagram's bytes in their order.
 struct Feedback {
     std::int32_t counter = 0;
     float heights[3] = {};  ///< metres; nose, left, right
@@ -47,9 +42,6 @@ struct Feedback {
     float heightCg = 0.0f;  ///< metres
     std::int32_t collision = 0;
 };
-
-/// REQUIRES FEEDBACK_SIZE bytes.
-Feedback readFeedback(const Bytes& bytes);
-Bytes writeFeedback(const Feedback& feedback);
+static_assert(sizeof(Feedback) == FEEDBACK_SIZE);
 
 }  // namespace packets

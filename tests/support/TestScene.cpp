@@ -29,11 +29,12 @@ void TestFolder::write(const std::string& file, const std::string& bytes) const 
 }
 
 dmat4 randomTransform(Random& random, double reach) {
-    const auto coordinate = [&] { return random.getDouble(-reach, reach); };
-    const auto angle = [&] { return random.getDouble(-180.0, 180.0); };
-    const double x = coordinate(), y = coordinate(), z = coordinate();
-    const double heading = angle(), pitch = angle(), roll = angle();
-    return {dquat::fromEulerZXY(heading, pitch, roll), dvec3(x, y, z)};
+    const auto triple = [&random](double most) {
+        const double x = random.getDouble(-most, most), y = random.getDouble(-most, most);
+        return dvec3(x, y, random.getDouble(-most, most));
+    };
+    const dvec3 place = triple(reach), hpr = triple(180.0);
+    return {dquat::fromEulerZXY(hpr), place};
 }
 
 double difference(const dmat4& a, const dmat4& b) {

@@ -38,7 +38,10 @@ bool Action::forceDone() {
 void Action::release() {}
 
 void Action::trigger() {
-    for (const auto& handler : done) handler(this);
+    for (int i = 0; i < done.size(); ++i) {
+        const Function<void(Action*)> handler = done[i];  // it may connect others
+        handler(this);
+    }
 }
 
 void destroyAction(Action* action) {

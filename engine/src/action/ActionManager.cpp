@@ -19,14 +19,8 @@ void ActionManager::remove(int index) {
     Action* const action = m_actions[index];
     m_actions[index] = nullptr;
     if (!action) return;
-    if (const auto* interval = dynamic_cast<const ActionInterval*>(action); interval && interval->isDoneIfDel()) {
-        action->forceDone();
-    }
-    // The action whose step runs now is still on the stack below: it goes when the update has returned to the manager.
-    if (m_updating)
-        m_removed.append(action);
-    else
-        destroyAction(action);
+    // The action whose step runs now is still on the stack below: it ends when the update has returned to the manager.
+    m_removed.append(action);
 }
 
 void ActionManager::removeAction(Action* action) {
@@ -63,8 +57,14 @@ void ActionManager::update(float dt) {
 }
 
 void ActionManager::sweep() {
-    for (int i = 0; i < m_removed.size(); ++i) destroyAction(m_removed[i]);
+    m_updating = true;  // what ends here may remove others
+    for (int i = 0; i < m_removed.size(); ++i) {
+        const auto* const interval = dynamic_cast<const ActionInterval*>(m_removed[i]);
+        if (interval && interval->isDoneIfDel() && !interval->isDone()) m_removed[i]->forceDone();
+        destroyAction(m_removed[i]);
+    }
     m_removed.clear();
+    m_updating = false;
     int kept = 0;
     for (int i = 0; i < m_actions.size(); ++i) {
         if (m_actions[i]) m_actions[kept++] = m_actions[i];

@@ -82,11 +82,6 @@ void Engine::endFrame() {
     m_state->control.endFrame();
 }
 
-double Engine::getViewHeight() const {
-    const Node* const node = m_state->camera.m_node;
-    return node ? node->getWgsPosition().z : 0.0;
-}
-
 jString Engine::resolvePath(const jString& path) const {
     namespace fs = std::filesystem;
     const fs::path file = (m_state->root / fs::path(std::string(path))).lexically_normal();
@@ -96,7 +91,7 @@ jString Engine::resolvePath(const jString& path) const {
 }
 
 std::uint64_t Engine::getStateHash() const {
-    return hashWorld(*m_state->world) ^ SocketUDP::getStats().sentHash;
+    return hashWorld(*m_state->world) * 1099511628211ULL ^ SocketUDP::getStats().sentHash;
 }
 
 void Stopwatch::start() {

@@ -71,7 +71,7 @@ void PhysicsWorld::listObjects(const btVector3& lo, const btVector3& hi) {
     for (Object* top : tops) {
         if (!top->isActive()) continue;
         if (hasCollider(*top)) found.push_back(top);
-        if (top->getType() != Node::PREFAB) continue;
+        if (top->getType() != Node::PREFAB || !top->isCollider()) continue;
         for (Object* object : static_cast<ObjectPrefab*>(top)->getObjects()) {
             if (hasCollider(*object) && overlaps(object->getWorldBoundBox(), lo, hi)) found.push_back(object);
         }

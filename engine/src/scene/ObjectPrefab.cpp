@@ -66,7 +66,8 @@ void ObjectPrefab::load(const PrefabChain& chain) {
     if (!checkChain(chain)) return;
     const Package* const file = openPrefab(chain);
     if (!file) return;
-    const Package* const node = file->getPackage("node");
+    const Item* const item = file->getItem("node");
+    const Package* const node = item ? item->getPackage() : nullptr;
     if (!node) {
         jLog::error("%s: no \"node\" in it", m_path.c_str());
         return;

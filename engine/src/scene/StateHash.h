@@ -5,6 +5,6 @@
 
 class World;
 
-/// Over every node in tree order: name, local transform, enabled flag, and its body's pose and velocities. Two runs
-/// that give the same hash every frame are the same run.
+/// Over every node in tree order: name, local transform, enabled flag, and its body's pose and velocities. What is
+/// only looked at (particles, lights, materials) is not in it.
 std::uint64_t hashWorld(const World& world);

@@ -57,9 +57,9 @@ void listBelow(const Node& node, jVector<Node*>& nodes) {
 void readEnvironment(const DataReader& in, Environment& environment) {
     dvec3 date;
     if (in.read("date", date)) {
-        environment.year = static_cast<int>(date.x);
-        environment.month = std::clamp(static_cast<int>(date.y), 1, 12);
-        environment.day = std::clamp(static_cast<int>(date.z), 1, 31);
+        environment.year = static_cast<int>(std::clamp(date.x, 1.0, 9999.0));
+        environment.month = static_cast<int>(std::clamp(date.y, 1.0, 12.0));
+        environment.day = static_cast<int>(std::clamp(date.z, 1.0, 31.0));
     }
     if (in.read("time_of_day", environment.time_of_day)) {
         environment.time_of_day = std::clamp(environment.time_of_day, 0.0f, 24.0f);

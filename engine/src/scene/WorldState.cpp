@@ -34,6 +34,11 @@ void WorldState::nodeJoined(Node& node) {
 }
 
 void WorldState::nodeLeft(Node& node) {
+    for (std::vector<Departure>* report : m_reports) {
+        for (Departure& departure : *report) {
+            if (departure.sensor == &node) departure.sensor = nullptr;
+        }
+    }
     --num_nodes;
     if (!node.m_name.empty()) names.remove(node.m_name, node.m_join_order);
     for (const jString& tag : node.m_tags) tags.remove(tag, node.m_join_order);
@@ -93,14 +98,19 @@ void WorldState::removeSensor(Node& node) {
 }
 
 void WorldState::reportDepartures() {
-    const std::vector<Departure> departures = std::move(m_departures);
+    std::vector<Departure> departures = std::move(m_departures);
     m_departures.clear();
-    if (closing) return;
+    if (closing || departures.empty()) return;
+    // A callback may remove triggers and sensors, this one too, and so report departures of its own.
+    m_reports.push_back(&departures);
     for (const Departure& departure : departures) {
         if (!isAlive(departure.trigger, departure.trigger_id)) continue;
-        const jVector<Function<void(Node*)>> callbacks = departure.trigger->leave;  // the trigger may go meanwhile
-        for (const auto& callback : callbacks) callback(departure.sensor);
+        const jVector<Function<void(Node*)>> callbacks = departure.trigger->leave;
+        for (const auto& callback : callbacks) {
+            if (departure.sensor) callback(departure.sensor);
+        }
     }
+    m_reports.pop_back();
 }
 
 bool WorldState::isAlive(const NodeTrigger* trigger, int id) const {

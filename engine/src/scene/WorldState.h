@@ -56,5 +56,6 @@ private:
     void removeSensor(Node& node);
 
     std::vector<Departure> m_departures;
+    std::vector<std::vector<Departure>*> m_reports;            ///< under way, the outermost first
     std::vector<std::pair<NodeTrigger*, int>> m_trigger_walk;  ///< kept for its memory
 };

@@ -1,6 +1,7 @@
 // The log: formats, folds repeats, hands lines to the sink.
 #include "engine/text/Log.h"
 
+#include <array>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -12,14 +13,20 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 
 constexpr const char* LEVEL_NAMES[] = {"", "warning: ", "error: "};
 
+/// A line that was written lately.
+struct RecentLine {
+    jLog::Level level = jLog::MESSAGE;
+    jString line;
+    SteadyTime written{};
+    int folded = 0;  ///< repeats since
+};
+
 struct LogState {
     std::recursive_mutex mutex;  // a sink may log
     jLog::Sink sink;
     jLog::Level lowest = jLog::MESSAGE;
-    jLog::Level last_level = jLog::MESSAGE;
-    jString last_line;
-    SteadyTime last_written{};
-    int folded = 0;
+    std::array<RecentLine, 8> recent;
+    std::size_t next = 0;  ///< the oldest of them
 };
 
 LogState& state() {
@@ -27,31 +34,29 @@ LogState& state() {
     return *instance;
 }
 
-void writeFolded(LogState& s) {
-    if (s.folded > 0) {
-        std::fprintf(stderr, "%s%s (%d times more)\n", LEVEL_NAMES[s.last_level], s.last_line.c_str(), s.folded);
+void writeFolded(RecentLine& recent) {
+    if (recent.folded > 0) {
+        std::fprintf(stderr, "%s%s (%d times more)\n", LEVEL_NAMES[recent.level], recent.line.c_str(), recent.folded);
     }
-    s.folded = 0;
+    recent.folded = 0;
 }
 
 void writeLine(LogState& s, jLog::Level level, const jString& line) {
     // Folding is for the reader at the terminal alone; no result depends on this clock.
     const SteadyTime now = std::chrono::steady_clock::now();
-    const bool same = level == s.last_level && line == s.last_line;
-    if (same && now - s.last_written < std::chrono::seconds(1)) {
-        ++s.folded;
+    for (RecentLine& recent : s.recent) {
+        if (recent.level != level || recent.line != line) continue;
+        ++recent.folded;
+        if (now - recent.written < std::chrono::seconds(1)) return;
+        writeFolded(recent);
+        recent.written = now;
         return;
     }
-    if (same) {
-        ++s.folded;
-        writeFolded(s);
-    } else {
-        writeFolded(s);
-        std::fprintf(stderr, "%s%s\n", LEVEL_NAMES[level], line.c_str());
-        s.last_level = level;
-        s.last_line = line;
-    }
-    s.last_written = now;
+    RecentLine& oldest = s.recent[s.next];
+    s.next = (s.next + 1) % s.recent.size();
+    writeFolded(oldest);
+    std::fprintf(stderr, "%s%s\n", LEVEL_NAMES[level], line.c_str());
+    oldest = {level, line, now, 0};
 }
 
 void log(jLog::Level level, const char* format, std::va_list args) {
@@ -108,5 +113,5 @@ void jLog::setLevel(Level level) {
 void jLog::flush() {
     LogState& s = state();
     const std::lock_guard lock(s.mutex);
-    writeFolded(s);
+    for (RecentLine& recent : s.recent) writeFolded(recent);
 }

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 #include "engine/core/Engine.h"
 #include "engine/text/Log.h"
@@ -16,6 +17,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::uintmax_t MAX_BYTES = 64u << 20;
 constexpr std::size_t MAX_DEPTH = 64;
+constexpr std::size_t MAX_VALUES = 1000000;  // some 200 MB in memory
 
 /// Walks the text and tells how far the reader is, which the reader itself tells only when it fails.
 struct CountingIterator {
@@ -46,7 +48,8 @@ struct CountingIterator {
 /// Builds the tree from the reader's events.
 class TreeBuilder : public nlohmann::json_sax<Json> {
 public:
-    explicit TreeBuilder(const int* line) : m_line(line) {}
+    /// `file` is the path that every package of the tree gets.
+    TreeBuilder(const int* line, const jString& file) : m_line(line), m_file(file) {}
 
     Package root;
     jString failure;  ///< with its place; empty when all went well
@@ -90,6 +93,7 @@ private:
         bool is_array = false;
         jString key;
         int key_line = 0;
+        std::unordered_set<std::string> keys;
         Package package;
         jVector<Item> array;
     };
@@ -103,6 +107,7 @@ private:
 
     bool put(Item&& item) {
         if (m_levels.empty()) return fail("the text must be one { … }");
+        if (++m_values > MAX_VALUES) return fail("more than 1,000,000 values");
         Level& level = m_levels.back();
         if (level.is_array) {
             item.setLine(*m_line);
@@ -110,7 +115,11 @@ private:
         } else {
             item.setName(level.key);
             item.setLine(level.key_line);
-            level.package.item(level.key.c_str()) = std::move(item);
+            // Of a key that stands twice the later value holds.
+            if (level.keys.insert(level.key).second)
+                level.package.append(std::move(item));
+            else
+                level.package.item(level.key.c_str()) = std::move(item);
         }
         return true;
     }
@@ -120,6 +129,7 @@ private:
         if (m_levels.size() >= MAX_DEPTH) return fail("nested deeper than 64 levels");
         m_levels.emplace_back();
         m_levels.back().is_array = is_array;
+        m_levels.back().package.setPath(m_file);
         return true;
     }
 
@@ -132,9 +142,9 @@ private:
         }
         Item item;
         if (level.is_array)
-            item.setArray(level.array);
+            item.setArray(std::move(level.array));
         else
-            item.setPackage(level.package);
+            item.setPackage(std::move(level.package));
         return put(std::move(item));
     }
 
@@ -144,6 +154,8 @@ private:
     }
 
     const int* m_line;
+    const jString m_file;
+    std::size_t m_values = 0;
     std::vector<Level> m_levels;
 };
 
@@ -220,7 +232,7 @@ bool mjl::parse(const jString& text, const jString& name, Package& package) {
     package.clear();
     package.setPath(name);
     int line = 1;
-    TreeBuilder builder(&line);
+    TreeBuilder builder(&line, name);
     const char* const begin = text.data();
     const bool ok = Json::sax_parse(CountingIterator{begin, &line}, CountingIterator{begin + text.size(), &line},
                                     &builder, nlohmann::detail::input_format_t::json, true, true);
@@ -244,7 +256,7 @@ bool mjl::open(const jString& path, Package& package, bool required) {
 
 bool mjl::save(const jString& path, const Package& package, bool compact) {
     std::ofstream out(std::filesystem::path(resolve(path)), std::ios::binary | std::ios::trunc);
-    out << toJson(package).dump(compact ? -1 : 4) << '\n';
+    out << toJson(package).dump(compact ? -1 : 4, ' ', false, Json::error_handler_t::replace) << '\n';
     out.flush();
     if (!out) jLog::error("%s: cannot be written: %s", path.c_str(), std::strerror(errno));
     return static_cast<bool>(out);
@@ -255,7 +267,7 @@ void mjl::setOverride(const jString& path, const jString& key, const jString& va
     const std::string text = "{\"value\":" + value + "}";
     Item item;
     int line = 1;
-    TreeBuilder builder(&line);
+    TreeBuilder builder(&line, {});
     const bool is_json = Json::sax_parse(CountingIterator{text.data(), &line},
                                          CountingIterator{text.data() + text.size(), &line}, &builder) &&
                          builder.root.size() == 1;

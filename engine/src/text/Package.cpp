@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "engine/text/Log.h"
+
 Item::Item() = default;
 Item::~Item() = default;
 Item::Item(Item&& other) noexcept = default;
@@ -90,14 +92,14 @@ void Item::setString(const jString& value) {
     m_string = value;
 }
 
-void Item::setPackage(const Package& value) {
+void Item::setPackage(Package value) {
     m_type = PACKAGE;
-    m_package = std::make_unique<Package>(value);
+    m_package = std::make_unique<Package>(std::move(value));
 }
 
-void Item::setArray(const jVector<Item>& value) {
+void Item::setArray(jVector<Item> value) {
     m_type = ARRAY;
-    m_array = std::make_unique<jVector<Item>>(value);
+    m_array = std::make_unique<jVector<Item>>(std::move(value));
 }
 
 const Item* Package::getItem(const char* key) const {
@@ -115,21 +117,37 @@ Item& Package::item(const char* key) {
     return m_items.last();
 }
 
+void Package::tellType(const Item& item, const char* wanted) const {
+    if (m_path.empty() || item.m_told || item.getType() == Item::NONE) return;
+    item.m_told = true;
+    jLog::warning("%s:%d: \"%s\" must be %s", m_path.c_str(), item.getLine(), item.getName().c_str(), wanted);
+}
+
+const Item* Package::find(const char* key, Item::Type type, const char* wanted) const {
+    const Item* const item = getItem(key);
+    if (!item || item->getType() == type) return item;
+    const bool is_number = item->getType() == Item::INT || item->getType() == Item::DOUBLE;
+    if (type == Item::DOUBLE && is_number) return item;
+    tellType(*item, wanted);
+    return nullptr;
+}
+
 const jString& Package::getString(const char* key) const {
     static const jString empty;
-    const Item* found = getItem(key);
+    const Item* const found = find(key, Item::STRING, "a text");
     return found ? found->getString() : empty;
 }
 
 int Package::getInt(const char* key) const {
-    const Item* found = getItem(key);
+    const Item* const found = find(key, Item::DOUBLE, "a number");
     const std::int64_t value = found ? found->getInt() : 0;
     const bool fits = value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
+    if (!fits) tellType(*found, "a number of 32 bits");
     return fits ? static_cast<int>(value) : 0;
 }
 
 double Package::getDouble(const char* key) const {
-    const Item* found = getItem(key);
+    const Item* const found = find(key, Item::DOUBLE, "a number");
     return found ? found->getDouble() : 0.0;
 }
 
@@ -138,15 +156,18 @@ float Package::getFloat(const char* key) const {
 }
 
 bool Package::getBool(const char* key) const {
-    const Item* found = getItem(key);
+    const Item* const found = find(key, Item::BOOL, "true or false");
     return found && found->getBool();
 }
 
 bool Package::getDoubles(const char* key, double* out, int n) const {
-    const Item* found = getItem(key);
-    if (!found || found->getArray().size() != n) return false;
+    const Item* const found = find(key, Item::ARRAY, "a list of numbers");
+    if (!found) return false;
     std::vector<double> values(static_cast<std::size_t>(n));
-    if (found->getDoubles(values.data(), n) != n) return false;
+    if (found->getArray().size() != n || found->getDoubles(values.data(), n) != n) {
+        tellType(*found, ("a list of " + ToString(n) + " numbers").c_str());
+        return false;
+    }
     std::copy(values.begin(), values.end(), out);
     return true;
 }
@@ -159,6 +180,6 @@ bool Package::getFloats(const char* key, float* out, int n) const {
 }
 
 const Package* Package::getPackage(const char* key) const {
-    const Item* found = getItem(key);
+    const Item* const found = find(key, Item::PACKAGE, "a package { … }");
     return found ? found->getPackage() : nullptr;
 }

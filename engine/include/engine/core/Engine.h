@@ -63,14 +63,12 @@ public:
     double getTime() const;      ///< sum of all dt, seconds
     int getClampCount() const;   ///< frames whose dt was clamped
 
-    /// Height of the current view above the ellipsoid in metres.
-    double getViewHeight() const;
-
     /// The absolute path of a file of the runtime root. A path that leads out of the root gives an empty string.
     /// An absolute path inside the root is kept.
     jString resolvePath(const jString& path) const;
 
-    /// A hash of the whole state: every node's transform and enabled flag, bodies, the bytes sent so far.
+    /// A hash of the state: every node's transform and enabled flag, bodies, the bytes that the process has sent so
+    /// far.
     std::uint64_t getStateHash() const;
 
 private:

@@ -43,8 +43,11 @@ public:
     const T& operator[](int i) const { return m_items[static_cast<std::size_t>(i)]; }
 
     void append(const T& item) {
-        grow();
-        m_items.push_back(item);
+        if (m_items.size() == m_items.capacity()) {
+            append(T(item));  // it may be one of these, which growing moves
+        } else {
+            m_items.push_back(item);
+        }
     }
     void append(T&& item) {
         grow();

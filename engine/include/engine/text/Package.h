@@ -42,11 +42,14 @@ public:
     void setInt(std::int64_t value);
     void setDouble(double value);
     void setString(const jString& value);
-    void setPackage(const Package& value);
-    void setArray(const jVector<Item>& value);
+    void setPackage(Package value);
+    void setArray(jVector<Item> value);
 
 private:
+    friend class Package;
+
     Type m_type = NONE;
+    mutable bool m_told = false;  ///< that another type was wanted
     int m_line = 0;
     std::int64_t m_int = 0;
     double m_double = 0.0;
@@ -57,7 +60,8 @@ private:
 };
 
 /// Named values in file order. Every reader takes the key at the top level of this package; a missing key or one of
-/// another type gives the stated default of its type.
+/// another type gives the stated default of its type. Another type in a package that was read from a file is told once,
+/// with file and line.
 class Package {
 public:
     const jString& getString(const char* key) const;  ///< empty by default
@@ -82,12 +86,18 @@ public:
 
     /// The item of that name, made empty at the end when missing; valid until the package changes.
     Item& item(const char* key);
+    /// Puts an item at the end. REQUIRES that none has its name yet.
+    void append(Item item) { m_items.append(std::move(item)); }
     void clear() { m_items.clear(); }
 
     const jString& getPath() const { return m_path; }  ///< the file it was read from; empty when made in memory
     void setPath(const jString& path) { m_path = path; }
 
 private:
+    /// The item, null when it is missing or of another type.
+    const Item* find(const char* key, Item::Type type, const char* wanted) const;
+    void tellType(const Item& item, const char* wanted) const;
+
     jVector<Item> m_items;
     jString m_path;
 };
