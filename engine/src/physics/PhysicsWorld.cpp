@@ -58,6 +58,7 @@ void PhysicsState::findBodies(const btVector3& lo, const btVector3& hi) {
 }
 
 PhysicsWorld::PhysicsWorld(World& world) : m_state(std::make_unique<PhysicsState>(*this, world)) {
+    assert(btIsDoublePrecision());
     gCalculateCombinedFrictionCallback = combineFriction;
     gContactAddedCallback = turnToFace;
 }
