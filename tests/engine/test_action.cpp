@@ -119,6 +119,19 @@ TEST_F(Actions, MayBeAddedAndRemovedFromWithinAStep) {
     EXPECT_EQ(joined(events), "c 1");
 }
 
+TEST_F(Actions, GroupThatEndsWhenRemovedMayBeRemovedByItsOwnChild) {
+    ActionManager manager;
+    ActionMulti* const group = ActionMulti::Create();
+    Recorder* const child = record("a", 9.0f, events);
+    child->on_step = [&] { manager.removeAllActions(); };
+    group->addAction(child);
+    group->setDoneIfDel(true);
+    manager.addAction(group);
+    manager.update(0.1f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+    EXPECT_EQ(joined(events), "a start, a 1, a release, a gone");
+}
+
 TEST(Timers, FireInOrderAndMayRemoveEachOther) {
     TimerManager timers;
     jString fired;

@@ -155,19 +155,19 @@ TEST(Mjl, FilesAreReadOverriddenAndSaved) {
 
 TEST(Paths, StayUnderTheRoot) {
     EngineSettings settings;
-    settings.root = "/some/root";
+    settings.root = "/some/place";
     const Engine engine(settings);
     const struct {
         const char* path;
         const char* resolved;
-    } cases[] = {{"data/a.glb", "/some/root/data/a.glb"},
-                 {"data/../config/x", "/some/root/config/x"},
-                 {"../root/data", "/some/root/data"},
+    } cases[] = {{"data/a.glb", "/some/place/data/a.glb"},
+                 {"data/../config/x", "/some/place/config/x"},
+                 {"../place/data", "/some/place/data"},
                  {"../other", ""},
                  {"data/../../x", ""},
                  {"/etc/passwd", ""},
-                 {"/some/root/data/b", "/some/root/data/b"},
-                 {"/some/rootless", ""}};
+                 {"/some/place/data/b", "/some/place/data/b"},
+                 {"/some/placeless", ""}};
     for (const auto& c : cases) EXPECT_EQ(engine.resolvePath(c.path), c.resolved) << c.path;
 }
 

@@ -1,6 +1,8 @@
 // Who is in the physics and in which mode, and the frame's step as a list.
 #include "physics/PhysicsWorld.h"
 
+#include <cassert>
+
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
 #include "physics/TriangleContacts.h"
