@@ -49,7 +49,7 @@ private:
     friend class ObjectPrefab;
     friend class PhysicsWorld;
 
-    PhysicsWorld* m_physics = nullptr;              ///< the world's, while it knows this body or collider
+    PhysicsWorld* m_physics = nullptr;  ///< the world's, while it knows this body or collider
     std::unique_ptr<BodyRigid> m_body;
     std::unique_ptr<MeshCollider> m_mesh_collider;  ///< made when a body first comes near
 };
