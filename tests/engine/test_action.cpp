@@ -72,23 +72,32 @@ TEST_F(Actions, LiveFromStartToRelease) {
     manager.addAction(record("what is left goes with the manager", 1.0f, events));
 }
 
-TEST_F(Actions, SequenceOfGroupsWaitsForTheLongestOfEach) {
+TEST_F(Actions, SequenceOfGroupsStartsEachWhenTheOneBeforeEnds) {
     ActionManager manager;
     ActionSequence* const sequence = ActionSequence::Create();
     for (const char* label : {"a", "b"}) {
         ActionMulti* const group = ActionMulti::Create();
-        group->addAction(record("-", 0.1f, events));
         group->addAction(record(label, 0.2f, events));
-        group->addAction(nullptr);
         sequence->addAction(group);
     }
     EXPECT_FLOAT_EQ(sequence->getDuration(), 0.4f);
     manager.addAction(sequence);
+    manager.update(0.28f);
+    EXPECT_EQ(joined(events), "a start, a 3, a release, a gone, b start, b 1");
+}
+
+TEST_F(Actions, GroupWaitsForItsLongest) {
+    ActionManager manager;
+    ActionMulti* const group = ActionMulti::Create();
+    group->addAction(record("a", 0.1f, events));
+    group->addAction(record("b", 0.2f, events));
+    group->addAction(nullptr);
+    manager.addAction(group);
     manager.update(0.1f);
-    EXPECT_EQ(joined(events), "- start, a start, - 1, - release, - gone, a 1");
-    events.clear();
-    manager.update(0.18f);
-    EXPECT_EQ(joined(events), "a 3, a release, a gone, - start, b start, - 1, b 1");
+    EXPECT_EQ(manager.getNumActions(), 1);
+    manager.update(0.1f);
+    EXPECT_EQ(manager.getNumActions(), 0);
+    EXPECT_EQ(joined(events), "a start, b start, a 1, a release, a gone, b 1, b 2, b release, b gone");
 }
 
 TEST_F(Actions, MayBeAddedAndRemovedFromWithinAStep) {

@@ -137,12 +137,13 @@ TEST_F(ModelTest, MaterialsAndImages) {
 }
 
 TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
+    using Indices = std::vector<std::uint32_t>;
     struct Case {
         const char* what;
         int mode, component;
         std::string bytes;
         std::size_t count;
-        std::vector<std::uint32_t> expected;
+        Indices expected;
     };
     std::string small, wide;
     append<std::uint8_t>(small, {3, 1, 2, 0, 1, 2});
@@ -162,6 +163,9 @@ TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
         ASSERT_TRUE(model) << c.what;
         EXPECT_EQ(surfaceOf(*model).indices, c.expected) << c.what;
     }
+    const auto plain = load(replaced(JSON, R"("indices":2,"mode":5,)", ""), makeBin());
+    ASSERT_TRUE(plain);
+    EXPECT_EQ(surfaceOf(*plain).indices, Indices({0, 1, 2}));
 }
 
 TEST_F(ModelTest, MissingNormalsAreSmoothWhereTheSurfaceIsAndSharpWhereItIsNot) {
@@ -204,7 +208,7 @@ TEST_F(ModelTest, FilesAreReadFromTheModelsOwnFolderOnly) {
          {Case{"geometry/bin", true}, Case{"geometry/../geometry/bin", true}, Case{"name%20with%20space", true},
           Case{"../bin", false}, Case{"%2e%2e/bin", false}, Case{"geometry/../../bin", false},
           Case{(root() / "data/bin").string(), false}, Case{"link", false}, Case{"up/bin", false},
-          Case{"missing", false}, Case{"/dev/zero", false}}) {
+          Case{"missing", false}, Case{"geometry", false}, Case{"/dev/zero", false}}) {
         for (const bool image : {false, true}) {
             clearLines();
             std::string json = JSON;
@@ -223,6 +227,9 @@ TEST_F(ModelTest, FilesAreReadFromTheModelsOwnFolderOnly) {
             EXPECT_TRUE(!model || !image || (surfaceOf(*model).material->base_texture != nullptr) == c.good) << c.uri;
         }
     }
+    clearLines();
+    EXPECT_FALSE(loadModel("../elsewhere.glb"));
+    EXPECT_EQ(countLines("elsewhere.glb"), 1);
 }
 
 TEST_F(ModelTest, WildFilesAreRefusedWholeWithOneLine) {
