@@ -85,16 +85,6 @@ TEST(Math, SegmentsMeetBoxes) {
     for (const auto& c : cases) EXPECT_EQ(intersects(box, c.a, c.b), c.hit) << c.a.x << ' ' << c.a.y << " to " << c.b.x;
 }
 
-TEST(Math, CurvesClampAtBothEnds) {
-    EXPECT_EQ(jMath::getFadeOut(50, 40, 18), 0.0);
-    EXPECT_EQ(jMath::getFadeOut(31, 40, 18), 0.5);
-    EXPECT_EQ(jMath::getFadeIn(2.0, 0.0, 0.1), 1.0);
-    const struct {
-        double t, value;
-    } wave[] = {{0, 0}, {0.25, 0.25}, {1, 1}, {1.5, 0.5}, {2, 0}, {-0.5, 0.5}, {1000001, 1}};
-    for (const auto& c : wave) EXPECT_NEAR(jMath::linearToShock(c.t), c.value, 1e-9) << c.t;
-}
-
 TEST(Globe, AgreesWithGeographicLib) {
     const EllipsoidModel ellipsoid;
     const GeographicLib::Geocentric& oracle = GeographicLib::Geocentric::WGS84();

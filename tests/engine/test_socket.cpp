@@ -173,16 +173,4 @@ TEST_F(Socket, WriteMovesOneDatagramUpToTheStatedSize) {
     EXPECT_EQ(stats().sendFailed, 1u);
 }
 
-TEST_F(Socket, MulticastStaysOnTheMachineFromALoopbackAddress) {
-    FakeHost host(1);
-    SocketUDP socket;
-    ASSERT_TRUE(socket.create() && socket.setSendIP(FakeHost::GROUP) && socket.setSendPort(FakeHost::GROUP_PORT) &&
-                socket.send(65507) && socket.bind("127.0.0.1", 0));
-    const Bytes notice = packets::noise(72, 99);
-    ASSERT_EQ(socket.write(notice.data(), 1, 72), 72);
-    bool arrived = false;
-    for (const Datagram& datagram : host.waitNotices(1)) arrived |= datagram.bytes == notice;
-    EXPECT_TRUE(arrived);
-}
-
 }  // namespace
