@@ -7,11 +7,12 @@
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
 
-void runFrame(Engine& engine, LogicBase& logic, double dt) {
+void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void()>& picture) {
     engine.beginFrame(dt);
     logic.update(engine.getFrameTime());
     engine.step();
     logic.swap();
+    picture();
     logic.render();
     engine.endFrame();
 }

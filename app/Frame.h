@@ -2,13 +2,14 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 class Engine;
 class LogicBase;
 
-/// Runs one frame: update, physics, swap, render.
-void runFrame(Engine& engine, LogicBase& logic, double dt);
+/// Runs one frame: update, physics, swap, picture, render.
+void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void()>& picture);
 
 /// Hands out the frames' dt, and waits for the next frame when they follow the clock.
 class FramePacer {

@@ -1,10 +1,23 @@
 // The command line of deckview.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+/// A picture to be written as a file.
+struct Screenshot {
+    std::string file;
+    long frame = 0;  ///< the frame that it shows, counted from 1; 0 for the last of the run
+};
+
+/// A place to look from.
+struct CameraPlace {
+    std::array<double, 3> geodetic{};  ///< longitude, latitude in degrees, height in metres
+    std::array<double, 3> wgs_hpr{};   ///< heading clockwise from north, pitch nose up, roll right wing down; degrees
+};
 
 /// What the command line asks for, with the defaults of a start without any.
 struct Options {
@@ -15,6 +28,15 @@ struct Options {
     std::string airport = "start_deck";
     std::string carrier = "JT_CN_LNJ";
     bool headless = false;
+    std::array<int, 2> size{1280, 720};  ///< pixels
+    bool fullscreen = false;
+    std::string quality = "medium";
+    std::string channel;  ///< of the configuration's "slaves"; empty for the whole view
+    std::vector<Screenshot> screenshots;
+    std::optional<CameraPlace> camera;                   ///< instead of the logic's view
+    std::vector<std::pair<std::string, float>> tracks;   ///< tracks by name with their place in percent
+    std::optional<int> visibility;                       ///< metres
+    std::optional<std::array<int, 3>> date;              ///< year, month, day
     long frames = 0;             ///< 0 runs until it is stopped
     std::optional<double> step;  ///< seconds a frame, as fast as they go; without it frames follow the clock
     std::vector<std::pair<std::string, std::string>> overrides;  ///< keys of the configuration

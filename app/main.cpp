@@ -7,6 +7,8 @@
 #include "Options.h"
 #include "Plugin.h"
 #include "Report.h"
+#include "Screen.h"
+#include "Staging.h"
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
 #include "engine/scene/World.h"
@@ -98,19 +100,26 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
     return true;
 }
 
-void runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes) {
+/// False, with `error` saying why, when a picture could not be written.
+bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes, Screen& screen,
+               std::string& error) {
     FramePacer pacer(options.step, fpsLimit(plugin));
     StatsPrinter stats(plugin.getFlyLogic());
-    for (long frame = 0; !g_stop && (options.frames == 0 || frame < options.frames); ++frame) {
+    bool good = true;
+    for (long frame = 1; good && !g_stop && (options.frames == 0 || frame <= options.frames) && screen.poll(); ++frame) {
         const double dt = pacer.next();
         const SteadyClock::time_point begin = SteadyClock::now();
-        runFrame(engine, *plugin.getLogic(), dt);
+        runFrame(engine, *plugin.getLogic(), dt, [&] {
+            if (options.camera) placeCamera(engine, *options.camera);
+            good = screen.draw(frame, frame == options.frames, error);
+        });
         if (options.stats) stats.frame(std::chrono::duration<double>(SteadyClock::now() - begin).count());
         hashes.frame(engine);
     }
     if (engine.getClampCount() > 0) {
         jLog::warning("%d frames took longer than 0.1 s and were counted as 0.1 s", engine.getClampCount());
     }
+    return good;
 }
 
 int run(const Options& options) {
@@ -131,9 +140,14 @@ int run(const Options& options) {
     Plugin plugin;
     std::string error;
     if (!plugin.load(library, engine.getWorld(), engine.getCameraControl(), error)) return fail(error);
+    Screen screen;
+    const std::string pictures = (buildFolder() / "lib" / "libengine_render.so").string();
+    if (!screen.open(options, pictures, engine, error)) return fail(error);
+    screen.connect(*plugin.getLogic());
     if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
+    stageWeather(options, *plugin.getLogic(), plugin.getFlyLogic());
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
-    runFrames(options, engine, plugin, hashes);
+    if (!runFrames(options, engine, plugin, hashes, screen, error)) return fail(error);
     plugin.getLogic()->release();
     plugin.destroyLogic();
     if (options.memory_report) printMemoryReport();

@@ -133,7 +133,7 @@ void Node::contentMoved() {
 
 void Node::contentChanged() {
     ++m_revision;
-    if (m_world) m_world->getState().spatial.moved(*this);
+    if (m_world) m_world->getState().contentChanged(*this);
     if (m_parent) m_parent->contentMoved();
 }
 

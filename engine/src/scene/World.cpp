@@ -54,6 +54,10 @@ void listBelow(const Node& node, jVector<Node*>& nodes) {
     }
 }
 
+void readShare(const DataReader& in, const char* key, float& share) {
+    if (in.read(key, share)) share = std::clamp(share, 0.0f, 1.0f);
+}
+
 void readEnvironment(const DataReader& in, Environment& environment) {
     dvec3 date;
     if (in.read("date", date)) {
@@ -65,6 +69,9 @@ void readEnvironment(const DataReader& in, Environment& environment) {
         environment.time_of_day = std::clamp(environment.time_of_day, 0.0f, 24.0f);
     }
     in.read("wind", environment.wind);
+    readShare(in, "wetness", environment.wetness);
+    readShare(in, "snow_cover", environment.snow);
+    readShare(in, "cloudiness", environment.cloudiness);
     if (const Package* camera = in.getPackage("camera")) {
         const DataReader camera_in(*camera, in.getFile());
         camera_in.read("geodetic", environment.camera_geodetic);
@@ -119,6 +126,18 @@ bool World::load(const jString& path) {
 
 std::unique_ptr<Node> World::LoadNode(const Package& node, const jString& base) {
     return NodeLoader(node.getPath().empty() ? base : node.getPath(), base).load(node);
+}
+
+void World::watchChanges() {
+    m_state->watched = true;
+    for (Node* node : getNodes()) m_state->touch(*node);
+}
+
+void World::takeChanges(WorldChanges& changes) {
+    changes.changed.clear();
+    changes.left.clear();
+    std::swap(changes, m_state->changes);
+    for (Node* node : changes.changed) node->m_change_slot = -1;
 }
 
 void World::step(double dt) {

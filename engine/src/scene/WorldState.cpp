@@ -31,9 +31,16 @@ void WorldState::nodeJoined(Node& node) {
         triggers_stale = true;
     }
     if (node.m_sensor) addSensor(node);
+    touch(node);
 }
 
 void WorldState::nodeLeft(Node& node) {
+    if (node.m_change_slot >= 0) {
+        changes.changed.last()->m_change_slot = node.m_change_slot;
+        changes.changed.removeFast(node.m_change_slot);
+        node.m_change_slot = -1;
+    }
+    if (watched && !closing) changes.left.append(node.getId());
     for (std::vector<Departure>* report : m_reports) {
         for (Departure& departure : *report) {
             if (departure.sensor == &node) departure.sensor = nullptr;
@@ -55,10 +62,23 @@ void WorldState::nodeLeft(Node& node) {
 void WorldState::placeChanged(Node& node) {
     spatial.moved(node);
     if (node.m_trigger_part) triggers_stale = true;
+    touch(node);
 }
 
 void WorldState::activityChanged(Node& node) {
     if (node.m_trigger_part) triggers_stale = true;
+    touch(node);
+}
+
+void WorldState::contentChanged(Node& node) {
+    spatial.moved(node);
+    touch(node);
+}
+
+void WorldState::touch(Node& node) {
+    if (!watched || node.m_change_slot >= 0) return;
+    node.m_change_slot = changes.changed.size();
+    changes.changed.append(&node);
 }
 
 void WorldState::nameChanged(Node& node, const jString& old_name) {

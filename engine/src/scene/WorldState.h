@@ -13,8 +13,16 @@
 class NodeTrigger;
 class ObjectParticles;
 
+/// What a track's channel wants a value of the environment to be at least.
+struct EnvironmentRaise {
+    const float* target;
+    const void* by;  ///< the channel; null for the value's own
+    float value;
+};
+
 struct WorldState {
     Environment environment;
+    std::vector<EnvironmentRaise> raises;
     bool enabled = true;
     std::uint64_t joined = 0;  ///< nodes that ever joined: the next one's place in the order
     int num_nodes = 0;
@@ -26,6 +34,8 @@ struct WorldState {
     jVector<Node*> sensors;                                 ///< in order of their ids
     bool triggers_stale = false;                            ///< a sensor or trigger moved or changed its activity
     bool closing = false;                                   ///< the world goes: nothing is reported any more
+    bool watched = false;                                   ///< a mirror takes the changes
+    WorldChanges changes;
     std::unordered_map<std::string, Package> prefab_files;  ///< by absolute path
     std::unique_ptr<PhysicsWorld> physics;
     Node root;
@@ -34,6 +44,9 @@ struct WorldState {
     void nodeLeft(Node& node);
     void placeChanged(Node& node);
     void activityChanged(Node& node);
+    void contentChanged(Node& node);
+    /// Puts the node on the list of changes, if there is one and it is not on it.
+    void touch(Node& node);
     void nameChanged(Node& node, const jString& old_name);
     void tagAdded(Node& node, const jString& tag);
     void sensorChanged(Node& node);

@@ -155,6 +155,7 @@ private:
     mutable bool m_world_dirty = true;  ///< and then everything below is, too, and has been told
     bool m_trigger_part = false;        ///< a sensor or trigger of the world: its moves are of interest
     bool m_bounds_top = false;          ///< belongs in the spatial index
+    int m_change_slot = -1;             ///< in the world's list of changes; -1 when not in it
     int m_bounds_slot = -1;             ///< in the spatial index's list of what moved; -1 when not waiting there
     void* m_bounds_leaf = nullptr;      ///< of the spatial index
     std::uint64_t m_join_order = 0;     ///< counts up over the nodes that join a world

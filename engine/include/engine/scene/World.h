@@ -13,8 +13,17 @@ struct Environment {
     int year = 2024, month = 6, day = 21;
     float time_of_day = 10.0f;               ///< local solar hours, 0..24
     vec3 wind{-5.0f, 0.0f, 0.0f};            ///< east, north, up; m/s
+    float wetness = 0.0f;                    ///< how wet everything is that looks up, 0..1
+    float snow = 0.0f;                       ///< and how far snow covers it, 0..1
+    float cloudiness = 0.25f;                ///< share of the sky under cloud, 0..1
     dvec3 camera_geodetic{0.0, 0.0, 100.0};  ///< where the view starts
     dvec3 camera_wgs_hpr;                    ///< and how it looks: geodetic heading, pitch, roll
+};
+
+/// What happened to the tree since the list was last taken.
+struct WorldChanges {
+    jVector<Node*> changed;  ///< joined, moved, switched or changed in content: each once, none that has left
+    jVector<int> left;       ///< ids of nodes that left; one that came back is in `changed`, too
 };
 
 /// Owns every node that was added. Lookups by name and by tag go through indexes, segment queries through a bounding
@@ -55,6 +64,12 @@ public:
     /// Whether the world is drawn.
     bool isEnabled() const;
     void setEnabled(bool enabled);
+
+    /// Begins a list of changes for the one mirror that a world can have; every node is in the first list.
+    void watchChanges();
+    /// Hands the list out in place of what `changes` held, and begins the next. A node that moved is listed again only
+    /// once its world transform was read: read it, also of a node that is not active.
+    void takeChanges(WorldChanges& changes);
 
     /// One frame of dt seconds: bodies, contacts, particles, triggers. Called by the engine.
     void step(double dt);

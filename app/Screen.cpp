@@ -1,0 +1,119 @@
+// Opens the picture when a run wants one, and draws it after the logic has placed the camera.
+#include "Screen.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "common/LogicBase.h"
+#include "engine/core/Engine.h"
+#include "engine/text/Log.h"
+#include "engine/text/Package.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+namespace {
+
+constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
+constexpr double VISIBILITY_STEP = 300.0;  // metres a step of the logic's visibility
+
+Quality qualityOf(const std::string& name) {
+    return name == "low" ? Quality::LOW : name == "high" ? Quality::HIGH : Quality::MEDIUM;
+}
+
+bool hasDisplay() {
+    const char* const display = std::getenv("DISPLAY");
+    return display && *display;
+}
+
+/// False when the configuration does not know the channel.
+bool readChannel(const Package& config, const std::string& name, PictureSettings& settings) {
+    const Package* const slaves = config.getPackage("slaves");
+    const Package* const channel = slaves ? slaves->getPackage(name.c_str()) : nullptr;
+    if (!channel) return false;
+    float shear[2];
+    if (channel->getFloats("shear", shear, 2)) settings.shear = {shear[0], shear[1]};
+    settings.yaw = channel->getDouble("yaw");
+    if (!channel->has("fov")) return true;
+    const double fov = channel->getDouble("fov");
+    if (fov > 0.0 && fov < 180.0) {
+        settings.fov = fov;
+    } else {
+        jLog::error("%s: \"fov\" of channel \"%s\" must lie between 0 and 180 degrees", CONFIG_PATH, name.c_str());
+    }
+    return true;
+}
+
+}  // namespace
+
+Screen::~Screen() {
+    // The library stays: what it registered with the driver outlives the picture.
+    m_picture.reset();
+}
+
+bool Screen::open(const Options& options, const std::string& library, Engine& engine, std::string& error) {
+    PictureSettings settings;
+    settings.window = !options.headless && hasDisplay();
+    m_screenshots = options.screenshots;
+    if (!settings.window && m_screenshots.empty()) return true;
+
+    Package config;
+    mjl::open(CONFIG_PATH, config, true);
+    if (!options.channel.empty() && !readChannel(config, options.channel, settings)) {
+        error = std::string(CONFIG_PATH) + " names no channel \"" + options.channel + "\" under \"slaves\"";
+        return false;
+    }
+    settings.width = options.size[0];
+    settings.height = options.size[1];
+    settings.fullscreen = options.fullscreen;
+    settings.quality = qualityOf(options.quality);
+    settings.vsync = config.getBool("vsync");
+    m_shows_rate = config.getBool("show_fps");
+    m_rate_is_instant = config.getBool("real_time_fps");
+    m_draws_always = settings.window;
+
+    m_library = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    const auto factory = m_library ? reinterpret_cast<PictureFactory>(dlsym(m_library, "createPicture")) : nullptr;
+    if (!factory) {
+        const char* const why = dlerror();
+        error = why ? why : library + " makes no picture";
+        return false;
+    }
+    m_picture.reset(factory(engine, settings, error));
+    return m_picture != nullptr;
+}
+
+void Screen::connect(LogicBase& logic) {
+    auto* const fly = dynamic_cast<Logic_Test_Fly*>(&logic);
+    if (!m_picture || !fly) return;
+    logic.m_signal_20_fog.append([this, fly](float) {
+        m_picture->setVisibility(std::max(fly->getVisibilityDistance() * VISIBILITY_STEP, VISIBILITY_STEP));
+    });
+}
+
+bool Screen::draw(long frame, bool is_last, std::string& error) {
+    if (!m_picture) return true;
+    const auto isDue = [&](const Screenshot& shot) { return shot.frame == frame || (is_last && shot.frame == 0); };
+    const bool due = std::any_of(m_screenshots.begin(), m_screenshots.end(), isDue);
+    if (!m_draws_always && !due) return true;
+    if (m_shows_rate) showRate();
+    m_picture->draw();
+    for (const Screenshot& shot : m_screenshots) {
+        if (isDue(shot) && !m_picture->save(shot.file, error)) return false;
+    }
+    std::erase_if(m_screenshots, isDue);
+    return true;
+}
+
+void Screen::showRate() {
+    ++m_rate_frames;
+    const Clock::time_point now = Clock::now();
+    const double elapsed = std::chrono::duration<double>(now - m_rate_start).count();
+    if (!m_rate_is_instant && elapsed < 1.0) return;
+    char line[32];
+    std::snprintf(line, sizeof line, "%.1f fps", m_rate_frames / std::max(elapsed, 1e-6));
+    m_picture->setStatusLine(line);
+    m_rate_start = now;
+    m_rate_frames = 0;
+}

@@ -1,0 +1,45 @@
+// What the run shows: the picture, its library, its screenshots.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "Options.h"
+#include "render/Picture.h"
+
+class Engine;
+class LogicBase;
+
+/// The picture of a run that has one. The library with the picture is loaded only when it is wanted.
+class Screen {
+public:
+    Screen() = default;
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    /// Opens a window or an off-screen picture as the options and the configuration ask for. False, with `error` saying
+    /// why, when that fails. A run without a window and without screenshots opens nothing.
+    bool open(const Options& options, const std::string& library, Engine& engine, std::string& error);
+    /// Has the logic's fog set the picture's visibility.
+    void connect(LogicBase& logic);
+    /// Takes in the window's events; false once it was closed.
+    bool poll() { return !m_picture || m_picture->poll(); }
+    /// Draws the frame and writes the screenshots of it; false, with `error` saying why, when one cannot be written.
+    bool draw(long frame, bool is_last, std::string& error);
+    Picture* getPicture() const { return m_picture.get(); }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void showRate();
+
+    void* m_library = nullptr;
+    std::unique_ptr<Picture> m_picture;
+    std::vector<Screenshot> m_screenshots;  ///< still to be written
+    bool m_draws_always = false;            ///< else only the frames that screenshots want
+    bool m_shows_rate = false, m_rate_is_instant = false;
+    Clock::time_point m_rate_start = Clock::now();
+    int m_rate_frames = 0;
+};

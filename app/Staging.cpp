@@ -1,0 +1,38 @@
+// Sets the scene up as the command line asks, once after the logic was initialised.
+#include "Staging.h"
+
+#include "Options.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/core/Engine.h"
+#include "engine/text/Log.h"
+#include "src/logic/Logic_Test_Fly.h"
+
+namespace {
+
+constexpr const char* TRACK_FOLDER = "data/assets/Anim/Fly_simulator/";
+constexpr int VISIBILITY_STEP = 300;  // metres
+
+}  // namespace
+
+void placeCamera(Engine& engine, const CameraPlace& place) {
+    const EllipsoidModel& globe = engine.getEllipsoid();
+    const dvec3 position = globe.toWorld(dvec3(place.geodetic[0], place.geodetic[1], place.geodetic[2]));
+    const dquat attitude = globe.fromWgsHPR(position, dvec3(place.wgs_hpr[0], place.wgs_hpr[1], place.wgs_hpr[2]));
+    CameraControl& camera = *engine.getCameraControl();
+    // From a model's axes (+Y ahead, +Z up) to a camera's (-Z ahead, +Y up).
+    camera.getRotation() = attitude * dquat(dvec3(1.0, 0.0, 0.0), 90.0);
+    camera.getPosition() = position;
+    camera.apply();
+}
+
+void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic) {
+    if (options.date) logic.apply_date((*options.date)[0], (*options.date)[1], (*options.date)[2]);
+    if (!fly_logic) {
+        if (!options.tracks.empty() || options.visibility) jLog::warning("this logic has no weather to set");
+        return;
+    }
+    for (const auto& [name, percent] : options.tracks) {
+        fly_logic->set_anim(TRACK_FOLDER + name + ".anim", percent);
+    }
+    if (options.visibility) fly_logic->setVisibilityDistance(*options.visibility / VISIBILITY_STEP);
+}

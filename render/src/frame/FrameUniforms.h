@@ -1,0 +1,17 @@
+// The uniforms of common.glsl: set once a frame for everything that is drawn.
+#pragma once
+
+#include <osg/StateSet>
+
+#include "frame/FrameView.h"
+
+class FrameUniforms {
+public:
+    /// Adds them to the state of the scene's root.
+    explicit FrameUniforms(osg::StateSet& state);
+    void update(const FrameView& view);
+
+private:
+    osg::ref_ptr<osg::Uniform> m_up, m_eye_to_local, m_light_direction, m_light_color, m_ambient_above, m_ambient_below,
+        m_exposure, m_air, m_sun_side, m_weather;
+};

@@ -1,0 +1,240 @@
+// Opens the context, puts the parts together and draws the frame: changes taken in, light computed, parts moved, the
+// scene drawn into the picture's own buffer, the buffer shown.
+#include "frame/WorldPicture.h"
+
+#include <osg/ClipControl>
+#include <osg/CullFace>
+#include <osg/Depth>
+#include <osgViewer/GraphicsWindow>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+#include "engine/camera/CameraControl.h"
+#include "engine/core/Engine.h"
+#include "engine/math/jMath.h"
+#include "engine/scene/World.h"
+#include "engine/text/Log.h"
+#include "frame/Convert.h"
+#include "frame/EglWindow.h"
+#include "frame/ImageFile.h"
+#include "frame/NotifyLog.h"
+
+namespace {
+
+constexpr double NEAR = 0.2;  // metres; depth reaches to infinity from here
+constexpr int MAX_SIZE = 16384;
+
+/// A part of the frame that runs on the context, as the scene graph wants it.
+struct PassHook final : osg::Camera::DrawCallback {
+    explicit PassHook(std::function<void()> f) : run(std::move(f)) {}
+    void operator()(osg::RenderInfo&) const override { run(); }
+    std::function<void()> run;
+};
+
+osg::ref_ptr<osg::GraphicsContext> makeWindow(const PictureSettings& settings, std::string& error) {
+    osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
+    traits->readDISPLAY();
+    traits->setUndefinedScreenDetailsToDefaultScreen();
+    traits->x = traits->y = 40;
+    traits->width = settings.width;
+    traits->height = settings.height;
+    traits->windowName = settings.title;
+    traits->windowDecoration = true;
+    traits->supportsResize = true;
+    traits->doubleBuffer = true;
+    traits->vsync = settings.vsync;
+    osg::ref_ptr<osg::GraphicsContext> context = osg::GraphicsContext::createGraphicsContext(traits);
+    if (!context || !context->valid()) error = "no window can be opened; is DISPLAY right? --headless needs none";
+    return context && context->valid() ? context : nullptr;
+}
+
+int samplesOf(Quality quality) {
+    return quality == Quality::HIGH ? 4 : 1;
+}
+
+}  // namespace
+
+WorldPicture::WorldPicture(Engine& engine, const PictureSettings& settings)
+    : m_engine(engine), m_settings(settings), m_root(new osg::Group) {
+    m_view.quality = settings.quality;
+}
+
+WorldPicture::~WorldPicture() {
+    if (!m_context) return;
+    m_context->makeCurrent();
+    m_buffer.reset();
+    m_viewer.setSceneData(nullptr);
+    m_context->close();
+}
+
+bool WorldPicture::open(std::string& error) {
+    const auto fits = [](int size) { return size >= 1 && size <= MAX_SIZE; };
+    if (!fits(m_settings.width) || !fits(m_settings.height)) {
+        error = "a picture is 1 to 16384 pixels wide and high";
+        return false;
+    }
+    routeNotices();
+    m_context = m_settings.window ? makeWindow(m_settings, error)
+                                  : makeOffscreenContext(m_settings.width, m_settings.height, error);
+    if (!m_context) return false;
+    setUpCamera();
+    m_viewer.realize();
+    m_context->makeCurrent();
+    osg::GLExtensions* const gl = m_context->getState()->get<osg::GLExtensions>();
+    if (!gl || gl->glslLanguageVersion < 3.3f || !gl->glBlitFramebuffer || !gl->glClipControl) {
+        error = "the graphics driver is too old: OpenGL 3.3 with GL_ARB_clip_control is needed";
+        return false;
+    }
+    m_buffer = std::make_unique<FrameBuffer>(*gl, samplesOf(m_settings.quality));
+    if (!m_buffer->resize(m_settings.width, m_settings.height)) {
+        error = "the graphics driver has no memory for a picture of that size";
+        return false;
+    }
+    buildScene();
+    return true;
+}
+
+void WorldPicture::setUpCamera() {
+    m_viewer.setThreadingModel(osgViewer::Viewer::SingleThreaded);
+    m_viewer.setKeyEventSetsDone(0);
+    m_viewer.setReleaseContextAtEndOfFrameHint(false);
+    osg::Camera& camera = *m_viewer.getCamera();
+    camera.setGraphicsContext(m_context);
+    camera.setViewport(0, 0, m_settings.width, m_settings.height);
+    camera.setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+    camera.setProjectionResizePolicy(osg::Camera::FIXED);
+    camera.setDrawBuffer(GL_COLOR_ATTACHMENT0);
+    camera.setReadBuffer(GL_COLOR_ATTACHMENT0);
+    camera.setClearColor(osg::Vec4());
+    camera.setClearDepth(0.0);
+    camera.setSmallFeatureCullingPixelSize(1.0f);
+    camera.setPreDrawCallback(new PassHook([this] { beginPass(); }));
+    camera.setFinalDrawCallback(new PassHook([this] { endPass(); }));
+}
+
+void WorldPicture::buildScene() {
+    osg::StateSet& state = *m_root->getOrCreateStateSet();
+    state.setAttribute(new osg::ClipControl(osg::ClipControl::LOWER_LEFT, osg::ClipControl::ZERO_TO_ONE));
+    state.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0));
+    state.setAttributeAndModes(new osg::CullFace(osg::CullFace::BACK));
+    m_uniforms = std::make_unique<FrameUniforms>(state);
+    m_sky = std::make_unique<SkyLayer>(*m_root, m_shaders);
+    m_terrain = std::make_unique<TerrainLayer>(*m_root, m_shaders);
+    m_sea = std::make_unique<SeaLayer>(*m_root, m_shaders);
+    m_effects = std::make_unique<EffectsLayer>(*m_root, m_shaders);
+    m_mirror = std::make_unique<WorldMirror>(*m_engine.getWorld(), *m_root, m_shaders, *m_terrain, *m_sea, *m_effects);
+    state.setTextureAttribute(UNIT_SKY, m_sky->getRadiance());
+    m_viewer.setSceneData(m_root);
+}
+
+bool WorldPicture::poll() {
+    m_viewer.advance(m_engine.getTime());
+    m_viewer.eventTraversal();
+    if (m_viewer.done() || !m_context->valid()) return false;
+    const osg::GraphicsContext::Traits& traits = *m_context->getTraits();
+    if (m_settings.window) {
+        m_settings.width = std::clamp(traits.width, 1, MAX_SIZE);
+        m_settings.height = std::clamp(traits.height, 1, MAX_SIZE);
+    }
+    return true;
+}
+
+void WorldPicture::updateView() {
+    m_view.width = m_settings.width;
+    m_view.height = m_settings.height;
+    m_view.fov = m_settings.fov;
+    if (const Node* const node = m_engine.getCameraControl()->getNode()) m_view.camera = node->getWorldTransform();
+    if (m_settings.yaw != 0.0) {
+        m_view.camera = m_view.camera * dmat4(dquat(dvec3(0.0, 1.0, 0.0), -m_settings.yaw), dvec3());
+    }
+    const EllipsoidModel& globe = m_engine.getEllipsoid();
+    m_view.local = globe.getWGSTransform(m_view.camera.t);
+    m_view.geodetic = globe.toWGS(m_view.camera.t);
+    m_view.dt = m_engine.getTime() - m_view.time;
+    m_view.time = m_engine.getTime();
+    m_view.view = toOsg(inverse(m_view.camera));
+
+    // Depth = near / distance; the shear shifts the picture by half widths and half heights.
+    const double scale = 1.0 / std::tan(m_view.fov * 0.5 * jMath::DEG2RAD);
+    const double aspect = static_cast<double>(m_view.width) / m_view.height;
+    m_view.projection = osg::Matrixd(scale / aspect, 0.0, 0.0, 0.0, 0.0, scale, 0.0, 0.0, m_settings.shear[0],
+                                     m_settings.shear[1], 0.0, -1.0, 0.0, 0.0, NEAR, 0.0);
+}
+
+void WorldPicture::draw() {
+    m_context->makeCurrent();
+    if (!m_buffer->resize(m_settings.width, m_settings.height)) jLog::error("the picture cannot take its new size");
+    World& world = *m_engine.getWorld();
+    m_mirror->update();
+    updateView();
+    m_view.light = m_sky->update(m_view, world.getEnvironment());
+    m_terrain->update(m_view);
+    m_sea->update(m_view);
+    m_effects->update(m_view, world);
+    m_uniforms->update(m_view);
+
+    osg::Camera& camera = *m_viewer.getCamera();
+    camera.setViewport(0, 0, m_view.width, m_view.height);
+    camera.setViewMatrix(m_view.view);
+    camera.setProjectionMatrix(m_view.projection);
+    m_root->setNodeMask(world.isEnabled() ? ~0u : 0u);
+    // Framebuffers that parts draw into end with this one bound again.
+    m_context->setDefaultFboId(m_buffer->getDrawId());
+    m_viewer.updateTraversal();
+    m_viewer.renderingTraversals();
+}
+
+void WorldPicture::beginPass() {
+    m_context->getState()->get<osg::GLExtensions>()->glBindFramebuffer(GL_FRAMEBUFFER, m_buffer->getDrawId());
+}
+
+void WorldPicture::endPass() {
+    m_buffer->resolve();
+    if (m_settings.window) m_buffer->show(m_view.width, m_view.height);
+}
+
+void WorldPicture::setVisibility(double metres) {
+    // Koschmieder's law: contrast falls to 2 % at the visibility distance.
+    m_view.extinction = 3.912 / std::max(metres, 1.0);
+}
+
+void WorldPicture::setStatusLine(const std::string&) {}
+
+void WorldPicture::setParts(unsigned parts) {
+    m_parts = parts;
+    m_mirror->getMeshes().setVisible(parts & PART_MESHES);
+    m_terrain->setVisible(parts & PART_TERRAIN);
+    m_sea->setVisible(parts & PART_SEA);
+    m_sky->setVisible(parts & PART_SKY);
+    m_effects->setVisible(parts & PART_EFFECTS);
+}
+
+void WorldPicture::setFullscreen(bool fullscreen) {
+    auto* const window = dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
+    if (!window || !m_settings.window || fullscreen == m_settings.fullscreen) return;
+    m_settings.fullscreen = fullscreen;
+    window->setWindowDecoration(!fullscreen);
+    unsigned width = 0, height = 0;
+    osg::GraphicsContext::getWindowingSystemInterface()->getScreenResolution(*m_context->getTraits(), width, height);
+    if (fullscreen) {
+        window->setWindowRectangle(0, 0, static_cast<int>(width), static_cast<int>(height));
+    } else {
+        window->setWindowRectangle(40, 40, m_settings.width / 2, m_settings.height / 2);
+    }
+}
+
+Snapshot WorldPicture::capture(bool with_distance) {
+    m_context->makeCurrent();
+    return m_buffer->read(with_distance, NEAR);
+}
+
+bool WorldPicture::save(const std::string& file, std::string& error) {
+    return writePng(capture(false), file, error);
+}
+
+extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error) {
+    auto picture = std::make_unique<WorldPicture>(engine, settings);
+    return picture->open(error) ? picture.release() : nullptr;
+}

@@ -1,0 +1,58 @@
+// The picture over the scene graph's viewer: its parts, its context and its frame.
+#pragma once
+
+#include <osgViewer/Viewer>
+
+#include <memory>
+
+#include "effects/EffectsLayer.h"
+#include "frame/FrameBuffer.h"
+#include "frame/FrameUniforms.h"
+#include "frame/FrameView.h"
+#include "frame/ShaderLibrary.h"
+#include "mirror/WorldMirror.h"
+#include "render/Picture.h"
+#include "sea/SeaLayer.h"
+#include "sky/SkyLayer.h"
+#include "terrain/TerrainLayer.h"
+
+class WorldPicture final : public Picture {
+public:
+    explicit WorldPicture(Engine& engine, const PictureSettings& settings);
+    ~WorldPicture() override;
+
+    /// False, with `error` saying why, without a usable context.
+    bool open(std::string& error);
+
+    bool poll() override;
+    void draw() override;
+    void setVisibility(double metres) override;
+    void setStatusLine(const std::string& text) override;
+    void setParts(unsigned parts) override;
+    void setFullscreen(bool fullscreen) override;
+    Snapshot capture(bool with_distance) override;
+    bool save(const std::string& file, std::string& error) override;
+
+private:
+    void buildScene();
+    void setUpCamera();
+    void updateView();
+    void beginPass();
+    void endPass();
+
+    Engine& m_engine;
+    PictureSettings m_settings;
+    FrameView m_view;
+    unsigned m_parts = PART_ALL;
+    ShaderLibrary m_shaders;
+    osg::ref_ptr<osg::GraphicsContext> m_context;
+    osgViewer::Viewer m_viewer;
+    osg::ref_ptr<osg::Group> m_root;
+    std::unique_ptr<FrameBuffer> m_buffer;
+    std::unique_ptr<FrameUniforms> m_uniforms;
+    std::unique_ptr<SkyLayer> m_sky;
+    std::unique_ptr<TerrainLayer> m_terrain;
+    std::unique_ptr<SeaLayer> m_sea;
+    std::unique_ptr<EffectsLayer> m_effects;
+    std::unique_ptr<WorldMirror> m_mirror;
+};

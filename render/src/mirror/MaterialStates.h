@@ -1,0 +1,46 @@
+// The drawing states of the world's materials.
+#pragma once
+
+#include <osg/StateSet>
+
+#include <cstdint>
+#include <unordered_map>
+
+#include "mirror/TextureStore.h"
+
+class Material;
+class ShaderLibrary;
+
+constexpr unsigned TANGENT_ATTRIBUTE = 6;
+
+/// What a surface brings along beside its positions.
+struct SurfaceShape {
+    bool normals = true, uvs = true, tangents = false;
+};
+
+/// One state for each material in use, shared by all its surfaces.
+class MaterialStates {
+public:
+    explicit MaterialStates(ShaderLibrary& shaders) : m_shaders(shaders) {}
+    /// The material's state; counts a user. All surfaces of one material are taken to be of the first one's shape,
+    /// where it makes a difference the rest get a state of their own.
+    osg::StateSet* acquire(const Material& material, const SurfaceShape& shape);
+    /// Counts a user off; the material itself may be gone.
+    void release(const Material* material);
+    /// Writes the states of materials whose parameters changed.
+    void update();
+
+private:
+    struct Entry {
+        osg::ref_ptr<osg::StateSet> states[8];  ///< by shape
+        std::uint32_t revision = 0;
+        int users = 0;
+    };
+
+    osg::ref_ptr<osg::StateSet> make(const Material& material, const SurfaceShape& shape);
+    static void write(const Material& material, osg::StateSet& state);
+
+    ShaderLibrary& m_shaders;
+    TextureStore m_textures;
+    std::unordered_map<const Material*, Entry> m_entries;
+};

@@ -1,0 +1,101 @@
+// Meshes of the scene graph beside the world's: made when a node joins, moved when it moved.
+#include "mirror/MeshMirror.h"
+
+#include "engine/scene/MeshData.h"
+#include "engine/scene/ObjectMeshStatic.h"
+#include "frame/Convert.h"
+
+namespace {
+
+template <class Array, class Source>
+osg::ref_ptr<Array> makeArray(const Source& source) {
+    using Element = typename Array::ElementDataType;
+    static_assert(sizeof(Element) == sizeof(source[0]));
+    const auto* const from = reinterpret_cast<const Element*>(source.data());
+    osg::ref_ptr<Array> array = new Array(from, from + source.size());
+    array->setBinding(osg::Array::BIND_PER_VERTEX);
+    return array;
+}
+
+osg::ref_ptr<osg::Geometry> makeGeometry(const MeshSurface& surface) {
+    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
+    geometry->setUseDisplayList(false);
+    geometry->setUseVertexBufferObjects(true);
+    geometry->setVertexArray(makeArray<osg::Vec3Array>(surface.positions));
+    if (!surface.normals.empty()) geometry->setNormalArray(makeArray<osg::Vec3Array>(surface.normals));
+    if (!surface.uvs.empty()) geometry->setTexCoordArray(0, makeArray<osg::Vec2Array>(surface.uvs));
+    if (!surface.tangents.empty()) {
+        geometry->setVertexAttribArray(TANGENT_ATTRIBUTE, makeArray<osg::Vec4Array>(surface.tangents));
+    }
+    geometry->addPrimitiveSet(new osg::DrawElementsUInt(GL_TRIANGLES, surface.indices.begin(), surface.indices.end()));
+    return geometry;
+}
+
+SurfaceShape shapeOf(const MeshSurface& surface) {
+    return {!surface.normals.empty(), !surface.uvs.empty(), !surface.tangents.empty()};
+}
+
+}  // namespace
+
+MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders) : m_group(new osg::Group), m_materials(shaders) {
+    root.addChild(m_group);
+}
+
+const MeshMirror::Geometries& MeshMirror::acquire(const MeshData& mesh) {
+    SharedMesh& shared = m_meshes[&mesh];
+    if (shared.users++ == 0) {
+        for (const MeshSurface& surface : mesh.surfaces) shared.geometries.push_back(makeGeometry(surface));
+    }
+    return shared.geometries;
+}
+
+MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
+    MeshNode& node = m_nodes[mesh.getId()];
+    node.mesh = &mesh.getMesh();
+    node.place = new osg::MatrixTransform;
+    for (const auto& geometry : acquire(*node.mesh)) {
+        osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+        geode->addDrawable(geometry);
+        node.place->addChild(geode);
+        node.surfaces.push_back(geode);
+    }
+    m_group->addChild(node.place);
+    return node;
+}
+
+void MeshMirror::update(ObjectMeshStatic& mesh) {
+    const auto found = m_nodes.find(mesh.getId());
+    MeshNode& node = found != m_nodes.end() ? found->second : add(mesh);
+    releaseMaterials(mesh.getId());
+    for (int i = 0; i < mesh.getNumSurfaces(); ++i) {
+        const Material& material = *mesh.getSurfaceMaterial(i);
+        const auto surface = static_cast<std::size_t>(i);
+        node.surfaces[surface]->setStateSet(m_materials.acquire(material, shapeOf(node.mesh->surfaces[surface])));
+        node.materials.push_back(&material);
+    }
+    node.place->setMatrix(toOsg(mesh.getWorldTransform()));
+    node.place->setNodeMask(mesh.isActive() ? ~0u : 0u);
+    ++m_revision;
+}
+
+void MeshMirror::releaseMaterials(int id) {
+    const auto found = m_nodes.find(id);
+    if (found == m_nodes.end()) return;
+    for (const Material* material : found->second.materials) m_materials.release(material);
+    found->second.materials.clear();
+}
+
+void MeshMirror::remove(int id) {
+    const auto found = m_nodes.find(id);
+    if (found == m_nodes.end()) return;
+    releaseMaterials(id);
+    m_group->removeChild(found->second.place);
+    const auto shared = m_meshes.find(found->second.mesh);
+    if (--shared->second.users == 0) m_meshes.erase(shared);
+    m_nodes.erase(found);
+    ++m_revision;
+}
+
+void MeshMirror::setVisible(bool visible) {
+    m_group->setNodeMask(visible ? ~0u : 0u);
+}

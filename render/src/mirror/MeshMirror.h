@@ -1,0 +1,56 @@
+// Draws the world's meshes: geometry shared between nodes of one model, states between surfaces of one material.
+#pragma once
+
+#include <osg/Geode>
+#include <osg/Geometry>
+#include <osg/MatrixTransform>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "mirror/MaterialStates.h"
+
+class ObjectMeshStatic;
+class ShaderLibrary;
+struct MeshData;
+struct MeshSurface;
+
+class MeshMirror {
+public:
+    MeshMirror(osg::Group& root, ShaderLibrary& shaders);
+    void update(ObjectMeshStatic& mesh);
+    void remove(int id);
+    /// The node's materials may be gone; `update` takes them again.
+    void releaseMaterials(int id);
+    /// Writes materials whose parameters changed.
+    void updateMaterials() { m_materials.update(); }
+    void setVisible(bool visible);
+
+    osg::Group* getGroup() const { return m_group; }
+    int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
+    /// Counts up whenever anything that casts a shadow moved, came or went.
+    unsigned getRevision() const { return m_revision; }
+
+private:
+    using Geometries = std::vector<osg::ref_ptr<osg::Geometry>>;
+    struct SharedMesh {
+        Geometries geometries;  ///< one a surface
+        int users = 0;
+    };
+    struct MeshNode {
+        const MeshData* mesh;
+        osg::ref_ptr<osg::MatrixTransform> place;
+        std::vector<osg::ref_ptr<osg::Geode>> surfaces;
+        std::vector<const Material*> materials;  ///< keys into the states, while held
+    };
+
+    MeshNode& add(const ObjectMeshStatic& mesh);
+    const Geometries& acquire(const MeshData& mesh);
+
+    osg::ref_ptr<osg::Group> m_group;
+    MaterialStates m_materials;
+    std::unordered_map<const MeshData*, SharedMesh> m_meshes;
+    std::unordered_map<int, MeshNode> m_nodes;  ///< by node id
+    unsigned m_revision = 0;
+};

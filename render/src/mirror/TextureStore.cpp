@@ -1,0 +1,86 @@
+// Decoding of images through the scene graph's readers.
+#include "mirror/TextureStore.h"
+
+#include <osg/Image>
+#include <osgDB/Registry>
+
+#include <fstream>
+#include <sstream>
+
+#include "engine/core/Engine.h"
+#include "engine/scene/Material.h"
+#include "engine/text/Log.h"
+
+namespace {
+
+const char* formatOf(const std::string& bytes) {
+    if (bytes.compare(0, 4, "\x89PNG") == 0) return "png";
+    if (bytes.compare(0, 2, "\xff\xd8") == 0) return "jpeg";
+    if (bytes.compare(0, 4, "DDS ") == 0) return "dds";
+    return nullptr;
+}
+
+osg::ref_ptr<osg::Image> standIn() {
+    constexpr int SIZE = 8;
+    osg::ref_ptr<osg::Image> image = new osg::Image;
+    image->allocateImage(SIZE, SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    for (int y = 0; y < SIZE; ++y) {
+        for (int x = 0; x < SIZE; ++x) {
+            const unsigned char green = (x + y) % 2 == 0 ? 0 : 60;
+            const unsigned char texel[] = {255, green, 255, 255};
+            std::copy(texel, texel + 4, image->data(static_cast<unsigned>(x), static_cast<unsigned>(y)));
+        }
+    }
+    return image;
+}
+
+osg::ref_ptr<osg::Image> decode(const std::string& bytes, const std::string& name) {
+    const char* const format = formatOf(bytes);
+    auto* const reader = format ? osgDB::Registry::instance()->getReaderWriterForExtension(format) : nullptr;
+    if (reader) {
+        std::istringstream in(bytes);
+        osgDB::ReaderWriter::ReadResult result = reader->readImage(in);
+        if (result.validImage()) return result.getImage();
+    }
+    jLog::error("%s: the image cannot be decoded; it must be PNG, JPEG or DDS", name.c_str());
+    return standIn();
+}
+
+GLint formatOf(const osg::Image& image, bool is_color) {
+    const unsigned components = osg::Image::computeNumComponents(image.getPixelFormat());
+    if (image.isCompressed() || components < 3) return image.getInternalTextureFormat();
+    if (components == 3) return is_color ? GL_SRGB8 : GL_RGB8;
+    return is_color ? GL_SRGB8_ALPHA8 : GL_RGBA8;
+}
+
+osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::string& name, bool is_color) {
+    osg::ref_ptr<osg::Image> image = decode(bytes, name);
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
+    texture->setInternalFormat(formatOf(*image, is_color));
+    texture->setWrap(osg::Texture::WRAP_S, osg::Texture::REPEAT);
+    texture->setWrap(osg::Texture::WRAP_T, osg::Texture::REPEAT);
+    texture->setMaxAnisotropy(4.0f);
+    texture->setResizeNonPowerOfTwoHint(false);
+    texture->setUnRefImageDataAfterApply(true);
+    return texture;
+}
+
+}  // namespace
+
+osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const ImageData>& image, bool is_color) {
+    Entry& entry = m_entries[{image.get(), is_color}];
+    osg::ref_ptr<osg::Texture2D> texture;
+    if (entry.texture.lock(texture)) return texture;
+    texture = makeTexture(std::string(image->bytes.begin(), image->bytes.end()), image->name, is_color);
+    entry = {image, texture.get()};
+    std::erase_if(m_entries, [](const auto& item) { return !item.second.texture.valid(); });
+    return texture;
+}
+
+osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path) {
+    const jString file = Engine::get()->resolvePath(path);
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return makeTexture(bytes.str(), path, true);
+}
