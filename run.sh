@@ -20,7 +20,12 @@ done
 install_packages
 build release
 
-build/bin/deckview --headless --stats &
+if [ -n "${DISPLAY:-}" ]; then
+    build/bin/deckview --stats &
+else
+    echo "There is no display: pictures of the run go to out/"
+    build/bin/deckview --headless --stats --screenshot out/deck.png@60 --screenshot out/deck_last.png &
+fi
 viewer=$!
 trap 'kill -TERM "$viewer" 2>/dev/null || true' EXIT
 host_status=0
@@ -32,4 +37,5 @@ trap - EXIT
 
 [ "$viewer_status" -eq 0 ] || die "deckview ended with status $viewer_status; its messages stand above"
 [ "$host_status" -eq 0 ] || die "flyhost ended with status $host_status: no feedback came back"
+[ -n "${DISPLAY:-}" ] || echo "Pictures of the run: $(ls out/deck*.png | tr '\n' ' ')"
 echo "run.sh: done"

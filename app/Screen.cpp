@@ -92,17 +92,31 @@ void Screen::connect(LogicBase& logic) {
     });
 }
 
-bool Screen::draw(long frame, bool is_last, std::string& error) {
+bool Screen::draw(long frame, std::string& error) {
     if (!m_picture) return true;
-    const auto isDue = [&](const Screenshot& shot) { return shot.frame == frame || (is_last && shot.frame == 0); };
-    const bool due = std::any_of(m_screenshots.begin(), m_screenshots.end(), isDue);
+    const bool due = std::any_of(m_screenshots.begin(), m_screenshots.end(),
+                                 [&](const Screenshot& shot) { return shot.frame == frame; });
     if (!m_draws_always && !due) return true;
     if (m_shows_rate) showRate();
     m_picture->draw();
+    return saveDue(frame, error);
+}
+
+bool Screen::saveDue(long frame, std::string& error) {
     for (const Screenshot& shot : m_screenshots) {
-        if (isDue(shot) && !m_picture->save(shot.file, error)) return false;
+        if (shot.frame == frame && !m_picture->save(shot.file, error)) return false;
     }
-    std::erase_if(m_screenshots, isDue);
+    std::erase_if(m_screenshots, [&](const Screenshot& shot) { return shot.frame == frame; });
+    return true;
+}
+
+bool Screen::finish(std::string& error) {
+    if (!m_picture || m_screenshots.empty()) return true;
+    m_picture->draw();
+    if (!saveDue(0, error)) return false;
+    for (const Screenshot& shot : m_screenshots) {
+        jLog::warning("the run ended before frame %ld: %s was not written", shot.frame, shot.file.c_str());
+    }
     return true;
 }
 

@@ -27,13 +27,16 @@ public:
     /// Takes in the window's events; false once it was closed.
     bool poll() { return !m_picture || m_picture->poll(); }
     /// Draws the frame and writes the screenshots of it; false, with `error` saying why, when one cannot be written.
-    bool draw(long frame, bool is_last, std::string& error);
+    bool draw(long frame, std::string& error);
+    /// Writes the screenshots of the run's end, and tells which frames never came.
+    bool finish(std::string& error);
     Picture* getPicture() const { return m_picture.get(); }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     void showRate();
+    bool saveDue(long frame, std::string& error);
 
     void* m_library = nullptr;
     std::unique_ptr<Picture> m_picture;

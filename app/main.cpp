@@ -111,7 +111,7 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
         const SteadyClock::time_point begin = SteadyClock::now();
         runFrame(engine, *plugin.getLogic(), dt, [&] {
             if (options.camera) placeCamera(engine, *options.camera);
-            good = screen.draw(frame, frame == options.frames, error);
+            good = screen.draw(frame, error);
         });
         if (options.stats) stats.frame(std::chrono::duration<double>(SteadyClock::now() - begin).count());
         hashes.frame(engine);
@@ -119,7 +119,7 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
     if (engine.getClampCount() > 0) {
         jLog::warning("%d frames took longer than 0.1 s and were counted as 0.1 s", engine.getClampCount());
     }
-    return good;
+    return good && screen.finish(error);
 }
 
 int run(const Options& options) {

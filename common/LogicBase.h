@@ -101,7 +101,7 @@ public:
     Signal<float> m_signal_17;
     Signal<float> m_signal_18;
     Signal<float> m_signal_19;
-    Signal<float> m_signal_20_fog;  ///< 0..1 from the visibility
+    Signal<float> m_signal_20_fog;  ///< from the visibility: 0.39 in fog to 1.01 in clear air
     Signal<float> m_signal_21;
     Signal<float> m_signal_22;
     Signal<int> m_signal_23;

@@ -43,24 +43,22 @@ Json environment() {
     return {{"date", {2024, 6, 21}},
             {"time_of_day", 9.5},
             {"wind", triple({-WIND * std::sin(angle), -WIND * std::cos(angle), 0.0})},
+            {"cloudiness", 0.25},
             {"camera", camera()}};
 }
 
+/// What falls is drawn round the eye, wherever that is: the node has the settings and emits nothing where it stands.
 Json precipitation(const std::string& name, double fall, double spread, double rate, double size, const Json& color) {
-    constexpr double CEILING = 45.0;
-    Json node = placed(sceneNode("particles", name), onCarrier(LAUNCH_POINT + dvec3(0.0, 0.0, CEILING)));
+    Json node = placed(sceneNode("particles", name), poseOf(carrierFrame()));
     node["enabled"] = false;
-    const double life = (CEILING + 4.0) / fall;
-    node["particles"] = {{"spawn_rate", rate},
-                         {"life", life},
+    node["particles"] = {{"emitting", false},
+                         {"spawn_rate", rate},
                          {"velocity", {0, 0, -fall}},
                          {"velocity_spread", {spread, spread, fall * 0.1}},
-                         {"emitter_size", {160, 160, 6}},
                          {"size", size},
-                         {"wind", 0.5},
+                         {"wind", 1.0},
                          {"color", color},
-                         {"end_color", color},
-                         {"max_particles", static_cast<int>(rate * life * 1.1)}};
+                         {"end_color", color}};
     return node;
 }
 
@@ -179,7 +177,7 @@ void addRoadLights(Json& nodes) {
 void writeWorld(const std::string& root, const Island& island) {
     Json terrain = sceneNode("terrain", "terrain");
     terrain["terrain"] = {{"elevation", "terrain/elevation.tif"}};
-    Json ocean = sceneNode("ocean", "ocean");
+    Json ocean = placed(sceneNode("ocean", "ocean"), {DEMO_CENTRE, {}});
     ocean["ocean"] = {{"beaufort", 3}, {"global_wind", true}};
     Json nodes = {terrain, ocean};
     addWeather(nodes);

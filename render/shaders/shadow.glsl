@@ -1,11 +1,16 @@
 // Shadows of the sun or moon round the eye.
+#pragma import_defines(SHADOWS)
 uniform mat4 u_shadow_matrix;  // the eye's frame to shadow map coordinates
 uniform sampler2DShadow u_shadow;
 
 // 1 in the light, 0 in the shadow.
 float lightThere(vec3 position) {
+#ifdef SHADOWS
     vec3 place = (u_shadow_matrix * vec4(position, 1.0)).xyz;
     vec3 inside = abs(place - 0.5);
     if (max(inside.x, max(inside.y, inside.z)) > 0.499) return 1.0;
     return texture(u_shadow, place);
+#else
+    return 1.0;
+#endif
 }

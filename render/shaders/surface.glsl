@@ -1,4 +1,5 @@
 // How a surface of a material answers the light of sun, sky and lamps.
+#pragma import_defines(LAMPS, WEATHER)
 uniform vec2 u_weather;  // wetness and snow on upward surfaces, 0 to 1
 const int MAX_LAMPS = 4;
 uniform int u_num_lamps;
@@ -14,6 +15,7 @@ struct Surface {
 
 // Rain darkens a surface and makes it shine; snow lies on what looks up.
 Surface weathered(Surface surface, vec3 normal) {
+#ifdef WEATHER
     float upward = dot(normal, u_up);
     float wet = u_weather.x * smoothstep(-0.2, 0.6, upward);
     surface.base *= 1.0 - 0.45 * wet;
@@ -22,11 +24,13 @@ Surface weathered(Surface surface, vec3 normal) {
     surface.base = mix(surface.base, vec3(0.86, 0.88, 0.92), snow);
     surface.metallic *= 1.0 - snow;
     surface.roughness = mix(surface.roughness, 0.9, snow);
+#endif
     return surface;
 }
 
 vec3 lampLight(vec3 normal, vec3 position) {
     vec3 light = vec3(0.0);
+#ifdef LAMPS
     for (int i = 0; i < u_num_lamps; ++i) {
         vec3 to_lamp = u_lamp_places[i].xyz - position;
         float distance2 = max(dot(to_lamp, to_lamp), 0.25);
@@ -35,6 +39,7 @@ vec3 lampLight(vec3 normal, vec3 position) {
         float cone = smoothstep(u_lamp_colors[i].w - 0.05, u_lamp_colors[i].w + 0.05, -dot(direction, u_lamp_axes[i]));
         light += u_lamp_colors[i].rgb * (max(dot(normal, direction), 0.0) * reach * reach * cone / distance2);
     }
+#endif
     return light;
 }
 

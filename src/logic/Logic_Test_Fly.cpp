@@ -24,6 +24,7 @@ Logic_Test_Fly::~Logic_Test_Fly() {
     disconnect_triggers();
     if (m_aircraft_node && m_aircraft_node->getBody()) m_aircraft_node->getBody()->setContactCallback(nullptr);
     Logic_Test_Fly::release();
+    release_tracks();
     jDelete(m_jet);
 }
 
@@ -37,6 +38,7 @@ bool Logic_Test_Fly::init() {
     init_config();
     init_environment();
     init_aircraft();
+    load_tracks();
     init_udp();
     default_setting();
     init_triggers();

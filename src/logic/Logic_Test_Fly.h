@@ -11,6 +11,7 @@
 #include "src/logic/HitCallback.h"
 
 class NodeTrigger;
+class ObjectOcean;
 class ObjectTerrain;
 class PlaneBase;
 class PlaneJ15;
@@ -30,8 +31,8 @@ struct LinkCounts {
 };
 
 /// The scene's behaviour. The engine drives it through `LogicBase`; what lies beyond is for the host application. Node
-/// and object pointers that it hands out are the world's. REQUIRES that nobody removes the aircraft's model or the
-/// terrain from the world while the logic lives.
+/// and object pointers that it hands out are the world's. REQUIRES that nobody removes the aircraft's model, the
+/// terrain, the ocean or the weather's nodes from the world while the logic lives.
 class LOGIC_API Logic_Test_Fly final : public LogicBase, public MsgNode {
 public:
     Logic_Test_Fly(World* world, CameraControl* camera);
@@ -64,9 +65,35 @@ public:
     /// Frames a second that the host application is to let through at most.
     double get_fps_limit() const;
 
-    // Scene nodes: _environment.cpp
-    /// Looks the terrain up; feedback has no heights without it.
+    // Environment: _environment.cpp
+    /// Looks the weather's nodes, the terrain and the ocean up; the ocean keeps its own sea state from now on. Without
+    /// terrain the feedback has no heights.
     void init_environment();
+    /// Loads the tracks that this logic sets itself, besides those of `LogicBase::init`.
+    void load_tracks();
+    /// These set their track, 0..1, if it was loaded. Particles are the track's to switch.
+    void setRain(float amount) override;
+    void setSnow(float amount) override;
+    void setTod(float time) override;
+    /// Sets a track by its full path, 0..100 percent; nothing when it was not loaded.
+    void set_anim(jString path, float percent);
+    bool isRaining() const { return m_raining; }
+    Node* getRainNode() const { return m_rain; }       ///< null without one
+    Node* getHailNode() const { return m_hail; }       ///< null without one
+    Node* getSnowNode() const { return m_snow; }       ///< null without one
+    ObjectOcean* getOcean() const { return m_ocean; }  ///< null without one
+    /// Visibility in steps of 300 m: tells the fog's value to whoever draws it.
+    void setVisibilityDistance(int steps);
+    int getVisibilityDistance() const;  ///< steps of 300 m
+    /// The label's text; empty until a visibility was set.
+    const jString& getVisibilityText() const { return m_visibility_text; }
+    /// Share of light that fog of this density takes over `base` metres: the calibration of the fog's value.
+    static double calFog(double base, double density);
+    /// Fires notification 20 with the fog's value for a visibility in metres, 0.39 at 300 m and below, 1.01 at most.
+    void use_visibility_set_fog(int metres);
+    // Kept for the host application.
+    void setNaviLight(unsigned short value) { m_navi_light = value; }
+    int getNaviLight() const { return m_navi_light; }
 
     // Host link: _link.cpp
     /// In data flight opens the receiver and the senders anew; kits of an earlier call stay as they are.
@@ -132,12 +159,15 @@ public:
     Object* select_object(const dvec3& from, const dvec3& to, dvec3* hit = nullptr) const;
 
 private:
+    void load_track(const jString& path) override;
+    Track* get_track(const jString& path) override;
     void init_jet(const dmat4& start);
     bool is_jet() const;
     void update_aircraft(float dt);
     void measure_gears(UdpSendData& record) const;
     void disconnect_triggers();
     void follow_aircraft();
+    void release_tracks();
 
     jString m_aircraft_type;
     PlaneBase* m_aircraft = nullptr;
@@ -156,9 +186,18 @@ private:
     UdpSendKit* m_sender = nullptr;
     UdpSendKit* m_multicast_sender = nullptr;  ///< lives until the process ends
 
-    PlaneJ15* m_jet = nullptr;           ///< the aircraft when it is the carrier jet; owned
-    Object* m_aircraft_node = nullptr;   ///< the world's
-    ObjectTerrain* m_terrain = nullptr;  ///< the world's
+    PlaneJ15* m_jet = nullptr;          ///< the aircraft when it is the carrier jet; owned
+    Object* m_aircraft_node = nullptr;  ///< the world's
+    bool m_raining = false;
+    Node* m_rain = nullptr;  ///< the world's, as those below
+    Node* m_hail = nullptr;
+    Node* m_snow = nullptr;
+    ObjectTerrain* m_terrain = nullptr;
+    ObjectOcean* m_ocean = nullptr;
+    jVector<Track*> m_own_tracks;   ///< owned, in order of loading; the base's list stays empty
+    std::int32_t m_visibility = 0;  ///< metres, a multiple of 300
+    jString m_visibility_text;
+    std::uint16_t m_navi_light = 0;
     dmat4 m_start_transform;
     bool m_destroyed = false;
     Stopwatch m_fly_stopwatch;

@@ -169,12 +169,24 @@ TEST_F(DemoScene, TracksDriveWhatTheyAreNamedAfter) {
     auto& runway = *static_cast<NodeLight*>(world().getNodeByTag("runway_light"));
     auto& road = *static_cast<NodeLight*>(world().getNodeByTag("road_light"));
     const Environment& environment = world().getEnvironment();
+    const auto density = [&](const char* name) {
+        const auto& particles = *static_cast<ObjectParticles*>(node(name));
+        return particles.isActive() ? particles.getSpawnRate() / particles.getAuthoredSpawnRate() : 0.0;
+    };
+    const double own_clouds = environment.cloudiness;
+    const auto overcast = [&] { return (environment.cloudiness - own_clouds) / (1.0 - own_clouds); };
     const struct {
         const char* name;
         std::function<double()> value;
         double end = 1.0;
     } tracks[] = {{"runway_wet", [&] { return terrain.getWetness(); }},
+                  {"runway_wet", [&] { return environment.wetness; }},
+                  {"runway_wet", [&] { return density("rain"); }},
+                  {"runway_wet", overcast},
                   {"snow", [&] { return terrain.getSnow(); }},
+                  {"snow", [&] { return environment.snow; }},
+                  {"snow", [&] { return density("snow"); }},
+                  {"snow", overcast},
                   {"autumn", [&] { return terrain.getAutumn(); }},
                   {"TOD", [&] { return environment.time_of_day; }, 24.0},
                   {"road_light", [&] { return road.getIntensity() / road.getSettings().intensity; }},
@@ -187,8 +199,13 @@ TEST_F(DemoScene, TracksDriveWhatTheyAreNamedAfter) {
         EXPECT_NEAR(wanted.value(), 0.0, 1e-6) << wanted.name;
         track.set(1.0f);
         EXPECT_NEAR(wanted.value(), wanted.end, 1e-6) << wanted.name;
+        track.release();
     }
-    EXPECT_TRUE(node("rain")->isEnabled() && node("snow")->isEnabled());
+    run(10);
+    for (const char* name : {"rain", "hail", "snow"}) {
+        EXPECT_TRUE(static_cast<ObjectParticles*>(node(name))->getParticles().empty())
+            << name << " falls in the picture";
+    }
     EXPECT_TRUE(complaints().empty()) << complaints().front();
 }
 

@@ -74,6 +74,30 @@ TEST_F(TrackTest, NodesThatComeLaterAreSet) {
     EXPECT_EQ(first->getIntensity(), 10.0f);
 }
 
+TEST_F(TrackTest, TheHighestOfThoseThatRaiseAValueHoldsWhateverTheirOrder) {
+    const std::string channel = R"("environment": true, "parameter": "cloudiness", "raise": true, "keys": [ [0, 0], )";
+    write("data/rain.anim", "{ \"channels\": [ { " + channel + "[1, 1] ] } ] }");
+    write("data/snow.anim", "{ \"channels\": [ { " + channel + "[1, 0.8] ] } ] }");
+    Track rain, snow;
+    ASSERT_TRUE(rain.load("data/rain.anim", &world()) && snow.load("data/snow.anim", &world()));
+    const float& cloudiness = world().getEnvironment().cloudiness;
+    const float own = cloudiness;
+    const struct {
+        Track& track;
+        float position, result;
+    } steps[] = {{rain, 0.0f, own},  {rain, 0.9f, 0.9f}, {snow, 0.0f, 0.9f}, {snow, 1.0f, 0.9f},
+                 {rain, 0.0f, 0.8f}, {rain, 0.1f, 0.8f}, {snow, 0.1f, own},  {rain, 1.0f, 1.0f}};
+    for (const auto& step : steps) {
+        step.track.set(step.position);
+        EXPECT_FLOAT_EQ(cloudiness, step.result) << &step - steps;
+    }
+    ASSERT_TRUE(rain.load("data/rain.anim", &world())) << "a new load starts anew";
+    EXPECT_EQ(cloudiness, own);
+    snow.set(1.0f);
+    snow.release();
+    EXPECT_EQ(cloudiness, own);
+}
+
 TEST_F(TrackTest, BadChannelsAreLeftOutAndBadFilesRefused) {
     for (const char* bad :
          {R"({ "parameter": "enabled", "keys": [ [0, 0] ] })", R"({ "node": "n", "keys": [ [0, 0] ] })",

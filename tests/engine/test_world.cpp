@@ -121,6 +121,7 @@ TEST_F(WorldTest, AWorldFileIsReadWhole) {
     write("data/w/a.world", R"({
         // The sea comes first.
         "environment": { "date": [2025, 12, 24], "time_of_day": 18.5, "wind": [1, 2, 3],
+                         "cloudiness": 1.5, "wetness": -1, "snow_cover": 0.5,
                          "camera": { "geodetic": [10, 20, 30], "wgs_hpr": [40, 0, 0] } },
         "nodes": [ { "type": "ocean", "name": "ocean", "ocean": { "beaufort": 6, "global_wind": false } },
                    { "type": "balloon", "name": "left_out" },
@@ -132,6 +133,9 @@ TEST_F(WorldTest, AWorldFileIsReadWhole) {
     EXPECT_EQ(environment.year * 10000 + environment.month * 100 + environment.day, 20251224);
     EXPECT_EQ(environment.time_of_day, 18.5f);
     EXPECT_EQ(environment.wind.z, 3.0f);
+    EXPECT_EQ(environment.cloudiness, 1.0f);
+    EXPECT_EQ(environment.wetness, 0.0f);
+    EXPECT_EQ(environment.snow, 0.5f);
     const auto* const ocean = static_cast<const ObjectOcean*>(world().getNodeByName("ocean"));
     ASSERT_EQ(ocean->getType(), Node::OCEAN);
     EXPECT_EQ(ocean->getBeaufort(), 6);
@@ -140,8 +144,8 @@ TEST_F(WorldTest, AWorldFileIsReadWhole) {
     EXPECT_GT(child.x, 112.00009) << "10 m ahead of a node that looks east";
     EXPECT_NEAR(child.y, 17.0, 1e-7);
     EXPECT_EQ(world().getNodeByName("left_out"), nullptr);
-    EXPECT_EQ(countLines("data/w/a.world:6: unknown node type \"balloon\""), 1);
-    EXPECT_EQ(countLines("data/w/a.world:7: a node must be"), 1);
+    EXPECT_EQ(countLines("data/w/a.world:7: unknown node type \"balloon\""), 1);
+    EXPECT_EQ(countLines("data/w/a.world:8: a node must be"), 1);
 }
 
 TEST_F(WorldTest, ABrokenWorldFileChangesNothing) {

@@ -55,7 +55,7 @@ struct ObjectParticles::Step {
 };
 
 ObjectParticles::ObjectParticles(const ParticleSettings& settings)
-    : m_settings(settings), m_emitting(settings.emitting) {}
+    : m_settings(settings), m_authored_rate(settings.spawn_rate), m_emitting(settings.emitting) {}
 
 ObjectParticles::~ObjectParticles() = default;
 

@@ -19,6 +19,7 @@ struct Channel {
     jString bearer;  ///< name or tag
     jString parameter;
     std::vector<Key> keys;  ///< in order of position, at least one
+    bool is_raise = false;  ///< of the environment: others raise the same value, and the highest holds
     bool was_written = false;
     bool was_refused = false;  ///< a node has no such parameter; said once
     float last_value = 0.0f;
@@ -41,7 +42,32 @@ float* findEnvironment(Environment& environment, const jString& parameter) {
     if (parameter == "time_of_day") return &environment.time_of_day;
     if (parameter == "wind_east") return &environment.wind.x;
     if (parameter == "wind_north") return &environment.wind.y;
+    if (parameter == "wetness") return &environment.wetness;
+    if (parameter == "snow_cover") return &environment.snow;
+    if (parameter == "cloudiness") return &environment.cloudiness;
     return nullptr;
+}
+
+/// Of the wishes for `target`, of which there is one at least.
+float getHighest(const std::vector<EnvironmentRaise>& raises, const float& target) {
+    float highest = -INFINITY;
+    for (const EnvironmentRaise& r : raises) {
+        if (r.target == &target) highest = std::max(highest, r.value);
+    }
+    return highest;
+}
+
+void raise(std::vector<EnvironmentRaise>& raises, float& target, const void* by, float value) {
+    const auto find = [&](const void* whose) {
+        return std::find_if(raises.begin(), raises.end(),
+                            [&](const EnvironmentRaise& r) { return r.target == &target && r.by == whose; });
+    };
+    if (find(nullptr) == raises.end()) raises.push_back({&target, nullptr, target});
+    if (const auto known = find(by); known != raises.end())
+        known->value = value;
+    else
+        raises.push_back({&target, by, value});
+    target = getHighest(raises, target);
 }
 
 bool readKey(const Item& item, Key& key) {
@@ -76,6 +102,7 @@ bool readTarget(const DataReader& in, Channel& channel) {
     else
         return false;
     if (!in.read("parameter", channel.parameter)) return false;
+    if (channel.target == Channel::ENVIRONMENT) in.read("raise", channel.is_raise);
     Environment any;
     return channel.target != Channel::ENVIRONMENT || findEnvironment(any, channel.parameter);
 }
@@ -92,6 +119,8 @@ struct TrackState {
     void write(Channel& channel, float value);
     void listNodes(const Channel& channel);
     void writeNodes(Channel& channel, float value);
+    void writeEnvironment(const Channel& channel, float value);
+    void takeBackRaises();
 };
 
 void TrackState::listNodes(const Channel& channel) {
@@ -122,12 +151,29 @@ void TrackState::writeNodes(Channel& channel, float value) {
     for (const Node* node : nodes) known.push_back(node->getId());
 }
 
+void TrackState::writeEnvironment(const Channel& channel, float value) {
+    float& target = *findEnvironment(world->getEnvironment(), channel.parameter);
+    if (channel.is_raise)
+        raise(world->getState().raises, target, &channel, value);
+    else
+        target = value;
+}
+
+void TrackState::takeBackRaises() {
+    for (const Channel& channel : channels) {
+        if (!channel.is_raise || !channel.was_written) continue;
+        auto& raises = world->getState().raises;
+        std::erase_if(raises, [&](const EnvironmentRaise& r) { return r.by == &channel; });
+        float& target = *findEnvironment(world->getEnvironment(), channel.parameter);
+        target = getHighest(raises, target);
+    }
+}
+
 void TrackState::write(Channel& channel, float value) {
     if (channel.target != Channel::ENVIRONMENT)
         writeNodes(channel, value);
-    else if (!channel.was_written || value != channel.last_value) {
-        *findEnvironment(world->getEnvironment(), channel.parameter) = value;
-    }
+    else if (!channel.was_written || value != channel.last_value)
+        writeEnvironment(channel, value);
     channel.was_written = true;
     channel.last_value = value;
 }
@@ -163,6 +209,7 @@ bool Track::load(const jString& path, World* world) {
             state->channels.push_back(std::move(channel));
         }
     }
+    release();
     m_state = std::move(state);
     return true;
 }
@@ -174,5 +221,6 @@ void Track::set(float position) {
 }
 
 void Track::release() {
+    m_state->takeBackRaises();
     m_state->channels.clear();
 }

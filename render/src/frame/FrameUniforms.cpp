@@ -18,7 +18,8 @@ osg::Uniform* add(osg::StateSet& state, const char* name, const Value& value) {
 }  // namespace
 
 FrameUniforms::FrameUniforms(osg::StateSet& state)
-    : m_up(add(state, "u_up", osg::Vec3f())),
+    : m_state(state),
+      m_up(add(state, "u_up", osg::Vec3f())),
       m_eye_to_local(add(state, "u_eye_to_local", osg::Matrix3())),
       m_light_direction(add(state, "u_light_direction", osg::Vec3f())),
       m_light_color(add(state, "u_light_color", osg::Vec3f())),
@@ -30,6 +31,10 @@ FrameUniforms::FrameUniforms(osg::StateSet& state)
       m_weather(add(state, "u_weather", osg::Vec2f())) {
     state.addUniform(new osg::Uniform("u_sky", static_cast<int>(UNIT_SKY)));
     state.addUniform(new osg::Uniform("u_shadow", static_cast<int>(UNIT_SHADOW)));
+}
+
+void FrameUniforms::setDefine(const char* name, bool on) {
+    m_state.setDefine(name, on ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
 }
 
 void FrameUniforms::update(const FrameView& view) {
@@ -52,6 +57,7 @@ void FrameUniforms::update(const FrameView& view) {
     m_exposure->set(view.light.exposure);
     const double thinning = std::exp(-std::fmax(view.geodetic.z, 0.0) / HAZE_HEIGHT);
     m_air->set(osg::Vec3f(f(view.extinction * thinning), f(1.0 / HAZE_HEIGHT), f(view.geodetic.z)));
+    setDefine("WEATHER", view.wetness > 0.0f || view.snow > 0.0f);
     m_weather->set(osg::Vec2f(view.wetness, view.snow));
     const vec3& sun = view.light.sun_direction;
     const float side = std::hypot(sun.x, sun.y);

@@ -6,6 +6,7 @@
 #include <osg/CullFace>
 #include <osg/Depth>
 #include <osgViewer/GraphicsWindow>
+#include <osgViewer/api/X11/GraphicsWindowX11>
 
 #include <algorithm>
 #include <cmath>
@@ -50,6 +51,15 @@ osg::ref_ptr<osg::GraphicsContext> makeWindow(const PictureSettings& settings, s
     return context && context->valid() ? context : nullptr;
 }
 
+/// Without this the X library ends the process when its server goes.
+void surviveLoss(osg::GraphicsContext& context, bool& lost) {
+    auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(context);
+    const auto keepRunning = [](Display*, void* flag) { *static_cast<bool*>(flag) = true; };
+    for (Display* display : {window.getDisplayToUse(), window.getEventDisplay()}) {
+        XSetIOErrorExitHandler(display, keepRunning, &lost);
+    }
+}
+
 int samplesOf(Quality quality) {
     return quality == Quality::HIGH ? 4 : 1;
 }
@@ -63,10 +73,21 @@ WorldPicture::WorldPicture(Engine& engine, const PictureSettings& settings)
 
 WorldPicture::~WorldPicture() {
     if (!m_context) return;
+    if (m_is_lost) {
+        abandonContext();
+        return;
+    }
     m_context->makeCurrent();
     m_buffer.reset();
     m_viewer.setSceneData(nullptr);
     m_context->close();
+}
+
+void WorldPicture::abandonContext() {
+    // Nothing that belongs to the lost display can be given back.
+    m_buffer.release();
+    m_context->ref();
+    m_viewer.getCamera()->setGraphicsContext(nullptr);
 }
 
 bool WorldPicture::open(std::string& error) {
@@ -81,6 +102,7 @@ bool WorldPicture::open(std::string& error) {
     if (!m_context) return false;
     setUpCamera();
     m_viewer.realize();
+    if (m_settings.window) surviveLoss(*m_context, m_is_lost);
     m_context->makeCurrent();
     osg::GLExtensions* const gl = m_context->getState()->get<osg::GLExtensions>();
     if (!gl || gl->glslLanguageVersion < 3.3f || !gl->glBlitFramebuffer || !gl->glClipControl) {
@@ -126,13 +148,17 @@ void WorldPicture::buildScene() {
     m_effects = std::make_unique<EffectsLayer>(*m_root, m_shaders);
     m_mirror = std::make_unique<WorldMirror>(*m_engine.getWorld(), *m_root, m_shaders, *m_terrain, *m_sea, *m_effects);
     state.setTextureAttribute(UNIT_SKY, m_sky->getRadiance());
-    m_viewer.setSceneData(m_root);
+    osg::ref_ptr<osg::Group> passes = new osg::Group;
+    m_shadow = std::make_unique<ShadowPass>(*passes, state, m_mirror->getMeshes(), m_shaders, m_settings.quality);
+    passes->addChild(m_root);
+    m_viewer.setSceneData(passes);
 }
 
 bool WorldPicture::poll() {
     m_viewer.advance(m_engine.getTime());
     m_viewer.eventTraversal();
-    if (m_viewer.done() || !m_context->valid()) return false;
+    if (m_is_lost) jLog::error("the window was lost: its display server has gone");
+    if (m_is_lost || m_viewer.done() || !m_context->valid()) return false;
     const osg::GraphicsContext::Traits& traits = *m_context->getTraits();
     if (m_settings.window) {
         m_settings.width = std::clamp(traits.width, 1, MAX_SIZE);
@@ -164,6 +190,7 @@ void WorldPicture::updateView() {
 }
 
 void WorldPicture::draw() {
+    if (m_is_lost) return;
     m_context->makeCurrent();
     if (!m_buffer->resize(m_settings.width, m_settings.height)) jLog::error("the picture cannot take its new size");
     World& world = *m_engine.getWorld();
@@ -173,6 +200,7 @@ void WorldPicture::draw() {
     m_terrain->update(m_view);
     m_sea->update(m_view);
     m_effects->update(m_view, world);
+    m_shadow->update(m_view);
     m_uniforms->update(m_view);
 
     osg::Camera& camera = *m_viewer.getCamera();
@@ -203,12 +231,12 @@ void WorldPicture::setVisibility(double metres) {
 void WorldPicture::setStatusLine(const std::string&) {}
 
 void WorldPicture::setParts(unsigned parts) {
-    m_parts = parts;
     m_mirror->getMeshes().setVisible(parts & PART_MESHES);
     m_terrain->setVisible(parts & PART_TERRAIN);
     m_sea->setVisible(parts & PART_SEA);
     m_sky->setVisible(parts & PART_SKY);
     m_effects->setVisible(parts & PART_EFFECTS);
+    m_shadow->setVisible(parts & PART_SHADOW);
 }
 
 void WorldPicture::setFullscreen(bool fullscreen) {

@@ -13,6 +13,7 @@
 #include "mirror/WorldMirror.h"
 #include "render/Picture.h"
 #include "sea/SeaLayer.h"
+#include "shadow/ShadowPass.h"
 #include "sky/SkyLayer.h"
 #include "terrain/TerrainLayer.h"
 
@@ -37,17 +38,18 @@ private:
     void buildScene();
     void setUpCamera();
     void updateView();
+    void abandonContext();
     void beginPass();
     void endPass();
 
     Engine& m_engine;
     PictureSettings m_settings;
     FrameView m_view;
-    unsigned m_parts = PART_ALL;
+    bool m_is_lost = false;  ///< the display went under an open window
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;
     osgViewer::Viewer m_viewer;
-    osg::ref_ptr<osg::Group> m_root;
+    osg::ref_ptr<osg::Group> m_root;  ///< of the main pass
     std::unique_ptr<FrameBuffer> m_buffer;
     std::unique_ptr<FrameUniforms> m_uniforms;
     std::unique_ptr<SkyLayer> m_sky;
@@ -55,4 +57,5 @@ private:
     std::unique_ptr<SeaLayer> m_sea;
     std::unique_ptr<EffectsLayer> m_effects;
     std::unique_ptr<WorldMirror> m_mirror;
+    std::unique_ptr<ShadowPass> m_shadow;
 };

@@ -70,6 +70,8 @@ void MeshMirror::update(ObjectMeshStatic& mesh) {
     for (int i = 0; i < mesh.getNumSurfaces(); ++i) {
         const Material& material = *mesh.getSurfaceMaterial(i);
         const auto surface = static_cast<std::size_t>(i);
+        node.surfaces[surface]->setNodeMask(material.alpha == Material::BLEND ? MASK_DRAWN
+                                                                              : MASK_DRAWN | MASK_CASTS_SHADOW);
         node.surfaces[surface]->setStateSet(m_materials.acquire(material, shapeOf(node.mesh->surfaces[surface])));
         node.materials.push_back(&material);
     }

@@ -16,6 +16,9 @@ class ShaderLibrary;
 struct MeshData;
 struct MeshSurface;
 
+/// Node masks, beside "not drawn" (0).
+enum MeshMasks : unsigned { MASK_DRAWN = 1, MASK_CASTS_SHADOW = 2 };
+
 class MeshMirror {
 public:
     MeshMirror(osg::Group& root, ShaderLibrary& shaders);

@@ -59,7 +59,7 @@ osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::st
     texture->setInternalFormat(formatOf(*image, is_color));
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::REPEAT);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::REPEAT);
-    texture->setMaxAnisotropy(4.0f);
+    texture->setMaxAnisotropy(1.0f);
     texture->setResizeNonPowerOfTwoHint(false);
     texture->setUnRefImageDataAfterApply(true);
     return texture;

@@ -54,6 +54,7 @@ public:
 
     float getSpawnRate() const { return m_settings.spawn_rate; }  ///< a second
     void setSpawnRate(float rate) { m_settings.spawn_rate = rate; }
+    float getAuthoredSpawnRate() const { return m_authored_rate; }  ///< that it was made with, a second
     float getLife() const { return m_settings.life; }
     void setLife(float seconds) { m_settings.life = seconds; }
     float getLifeSpread() const { return m_settings.life_spread; }
@@ -88,6 +89,7 @@ private:
     void updateBox();
 
     ParticleSettings m_settings;
+    float m_authored_rate;
     bool m_emitting;
     float m_due = 0.0f;  ///< particles owed
     bool m_has_last_frame = false;

@@ -13,7 +13,8 @@ struct TrackState;
 ///     { "channels": [ { "node": "rain", "parameter": "enabled", "keys": [ [0, 0], [1, 1] ] } ] }
 ///
 /// A channel names its nodes by "node" (the first of that name) or "tag" (all with it), or the world's environment with
-/// "environment": true. Between keys values are linear; outside them the end keys hold.
+/// "environment": true. Between keys values are linear; outside them the end keys hold. A channel of the environment
+/// with "raise": true sets a lower bound: the highest of all of them and of the environment's own value holds.
 class Track {
 public:
     Track();
@@ -24,7 +25,8 @@ public:
     bool load(const jString& path, World* world);
     void set(float position);  ///< clamped to 0..1; NaN is ignored
     float get() const;
-    void release();  ///< drops the channels
+    /// Drops the channels and the lower bounds that they set. REQUIRES that the world still lives when there are any.
+    void release();
 
 private:
     std::unique_ptr<TrackState> m_state;

@@ -1,0 +1,3 @@
+void main() {
+    gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+}

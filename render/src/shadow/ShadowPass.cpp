@@ -1,0 +1,124 @@
+// The map of what lies in shadow, drawn before the scene.
+#include "shadow/ShadowPass.h"
+
+#include <osg/Depth>
+#include <osg/PolygonOffset>
+
+#include <algorithm>
+#include <cmath>
+
+#include "frame/Convert.h"
+#include "frame/ShaderLibrary.h"
+#include "mirror/MeshMirror.h"
+
+namespace {
+
+constexpr double TALLEST = 200.0;    // metres that a caster may stand beyond the area, toward the light
+constexpr double LEAST_TURN = 1e-6;  // 1 - cosine of the light's turn that shows: 0.08 degrees
+
+int sizeOf(Quality quality) {
+    return quality == Quality::HIGH ? 3072 : quality == Quality::MEDIUM ? 2048 : 1024;
+}
+
+osg::ref_ptr<osg::Texture2D> makeMap(int size) {
+    osg::ref_ptr<osg::Texture2D> map = new osg::Texture2D;
+    map->setTextureSize(size, size);
+    map->setInternalFormat(GL_DEPTH_COMPONENT24);
+    map->setSourceFormat(GL_DEPTH_COMPONENT);
+    map->setSourceType(GL_UNSIGNED_INT);
+    map->setShadowComparison(true);
+    map->setShadowCompareFunc(osg::Texture::LEQUAL);
+    map->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
+    map->setFilter(osg::Texture::MAG_FILTER, osg::Texture::LINEAR);
+    map->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
+    map->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
+    return map;
+}
+
+/// Half the width of the area: what matters grows with the eye's height.
+double radiusFor(double height) {
+    constexpr double LEAST = 90.0, MOST = 360.0;
+    double radius = LEAST;
+    while (radius < MOST && radius < height * 2.0) radius *= 2.0;
+    return radius;
+}
+
+/// A frame whose Z axis is `z`; X and Y follow a fixed rule.
+dmat4 frameAlong(const dvec3& z, const dvec3& origin) {
+    const dvec3 other = std::fabs(z.z) < 0.9 ? dvec3(0.0, 0.0, 1.0) : dvec3(1.0, 0.0, 0.0);
+    const dvec3 x = normalize(cross(other, z));
+    return {x, cross(z, x), z, origin};
+}
+
+}  // namespace
+
+ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, const MeshMirror& meshes, ShaderLibrary& shaders,
+                       Quality quality)
+    : m_meshes(meshes),
+      m_scene(scene),
+      m_quality(quality),
+      m_camera(new osg::Camera), m_matrix(new osg::Uniform("u_shadow_matrix", osg::Matrixf())) {
+    const int size = sizeOf(quality);
+    const osg::ref_ptr<osg::Texture2D> map = makeMap(size);
+    m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
+    m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
+    m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT);
+    m_camera->attach(osg::Camera::DEPTH_BUFFER, map);
+    m_camera->setViewport(0, 0, size, size);
+    m_camera->setClearMask(GL_DEPTH_BUFFER_BIT);
+    m_camera->setClearDepth(1.0);
+    m_camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+    m_camera->setInheritanceMask(m_camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
+    m_camera->setCullMask(MASK_CASTS_SHADOW);
+    m_camera->addChild(meshes.getGroup());
+    constexpr auto OVER = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE;
+    osg::StateSet& state = *m_camera->getOrCreateStateSet();
+    state.setAttributeAndModes(shaders.getProgram("shadow_map"), OVER);
+    state.setAttributeAndModes(new osg::PolygonOffset(1.5f, 4.0f), OVER);
+    state.setAttributeAndModes(new osg::Depth(osg::Depth::LEQUAL, 0.0, 1.0), OVER);
+    state.setMode(GL_CULL_FACE, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
+    before_scene.addChild(m_camera);
+    scene.setTextureAttribute(UNIT_SHADOW, map);
+    scene.addUniform(m_matrix);
+    setVisible(true);
+}
+
+void ShadowPass::setVisible(bool visible) {
+    m_visible = visible && m_quality != Quality::LOW;
+    m_scene.setDefine("SHADOWS", m_visible ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
+    m_radius = 0.0;
+}
+
+bool ShadowPass::placeArea(const FrameView& view) {
+    const vec3& to_light = view.light.light_direction;
+    const dvec3 axis = normalize(rotate(view.local, dvec3(to_light)));
+    const double radius = radiusFor(view.geodetic.z);
+    // Ahead of the eye and as low as its foot, in steps, so that a small move keeps the map.
+    const dvec3 ahead = -view.camera.z - view.local.z * dot(view.local.z, -view.camera.z);
+    const dvec3 middle = view.camera.t + ahead * (radius * 0.6);
+    const bool is_turned = dot(axis, m_light.z) < 1.0 - LEAST_TURN;
+    const bool is_left = length(middle - m_light.t) > radius * 0.25;
+    if (radius == m_radius && !is_turned && !is_left) return false;
+    m_radius = radius;
+    m_light = frameAlong(axis, middle);
+    return true;
+}
+
+void ShadowPass::update(const FrameView& view) {
+    if (!m_visible) {
+        m_camera->setNodeMask(0);
+        return;
+    }
+    const bool is_moved = placeArea(view);
+    const bool is_stale = is_moved || m_revision != m_meshes.getRevision();
+    m_revision = m_meshes.getRevision();
+    m_camera->setNodeMask(is_stale ? ~0u : 0u);
+    const double depth = m_radius + TALLEST;
+    if (is_moved) {
+        m_camera->setViewMatrix(toOsg(inverse(m_light)));
+        m_camera->setProjectionMatrixAsOrtho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth);
+    }
+    const osg::Matrixd to_map = osg::Matrixd(0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.5, 0.5,
+                                             0.5, 1.0);
+    m_matrix->set(osg::Matrixf(toOsg(inverse(m_light) * view.camera) * m_camera->getProjectionMatrix() * to_map));
+}
