@@ -30,8 +30,8 @@ bool readSize(const std::string& text, std::array<int, 2>& size) {
 bool readCamera(const std::string& text, CameraPlace& place) {
     auto& [g, h] = place;
     int end = 0;
-    const int count = std::sscanf(text.c_str(), "%lf,%lf,%lf%n,%lf%n,%lf%n,%lf%n", &g[0], &g[1], &g[2], &end, &h[0], &end,
-                                  &h[1], &end, &h[2], &end);
+    const int count = std::sscanf(text.c_str(), "%lf,%lf,%lf%n,%lf%n,%lf%n,%lf%n", &g[0], &g[1], &g[2], &end, &h[0],
+                                  &end, &h[1], &end, &h[2], &end);
     const auto isFinite = [](double v) { return std::isfinite(v); };
     return count >= 3 && static_cast<std::size_t>(end) == text.size() && std::all_of(g.begin(), g.end(), isFinite) &&
            std::all_of(h.begin(), h.end(), isFinite) && std::fabs(g[1]) <= 90.0;
@@ -100,8 +100,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     app.add_option("--airport", options.airport, "Node at which the aircraft starts")->capture_default_str();
     app.add_option("--carrier", options.carrier, "Node of the carrier")->capture_default_str();
     app.add_flag("--headless", options.headless, "Run without a window");
-    app.add_option("--size", size, "Size of the picture, such as 1280x720")
-        ->check(CLI::Validator(checkSize, "WxH"));
+    app.add_option("--size", size, "Size of the picture, such as 1280x720")->check(CLI::Validator(checkSize, "WxH"));
     app.add_flag("--fullscreen", options.fullscreen, "Fill the screen");
     app.add_option("--quality", options.quality, "How much is spent on a frame")
         ->check(CLI::IsMember({"low", "medium", "high"}))

@@ -33,11 +33,11 @@ struct Options {
     std::string quality = "medium";
     std::string channel;  ///< of the configuration's "slaves"; empty for the whole view
     std::vector<Screenshot> screenshots;
-    std::optional<CameraPlace> camera;                   ///< instead of the logic's view
-    std::vector<std::pair<std::string, float>> tracks;   ///< tracks by name with their place in percent
-    std::optional<int> visibility;                       ///< metres
-    std::optional<std::array<int, 3>> date;              ///< year, month, day
-    long frames = 0;             ///< 0 runs until it is stopped
+    std::optional<CameraPlace> camera;                  ///< instead of the logic's view
+    std::vector<std::pair<std::string, float>> tracks;  ///< tracks by name with their place in percent
+    std::optional<int> visibility;                      ///< metres
+    std::optional<std::array<int, 3>> date;             ///< year, month, day
+    long frames = 0;                                    ///< 0 runs until it is stopped
     std::optional<double> step;  ///< seconds a frame, as fast as they go; without it frames follow the clock
     std::vector<std::pair<std::string, std::string>> overrides;  ///< keys of the configuration
     bool stats = false;

@@ -9,6 +9,6 @@ struct Options;
 
 /// Places the camera; REQUIRES a camera node.
 void placeCamera(Engine& engine, const CameraPlace& place);
-/// Weather, time and date as the options ask for, through the logic's operations. Without the flight-test logic only the
-/// date is set, and one log line tells what was left out.
+/// Weather, time and date as the options ask for, through the logic's operations. Without the flight-test logic only
+/// the date is set, and one log line tells what was left out.
 void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic);

@@ -106,7 +106,8 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
     FramePacer pacer(options.step, fpsLimit(plugin));
     StatsPrinter stats(plugin.getFlyLogic());
     bool good = true;
-    for (long frame = 1; good && !g_stop && (options.frames == 0 || frame <= options.frames) && screen.poll(); ++frame) {
+    for (long frame = 1; good && !g_stop && (options.frames == 0 || frame <= options.frames) && screen.poll();
+         ++frame) {
         const double dt = pacer.next();
         const SteadyClock::time_point begin = SteadyClock::now();
         runFrame(engine, *plugin.getLogic(), dt, [&] {

@@ -1,4 +1,6 @@
 // The world: its lookups against brute force, segment queries, loading, the state hash.
+#include <set>
+
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/SceneNodes.h"
@@ -16,6 +18,37 @@ protected:
 };
 
 const BoundBox UNIT_BOX({-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5});
+
+TEST_F(WorldTest, AMirrorIsToldEachChangeOnce) {
+    Node* const early = world().addChild(new Node);
+    world().watchChanges();
+    WorldChanges changes;
+    const auto changed = [&] {
+        world().takeChanges(changes);
+        std::set<Node*> nodes(changes.changed.begin(), changes.changed.end());
+        EXPECT_EQ(static_cast<int>(nodes.size()), changes.changed.size());
+        for (Node* node : nodes) node->getWorldTransform();
+        return nodes;
+    };
+    EXPECT_EQ(changed().count(early), 1u);
+    EXPECT_TRUE(changed().empty());
+
+    Node* const parent = world().addChild(new Node);
+    Node *const child = parent->addChild(std::make_unique<Node>()), *const other = world().addChild(new Node);
+    EXPECT_EQ(changed(), (std::set<Node*>{parent, child, other}));
+    parent->setPosition({1.0, 0.0, 0.0});
+    parent->setPosition({2.0, 0.0, 0.0});
+    EXPECT_EQ(changed(), (std::set<Node*>{parent, child}));
+    parent->setEnabled(false);
+    EXPECT_EQ(changed(), (std::set<Node*>{parent, child}));
+
+    other->setPosition({3.0, 0.0, 0.0});
+    const int gone = other->getId(), moved = child->getId();
+    world().removeNode(other);
+    world().getRoot()->addChild(parent->takeChild(child));
+    EXPECT_EQ(changed(), (std::set<Node*>{child}));
+    EXPECT_EQ(std::set<int>(changes.left.begin(), changes.left.end()), (std::set<int>{gone, moved}));
+}
 
 }  // namespace
 

@@ -38,8 +38,7 @@ public:
         const EllipsoidModel& globe = engine.getEllipsoid();
         CameraControl& camera = *engine.getCameraControl();
         camera.getPosition() = globe.toWorld(geodetic);
-        camera.getRotation() =
-            globe.fromWgsHPR(camera.getPosition(), wgs_hpr) * dquat(dvec3(1.0, 0.0, 0.0), 90.0);
+        camera.getRotation() = globe.fromWgsHPR(camera.getPosition(), wgs_hpr) * dquat(dvec3(1.0, 0.0, 0.0), 90.0);
         camera.apply();
     }
     /// Runs frames and draws each.
@@ -66,8 +65,9 @@ private:
 
 /// Display values 0..1 of a pixel; x from the left, y from the top.
 inline std::array<double, 3> pixelAt(const Snapshot& shot, int x, int y) {
-    const unsigned char* const p = &shot.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) +
-                                              static_cast<std::size_t>(x)) * 3];
+    const unsigned char* const p =
+        &shot.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x)) *
+                  3];
     return {p[0] / 255.0, p[1] / 255.0, p[2] / 255.0};
 }
 
@@ -78,5 +78,6 @@ inline double luminanceAt(const Snapshot& shot, int x, int y) {
 
 /// Metres along the view's axis; infinite where nothing was drawn but the sky.
 inline float distanceAt(const Snapshot& shot, int x, int y) {
-    return shot.distance[static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x)];
+    return shot
+        .distance[static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x)];
 }

@@ -51,7 +51,8 @@ bool FrameBuffer::resize(int width, int height) {
 
 void FrameBuffer::release() {
     if (m_width == 0) return;
-    const GLuint targets[] = {m_draw, m_result}, buffers[] = {m_draw_color, m_draw_depth, m_result_color, m_result_depth};
+    const GLuint targets[] = {m_draw, m_result},
+                 buffers[] = {m_draw_color, m_draw_depth, m_result_color, m_result_depth};
     m_gl.glDeleteFramebuffers(m_result != m_draw ? 2 : 1, targets);
     m_gl.glDeleteRenderbuffers(m_result != m_draw ? 4 : 2, buffers);
     m_width = m_height = 0;

@@ -48,8 +48,8 @@ void FrameUniforms::update(const FrameView& view) {
 
     m_up->set(osg::Vec3f(toOsg(up)));
     // Column-major, as the shading language stores it.
-    m_eye_to_local->set(osg::Matrix3(f(east.x), f(north.x), f(up.x), f(east.y), f(north.y), f(up.y), f(east.z),
-                                     f(north.z), f(up.z)));
+    m_eye_to_local->set(
+        osg::Matrix3(f(east.x), f(north.x), f(up.x), f(east.y), f(north.y), f(up.y), f(east.z), f(north.z), f(up.z)));
     m_light_direction->set(osg::Vec3f(fromLocal(view.light.light_direction)));
     m_light_color->set(toOsg(view.light.light_color));
     m_ambient_above->set(toOsg(view.light.ambient_above));

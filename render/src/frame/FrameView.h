@@ -25,15 +25,15 @@ struct FrameView {
     double fov = 45.0;          ///< vertical, degrees
     osg::Matrixd view;          ///< world to eye; the eye looks along -Z, Y up
     osg::Matrixd projection;
-    dmat4 camera;      ///< the eye's frame in the world
-    dmat4 local;       ///< east, north, up and position of the eye
-    dvec3 geodetic;    ///< of the eye: longitude, latitude, height
-    double time = 0.0; ///< of the engine, seconds
-    double dt = 0.0;   ///< seconds since the last frame
+    dmat4 camera;       ///< the eye's frame in the world
+    dmat4 local;        ///< east, north, up and position of the eye
+    dvec3 geodetic;     ///< of the eye: longitude, latitude, height
+    double time = 0.0;  ///< of the engine, seconds
+    double dt = 0.0;    ///< seconds since the last frame
     Quality quality = Quality::MEDIUM;
     double extinction = 3.912 / 20000.0;  ///< of the air at sea level, a metre
-    float wetness = 0.0f;  ///< of upward surfaces, 0..1
-    float snow = 0.0f;     ///< that lies on them, 0..1
+    float wetness = 0.0f;                 ///< of upward surfaces, 0..1
+    float snow = 0.0f;                    ///< that lies on them, 0..1
     SkyLight light;
 };
 

@@ -54,6 +54,7 @@ osg::ref_ptr<osg::GraphicsContext> makeWindow(const PictureSettings& settings, s
 /// Without this the X library ends the process when its server goes.
 void surviveLoss(osg::GraphicsContext& context, bool& lost) {
     auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(context);
+    XSetIOErrorHandler([](Display*) { return 0; });
     const auto keepRunning = [](Display*, void* flag) { *static_cast<bool*>(flag) = true; };
     for (Display* display : {window.getDisplayToUse(), window.getEventDisplay()}) {
         XSetIOErrorExitHandler(display, keepRunning, &lost);

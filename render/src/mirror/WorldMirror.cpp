@@ -31,31 +31,52 @@ void WorldMirror::forget(int id) {
     const auto found = m_types.find(id);
     if (found == m_types.end()) return;
     switch (found->second) {
-        case Node::MESH_STATIC: m_meshes.remove(id); break;
+        case Node::MESH_STATIC:
+            m_meshes.remove(id);
+            break;
         case Node::TERRAIN:
             m_terrain.setTerrain(nullptr);
             m_sea.setTerrain(nullptr);
             break;
-        case Node::OCEAN: m_sea.setOcean(nullptr); break;
-        case Node::DECAL_ORTHO: m_terrain.removeDecal(id); break;
-        default: m_effects.remove(id); break;
+        case Node::OCEAN:
+            m_sea.setOcean(nullptr);
+            break;
+        case Node::DECAL_ORTHO:
+            m_terrain.removeDecal(id);
+            break;
+        default:
+            m_effects.remove(id);
+            break;
     }
     m_types.erase(found);
 }
 
 void WorldMirror::take(Node& node) {
     switch (node.getType()) {
-        case Node::MESH_STATIC: m_meshes.update(static_cast<ObjectMeshStatic&>(node)); break;
+        case Node::MESH_STATIC:
+            m_meshes.update(static_cast<ObjectMeshStatic&>(node));
+            break;
         case Node::TERRAIN:
             m_terrain.setTerrain(static_cast<ObjectTerrain*>(&node));
             m_sea.setTerrain(static_cast<ObjectTerrain*>(&node));
             break;
-        case Node::OCEAN: m_sea.setOcean(static_cast<ObjectOcean*>(&node)); break;
-        case Node::DECAL_ORTHO: m_terrain.updateDecal(static_cast<DecalOrtho&>(node)); break;
-        case Node::PARTICLES: m_effects.updateParticles(static_cast<ObjectParticles&>(node)); break;
-        case Node::LIGHT: m_effects.updateLight(static_cast<NodeLight&>(node)); break;
-        case Node::TEXT: m_effects.updateText(static_cast<NodeText&>(node)); break;
-        default: return;
+        case Node::OCEAN:
+            m_sea.setOcean(static_cast<ObjectOcean*>(&node));
+            break;
+        case Node::DECAL_ORTHO:
+            m_terrain.updateDecal(static_cast<DecalOrtho&>(node));
+            break;
+        case Node::PARTICLES:
+            m_effects.updateParticles(static_cast<ObjectParticles&>(node));
+            break;
+        case Node::LIGHT:
+            m_effects.updateLight(static_cast<NodeLight&>(node));
+            break;
+        case Node::TEXT:
+            m_effects.updateText(static_cast<NodeText&>(node));
+            break;
+        default:
+            return;
     }
     node.getWorldTransform();
     m_types.emplace(node.getId(), node.getType());

@@ -57,7 +57,8 @@ ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, const Mes
     : m_meshes(meshes),
       m_scene(scene),
       m_quality(quality),
-      m_camera(new osg::Camera), m_matrix(new osg::Uniform("u_shadow_matrix", osg::Matrixf())) {
+      m_camera(new osg::Camera),
+      m_matrix(new osg::Uniform("u_shadow_matrix", osg::Matrixf())) {
     const int size = sizeOf(quality);
     const osg::ref_ptr<osg::Texture2D> map = makeMap(size);
     m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
@@ -118,7 +119,7 @@ void ShadowPass::update(const FrameView& view) {
         m_camera->setViewMatrix(toOsg(inverse(m_light)));
         m_camera->setProjectionMatrixAsOrtho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth);
     }
-    const osg::Matrixd to_map = osg::Matrixd(0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.5, 0.5,
-                                             0.5, 1.0);
+    const osg::Matrixd to_map =
+        osg::Matrixd(0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.5, 0.5, 0.5, 1.0);
     m_matrix->set(osg::Matrixf(toOsg(inverse(m_light) * view.camera) * m_camera->getProjectionMatrix() * to_map));
 }

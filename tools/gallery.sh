@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# Draws the pictures of docs/gallery.md anew, with the release build.
+#   tools/gallery.sh [NAME]...    all, or those named
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+deckview=build/bin/deckview
+[ -x "$deckview" ] || { echo "gallery.sh: $deckview is missing; ./test.sh builds it" >&2; exit 1; }
+
+# draw NAME OPTIONS...: the picture after two seconds of the scene
+draw() {
+    local name=$1
+    shift
+    if [ ${#wanted[@]} -gt 0 ] && [[ " ${wanted[*]} " != *" $name "* ]]; then return; fi
+    echo "$name"
+    "$deckview" --headless --step 0.0166667 --frames 120 --size "${size:-1280x720}" \
+        --screenshot "docs/gallery/$name.png" "$@" >/dev/null
+}
+
+wanted=("$@")
+lights=(--track airport_light_enable=100 --track airport_light_brightness=100 --track road_light=100)
+
+draw deck --camera 112.39587,16.82388,27,52,-5 --track TOD=42
+draw approach --camera 112.3698,16.8138,185,67.25,-3.5 --track TOD=40
+draw cockpit --track TOD=40
+draw runway_night --camera 112.3300,16.8320,95,67.25,-4 --track TOD=92 "${lights[@]}"
+draw fog --camera 112.39587,16.82388,27,52,-5 --track TOD=42 --visibility 1500
+draw rain --camera 112.39587,16.82388,27,52,-5 --track TOD=42 --track runway_wet=100 --visibility 4500
+draw snow --camera 112.3385,16.8350,12,67.25,-3 --track TOD=42 --track snow=100 --visibility 6000
+draw island --camera 112.345,16.795,5000,3,-42 --track TOD=42
+draw dusk --camera 112.3935,16.8225,38,75,-3 --track TOD=76.5
