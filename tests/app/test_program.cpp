@@ -58,6 +58,15 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--world", "data/none.world"}, 1, "data/none.world"},
         {{"--world", "../../etc/passwd"}, 1, "cannot be loaded"},
         {{"--hash", "/nowhere/hash.txt"}, 1, "/nowhere/hash.txt"},
+        {{"--size", "0x10"}, 2, "WIDTHxHEIGHT"},
+        {{"--size", "99999x10"}, 2, "WIDTHxHEIGHT"},
+        {{"--size", "64"}, 2, "WIDTHxHEIGHT"},
+        {{"--quality", "best"}, 2, "medium"},
+        {{"--track", "TOD"}, 2, "PERCENT"},
+        {{"--camera", "1,2"}, 2, "LON,LAT,HEIGHT"},
+        {{"--camera", "1,95,3"}, 2, "LON,LAT,HEIGHT"},
+        {{"--headless", "--screenshot", "/proc/none/a.png@1", "--size", "8x8"}, 1, "/proc/none/a.png"},
+        {{"--headless", "--channel", "none", "--screenshot", "a.png"}, 1, "no channel \"none\""},
     };
     for (const auto& c : cases) {
         Program program("deckview", c.arguments);
@@ -80,19 +89,23 @@ TEST(Deckview, SaysWhatTheSceneLacksAndRunsOn) {
     }
 }
 
-TEST(Deckview, SameRunGivesTheSameHashes) {
+TEST(Deckview, SameRunGivesTheSameHashesWithAndWithoutAPicture) {
     const TestFolder folder;
     const int local = findFreePort(), from = findFreePort(), to = findFreePort();
     std::string runs[2];
     for (int i = 0; i < 2; ++i) {
         const auto file = folder.getPath() / ("hash" + std::to_string(i));
-        Program program("deckview", withPorts({"--headless", "--step", "0.0166667", "--frames", "300", "--hash", file,
-                                               "--set", "ignore_order=true", "--set", "fly_mode=0"},
-                                              local, from, to));
+        Strings arguments{"--headless",        "--step", "0.0166667",  "--frames", "600",  "--hash", file, "--set",
+                          "ignore_order=true", "--set",  "fly_mode=0", "--size",   "64x36"};
+        for (int frame = 1; i == 1 && frame <= 600; frame += 20) {
+            const std::string picture = (folder.getPath() / "a.png").string();
+            arguments.insert(arguments.end(), {"--screenshot", picture + '@' + std::to_string(frame)});
+        }
+        Program program("deckview", withPorts(arguments, local, from, to));
         ASSERT_EQ(program.wait(), 0) << program.getOutput();
         runs[i] = readFile(file);
     }
-    EXPECT_EQ(countLines(runs[0], " "), 300);
+    EXPECT_EQ(countLines(runs[0], " "), 600);
     EXPECT_EQ(runs[0], runs[1]);
     // The bytes sent are part of the state: with a counter in each feedback no frame is like the last.
     std::istringstream in(runs[0]);
@@ -119,4 +132,28 @@ TEST(Deckview, SignalsEndTheRunCleanlyAndLittleIsLeft) {
         EXPECT_EQ(countLines(report, "Logic_Test_Fly::init_udp"), 1) << report;
         EXPECT_EQ(countLines(report, "UdpSendKit::init"), 1) << report;
     }
+}
+
+TEST(Deckview, GraphicsLibrariesAreLoadedForPicturesOnly) {
+    const TestFolder folder;
+    setenv("LD_DEBUG", "files", 1);
+    for (const bool draws : {false, true}) {
+        Strings arguments{"--headless", "--step", "0.1", "--frames", "2", "--size", "16x16"};
+        if (draws) arguments.insert(arguments.end(), {"--screenshot", folder.getPath() / "a.png"});
+        Program deckview("deckview", withPorts(arguments, findFreePort(), findFreePort(), findFreePort()));
+        EXPECT_EQ(deckview.wait(), 0);
+        EXPECT_EQ(countLines(deckview.getOutput(), "libEGL") > 0, draws);
+        EXPECT_EQ(countLines(deckview.getOutput(), "libosg") > 0, draws);
+        EXPECT_EQ(std::filesystem::exists(folder.getPath() / "a.png"), draws);
+    }
+    unsetenv("LD_DEBUG");
+}
+
+TEST(Deckview, WithoutADriverItSaysSo) {
+    setenv("__EGL_VENDOR_LIBRARY_DIRS", "/nowhere", 1);
+    Program deckview("deckview", withPorts({"--headless", "--frames", "2", "--screenshot", "a.png"}, findFreePort(),
+                                           findFreePort(), findFreePort()));
+    EXPECT_EQ(deckview.wait(), 1);
+    EXPECT_EQ(countLines(deckview.getOutput(), "deckview: EGL offers neither"), 1) << deckview.getOutput();
+    unsetenv("__EGL_VENDOR_LIBRARY_DIRS");
 }
