@@ -19,7 +19,8 @@ const struct {
     {{"engine/src"},
      STANDARD + R"(|engine/\w+/\w+\.h)" +
          R"(|(action|camera|core|globe|gui|input|math|memory|net|physics|scene|text|track)/\w+\.h)" +
-         R"(|Bullet\w*/.*|LinearMath/.*|bt\w+\.h|embree3/.*|(gdal|cpl|ogr)_?\w*\.h|nlohmann/.*|tiny_gltf\.h)"},
+         R"(|Bullet\w*/.*|LinearMath/.*|bt\w+\.h|embree3/.*|(gdal|cpl|ogr)_?\w*\.h|nlohmann/.*|tiny_gltf\.h)" +
+         R"(|kiss_fft\.h)"},
     {{"common", "src"}, R"([a-z_]+|engine/\w+/\w+\.h|(src|common)(/\w+)+\.h)"},
     {{"host"}, STANDARD + R"(|\w+\.h)"},
     {{"app"}, STANDARD + R"(|engine/\w+/\w+\.h|(src|common|render|app)(/\w+)+\.h|\w+\.h|CLI/\w+\.hpp)"},
