@@ -29,3 +29,6 @@ draw rain --camera 112.39587,16.82388,27,52,-5 --track TOD=42 --track runway_wet
 draw snow --camera 112.3385,16.8350,12,67.25,-3 --track TOD=42 --track snow=100 --visibility 6000
 draw island --camera 112.345,16.795,5000,3,-42 --track TOD=42
 draw dusk --camera 112.3935,16.8225,38,75,-3 --track TOD=76.5
+channels=(--camera 112.3935,16.8225,38,63,-3 --track TOD=40)
+size=640x360 draw channel_left "${channels[@]}" --channel left
+size=640x360 draw channel_centre "${channels[@]}" --channel centre
