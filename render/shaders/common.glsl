@@ -29,11 +29,16 @@ float airTransmittance(vec3 position) {
     return exp(-u_air.x * thinning * distance);
 }
 
-// A radiance seen through the air between its place and the eye.
-vec3 throughAir(vec3 radiance, vec3 position) {
+// Radiance of the air that far away hides what lies there; it varies little, so that vertices may carry it.
+vec3 hazeRadiance(vec3 position) {
     vec3 direction = u_eye_to_local * normalize(position);
     direction.z = max(direction.z, 0.02);
-    return mix(skyRadiance(direction), radiance, airTransmittance(position));
+    return skyRadiance(direction);
+}
+
+// A radiance seen through the air between its place and the eye.
+vec3 throughAir(vec3 radiance, vec3 position) {
+    return mix(hazeRadiance(position), radiance, airTransmittance(position));
 }
 
 // Display value of a radiance: exposure, then the filmic curve of Hejl and Burgess-Dawson (2010), which holds the

@@ -13,6 +13,7 @@ uniform sampler2D u_emission_texture;
 in vec3 v_position;
 in vec3 v_normal;
 in vec2 v_uv;
+in vec3 v_haze;
 #ifdef NORMAL_TEXTURE
 in vec4 v_tangent;
 #endif
@@ -54,5 +55,5 @@ void main() {
 #ifdef EMISSION_TEXTURE
     emission *= texture(u_emission_texture, uv).rgb;
 #endif
-    gl_FragColor = vec4(display(throughAir(radiance + emission, v_position)), base.a);
+    gl_FragColor = vec4(display(mix(v_haze, radiance + emission, airTransmittance(v_position))), base.a);
 }

@@ -1,4 +1,4 @@
-// How a surface of a material answers the light of sun, sky and lamps.
+// How a surface of a material answers the light of sun, sky and lamps. MATTE: it mirrors nothing while it is dry.
 #pragma import_defines(LAMPS, WEATHER)
 uniform vec2 u_weather;  // wetness and snow on upward surfaces, 0 to 1
 const int MAX_LAMPS = 4;
@@ -66,7 +66,10 @@ vec3 surfaceRadiance(Surface surface, vec3 normal, vec3 position, float lit) {
     float smooth_part = 1.0 - surface.roughness;
     float grazing = 1.0 - facing;
     vec3 fresnel = f0 + (max(vec3(smooth_part), f0) - f0) * (grazing * grazing * grazing * grazing * grazing);
+    vec3 sky = ambientLight(mirrored) * INV_PI;
+#if !defined(MATTE) || defined(WEATHER)
     vec3 around = u_eye_to_local * mirrored;
-    vec3 sky = mix(ambientLight(mirrored) * INV_PI, skyRadiance(around), smooth_part * step(0.0, around.z));
+    sky = mix(sky, skyRadiance(around), smooth_part * step(0.0, around.z));
+#endif
     return radiance + fresnel * sky;
 }

@@ -5,6 +5,7 @@
 #include <osg/ClipControl>
 #include <osg/CullFace>
 #include <osg/Depth>
+#include <osgGA/GUIEventHandler>
 #include <osgViewer/GraphicsWindow>
 #include <osgViewer/api/X11/GraphicsWindowX11>
 
@@ -21,11 +22,25 @@
 #include "frame/EglWindow.h"
 #include "frame/ImageFile.h"
 #include "frame/NotifyLog.h"
+#include "mirror/TextureStore.h"
 
 namespace {
 
 constexpr double NEAR = 0.2;  // metres; depth reaches to infinity from here
 constexpr int MAX_SIZE = 16384;
+constexpr int WINDOW_CORNER = 40;  // pixels from the screen's upper left
+
+/// F11 fills the screen and back.
+struct FullscreenKey final : osgGA::GUIEventHandler {
+    explicit FullscreenKey(std::function<void()> f) : toggle(std::move(f)) {}
+    bool handle(const osgGA::GUIEventAdapter& event, osgGA::GUIActionAdapter&) override {
+        const bool is_mine = event.getEventType() == osgGA::GUIEventAdapter::KEYDOWN &&
+                             event.getKey() == osgGA::GUIEventAdapter::KEY_F11;
+        if (is_mine) toggle();
+        return is_mine;
+    }
+    std::function<void()> toggle;
+};
 
 /// A part of the frame that runs on the context, as the scene graph wants it.
 struct PassHook final : osg::Camera::DrawCallback {
@@ -38,7 +53,7 @@ osg::ref_ptr<osg::GraphicsContext> makeWindow(const PictureSettings& settings, s
     osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
     traits->readDISPLAY();
     traits->setUndefinedScreenDetailsToDefaultScreen();
-    traits->x = traits->y = 40;
+    traits->x = traits->y = WINDOW_CORNER;
     traits->width = settings.width;
     traits->height = settings.height;
     traits->windowName = settings.title;
@@ -104,6 +119,10 @@ bool WorldPicture::open(std::string& error) {
     setUpCamera();
     m_viewer.realize();
     if (m_settings.window) surviveLoss(*m_context, m_is_lost);
+    if (m_settings.fullscreen) {
+        m_settings.fullscreen = false;
+        setFullscreen(true);
+    }
     m_context->makeCurrent();
     osg::GLExtensions* const gl = m_context->getState()->get<osg::GLExtensions>();
     if (!gl || gl->glslLanguageVersion < 3.3f || !gl->glBlitFramebuffer || !gl->glClipControl) {
@@ -115,6 +134,7 @@ bool WorldPicture::open(std::string& error) {
         error = "the graphics driver has no memory for a picture of that size";
         return false;
     }
+    setTextureAnisotropy(m_settings.quality == Quality::HIGH ? 8.0f : 1.0f);
     buildScene();
     return true;
 }
@@ -123,6 +143,7 @@ void WorldPicture::setUpCamera() {
     m_viewer.setThreadingModel(osgViewer::Viewer::SingleThreaded);
     m_viewer.setKeyEventSetsDone(0);
     m_viewer.setReleaseContextAtEndOfFrameHint(false);
+    m_viewer.addEventHandler(new FullscreenKey([this] { setFullscreen(!m_settings.fullscreen); }));
     osg::Camera& camera = *m_viewer.getCamera();
     camera.setGraphicsContext(m_context);
     camera.setViewport(0, 0, m_settings.width, m_settings.height);
@@ -245,13 +266,15 @@ void WorldPicture::setFullscreen(bool fullscreen) {
     if (!window || !m_settings.window || fullscreen == m_settings.fullscreen) return;
     m_settings.fullscreen = fullscreen;
     window->setWindowDecoration(!fullscreen);
+    if (!fullscreen) {
+        window->setWindowRectangle(WINDOW_CORNER, WINDOW_CORNER, m_window_width, m_window_height);
+        return;
+    }
+    m_window_width = m_settings.width;
+    m_window_height = m_settings.height;
     unsigned width = 0, height = 0;
     osg::GraphicsContext::getWindowingSystemInterface()->getScreenResolution(*m_context->getTraits(), width, height);
-    if (fullscreen) {
-        window->setWindowRectangle(0, 0, static_cast<int>(width), static_cast<int>(height));
-    } else {
-        window->setWindowRectangle(40, 40, m_settings.width / 2, m_settings.height / 2);
-    }
+    window->setWindowRectangle(0, 0, static_cast<int>(width), static_cast<int>(height));
 }
 
 Snapshot WorldPicture::capture(bool with_distance) {

@@ -45,7 +45,8 @@ private:
     Engine& m_engine;
     PictureSettings m_settings;
     FrameView m_view;
-    bool m_is_lost = false;  ///< the display went under an open window
+    int m_window_width = 0, m_window_height = 0;  ///< while the screen is filled: before that
+    bool m_is_lost = false;                       ///< the display went under an open window
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;
     osgViewer::Viewer m_viewer;

@@ -32,6 +32,11 @@ void setBlending(osg::StateSet& state) {
     state.setRenderBinDetails(DRAW_BLENDED, "DepthSortedBin");
 }
 
+bool isMatte(const Material& material) {
+    constexpr float LEAST_ROUGHNESS = 0.6f, MOST_METALLIC = 0.5f;
+    return !material.metal_rough_texture && material.roughness >= LEAST_ROUGHNESS && material.metallic <= MOST_METALLIC;
+}
+
 int slotOf(const SurfaceShape& shape) {
     return (shape.normals ? 1 : 0) + (shape.uvs ? 2 : 0) + (shape.tangents ? 4 : 0);
 }
@@ -79,6 +84,7 @@ osg::ref_ptr<osg::StateSet> MaterialStates::make(const Material& material, const
         }
         ++unit;
     }
+    if (isMatte(material)) defines.emplace_back("MATTE");
     if (!shape.normals) defines.emplace_back("FLAT");
     if (material.alpha == Material::MASK) defines.emplace_back("MASK");
     if (material.alpha == Material::BLEND) setBlending(*state);
