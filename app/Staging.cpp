@@ -1,9 +1,11 @@
-// Sets the scene up as the command line asks, once after the logic was initialised.
+// Sets the scene up: the view once the world is loaded, the rest as the command line asks once the logic is
+// initialised.
 #include "Staging.h"
 
 #include "Options.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
+#include "engine/scene/World.h"
 #include "engine/text/Log.h"
 #include "src/logic/Logic_Test_Fly.h"
 
@@ -23,6 +25,12 @@ void placeCamera(Engine& engine, const CameraPlace& place) {
     camera.getRotation() = attitude * dquat(dvec3(1.0, 0.0, 0.0), 90.0);
     camera.getPosition() = position;
     camera.apply();
+}
+
+void placeCameraAtStart(Engine& engine) {
+    const Environment& environment = engine.getWorld()->getEnvironment();
+    const dvec3 &geo = environment.camera_geodetic, &hpr = environment.camera_wgs_hpr;
+    placeCamera(engine, {{geo.x, geo.y, geo.z}, {hpr.x, hpr.y, hpr.z}});
 }
 
 void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic) {

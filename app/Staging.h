@@ -9,6 +9,8 @@ struct Options;
 
 /// Places the camera; REQUIRES a camera node.
 void placeCamera(Engine& engine, const CameraPlace& place);
+/// The same at the place where the world's view starts.
+void placeCameraAtStart(Engine& engine);
 /// Weather, time and date as the options ask for, through the logic's operations. Without the flight-test logic only
 /// the date is set, and one log line tells what was left out.
 void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic);

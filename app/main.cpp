@@ -92,6 +92,7 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
         error = "the world \"" + world + "\" cannot be loaded; is --root right?";
         return false;
     }
+    placeCameraAtStart(engine);
     tellWhatIsMissing(options, *engine.getWorld());
     if (!logic.init()) {
         error = "the logic could not be initialised";

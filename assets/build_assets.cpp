@@ -8,6 +8,7 @@
 
 #include "models/Builders.h"
 #include "world/Elevation.h"
+#include "world/Imagery.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -22,6 +23,7 @@ int main(int argc, char** argv) {
         std::filesystem::create_directories(root + "/data/DEMO_PROJECT/terrain");
         const Island island;
         writeElevation(root + "/data/DEMO_PROJECT/terrain/elevation.tif", island);
+        writeImagery(root + "/data/DEMO_PROJECT/terrain/imagery.tif", island);
         writeJet(root);
         writeCarrier(root);
         writeAirfield(root);

@@ -15,23 +15,11 @@
 
 namespace {
 
+const MetresPerDegree DEGREE = metresPerDegree();
+
 constexpr int POSTS = 2048;
 constexpr double POST_SPACING = 9.0;  // metres
 constexpr double SUMMIT = 350.0;      // metres, what the hills may reach
-
-/// Metres a degree at the runway's middle.
-struct Degree {
-    double lon, lat;
-};
-Degree metresPerDegree() {
-    const EllipsoidModel globe;
-    const double s = std::sin(DEMO_CENTRE.y * jMath::DEG2RAD);
-    const double w2 = 1.0 - globe.ECCENTRICITY_2 * s * s;
-    const double prime = globe.SEMI_MAJOR / std::sqrt(w2);
-    return {prime * std::cos(DEMO_CENTRE.y * jMath::DEG2RAD) * jMath::DEG2RAD,
-            prime * (1.0 - globe.ECCENTRICITY_2) / w2 * jMath::DEG2RAD};
-}
-const Degree DEGREE = metresPerDegree();
 
 double smoothStep(double v, double from, double to) {
     const double t = std::clamp((v - from) / (to - from), 0.0, 1.0);
@@ -53,6 +41,15 @@ double shoreProfile(double inland) {
 }
 
 }  // namespace
+
+MetresPerDegree metresPerDegree() {
+    const EllipsoidModel globe;
+    const double s = std::sin(DEMO_CENTRE.y * jMath::DEG2RAD);
+    const double w2 = 1.0 - globe.ECCENTRICITY_2 * s * s;
+    const double prime = globe.SEMI_MAJOR / std::sqrt(w2);
+    return {prime * std::cos(DEMO_CENTRE.y * jMath::DEG2RAD) * jMath::DEG2RAD,
+            prime * (1.0 - globe.ECCENTRICITY_2) / w2 * jMath::DEG2RAD};
+}
 
 Island::Island() : m_coast(11), m_hills(23), m_detail(37) {}
 

@@ -5,6 +5,12 @@
 
 #include "world/Noise.h"
 
+/// Metres a degree at the runway's middle.
+struct MetresPerDegree {
+    double lon, lat;
+};
+MetresPerDegree metresPerDegree();
+
 /// Heights as a function of the place.
 class Island {
 public:

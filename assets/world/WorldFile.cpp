@@ -176,7 +176,7 @@ void addRoadLights(Json& nodes) {
 
 void writeWorld(const std::string& root, const Island& island) {
     Json terrain = sceneNode("terrain", "terrain");
-    terrain["terrain"] = {{"elevation", "terrain/elevation.tif"}};
+    terrain["terrain"] = {{"elevation", "terrain/elevation.tif"}, {"imagery", "terrain/imagery.tif"}};
     Json ocean = placed(sceneNode("ocean", "ocean"), {DEMO_CENTRE, {}});
     ocean["ocean"] = {{"beaufort", 3}, {"global_wind", true}};
     Json nodes = {terrain, ocean};

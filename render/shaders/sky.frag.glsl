@@ -1,7 +1,12 @@
 #include "common.glsl"
-in vec3 v_direction;
+#include "sky_clouds.glsl"
+in vec3 v_sky;
+in vec3 v_cloud_place;
+in vec4 v_cloud_light;
 
 void main() {
-    vec3 direction = normalize(u_eye_to_local * v_direction);
-    gl_FragColor = vec4(display(skyRadiance(direction)), 1.0);
+    vec3 radiance = behindClouds(v_sky, cloudThere(v_cloud_place, v_cloud_light.w), v_cloud_light.xyz);
+    // Noise of one step of the display's, after Jimenez (2014), against bands in the smooth sky.
+    float noise = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715))));
+    gl_FragColor = vec4(display(radiance) + (noise - 0.5) / 255.0, 1.0);
 }

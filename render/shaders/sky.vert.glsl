@@ -1,9 +1,21 @@
-// The dome: one triangle over the whole picture, infinitely far.
-out vec3 v_direction;  // in the eye's frame, not of length 1
+// The dome, infinitely far. What is smooth enough is computed here and not in the fragments.
+#include "common.glsl"
+#include "sky_clouds.glsl"
+uniform vec3 u_sun;         // to the sun: east, north, up
+uniform vec3 u_glow_color;  // of the haze round the sun
+out vec3 v_sky;
+out vec3 v_cloud_place;
+out vec4 v_cloud_light;
 
 void main() {
-    mat4 p = gl_ProjectionMatrix;
-    vec2 at = gl_Vertex.xy;
-    v_direction = vec3((at.x + p[2][0]) / p[0][0], (at.y + p[2][1]) / p[1][1], -1.0);
-    gl_Position = vec4(at, 0.0, 1.0);
+    vec3 at = gl_Vertex.xyz;  // x to the sun's side
+    vec3 direction = vec3(at.x * u_sun_side + at.y * vec2(u_sun_side.y, -u_sun_side.x), at.z);
+    vec4 texel = textureLod(u_sky, gl_MultiTexCoord0.xy, 0.0);
+    // Henyey and Greenstein's phase function for a mean cosine of 0.7, down to a cosine of 0.3.
+    float base = inversesqrt(1.49 - 1.4 * dot(direction, u_sun));
+    float glow = max(0.040584 * base * base * base - 0.036670, 0.0);
+    v_sky = texel.rgb + u_glow_color * (texel.a * glow);
+    v_cloud_place = cloudPlace(direction);
+    v_cloud_light = cloudLight(direction);
+    gl_Position = gl_ProjectionMatrix * vec4(direction * u_eye_to_local, 0.0);
 }

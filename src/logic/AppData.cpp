@@ -113,6 +113,14 @@ int AppData::getFlyMode() const {
     return m_package.getInt("fly_mode");
 }
 
+jVector<jString> AppData::getKeyControls() const {
+    jVector<jString> keys;
+    const Package* const controls = m_package.getPackage("KeyControl");
+    if (!controls) return keys;
+    for (const Item& control : *controls) keys.append(controls->getString(control.getName().c_str()));
+    return keys;
+}
+
 jString AppData::getTargetPath(int type) const {
     const Package* const paths = m_package.getPackage("target_type");
     const jString key = std::string(1, '_').append(ToString(type));

@@ -45,6 +45,8 @@ public:
     jString getThirdShipPath() const;
     bool isUsePhotoelectricData() const;
     int getFlyMode() const;
+    /// The texts of the package "KeyControl", in file order.
+    jVector<jString> getKeyControls() const;
     /// The prefab of a target type; empty when there is none for it.
     jString getTargetPath(int type) const;
 

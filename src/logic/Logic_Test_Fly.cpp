@@ -38,6 +38,7 @@ bool Logic_Test_Fly::init() {
     init_config();
     init_environment();
     init_aircraft();
+    update_third_view();
     load_tracks();
     init_udp();
     default_setting();
@@ -51,6 +52,7 @@ void Logic_Test_Fly::update(float dt) {
     m_timer_manager.update(dt);
     m_action_manager.update(dt);
     send_udp();
+    update_input();
     update_aircraft(dt);
 }
 

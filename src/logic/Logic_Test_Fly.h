@@ -10,6 +10,7 @@
 #include "src/kit/UdpRecords.h"
 #include "src/logic/HitCallback.h"
 
+class ControlApp;
 class NodeTrigger;
 class ObjectOcean;
 class ObjectTerrain;
@@ -60,7 +61,7 @@ public:
     // Configuration: _config.cpp
     /// Reads the configuration file; without it every key has its default.
     void init_config();
-    /// Airport lights off, flight mode as configured.
+    /// Airport lights off, third-person view, flight mode as configured.
     void default_setting();
     /// Frames a second that the host application is to let through at most.
     double get_fps_limit() const;
@@ -149,11 +150,40 @@ public:
     void set_fly_mode(FLY_MODE mode);
     FLY_MODE getFlyMode() const { return m_fly_mode; }
 
-    // View: _view.cpp
+    // View: _view.cpp. Without a camera node nothing moves.
     void swap() override;
+    /// Any value is kept; one that is no view leaves the camera alone. The third-person view comes back as it was left.
+    void set_player_mode(PLAYER_MODE mode);
     PLAYER_MODE getPlayerMode() const { return m_player_mode; }
+    /// The next of the three views.
+    void change_view();
+    /// The mode's name, as the view button shows it; empty until a view was chosen.
+    const jString& getViewText() const { return m_view_text; }
+    /// Puts the camera at its distance from the aircraft, against the way that it looks. Until there is an aircraft
+    /// only the pose is kept. Always true.
+    bool update_third_view();
+    /// Goes nearer by so many metres, up to 1 m.
+    bool on_third_view_wheel(float step);
+    /// Turns the camera round the point ahead of it at the third-person distance: counter-clockwise and upward,
+    /// degrees. False when there is nothing to turn.
+    bool rot_around(float dx, float dy);
+    /// While the left button is held, W A S D move the camera for dt seconds at the camera's speed, four times that
+    /// with Shift; Ctrl holds it back.
+    void cam_mov(float dt);
+    /// While the left or the right button is held, turns the camera by degrees: dx to the right, dy downward. Ctrl
+    /// holds it back.
+    void cam_free_rot(float dx, float dy);
+    /// Longitude, latitude in degrees, height in metres; the rotation stays.
+    void set_cam_pos_geo(const dvec3& geo);
+    dvec3 get_cam_pos_geo() const;
 
-    // Picking: _input.cpp
+    // Input and picking: _input.cpp
+    /// Keys and mouse of this frame.
+    void update_input();
+    /// Steps the third-person distance: outward by 1 m on an event without a turn, inward on every other.
+    void onMouseWheel(const GUIEventWheel& event, IApp* app) override;
+    /// Switches of the record prints, the light, the head offset and the test mode.
+    void onKeyRelease(const GUIEventKey& event, IApp* app) override;
     /// The active object that a segment (geocentric metres) meets first, null when it meets none. `hit`, if not null,
     /// gets the place where; it is left alone without a hit.
     Object* select_object(const dvec3& from, const dvec3& to, dvec3* hit = nullptr) const;
@@ -167,10 +197,15 @@ private:
     void measure_gears(UdpSendData& record) const;
     void disconnect_triggers();
     void follow_aircraft();
+    void update_keys(ControlApp& control);
+    void zoom_third_view(double factor);
+    void place_camera(const dvec3& position, const dquat& rotation);
+    void set_view_text(const char* text) { m_view_text = text; }
     void release_tracks();
 
     jString m_aircraft_type;
     PlaneBase* m_aircraft = nullptr;
+    float m_third_distance = 25.0f;  ///< metres from the aircraft to the third-person camera
     ActionManager m_action_manager;
     bool m_show_recv = false;
     bool m_show_send = false;
@@ -202,6 +237,12 @@ private:
     bool m_destroyed = false;
     Stopwatch m_fly_stopwatch;
     PLAYER_MODE m_player_mode = FIRST_VIEW;
+    jString m_view_text;
+    Node* m_third_target = nullptr;  ///< what the third-person camera orbits, the world's
+    dquat m_third_rotation;          ///< the third-person view as it was left
+    dvec3 m_third_position;
+    jVector<jString> m_key_controls;    ///< texts of configured keys
+    float m_target_head_offset = 0.0f;  ///< told by the keys that change it
     FLY_MODE m_fly_mode = DATA_FLY;
     LinkCounts m_link_counts;
     UdpSendData m_last_feedback;

@@ -8,10 +8,12 @@ void Logic_Test_Fly::init_config() {
     m_ignore_order = data.isIgnoreOrder();
     m_show_recv = data.isShowRecvDataPrint();
     m_show_send = data.isShowSendDataPrint();
+    m_key_controls = data.getKeyControls();
 }
 
 void Logic_Test_Fly::default_setting() {
     setAirportLightBrightness(0.0f);
+    set_player_mode(THIRD_VIEW);
     set_fly_mode(static_cast<FLY_MODE>(AppData::get().getFlyMode()));
 }
 

@@ -27,7 +27,7 @@ protected:
         jLog::setSink([this](jLog::Level level, const jString& line) {
             if (level != jLog::MESSAGE) m_complaints.push_back(line);
         });
-        m_engine = std::make_unique<Engine>(EngineSettings{DECKVIEW_ROOT, 1});
+        m_engine = std::make_unique<Engine>(EngineSettings{.root = DECKVIEW_ROOT});
     }
     ~DemoScene() override {
         m_engine.reset();

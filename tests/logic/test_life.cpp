@@ -30,6 +30,7 @@ TEST_F(LifeTest, TheJetStartsAtItsNodeAndTheFirstViewSitsInItAfterItMoved) {
     EXPECT_EQ(logic().getAircraftNode(), world().getNodeByName("plane_j15"));
     EXPECT_LT(length(jet().getWorldTransform().getTranslation() - at.getTranslation()), 1e-6);
     EXPECT_LT(length(jet().getBaseTransform().getY() - at.getY()), 1e-9);
+    logic().set_player_mode(FIRST_VIEW);
     logic().getAircraftNode()->setWgsPosition({112.4, 16.9, 900.0});
     frame();
     const Node& camera = *engine().getCameraControl()->getNode();

@@ -47,6 +47,12 @@ CameraControl* Engine::getCameraControl() {
 IApp* Engine::getApp() {
     return &m_state->app;
 }
+InputRouter* Engine::getInput() {
+    return &m_state->input;
+}
+UIRoot* Engine::getUIRoot() {
+    return &m_state->panels;
+}
 Random& Engine::getRandom() {
     return m_state->random;
 }
@@ -72,10 +78,15 @@ void Engine::beginFrame(double dt) {
     m_state->frame_time = dt;
     m_state->time += dt;
     ++m_state->frame;
+    m_state->input.dispatch();
 }
 
 void Engine::step() {
     m_state->world->step(m_state->frame_time);
+}
+
+void Engine::updateGui() {
+    m_state->panels.update();
 }
 
 void Engine::endFrame() {

@@ -5,19 +5,23 @@
 
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
-#include "engine/input/ControlApp.h"
+#include "engine/gui/UIRoot.h"
+#include "engine/input/InputRouter.h"
 #include "engine/scene/World.h"
 
 struct EngineState {
     explicit EngineState(const EngineSettings& settings)
         : root(std::filesystem::weakly_canonical(std::filesystem::absolute(std::string(settings.root)))),
-          random(settings.seed) {}
+          random(settings.seed),
+          panels(settings.font) {}
 
     std::filesystem::path root;
     EllipsoidModel ellipsoid;
     Random random;
     ControlApp control;
     IApp app{&control};
+    UIRoot panels;
+    InputRouter input{control, panels};
     CameraControl camera;
     double frame_time = 0.0;
     double time = 0.0;

@@ -122,6 +122,17 @@ HeightRange ElevationRaster::getRange(int first_column, int first_row, int last_
     return range;
 }
 
+bool ElevationRaster::prepare(int first_column, int first_row, int last_column, int last_row, int& budget) const {
+    for (int r = first_row / TILE_CELLS; r <= last_row / TILE_CELLS; ++r) {
+        for (int c = first_column / TILE_CELLS; c <= last_column / TILE_CELLS; ++c) {
+            const int index = r * m_tile_columns + c;
+            if (m_slots[static_cast<std::size_t>(index)] < 0 && budget-- <= 0) return budget = 0, false;
+            getTile(index);
+        }
+    }
+    return true;
+}
+
 const HeightRange& ElevationRaster::getBlockRange(int block_column, int block_row) const {
     const Tile& tile = getTile(block_row / TILE_BLOCKS * m_tile_columns + block_column / TILE_BLOCKS);
     return tile.blocks[static_cast<std::size_t>(block_row % TILE_BLOCKS * TILE_BLOCKS + block_column % TILE_BLOCKS)];

@@ -100,6 +100,9 @@ public:
     /// the area is rounded outward to blocks, to tiles when it is wide, and to the raster when it is wider still.
     /// REQUIRES valid cells.
     HeightRange getRange(int first_column, int first_row, int last_column, int last_row) const;
+    /// Reads what is not in memory of the posts of those cells, at most `budget` tiles, which it counts down. True when
+    /// all is there. REQUIRES valid cells of at most MAX_TILES tiles.
+    bool prepare(int first_column, int first_row, int last_column, int last_row, int& budget) const;
 
 private:
     static constexpr int TILE_POSTS = TILE_CELLS + 1;

@@ -1,5 +1,5 @@
-// Opens elevation files and reads windows of them through GDAL; called when a terrain is made and when its tiles are
-// first wanted.
+// Opens elevation and imagery files and reads windows of them through GDAL; called when a terrain is made and when its
+// tiles are first wanted.
 #include "scene/RasterSource.h"
 
 #include <cpl_error.h>
@@ -66,10 +66,11 @@ bool isWgs84(OGRSpatialReferenceH system) {
 
 }  // namespace
 
-std::unique_ptr<RasterSource> RasterSource::open(const jString& path) {
+std::unique_ptr<RasterSource> RasterSource::open(const jString& path, const char* kind) {
     registerDrivers();
     std::unique_ptr<RasterSource> source(new RasterSource);
     source->m_path = path;
+    source->m_kind = kind;
     if (!source->openFile() || !source->turnToWgs84() || !source->readGrid()) return nullptr;
     return source;
 }
@@ -85,13 +86,13 @@ bool RasterSource::openFile() {
     m_file = GDALOpenEx(m_path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr,
                         nullptr);
     if (m_file == nullptr || GDALGetRasterCount(m_file) < 1) {
-        jLog::error("%s: no elevation raster: %s", m_path.c_str(), errors.getText());
+        jLog::error("%s: no %s raster: %s", m_path.c_str(), m_kind, errors.getText());
         return false;
     }
     double transform[6];
     const bool placed = GDALGetGeoTransform(m_file, transform) == CE_None && GDALGetSpatialRef(m_file) != nullptr;
     if (!placed && GDALGetGCPCount(m_file) == 0) {
-        jLog::error("%s: the elevation raster has no georeference", m_path.c_str());
+        jLog::error("%s: the %s raster has no georeference", m_path.c_str(), m_kind);
         return false;
     }
     const GDALRasterBandH band = GDALGetRasterBand(m_file, 1);
@@ -136,7 +137,7 @@ bool RasterSource::readGrid() {
     m_rows = GDALGetRasterYSize(m_grid);
     const bool placed = GDALGetGeoTransform(m_grid, t) == CE_None && std::isfinite(t[0] + t[1] + t[3] + t[5]);
     if (!placed || t[1] == 0.0 || t[5] == 0.0 || m_columns < 2 || m_rows < 2) {
-        jLog::error("%s: the elevation raster needs at least 2 x 2 posts and a usable georeference", m_path.c_str());
+        jLog::error("%s: the %s raster needs at least 2 x 2 posts and a usable georeference", m_path.c_str(), m_kind);
         return false;
     }
     m_lon_step = std::fabs(t[1]);
@@ -165,6 +166,31 @@ bool RasterSource::read(int column, int row, int columns, int rows, float* out, 
     for (int r = 0; r < rows; ++r) {
         const double* line = &m_window[static_cast<std::size_t>(m_south_first ? r : rows - 1 - r) * columns];
         for (int c = 0; c < columns; ++c) out[r * stride + c] = toHeight(line[m_west_first ? c : columns - 1 - c]);
+    }
+    return true;
+}
+
+bool RasterSource::readColors(int width, int height, unsigned char* out) {
+    const QuietErrors errors;
+    GDALRasterIOExtraArg smooth;
+    INIT_RASTERIO_EXTRA_ARG(smooth);
+    smooth.eResampleAlg = GRIORA_Average;
+    const auto size = static_cast<std::size_t>(width) * height;
+    m_band.resize(size);
+    const int bands = GDALGetRasterCount(m_grid);
+    for (int color = 0; color < 3; ++color) {
+        const GDALRasterBandH band = GDALGetRasterBand(m_grid, color < bands ? color + 1 : 1);
+        if (GDALRasterIOEx(band, GF_Read, 0, 0, m_columns, m_rows, m_band.data(), width, height, GDT_Byte, 0, 0,
+                           &smooth) != CE_None) {
+            jLog::error("%s: %s cannot be read: %s", m_path.c_str(), m_kind, errors.getText());
+            return false;
+        }
+        for (int row = 0; row < height; ++row) {
+            const unsigned char* line =
+                &m_band[static_cast<std::size_t>(m_south_first ? row : height - 1 - row) * width];
+            unsigned char* to = out + (static_cast<std::size_t>(row) * width) * 3 + color;
+            for (int c = 0; c < width; ++c) to[c * 3] = line[m_west_first ? c : width - 1 - c];
+        }
     }
     return true;
 }

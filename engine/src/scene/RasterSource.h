@@ -1,4 +1,5 @@
-// An elevation file through GDAL: opened, put into WGS84, read in windows. Nothing of GDAL leaves this class.
+// An elevation or imagery file through GDAL: opened, put into WGS84, read in windows. Nothing of GDAL leaves this
+// class.
 #pragma once
 
 #include <memory>
@@ -11,7 +12,8 @@
 class RasterSource {
 public:
     /// Null, with one log line naming the file, when GDAL cannot read it or it has no georeference.
-    static std::unique_ptr<RasterSource> open(const jString& path);
+    /// `kind` names the raster's use in log lines.
+    static std::unique_ptr<RasterSource> open(const jString& path, const char* kind = "elevation");
     ~RasterSource();
     RasterSource(const RasterSource&) = delete;
     RasterSource& operator=(const RasterSource&) = delete;
@@ -28,6 +30,9 @@ public:
     /// has no data. False, with `out` untouched and one log line, when the file cannot be read there. REQUIRES a window
     /// inside the grid.
     bool read(int column, int row, int columns, int rows, float* out, int stride);
+    /// Reads the whole raster as colours, scaled to width x height: red, green, blue, south row first; the first band
+    /// is taken for the missing ones. False with one log line when the file cannot be read.
+    bool readColors(int width, int height, unsigned char* out);
 
 private:
     RasterSource() = default;
@@ -38,6 +43,7 @@ private:
     float toHeight(double value) const;
 
     jString m_path;
+    const char* m_kind = "";
     void* m_file = nullptr;  ///< the data set as it stands in the file
     void* m_grid = nullptr;  ///< the data set read from: the file's own, or one resampled from it on the fly
     int m_columns = 0, m_rows = 0;
@@ -46,4 +52,5 @@ private:
     bool m_has_no_data = false;
     double m_no_data = 0.0, m_scale = 1.0, m_offset = 0.0;
     std::vector<double> m_window;
+    std::vector<unsigned char> m_band;
 };

@@ -1,18 +1,48 @@
-// Particles, lamps, texts and what falls from the sky.
+// Particles, lamps, texts and what falls from the sky: hands each node to its part; all parts are updated once a frame.
 #include "effects/EffectsLayer.h"
 
-#include "frame/ShaderLibrary.h"
+#include "engine/scene/SceneNodes.h"
 
-EffectsLayer::EffectsLayer(osg::Group& root, ShaderLibrary&) : m_group(new osg::Group) {
-    root.addChild(m_group);
+namespace {
+
+osg::ref_ptr<osg::Group> addGroup(osg::Group& root) {
+    osg::ref_ptr<osg::Group> group = new osg::Group;
+    root.addChild(group);
+    return group;
 }
 
-void EffectsLayer::updateParticles(ObjectParticles&) {}
-void EffectsLayer::updateLight(const NodeLight&) {}
-void EffectsLayer::updateText(const NodeText&) {}
-void EffectsLayer::remove(int) {}
-void EffectsLayer::update(const FrameView&, const World&) {}
+}  // namespace
+
+EffectsLayer::EffectsLayer(osg::Group& root, ShaderLibrary& shaders)
+    : m_group(addGroup(root)),
+      m_particles(*m_group, shaders),
+      m_points(*m_group, shaders),
+      m_lights(*root.getOrCreateStateSet()),
+      m_texts(*m_group, shaders),
+      m_precipitation(*m_group, shaders) {}
+
+void EffectsLayer::updateLight(const NodeLight& light) {
+    const Lamp lamp = readLamp(light);
+    m_points.set(light.getId(), lamp);
+    m_lights.set(light.getId(), lamp);
+}
+
+void EffectsLayer::remove(int id) {
+    m_particles.remove(id);
+    m_points.remove(id);
+    m_lights.remove(id);
+    m_texts.remove(id);
+}
+
+void EffectsLayer::update(const FrameView& view, const World& world) {
+    m_lights.update(view, m_visible);
+    if (!m_visible) return;
+    m_particles.update(view);
+    m_points.update(view);
+    m_precipitation.update(view, world);
+}
 
 void EffectsLayer::setVisible(bool visible) {
+    m_visible = visible;
     m_group->setNodeMask(visible ? ~0u : 0u);
 }

@@ -3,6 +3,11 @@
 
 #include <osg/Group>
 
+#include "effects/LampLights.h"
+#include "effects/LampPoints.h"
+#include "effects/ParticleDrawing.h"
+#include "effects/Precipitation.h"
+#include "effects/SceneTexts.h"
 #include "frame/FrameView.h"
 
 class Node;
@@ -14,11 +19,12 @@ class World;
 
 class EffectsLayer {
 public:
+    /// Also adds the lamps' uniforms, which all surfaces read, to the root's state.
     EffectsLayer(osg::Group& root, ShaderLibrary& shaders);
     /// A node of one of these kinds that is new or has changed: moved, switched or another content.
-    void updateParticles(ObjectParticles& particles);
+    void updateParticles(ObjectParticles& particles) { m_particles.add(particles); }
     void updateLight(const NodeLight& light);
-    void updateText(const NodeText& text);
+    void updateText(const NodeText& text) { m_texts.set(text); }
     /// A node of one of them that left the world.
     void remove(int id);
     void update(const FrameView& view, const World& world);
@@ -26,4 +32,10 @@ public:
 
 private:
     osg::ref_ptr<osg::Group> m_group;
+    ParticleDrawing m_particles;
+    LampPoints m_points;
+    LampLights m_lights;
+    SceneTexts m_texts;
+    Precipitation m_precipitation;
+    bool m_visible = true;
 };

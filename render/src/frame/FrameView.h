@@ -31,7 +31,7 @@ struct FrameView {
     double time = 0.0;  ///< of the engine, seconds
     double dt = 0.0;    ///< seconds since the last frame
     Quality quality = Quality::MEDIUM;
-    double extinction = 3.912 / 20000.0;  ///< of the air at sea level, a metre
+    double extinction = 3.912 / 40000.0;  ///< of the air at sea level, a metre; a clear day to begin with
     float wetness = 0.0f;                 ///< of upward surfaces, 0..1
     float snow = 0.0f;                    ///< that lies on them, 0..1
     SkyLight light;

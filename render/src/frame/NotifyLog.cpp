@@ -3,20 +3,26 @@
 
 #include <osg/Notify>
 
+#include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "engine/text/Log.h"
 
 namespace {
 
+constexpr std::size_t LONGEST = 500;  // characters of a notice
+
 struct LogHandler final : osg::NotifyHandler {
     void notify(osg::NotifySeverity severity, const char* message) override {
-        const int length = static_cast<int>(std::strcspn(message, "\n"));
-        if (length == 0) return;
+        std::string line(message, std::min(std::strlen(message), LONGEST));
+        while (!line.empty() && line.back() == '\n') line.pop_back();
+        std::replace(line.begin(), line.end(), '\n', '|');
+        if (line.empty()) return;
         if (severity <= osg::FATAL) {
-            jLog::error("picture: %.*s", length, message);
+            jLog::error("picture: %s", line.c_str());
         } else {
-            jLog::warning("picture: %.*s", length, message);
+            jLog::warning("picture: %s", line.c_str());
         }
     }
 };

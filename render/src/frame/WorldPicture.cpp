@@ -170,6 +170,7 @@ void WorldPicture::buildScene() {
     m_effects = std::make_unique<EffectsLayer>(*m_root, m_shaders);
     m_mirror = std::make_unique<WorldMirror>(*m_engine.getWorld(), *m_root, m_shaders, *m_terrain, *m_sea, *m_effects);
     state.setTextureAttribute(UNIT_SKY, m_sky->getRadiance());
+    m_status = std::make_unique<StatusText>(*m_root, m_shaders);
     osg::ref_ptr<osg::Group> passes = new osg::Group;
     m_shadow = std::make_unique<ShadowPass>(*passes, state, m_mirror->getMeshes(), m_shaders, m_settings.quality);
     passes->addChild(m_root);
@@ -218,10 +219,13 @@ void WorldPicture::draw() {
     World& world = *m_engine.getWorld();
     m_mirror->update();
     updateView();
+    m_view.wetness = world.getEnvironment().wetness;
+    m_view.snow = world.getEnvironment().snow;
     m_view.light = m_sky->update(m_view, world.getEnvironment());
     m_terrain->update(m_view);
     m_sea->update(m_view);
     m_effects->update(m_view, world);
+    m_status->resize(m_view.width, m_view.height);
     m_shadow->update(m_view);
     m_uniforms->update(m_view);
 
@@ -250,7 +254,9 @@ void WorldPicture::setVisibility(double metres) {
     m_view.extinction = 3.912 / std::max(metres, 1.0);
 }
 
-void WorldPicture::setStatusLine(const std::string&) {}
+void WorldPicture::setStatusLine(const std::string& text) {
+    m_status->set(text);
+}
 
 void WorldPicture::setParts(unsigned parts) {
     m_mirror->getMeshes().setVisible(parts & PART_MESHES);

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "effects/EffectsLayer.h"
+#include "effects/StatusText.h"
 #include "frame/FrameBuffer.h"
 #include "frame/FrameUniforms.h"
 #include "frame/FrameView.h"
@@ -57,6 +58,7 @@ private:
     std::unique_ptr<TerrainLayer> m_terrain;
     std::unique_ptr<SeaLayer> m_sea;
     std::unique_ptr<EffectsLayer> m_effects;
+    std::unique_ptr<StatusText> m_status;
     std::unique_ptr<WorldMirror> m_mirror;
     std::unique_ptr<ShadowPass> m_shadow;
 };

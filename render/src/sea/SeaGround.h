@@ -3,12 +3,13 @@
 
 #include <osg/Image>
 
+#include <cstddef>
 #include <vector>
 
-class ElevationRaster;
+#include "scene/ElevationRaster.h"
 
-/// Heights of an elevation raster, thinned out to at most 1024 posts a side. Places are fractions of its extent: columns
-/// from the west and rows from the south, 0..1 inside.
+/// Heights of an elevation raster, thinned out to at most 1024 posts a side. Places are texture coordinates of its
+/// picture: columns from the west and rows from the south, posts at the centres of texels.
 class SeaGround {
 public:
     static constexpr int MAX_POSTS = 1024;
@@ -16,30 +17,32 @@ public:
 
     explicit SeaGround(const ElevationRaster& raster);
 
-    double getWest() const { return m_west; }    ///< longitude of column 0, degrees
-    double getSouth() const { return m_south; }  ///< latitude of row 0, degrees
-    double getWidth() const { return m_width; }  ///< degrees
-    double getHeight() const { return m_height; }
+    double getColumn(double lon) const { return (lon - m_west) * m_per_lon; }  ///< of a longitude in degrees
+    double getRow(double lat) const { return (lat - m_south) * m_per_lat; }    ///< of a latitude in degrees
+    double getColumnsPerDegree() const { return m_per_lon; }
+    double getRowsPerDegree() const { return m_per_lat; }
 
     /// Height of the ground, metres; DEEP outside.
     float getAltitude(float column, float row) const;
-    /// The lowest and the highest ground of an area, at least; DEEP both outside.
-    void getRange(float west, float south, float east, float north, float& lowest, float& highest) const;
-    /// The heights as texels, whose centres are the posts.
+    /// The lowest and the highest ground of an area, or beyond; DEEP outside.
+    HeightRange getRange(double west, double south, double east, double north) const;
+    /// The heights, metres, one float a texel.
     osg::Image* getImage() const { return m_image; }
-    int getNumColumns() const { return m_columns; }
-    int getNumRows() const { return m_rows; }
 
 private:
-    static constexpr int BLOCK = 16;  ///< posts that share a range
+    static constexpr int BLOCK = 16;  ///< cells along a block's side
 
-    void read(const ElevationRaster& raster);
+    const float* getPost(int column, int row) const {
+        return m_posts + static_cast<std::ptrdiff_t>(row) * m_columns + column;
+    }
+    void read(const ElevationRaster& raster, int column_stride, int row_stride);
     void measure();
-    const float* post(int column, int row) const;
 
-    double m_west = 0.0, m_south = 0.0, m_width = 1.0, m_height = 1.0;
+    double m_west = 0.0, m_south = 0.0;  ///< degrees, of the outermost texels' outer edges
+    double m_per_lon = 1.0, m_per_lat = 1.0;
     int m_columns = 0, m_rows = 0;
     int m_block_columns = 0, m_block_rows = 0;
     osg::ref_ptr<osg::Image> m_image;
-    std::vector<float> m_lowest, m_highest;  ///< of blocks, posts shared with the next ones included
+    float* m_posts = nullptr;  ///< the image's
+    std::vector<HeightRange> m_blocks;
 };

@@ -1,17 +1,28 @@
 // The sea: the engine ocean's own waves out to the horizon.
 #pragma once
 
+#include <osg/Geode>
+#include <osg/Geometry>
 #include <osg/Group>
+#include <osg/MatrixTransform>
+
+#include <array>
+#include <memory>
 
 #include "frame/FrameView.h"
+#include "sea/SeaMesh.h"
+#include "sea/SeaSlopes.h"
 
 class ObjectOcean;
 class ObjectTerrain;
+class SeaGround;
+class SeaUniforms;
 class ShaderLibrary;
 
 class SeaLayer {
 public:
     SeaLayer(osg::Group& root, ShaderLibrary& shaders);
+    ~SeaLayer();
     /// The ocean to draw; null for none. It outlives its being set here.
     void setOcean(const ObjectOcean* ocean);
     /// The ground whose depth the shore follows; null for none.
@@ -20,5 +31,29 @@ public:
     void setVisible(bool visible);
 
 private:
+    /// Patches of one band that share a program.
+    struct Part {
+        osg::ref_ptr<osg::Geode> geode;
+        osg::ref_ptr<osg::DrawElementsUInt> indices;
+    };
+
+    Part makePart(int band, bool shore, ShaderLibrary& shaders);
+    static void fillPart(Part& part, const std::vector<int>& patches);
+    void setUpState();
+    SeaMeshView lookAt(const FrameView& view) const;
+    void takeMesh();
+
     osg::ref_ptr<osg::Group> m_group;
+    osg::ref_ptr<osg::MatrixTransform> m_local;                      ///< from the local frame under the eye
+    osg::ref_ptr<osg::Vec3Array> m_places, m_rests, m_slopes_there;  ///< shared by all parts
+    osg::ref_ptr<osg::Vec2Array> m_grounds;
+    std::array<Part, SeaMesh::NUM_BANDS> m_open, m_shore;
+    osg::ref_ptr<osg::Texture2D> m_ground_texture;
+    std::unique_ptr<SeaUniforms> m_uniforms;
+    SeaMesh m_mesh;
+    SeaSlopes m_slopes;
+    std::unique_ptr<SeaGround> m_ground;
+    const ObjectOcean* m_ocean = nullptr;
+    const ObjectTerrain* m_terrain = nullptr;
+    bool m_visible = true;
 };

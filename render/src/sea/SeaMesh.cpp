@@ -8,30 +8,33 @@
 
 #include "engine/scene/WaveField.h"
 #include "sea/SeaGround.h"
+#include "sea/SeaSlopes.h"
 
 namespace {
 
 constexpr int SIZE = WaveCascade::SIZE;
 constexpr int SIDE = SeaMesh::CELLS + 1;
-constexpr double SHALLOW = 3.0;   // metres of water from which on waves reach their height
-constexpr double SHORE = 30.0;    // and from which on the ground is not seen
-constexpr double BURIED = 5.0;    // ground that far above the water hides it for good
+constexpr double SHALLOW = 3.0;  // metres of water from which on waves reach their height
+constexpr double SHORE = 30.0;   // and from which on the ground is not seen
+constexpr double BURIED = 5.0;   // ground that far above the water hides it for good
 
 using Values = float __attribute__((vector_size(16)));
 
-Values load(const WaveCascade& cascade, std::int64_t column, std::int64_t row) {
+using Samples = std::vector<std::array<float, 4>>;
+
+Values load(const Samples& samples, std::int64_t column, std::int64_t row) {
     const auto at = static_cast<std::size_t>((row & (SIZE - 1)) * SIZE + (column & (SIZE - 1)));
     Values values;
-    std::memcpy(&values, cascade.samples[at].data(), sizeof values);
+    std::memcpy(&values, samples[at].data(), sizeof values);
     return values;
 }
 
-Values interpolate(const WaveCascade& cascade, double column, double row) {
+Values interpolate(const Samples& samples, double column, double row) {
     const double whole_column = std::floor(column), whole_row = std::floor(row);
     const auto i = static_cast<std::int64_t>(whole_column), j = static_cast<std::int64_t>(whole_row);
     const auto u = static_cast<float>(column - whole_column), v = static_cast<float>(row - whole_row);
-    const Values south = load(cascade, i, j) * (1.0f - u) + load(cascade, i + 1, j) * u;
-    const Values north = load(cascade, i, j + 1) * (1.0f - u) + load(cascade, i + 1, j + 1) * u;
+    const Values south = load(samples, i, j) * (1.0f - u) + load(samples, i + 1, j) * u;
+    const Values north = load(samples, i, j + 1) * (1.0f - u) + load(samples, i + 1, j + 1) * u;
     return south * (1.0f - v) + north * v;
 }
 
@@ -47,31 +50,36 @@ double gapTo(double at, double size) {
 }  // namespace
 
 SeaMesh::SeaMesh() : m_vertices(std::size_t(MAX_PATCHES) * VERTICES) {
-    for (std::vector<int>& kind : m_kinds) kind.reserve(MAX_PATCHES);
     // A level's vertices must not move yet where the finer level's have ended their move: that is within a patch's side
-    // of the finer level's range.
+    // of the finer level's range. To 100 m waves are still seen one by one; the large ones are, to 500 m.
     constexpr double START = 0.82;  // of the range
-    m_ranges[0] = 34.0;
-    m_ranges[1] = 225.0;  // fine to 100 m, where waves are still seen one by one
-    for (int level = 2; level <= MAX_LEVEL; ++level) {
-        m_ranges[level] = (m_ranges[level - 1] + std::ldexp(CELLS, level)) / START;
+    constexpr double LEAST[] = {34.0, 80.0, 225.0, 0.0, 600.0, 1100.0};
+    for (int level = 0; level <= MAX_LEVEL; ++level) {
+        const double finer = level > 0 ? m_ranges[level - 1] : 0.0;
+        m_ranges[level] = (finer + std::ldexp(CELLS, level)) / START;
+        if (level < 6) m_ranges[level] = std::max(m_ranges[level], LEAST[level]);
     }
     for (int level = 0; level <= MAX_LEVEL; ++level) m_morphs[level] = START * m_ranges[level];
 }
 
-void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaGround* ground) {
+void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaSlopes& slopes,
+                     const SeaGround* ground) {
     m_view = &view;
     m_field = &field;
+    m_slopes = &slopes;
     m_ground = ground;
     m_num_patches = 0;
-    for (std::vector<int>& kind : m_kinds) kind.clear();
+    for (PatchList& band : m_bands) {
+        band.open.clear();
+        band.shore.clear();
+    }
     m_spacing = field.getCascade(1).length / SIZE;
-    const double fine = m_ranges[1] * m_spacing, height = std::abs(view.height);
+    const double fine = m_ranges[2] * m_spacing, height = std::abs(view.height);
     m_floor = height < fine ? height : fine + 0.5 * (height - fine);
 
     const double radius = std::min(view.east_radius, view.north_radius);
-    const double horizon = std::min(std::sqrt(2.0 * radius * height) * 1.05 + 2000.0, 0.5 * radius);
-    const double east = horizon / view.east_scale, north = horizon / view.north_scale;
+    m_reach = std::min(std::sqrt(2.0 * radius * height) * 1.05 + 2000.0, 0.5 * radius);
+    const double east = m_reach / view.east_scale, north = m_reach / view.north_scale;
     int level = 0;
     while (level < MAX_LEVEL && m_ranges[level] * m_spacing < std::max(east, north)) ++level;
     const double size = std::ldexp(CELLS * m_spacing, level);
@@ -93,7 +101,7 @@ void SeaMesh::select(const Patch& patch) {
     if (!isVisible(patch)) return;
     const double gap = std::max({gapTo(patch.east, patch.size), gapTo(patch.north, patch.size), m_floor});
     if (patch.level == 0 || gap >= m_ranges[patch.level - 1] * m_spacing) {
-        emit(patch);
+        emit(patch, gap);
         return;
     }
     const double half = 0.5 * patch.size;
@@ -106,6 +114,9 @@ void SeaMesh::select(const Patch& patch) {
 
 bool SeaMesh::isVisible(const Patch& patch) const {
     const SeaMeshView& v = *m_view;
+    const double gap_east = gapTo(patch.east, patch.size) * v.east_scale;
+    const double gap_north = gapTo(patch.north, patch.size) * v.north_scale;
+    if (gap_east * gap_east + gap_north * gap_north > m_reach * m_reach) return false;
     const double half_east = 0.5 * patch.size * v.east_scale, half_north = 0.5 * patch.size * v.north_scale;
     const double east = patch.east * v.east_scale + half_east, north = patch.north * v.north_scale + half_north;
     const double wide_east = half_east + v.reach_sideways, wide_north = half_north + v.reach_sideways;
@@ -118,4 +129,98 @@ bool SeaMesh::isVisible(const Patch& patch) const {
                    std::abs(p.north) * wide_north + std::abs(p.up) * tall >=
                0.0;
     });
+}
+
+bool SeaMesh::isShore(const Patch& patch, bool& buried) const {
+    buried = false;
+    if (!m_ground) return false;
+    const SeaMeshView& v = *m_view;
+    const double west = v.ground_column + patch.east * v.columns_per_metre;
+    const double south = v.ground_row + patch.north * v.rows_per_metre;
+    const HeightRange range =
+        m_ground->getRange(west, south, west + patch.size * v.columns_per_metre, south + patch.size * v.rows_per_metre);
+    buried = range.min > BURIED;
+    return range.max > -SHORE;
+}
+
+void SeaMesh::emit(const Patch& patch, double gap) {
+    bool buried = false;
+    const bool shore = isShore(patch, buried);
+    if (buried || m_num_patches == MAX_PATCHES) return;
+    const auto* const range = std::upper_bound(BAND_RANGES.begin(), BAND_RANGES.end(), gap);
+    PatchList& list = m_bands[static_cast<std::size_t>(range - BAND_RANGES.begin())];
+    (shore ? list.shore : list.open).push_back(m_num_patches);
+    SeaVertex* const out = &m_vertices[static_cast<std::size_t>(m_num_patches++) * VERTICES];
+    fill(patch, out, shore);
+    const double farthest = getDistance(std::max(std::abs(patch.east), std::abs(patch.east + patch.size)),
+                                        std::max(std::abs(patch.north), std::abs(patch.north + patch.size)));
+    if (farthest > m_morphs[patch.level] * m_spacing) morph(patch, out);
+}
+
+void SeaMesh::fill(const Patch& patch, SeaVertex* out, bool shore) const {
+    const SeaMeshView& v = *m_view;
+    const WaveCascade &large = m_field->getCascade(0), &small = m_field->getCascade(1);
+    const double cell = patch.size / CELLS, samples = SIZE / large.length;
+    const double column = std::fmod((patch.east + v.east) * samples, SIZE);
+    const double row = std::fmod((patch.north + v.north) * samples, SIZE);
+    for (int y = 0; y < SIDE; ++y) {
+        const double north = patch.north + y * cell;
+        for (int x = 0; x < SIDE; ++x, ++out) {
+            const double east = patch.east + x * cell, distance = getDistance(east, north);
+            // A cascade goes where the cells are too coarse for it.
+            const float with_large = fade(distance, m_ranges[5] * m_spacing, m_ranges[7] * m_spacing);
+            const float with_small = fade(distance, m_ranges[2] * m_spacing, m_ranges[3] * m_spacing);
+            Values moved{}, slopes{};
+            if (with_large > 0.0f) {
+                const double at_column = column + x * cell * samples, at_row = row + y * cell * samples;
+                moved = with_large * interpolate(large.samples, at_column, at_row);
+                slopes = interpolate(m_slopes->getLarge(), at_column, at_row);
+            }
+            if (with_small > 0.0f) {
+                const auto at_column = (patch.column + x) << patch.level, at_row = (patch.row + y) << patch.level;
+                moved += with_small * load(small.samples, at_column, at_row);
+            }
+            out->slope_east = slopes[0];
+            out->slope_north = slopes[1];
+            out->foam = slopes[2];
+            out->ground_column = static_cast<float>(v.ground_column + east * v.columns_per_metre);
+            out->ground_row = static_cast<float>(v.ground_row + north * v.rows_per_metre);
+            if (shore) {
+                const float depth = -m_ground->getAltitude(out->ground_column, out->ground_row);
+                moved *= static_cast<float>(std::clamp(depth / SHALLOW, 0.0, 1.0));
+            }
+            const double local_east = east * v.east_scale, local_north = north * v.north_scale;
+            const double bend = local_east * local_east / v.east_radius + local_north * local_north / v.north_radius;
+            const double drop = bend / (1.0 + std::sqrt(std::max(1.0 - bend / v.north_radius, 0.0)));
+            out->crest = moved[2] * v.rise;
+            out->east = static_cast<float>(local_east) + moved[0] * static_cast<float>(v.east_scale);
+            out->north = static_cast<float>(local_north) + moved[1] * static_cast<float>(v.north_scale);
+            out->up = static_cast<float>(-v.height - drop) + out->crest;
+            out->rest_east = static_cast<float>(east);
+            out->rest_north = static_cast<float>(north);
+        }
+    }
+}
+
+/// Moves the vertices that the next level does not have onto its edges.
+void SeaMesh::morph(const Patch& patch, SeaVertex* out) const {
+    const double from = m_morphs[patch.level] * m_spacing, to = m_ranges[patch.level] * m_spacing;
+    for (int y = 0; y < SIDE; ++y) {
+        for (int x = 0; x < SIDE; ++x) {
+            const int aside = x & 1, along = y & 1;
+            SeaVertex& vertex = out[y * SIDE + x];
+            const float part = 1.0f - fade(getDistance(vertex.rest_east, vertex.rest_north), from, to);
+            if (!(aside | along) || part == 0.0f) continue;
+            const SeaVertex& before = out[(y - along) * SIDE + x - aside];
+            const SeaVertex& after = out[(y + along) * SIDE + x + aside];
+            const auto slide = [&](float& value, float a, float b) { value += part * (0.5f * (a + b) - value); };
+            slide(vertex.east, before.east, after.east);
+            slide(vertex.north, before.north, after.north);
+            slide(vertex.up, before.up, after.up);
+            slide(vertex.crest, before.crest, after.crest);
+            slide(vertex.slope_east, before.slope_east, after.slope_east);
+            slide(vertex.slope_north, before.slope_north, after.slope_north);
+            slide(vertex.foam, before.foam, after.foam);
+        }
+    }
 }

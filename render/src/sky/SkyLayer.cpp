@@ -1,51 +1,72 @@
-// The sky's light and its dome.
+// Decides when the sky is computed anew, lets the exposure follow it and places what is drawn. Updated first in the
+// frame, since everything else is lit by it.
 #include "sky/SkyLayer.h"
 
-#include <osg/Geode>
-#include <osg/Geometry>
-#include <osg/Image>
+#include <cmath>
 
+#include "engine/math/jMath.h"
 #include "engine/scene/World.h"
-#include "frame/ShaderLibrary.h"
 
-SkyLayer::SkyLayer(osg::Group& root, ShaderLibrary& shaders) {
-    osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(2, 2, 1, GL_RGB, GL_FLOAT);
-    for (unsigned i = 0; i < 4; ++i) {
-        float* const texel = reinterpret_cast<float*>(image->data(i % 2, i / 2));
-        texel[0] = 3.0f, texel[1] = 4.5f, texel[2] = 7.0f;
-    }
-    m_radiance = new osg::Texture2D(image);
-    m_radiance->setInternalFormat(GL_RGB16F_ARB);
-    m_radiance->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
-    m_radiance->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
-    m_dome = new osg::Geode;
-    osg::ref_ptr<osg::Geometry> quad = new osg::Geometry;
-    quad->setUseDisplayList(false);
-    quad->setUseVertexBufferObjects(true);
-    quad->setCullingActive(false);
-    auto* const corners = new osg::Vec3Array;
-    for (const auto& [x, y] : {std::pair{-1.0f, -1.0f}, {3.0f, -1.0f}, {-1.0f, 3.0f}}) corners->push_back({x, y, 0.0f});
-    quad->setVertexArray(corners);
-    quad->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, 3));
-    m_dome->addDrawable(quad);
-    m_dome->setCullingActive(false);
-    osg::StateSet* const state = m_dome->getOrCreateStateSet();
-    state->setAttributeAndModes(shaders.getProgram("sky"));
-    state->setRenderBinDetails(DRAW_SKY, "RenderBin");
-    root.addChild(m_dome);
+namespace {
+
+constexpr double ADAPTATION_TIME = 0.35;  // seconds in which the exposure gets nearer by e
+
+double angleBetween(const dvec3& a, const dvec3& b) {
+    return length(a - b) * jMath::RAD2DEG;
 }
 
-SkyLight SkyLayer::update(const FrameView&, const Environment&) {
-    SkyLight light;
-    light.sun_direction = light.light_direction = normalize(vec3{0.5f, -0.3f, 0.7f});
-    light.light_color = {100.0f, 95.0f, 88.0f};
-    light.ambient_above = {14.0f, 18.0f, 25.0f};
-    light.ambient_below = {5.0f, 6.0f, 7.0f};
-    light.exposure = 0.04f;
-    return light;
+SkyConditions conditionsOf(const FrameView& view, const Environment& environment) {
+    SkyConditions conditions;
+    const double date = julianDateOfSolarTime(environment.year, environment.month, environment.day,
+                                              static_cast<double>(environment.time_of_day), view.geodetic.x);
+    conditions.heavens = computeHeavens(date, view.geodetic.x, view.geodetic.y);
+    conditions.extinction = view.extinction;
+    conditions.cloudiness = environment.cloudiness;
+    conditions.eye_height = static_cast<float>(std::fmax(view.geodetic.z, 1.0));
+    return conditions;
+}
+
+}  // namespace
+
+SkyLayer::SkyLayer(osg::Group& root, ShaderLibrary& shaders)
+    : m_group(new osg::Group), m_dome(*m_group, shaders), m_bodies(*m_group, shaders) {
+    m_group->setCullingActive(false);
+    root.addChild(m_group);
+}
+
+bool SkyLayer::isStale(const SkyConditions& now) const {
+    // The light of dawn and dusk changes by a tenth for a tenth of a degree.
+    const bool dusk = std::fabs(now.heavens.sun.z + 0.1) < 0.27;
+    const double angle = dusk ? 0.02 : 0.1;
+    const float height = m_computed.eye_height;
+    return m_is_first || angleBetween(now.heavens.sun, m_computed.heavens.sun) > angle ||
+           angleBetween(now.heavens.moon, m_computed.heavens.moon) > 0.5 ||
+           std::fabs(now.extinction - m_computed.extinction) > 0.01 * m_computed.extinction ||
+           std::fabs(now.cloudiness - m_computed.cloudiness) > 0.005f ||
+           std::fabs(now.eye_height - height) > 10.0f + 0.02f * height;
+}
+
+void SkyLayer::adapt(double dt) {
+    const double target = std::log(static_cast<double>(exposureFor(m_picture.adaptation)));
+    const double share = m_is_first ? 1.0 : 1.0 - std::exp(-std::fmax(dt, 0.0) / ADAPTATION_TIME);
+    m_exposure += (target - m_exposure) * share;
+    m_light.exposure = static_cast<float>(std::exp(m_exposure));
+}
+
+SkyLight SkyLayer::update(const FrameView& view, const Environment& environment) {
+    const SkyConditions now = conditionsOf(view, environment);
+    if (isStale(now)) {
+        m_model.compute(now, m_light, m_picture);
+        m_dome.setPicture(m_picture);
+        m_computed = now;
+    }
+    adapt(view.dt);
+    m_is_first = false;
+    m_dome.update(view, m_light, environment, now.heavens, m_picture);
+    m_bodies.update(view, m_light, now.heavens, m_picture);
+    return m_light;
 }
 
 void SkyLayer::setVisible(bool visible) {
-    m_dome->setNodeMask(visible ? ~0u : 0u);
+    m_group->setNodeMask(visible ? ~0u : 0u);
 }

@@ -1,17 +1,102 @@
-// The ground's tiles.
+// Puts the ground together: its tree of tiles, its textures, its decals.
 #include "terrain/TerrainLayer.h"
 
-#include "frame/ShaderLibrary.h"
+#include <cmath>
 
-TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary&) : m_group(new osg::Group) {
-    root.addChild(m_group);
+#include "engine/globe/EllipsoidModel.h"
+#include "engine/math/jMath.h"
+#include "engine/scene/ObjectTerrain.h"
+#include "frame/ShaderLibrary.h"
+#include "terrain/GroundTextures.h"
+
+namespace {
+
+enum Units { UNIT_IMAGERY = 0, UNIT_DETAIL = 1 };
+
+osg::Uniform* add(osg::StateSet& state, osg::Uniform* uniform) {
+    uniform->setDataVariance(osg::Object::DYNAMIC);
+    state.addUniform(uniform);
+    return uniform;
 }
 
-void TerrainLayer::setTerrain(const ObjectTerrain*) {}
-void TerrainLayer::updateDecal(const DecalOrtho&) {}
-void TerrainLayer::removeDecal(int) {}
-void TerrainLayer::update(const FrameView&) {}
+/// What the imagery covers, metres.
+osg::Vec2f extentOf(const ImageryPlace& place) {
+    constexpr double METRES = EllipsoidModel::SEMI_MAJOR * jMath::DEG2RAD;
+    const double middle = 0.5 * (place.south + place.north) * jMath::DEG2RAD;
+    return osg::Vec2f(
+        osg::Vec2d((place.east - place.west) * METRES * std::cos(middle), (place.north - place.south) * METRES));
+}
+
+}  // namespace
+
+TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary& shaders)
+    : m_shaders(shaders), m_group(new osg::Group), m_tiles(new osg::Group), m_decals(shaders) {
+    m_group->setCullingActive(false);
+    m_group->addChild(m_tiles);
+    m_group->addChild(m_decals.getGroup());
+    root.addChild(m_group);
+
+    osg::StateSet& state = *m_group->getOrCreateStateSet();
+    m_weather = add(state, new osg::Uniform("u_ground", osg::Vec3f()));
+    m_extent = add(state, new osg::Uniform("u_extent", osg::Vec2f()));
+    m_pixel = add(state, new osg::Uniform("u_pixel", 0.001f));
+    state.addUniform(new osg::Uniform("u_imagery", static_cast<int>(UNIT_IMAGERY)));
+    state.addUniform(new osg::Uniform("u_image", static_cast<int>(UNIT_IMAGERY)));
+    state.addUniform(new osg::Uniform("u_detail", static_cast<int>(UNIT_DETAIL)));
+    state.setTextureAttribute(UNIT_DETAIL, makeGroundDetail());
+    m_near = new osg::StateSet;
+    m_near->setAttributeAndModes(shaders.getProgram("terrain", {"NEAR"}));
+    m_far = new osg::StateSet;
+    m_far->setAttributeAndModes(shaders.getProgram("terrain"));
+    // After the meshes, from near to far.
+    m_tiles->getOrCreateStateSet()->setRenderBinDetails(DRAW_OPAQUE + 1, "TraversalOrderBin");
+}
+
+void TerrainLayer::setTerrain(const ObjectTerrain* terrain) {
+    if (terrain == m_terrain) return;
+    m_terrain = terrain;
+    m_decals.setGround(nullptr, nullptr);
+    m_tiles->removeChildren(0, m_tiles->getNumChildren());
+    m_tree.reset();
+    if (m_terrain && m_terrain->isLoaded()) makeTree();
+}
+
+void TerrainLayer::makeTree() {
+    const ElevationRaster& raster = m_terrain->getRaster();
+    ImageryPlace place{raster.getWest(), raster.getSouth(), raster.getLongitude(raster.getNumColumns() - 1),
+                       raster.getLatitude(raster.getNumRows() - 1)};
+    const osg::ref_ptr<osg::Texture2D> imagery = loadImagery(m_terrain->getImagery(), place);
+    osg::StateSet& state = *m_tiles->getOrCreateStateSet();
+    state.setDefine("IMAGERY", imagery ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
+    if (imagery) state.setTextureAttribute(UNIT_IMAGERY, imagery);
+    m_extent->set(extentOf(place));
+    m_tree = std::make_unique<TerrainTree>(raster, place, m_near, m_far);
+    m_tiles->addChild(m_tree->getGroup());
+    m_decals.setGround(&raster, &m_tree->getBuilder());
+}
+
+void TerrainLayer::updateDecal(const DecalOrtho& decal) {
+    m_decals.update(decal);
+}
+
+void TerrainLayer::removeDecal(int id) {
+    m_decals.remove(id);
+}
+
+void TerrainLayer::update(const FrameView& view) {
+    if (!m_tree) return;
+    const bool is_drawn = m_visible && m_terrain->isActive();
+    m_group->setNodeMask(is_drawn ? ~0u : 0u);
+    if (!is_drawn) return;
+    const osg::Vec3f weather(m_terrain->getWetness(), m_terrain->getSnow(), m_terrain->getAutumn());
+    const bool is_plain = weather == osg::Vec3f();
+    m_weather->set(weather);
+    m_group->getStateSet()->setDefine("GROUND_WEATHER", is_plain ? osg::StateAttribute::OFF : osg::StateAttribute::ON);
+    m_pixel->set(static_cast<float>(2.0 / (view.projection(1, 1) * view.height)));
+    m_tree->update(view);
+}
 
 void TerrainLayer::setVisible(bool visible) {
+    m_visible = visible;
     m_group->setNodeMask(visible ? ~0u : 0u);
 }

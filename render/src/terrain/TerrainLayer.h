@@ -3,7 +3,11 @@
 
 #include <osg/Group>
 
+#include <memory>
+
 #include "frame/FrameView.h"
+#include "terrain/GroundDecals.h"
+#include "terrain/TerrainTree.h"
 
 class DecalOrtho;
 class ObjectTerrain;
@@ -20,6 +24,18 @@ public:
     void update(const FrameView& view);
     void setVisible(bool visible);
 
+    /// The tiles of the terrain that is set; null without one that could be read.
+    const TerrainTree* getTree() const { return m_tree.get(); }
+
 private:
-    osg::ref_ptr<osg::Group> m_group;
+    void makeTree();
+
+    ShaderLibrary& m_shaders;
+    osg::ref_ptr<osg::Group> m_group, m_tiles;
+    osg::ref_ptr<osg::StateSet> m_near, m_far;
+    osg::ref_ptr<osg::Uniform> m_weather, m_extent, m_pixel;
+    GroundDecals m_decals;
+    const ObjectTerrain* m_terrain = nullptr;
+    std::unique_ptr<TerrainTree> m_tree;
+    bool m_visible = true;
 };

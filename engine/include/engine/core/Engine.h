@@ -10,6 +10,8 @@
 
 class CameraControl;
 class ControlApp;
+class InputRouter;
+class UIRoot;
 class World;
 struct EngineState;
 
@@ -27,13 +29,14 @@ private:
 struct EngineSettings {
     jString root = ".";      ///< the runtime root: every path of the contract lies under it
     std::uint64_t seed = 1;  ///< of the engine's random numbers
+    jString font;            ///< path of the panels' font file; empty for the installed "WenQuanYi Micro Hei"
 };
 
 /// Owns the clock, the world, the camera control, the input state and the random numbers. Frame thread only, except
 /// where a member says otherwise.
 ///
-/// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, the picture, the logic's render,
-/// `endFrame()`.
+/// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, `updateGui()` and the picture where
+/// there is one, the logic's render, `endFrame()`.
 class Engine {
 public:
     /// REQUIRES that no other engine lives.
@@ -48,13 +51,17 @@ public:
     World* getWorld();
     CameraControl* getCameraControl();
     IApp* getApp();
+    InputRouter* getInput();
+    UIRoot* getUIRoot();
     Random& getRandom();
 
-    /// Counts the frame and moves the clock. A dt above 0.1 s is clamped to it and counted; NaN or negative counts as
-    /// 0.
+    /// Counts the frame, moves the clock and hands out the input that waits. A dt above 0.1 s is clamped to it and
+    /// counted; NaN or negative counts as 0.
     void beginFrame(double dt);
     /// Physics, transforms written back, contacts, particles, triggers.
     void step();
+    /// Draws the panels for the picture.
+    void updateGui();
     /// Ends the input of this frame.
     void endFrame();
 

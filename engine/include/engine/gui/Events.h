@@ -1,4 +1,4 @@
-// Input events as the logic receives them.
+// Input events as the logic receives them, and what a panel tells.
 #pragma once
 
 #include <cstdint>
@@ -20,4 +20,9 @@ struct GUIEventWheel {
 struct GUIEventKey {
     std::uint16_t key = 0;
     std::uint8_t modifier = 0;  ///< 1 while Ctrl is held
+};
+
+/// A value that the user changed on a panel.
+struct GUIEventChange {
+    double value = 0.0;  ///< the new one: a slider's or an integer's; 0 or 1 of a check box; 0 of texts and vectors
 };

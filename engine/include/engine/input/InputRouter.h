@@ -1,0 +1,82 @@
+// The one door for input: from a window, a script or a test to the panels, the input state and the logic.
+#pragma once
+
+#include <array>
+
+#include "engine/gui/Events.h"
+#include "engine/input/ControlApp.h"
+#include "engine/text/Containers.h"
+
+class UIRoot;
+
+/// Events wait in their order until the frame begins. Panels come first: what they take reaches nobody else. They take
+/// the mouse on their area and while one of their widgets is held, and the keyboard while a text is edited. A release
+/// goes to whoever got the press. Owned by the engine; frame thread only.
+class InputRouter {
+public:
+    enum Modifier { MOD_SHIFT = 1, MOD_CTRL = 2, MOD_ALT = 4 };
+    using KeyHandler = Function<void(const GUIEventKey&)>;
+    using MouseHandler = Function<void(const GUIEventMouse&)>;
+    using WheelHandler = Function<void(const GUIEventWheel&)>;
+
+    InputRouter(ControlApp& control, UIRoot& panels);
+
+    // What happened. Places are pixels from the window's top left, y downward; outside the window they go on.
+    /// A key of ControlApp's numbers; others are ignored. `modifiers`: bits of Modifier held with it.
+    void keyEvent(int key, bool down, int modifiers = 0);
+    void textEvent(char32_t codepoint);  ///< a character that was typed, beside its key event
+    void mouseMove(double x, double y);
+    void mouseButton(int button, bool down);  ///< of ControlApp::Button, where the mouse is
+    void wheel(int delta);                    ///< 120 a notch, positive away from the user
+    void resize(int width, int height);       ///< the window's new size
+    void focusLost();                         ///< the window is no longer the user's: all that is held is released
+
+    /// Applies what waits; the engine calls it as the frame begins. What handlers add waits for the next frame.
+    void dispatch();
+
+    double getMouseX() const { return m_x; }  ///< as of the last dispatch
+    double getMouseY() const { return m_y; }
+
+    // Listeners, called during `dispatch`, after the input state has changed. They get no key repeats.
+    void bindKeyPress(KeyHandler handler) { m_key_press.push_back(std::move(handler)); }
+    void bindKeyRelease(KeyHandler handler) { m_key_release.push_back(std::move(handler)); }
+    void bindMouseDown(MouseHandler handler) { m_mouse_down.push_back(std::move(handler)); }
+    void bindMouseUp(MouseHandler handler) { m_mouse_up.push_back(std::move(handler)); }
+    void bindMouseMove(MouseHandler handler) { m_mouse_move.push_back(std::move(handler)); }
+    void bindWheel(WheelHandler handler) { m_wheel.push_back(std::move(handler)); }
+    void clearBindings();  ///< REQUIRES that no listener runs
+
+private:
+    struct Event {
+        enum Kind { KEY, TEXT, MOVE, BUTTON, WHEEL, RESIZE, FOCUS_LOST } kind;
+        int code = 0;  ///< key, codepoint, button, wheel delta
+        bool down = false;
+        int modifiers = 0;
+        double x = 0.0, y = 0.0;  ///< place, size
+    };
+    enum Owner : unsigned char { NOBODY, PANELS, SCENE };
+
+    void apply(const Event& event);
+    void applyKey(int key, bool down, int modifiers);
+    void applyMove(double x, double y);
+    void applyButton(int button, bool down);
+    void applyWheel(int delta);
+    void releaseAll();
+    bool isHolding(Owner owner) const;
+    bool isOutside() const;
+    Owner ownerOfMouse() const;
+    GUIEventMouse mouseEvent(int button) const;
+
+    ControlApp& m_control;
+    UIRoot& m_panels;
+    std::vector<Event> m_waiting;
+    std::vector<Event> m_batch;
+    bool m_dispatching = false;
+    bool m_mouse_known = false;
+    double m_x = 0.0, m_y = 0.0;
+    std::array<Owner, ControlApp::KEY_COUNT> m_key_owners{};
+    std::array<Owner, 4> m_button_owners{};
+    jList<KeyHandler> m_key_press, m_key_release;
+    jList<MouseHandler> m_mouse_down, m_mouse_up, m_mouse_move;
+    jList<WheelHandler> m_wheel;
+};

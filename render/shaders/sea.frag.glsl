@@ -1,0 +1,80 @@
+// The sea's surface: mirrored sky and light, light from the water, foam.
+#include "common.glsl"
+uniform sampler2D u_large;
+uniform sampler2D u_small;
+uniform sampler2D u_foam;
+uniform sampler2D u_ground;
+uniform vec3 u_levels;  // at which the large, the small cascade and swell are read
+uniform vec2 u_slope_scale;
+uniform mat2 u_ripples_turn;
+uniform mat2 u_swell_turn;
+uniform float u_lap;
+const float ZERO = 128.0 / 255.0;  // a texture's value for a level surface
+
+in vec4 v_view;
+in vec4 v_glint;
+in vec4 v_low;
+in vec4 v_high;
+in vec3 v_air;
+in vec3 v_water;
+in vec3 v_small;
+in vec4 v_large;
+#if defined(FINE) || defined(REMOTE)
+in vec4 v_fine;
+#endif
+#ifdef SHORE
+in vec3 v_ground;
+#endif
+
+void main() {
+#ifdef NEAR
+    vec2 slope = v_large.xy;
+    float cover = v_large.z;
+#else
+    vec3 large = textureLod(u_large, v_large.xy, u_levels.x).xyz;
+    vec2 slope = (large.xy - ZERO) * (u_slope_scale.x * v_large.z);
+    float cover = large.z;
+#endif
+#ifdef REMOTE
+    slope += u_swell_turn * (textureLod(u_large, v_fine.xy, u_levels.z).xy - ZERO) * v_large.w;
+#else
+    vec3 small = textureLod(u_small, v_small.xy, u_levels.y).xyz;
+    slope += (small.xy - ZERO) * (u_slope_scale.y * v_small.z);
+    cover += small.z;
+#endif
+#ifdef FINE
+    slope += u_ripples_turn * (textureLod(u_small, v_fine.xy, 0.0).xy - ZERO) * v_large.w;
+#endif
+    vec3 view = v_view.xyz;
+    vec2 off = v_glint.xy - slope;
+    float glint = v_glint.z * exp2(dot(off, off) * v_glint.w);
+
+    vec2 seen = slope - view.xy * v_low.a;
+    float upright = inversesqrt(1.0 + dot(seen, seen));
+    float facing = clamp((view.z - dot(view.xy, seen)) * upright, 0.0, 1.0);
+    float grazing = 1.0 - facing;
+    float grazing2 = grazing * grazing;
+    float fresnel = 0.02 + 0.98 * grazing2 * grazing2 * grazing;
+    float down = 1.0 - abs(2.0 * facing * upright - view.z);
+    float down2 = down * down;
+    vec3 sky = mix(v_high.rgb, v_low.rgb, down2 * down2);
+    vec3 radiance = mix(v_water, sky, fresnel) + u_light_color * glint;
+
+#ifdef SHORE
+    float depth = max(v_ground.z - texture(u_ground, v_ground.xy).r, 0.0);
+    cover += clamp(1.0 - depth * 0.8, 0.0, 1.0) * (0.55 + 0.45 * sin(6.2832 * (depth * 0.7 + u_lap)));
+#endif
+#ifdef FINE
+    float pattern = texture(u_foam, v_fine.zw).r;
+    cover = mix(cover, clamp((pattern - 1.0 + cover) * 3.0, 0.0, 1.0), v_large.w);
+#endif
+    vec3 white = (u_light_color * (v_high.a * max(dot(u_light_direction, u_up), 0.0)) + u_ambient_above) *
+                 (0.55 * INV_PI);
+    radiance = mix(radiance, white, min(cover, 1.0));
+
+    float alpha = 1.0;
+#ifdef SHORE
+    alpha = 1.0 - exp2(-0.35 * depth) * (1.0 - fresnel) * (1.0 - min(cover, 1.0));
+#endif
+    gl_FragColor = vec4(display(radiance * v_view.w + v_air), alpha);
+}

@@ -1,0 +1,115 @@
+// The sea's vertices, and all that changes slowly over its surface.
+#include "common.glsl"
+#include "shadow.glsl"
+uniform vec2 u_weather;           // wetness and snow
+uniform vec2 u_per_metre;         // texture lengths of the large and the small cascade in a metre
+uniform vec4 u_place;             // of the eye in them
+uniform mat2 u_ripples_map;       // metres to texture coordinates
+uniform vec2 u_ripples_place;
+uniform vec2 u_ripples_kind;      // levels finer than their cascade, strength
+uniform mat2 u_swell_map;
+uniform vec2 u_swell_place;
+uniform vec2 u_swell_kind;
+uniform mat2 u_foam_map;
+uniform vec2 u_foam_place;
+uniform float u_pixel;            // angle of a pixel
+uniform vec3 u_ranges;            // of the bands, metres
+uniform float u_mean_square[16];  // mean square slope of both cascades, level by level
+const float SAMPLES = 128.0;      // of a cascade along a side
+
+out vec4 v_view;   // to the eye, east, north, up; how much of a radiance here reaches it
+out vec4 v_glint;  // slope that mirrors the light; light mirrored for a density of such slopes; its sharpness
+out vec4 v_low;    // radiance of the mirrored sky near the horizon; slope to the eye's side of what is seen of the sea
+out vec4 v_high;   // radiance of the mirrored sky high up; how much light arrives
+out vec3 v_air;    // radiance of the air before the surface
+out vec3 v_water;  // radiance out of the water
+out vec3 v_small;  // texture coordinates in the small cascade; strength of its slopes
+out vec4 v_large;  // NEAR: slopes and foam of the large cascade, strength of ripples
+                   // else: texture coordinates, strength, strength of swell
+#if defined(FINE) || defined(REMOTE)
+out vec4 v_fine;   // texture coordinates of ripples and foam, or of swell
+#endif
+#ifdef SHORE
+out vec3 v_ground;  // texture coordinates; height of the surface
+#endif
+
+float meanSquare(int cascade, float level) {
+    float at = clamp(level, 0.0, 7.0);
+    int i = min(int(at), 6);
+    return mix(u_mean_square[8 * cascade + i], u_mean_square[8 * cascade + i + 1], at - float(i));
+}
+
+void main() {
+    vec3 place = gl_Vertex.xyz;
+    vec2 rest = gl_MultiTexCoord0.xy;
+    float crest = gl_MultiTexCoord0.z;
+    vec4 position = gl_ModelViewMatrix * gl_Vertex;
+    gl_Position = gl_ProjectionMatrix * position;
+
+    float distance = length(place);
+    vec3 view = -place / max(distance, 0.01);
+    float rise = max(view.z, 0.002);
+    float lit = lightThere(position.xyz);
+    v_view = vec4(view, airTransmittance(position.xyz));
+
+    // A pixel is long where the view is flat; textures are read somewhat finer than it. What is finer still goes into
+    // the surface's roughness.
+    float level = log2(u_pixel * distance * SAMPLES + 1e-9) - 0.6 * log2(max(rise, 0.01));
+    float level_small = level + log2(u_per_metre.y);
+    float kept_large = meanSquare(0, level + log2(u_per_metre.x));
+    float kept_small = meanSquare(1, level_small);
+    float total = u_mean_square[0] + u_mean_square[8] * (1.0 + u_ripples_kind.y * u_ripples_kind.y);
+    float end = clamp(2.0 - 2.0 * distance / u_ranges.z, 0.0, 1.0);
+    float kept = kept_large + kept_small * end * end;
+    v_small = vec3(rest * u_per_metre.y + u_place.zw, end * sqrt(kept_small / (u_mean_square[8] + 1e-9)));
+#ifdef NEAR
+    float ripples = clamp(2.0 - 2.0 * distance / u_ranges.x, 0.0, 1.0);
+    v_large = vec4(gl_MultiTexCoord1.xyz, ripples);
+    ripples *= u_ripples_kind.y;
+    kept += ripples * ripples * meanSquare(1, level_small + u_ripples_kind.x);
+#else
+    float swell = clamp(distance / u_ranges.z - 1.0, 0.0, 1.0);
+    v_large = vec4(rest * u_per_metre.x + u_place.xy, sqrt(kept_large / (u_mean_square[0] + 1e-9)), swell);
+    v_large.z *= 1.0 - 0.3 * swell;
+#endif
+#ifdef FINE
+    v_fine = vec4(u_ripples_map * rest + u_ripples_place, u_foam_map * rest + u_foam_place);
+#endif
+#ifdef REMOTE
+    v_fine = vec4(u_swell_map * rest + u_swell_place, 0.0, 0.0);
+    v_large.w *= sqrt(meanSquare(0, level + log2(u_per_metre.x) + u_swell_kind.x) / (u_mean_square[0] + 1e-9));
+#endif
+    // What no texture shows: the shortest ripples, and rain's.
+    float bare = 0.002 + 0.25 * u_mean_square[8] + 0.01 * u_weather.x;
+    float variance = 0.5 * (max(total - kept, 0.0) + bare);
+    float deviation = sqrt(0.5 * (total + bare));
+
+    // Slopes that face the eye are seen larger, the more the flatter the view: the mean over what is seen of them.
+    float tilt = variance / (rise + 0.8 * sqrt(variance)) / max(length(view.xy), 0.01);
+    v_low = vec4(skyRadiance(vec3(-view.xy, 0.04)), tilt);
+    v_high = vec4(skyRadiance(vec3(-view.xy, 0.7)), lit);
+    v_air = throughAir(vec3(0.0), position.xyz);
+
+    // Sun or moon mirrored by a surface of many small slopes: Cox and Munk (1954), with the area seen after
+    // Smith (1967) in short.
+    vec3 light = u_eye_to_local * u_light_direction;
+    vec3 half_way = view + light;
+    half_way.z = max(half_way.z, 0.02);
+    float grazing = 1.0 - dot(view, normalize(half_way));
+    float fresnel = 0.02 + 0.98 * grazing * grazing * grazing * grazing * grazing;
+    float seen = sqrt(rise * rise + 0.16 * deviation * deviation);
+    float upward = half_way.z * half_way.z / dot(half_way, half_way);
+    float up_lit = lit * smoothstep(-0.02, 0.03, light.z);
+    v_glint = vec4(-half_way.xy / half_way.z, up_lit * fresnel / (4.0 * seen * upward * upward * 6.2832 * variance),
+                   -0.7213475 / variance);
+
+    // Light that comes back out of the water; crests before the light let it through.
+    vec3 down = u_light_color * max(light.z, 0.0) + u_ambient_above;
+    float against = clamp(-dot(view.xy, light.xy), 0.0, 1.0);
+    float thin = clamp(crest / (6.0 * sqrt(total) + 0.3), 0.0, 1.5) * exp2(-distance * 0.004);
+    v_water = down * (INV_PI * vec3(0.004, 0.020, 0.034)) +
+              u_light_color * vec3(0.001, 0.010, 0.009) * (thin * against * against * lit);
+#ifdef SHORE
+    v_ground = vec3(gl_MultiTexCoord2.xy, crest);
+#endif
+}

@@ -1,0 +1,111 @@
+// Picks lamps for the surface shaders, once a frame by night.
+#include "effects/LampLights.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/math/jMath.h"
+#include "frame/Convert.h"
+
+namespace {
+
+constexpr double LOOK_AHEAD = 15.0;  // metres in front of the eye: where lit surfaces are looked at
+constexpr double NEAREST_2 = 100.0;  // m^2: nearer lamps gain no rank by it
+constexpr double LIT_MOST = 0.4;     // times the radiance that shows as white
+constexpr double LIT_AT = 0.125;     // of a lamp's range
+constexpr double GROUND = 0.2;       // share of the light that it throws back
+
+osg::Uniform* addArray(osg::StateSet& state, const char* name, osg::Uniform::Type type) {
+    auto* const uniform = new osg::Uniform(type, name, LampLights::MAX_LAMPS);
+    uniform->setDataVariance(osg::Object::DYNAMIC);
+    state.addUniform(uniform);
+    return uniform;
+}
+
+osg::Vec3f toEye(const FrameView& view, const dvec3& v) {
+    return {static_cast<float>(dot(view.camera.x, v)), static_cast<float>(dot(view.camera.y, v)),
+            static_cast<float>(dot(view.camera.z, v))};
+}
+
+/// The eye is set to the night; by lit ground it would narrow, and so the ground is never lit much beyond white.
+double limitLight(const Lamp& lamp, float exposure) {
+    const double distance = lamp.range * LIT_AT;
+    const double most = LIT_MOST * distance * distance * jMath::PI / (GROUND * std::max(exposure, 1e-9f));
+    return std::min(lamp.intensity * 0.001, most);
+}
+
+}  // namespace
+
+LampLights::LampLights(osg::StateSet& root_state)
+    : m_root_state(root_state),
+      m_count(new osg::Uniform("u_num_lamps", 0)),
+      m_places(addArray(root_state, "u_lamp_places", osg::Uniform::FLOAT_VEC4)),
+      m_colors(addArray(root_state, "u_lamp_colors", osg::Uniform::FLOAT_VEC4)),
+      m_axes(addArray(root_state, "u_lamp_axes", osg::Uniform::FLOAT_VEC3)) {
+    m_count->setDataVariance(osg::Object::DYNAMIC);
+    root_state.addUniform(m_count);
+}
+
+void LampLights::set(int id, const Lamp& lamp) {
+    if (!(lamp.intensity > 0.0f)) return remove(id);
+    const auto [slot, is_new] = m_slots.try_emplace(id, m_lamps.size());
+    if (is_new) {
+        m_lamps.push_back(lamp);
+        m_ids.push_back(id);
+    } else {
+        m_lamps[slot->second] = lamp;
+    }
+}
+
+void LampLights::remove(int id) {
+    const auto found = m_slots.find(id);
+    if (found == m_slots.end()) return;
+    const std::size_t at = found->second;
+    m_slots.erase(found);
+    if (at + 1 != m_lamps.size()) {
+        m_lamps[at] = m_lamps.back();
+        m_ids[at] = m_ids.back();
+        m_slots.at(m_ids[at]) = at;
+    }
+    m_lamps.pop_back();
+    m_ids.pop_back();
+}
+
+int LampLights::choose(const dvec3& place, Chosen (&chosen)[MAX_LAMPS]) const {
+    Chosen best[MAX_LAMPS + 1];  // the last is the best of the rest
+    for (const Lamp& lamp : m_lamps) {
+        const double score = lamp.intensity / (length2(lamp.position - place) + NEAREST_2);
+        if (score <= best[MAX_LAMPS].score) continue;
+        int at = MAX_LAMPS;
+        for (; at > 0 && best[at - 1].score < score; --at) best[at] = best[at - 1];
+        best[at] = {&lamp, score, 1.0};
+    }
+    int count = 0;
+    for (; count < MAX_LAMPS && best[count].lamp; ++count) {
+        chosen[count] = best[count];
+        // A lamp gives way before the next one takes its place.
+        const double rest = best[MAX_LAMPS].score;
+        if (rest > 0.0) chosen[count].share = std::clamp(2.0 * (best[count].score / rest - 1.0), 0.0, 1.0);
+    }
+    return count;
+}
+
+void LampLights::update(const FrameView& view, bool enabled) {
+    const float dark = std::clamp(view.light.night * 8.0f, 0.0f, 1.0f);
+    Chosen chosen[MAX_LAMPS];
+    const dvec3 place = view.camera.t - view.camera.z * LOOK_AHEAD;
+    const int count = enabled && dark > 0.0f ? choose(place, chosen) : 0;
+    m_count->set(count);
+    if (m_defined != (count > 0)) {
+        m_defined = count > 0;
+        m_root_state.setDefine("LAMPS", m_defined ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
+    }
+    for (int i = 0; i < count; ++i) {
+        const Lamp& lamp = *chosen[i].lamp;
+        const auto kcd = static_cast<float>(limitLight(lamp, view.light.exposure) * dark * chosen[i].share);
+        const auto at = static_cast<unsigned>(i);
+        m_places->setElement(at, osg::Vec4f(toEye(view, lamp.position - view.camera.t), 1.0f / lamp.range));
+        m_colors->setElement(at, osg::Vec4f(toOsg(lamp.color) * kcd, lamp.cone));
+        m_axes->setElement(at, toEye(view, dvec3(lamp.axis)));
+    }
+}

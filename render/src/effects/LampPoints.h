@@ -1,0 +1,63 @@
+// Draws the lamps themselves: points of light that are seen from afar.
+#pragma once
+
+#include <osg/MatrixTransform>
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "effects/Lamp.h"
+#include "effects/SpriteStates.h"
+#include "frame/FrameView.h"
+
+class ShaderLibrary;
+
+/// Illuminance at the eye, lux, from which on a point of light is seen against that background luminance (cd/m^2).
+double getVisibleIlluminance(double background);
+
+/// Lamps lie in batches by cells of the world; a change rewrites its own batch only, a frame without one nothing.
+class LampPoints {
+public:
+    LampPoints(osg::Group& parent, ShaderLibrary& shaders);
+    /// The lamp of that node, new or anew; nothing is drawn for one without intensity or size.
+    void set(int id, const Lamp& lamp);
+    void remove(int id);
+    void update(const FrameView& view);
+
+    int getNumLamps() const { return static_cast<int>(m_slots.size()); }
+    osg::Group* getGroup() const { return m_group; }
+
+private:
+    using CellKey = std::array<std::int64_t, 3>;
+    struct Batch {
+        explicit Batch(const dvec3& origin);
+        void write(std::size_t at, const Lamp& lamp);
+        void refresh();
+
+        dvec3 origin;
+        std::vector<int> ids;  ///< node ids of the lamps, in the arrays' order
+        osg::ref_ptr<osg::MatrixTransform> place;
+        osg::ref_ptr<SpriteGeometry> geometry;
+        osg::ref_ptr<osg::Vec4Array> places;  ///< position from the origin, diameter
+        osg::ref_ptr<osg::Vec3Array> axes;    ///< world frame
+        osg::ref_ptr<osg::Vec4Array> colors;  ///< candela; cosine of the half angle
+        osg::ref_ptr<osg::DrawArrays> points;
+        bool changed = true;
+    };
+    struct Slot {
+        CellKey cell;
+        std::size_t at;
+    };
+
+    static CellKey cellOf(const dvec3& position);
+    Batch& batchOf(const CellKey& cell);
+
+    osg::ref_ptr<osg::Group> m_group;
+    osg::ref_ptr<osg::Uniform> m_sight;  ///< 1 / visible illuminance, focal length in pixels, pixels a 720th of height
+    std::map<CellKey, Batch> m_batches;
+    std::unordered_map<int, Slot> m_slots;  ///< by node id
+};

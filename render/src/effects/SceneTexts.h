@@ -1,0 +1,35 @@
+// Texts that stand in the scene.
+#pragma once
+
+#include <osg/MatrixTransform>
+
+#include <unordered_map>
+
+#include "effects/SceneFont.h"
+#include "frame/FrameView.h"
+
+class NodeText;
+class ShaderLibrary;
+
+/// Each is a line in its node's XZ plane, read from -Y, its baseline's middle at the node's origin.
+class SceneTexts {
+public:
+    SceneTexts(osg::Group& parent, ShaderLibrary& shaders);
+    /// The text of that node, new or anew.
+    void set(const NodeText& text);
+    void remove(int id);
+
+    int getNumTexts() const { return static_cast<int>(m_texts.size()); }
+    osg::Group* getGroup() const { return m_group; }
+
+private:
+    struct Entry {
+        osg::ref_ptr<osg::MatrixTransform> place;
+        osg::ref_ptr<osgText::Text> text;
+        std::string utf8;
+    };
+
+    osg::ref_ptr<osg::Group> m_group;
+    osg::ref_ptr<osgText::Font> m_font;      ///< loaded with the first text
+    std::unordered_map<int, Entry> m_texts;  ///< by node id
+};

@@ -1,0 +1,145 @@
+// The sea's shader values: waves by place and distance, phases kept exact far from the field's origin.
+#include "sea/SeaUniforms.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/math/jMath.h"
+#include "engine/scene/ObjectOcean.h"
+#include "engine/scene/World.h"
+#include "sea/SeaSlopes.h"
+
+namespace {
+
+constexpr double FOAM_TILE = 13.0, FOAM_STRETCH = 2.0;  // metres across the wind; times as many along it
+constexpr double FOAM_TURNS = 16.0;                     // wind directions that the foam tells apart
+constexpr double SAMPLES = WaveCascade::SIZE;
+constexpr double STRETCH = 0.6;   // textures are read somewhat finer than a pixel is long where the view is flat
+constexpr double LAP_TIME = 7.0;  // seconds between the waves that lap at a shore
+
+template <class Value>
+osg::Uniform* makeUniform(const char* name, const Value& value) {
+    auto* const uniform = new osg::Uniform(name, value);
+    uniform->setDataVariance(osg::Object::DYNAMIC);
+    return uniform;
+}
+
+template <class Value>
+osg::Uniform* add(osg::StateSet& state, const char* name, const Value& value) {
+    auto* const uniform = makeUniform(name, value);
+    state.addUniform(uniform);
+    return uniform;
+}
+
+osg::Uniform* addArray(osg::StateSet& state, const char* name, int size) {
+    auto* const uniform = new osg::Uniform(osg::Uniform::FLOAT, name, size);
+    uniform->setDataVariance(osg::Object::DYNAMIC);
+    state.addUniform(uniform);
+    return uniform;
+}
+
+float fraction(double value) {
+    return static_cast<float>(value - std::floor(value));
+}
+
+/// A linear map of metres in the field to texture coordinates that repeat.
+struct TextureMap {
+    TextureMap(double degrees, double per_u, double per_v) {
+        const double c = std::cos(degrees * jMath::DEG2RAD), s = std::sin(degrees * jMath::DEG2RAD);
+        east_u = c * per_u, north_u = s * per_u, east_v = -s * per_v, north_v = c * per_v;
+    }
+    osg::Matrix2 getMatrix() const {
+        const auto f = [](double v) { return static_cast<float>(v); };
+        return {f(east_u), f(east_v), f(north_u), f(north_v)};
+    }
+    osg::Vec2f getPlace(const SeaMeshView& eye) const {
+        return {fraction(east_u * eye.east + north_u * eye.north), fraction(east_v * eye.east + north_v * eye.north)};
+    }
+
+    double east_u, east_v, north_u, north_v;
+};
+
+}  // namespace
+
+SeaUniforms::LayerUniforms::LayerUniforms(osg::StateSet& state, const std::string& name, const Layer& values)
+    : layer(values),
+      map(add(state, (name + "_map").c_str(), osg::Matrix2())),
+      place(add(state, (name + "_place").c_str(), osg::Vec2f())),
+      turn(add(state, (name + "_turn").c_str(), osg::Matrix2())) {
+    state.addUniform(new osg::Uniform((name + "_kind").c_str(),
+                                      osg::Vec2f(static_cast<float>(std::log2(layer.shrink)), layer.strength)));
+}
+
+void SeaUniforms::LayerUniforms::update(double length, float scale, const SeaMeshView& eye) {
+    const TextureMap to_texture(layer.turn, layer.shrink / length, layer.shrink / length);
+    const double back = static_cast<double>(layer.strength * scale);
+    map->set(to_texture.getMatrix());
+    place->set(to_texture.getPlace(eye));
+    turn->set(TextureMap(-layer.turn, back, back).getMatrix());  // slopes turn the other way
+}
+
+SeaUniforms::SeaUniforms(osg::StateSet& state)
+    : m_per_metre(add(state, "u_per_metre", osg::Vec2f())),
+      m_place(add(state, "u_place", osg::Vec4f())),
+      m_slope_scale(add(state, "u_slope_scale", osg::Vec2f())),
+      m_pixel(add(state, "u_pixel", 0.0f)),
+      m_foam_map(add(state, "u_foam_map", osg::Matrix2())),
+      m_foam_place(add(state, "u_foam_place", osg::Vec2f())),
+      m_lap(add(state, "u_lap", 0.0f)),
+      m_mean_square(addArray(state, "u_mean_square", 2 * SeaSlopes::NUM_LEVELS)),
+      m_ripples(state, "u_ripples", {23.0, 7.3, 0.8f}),
+      m_swell(state, "u_swell", {-31.0, 0.37, 0.7f}) {
+    const auto range = [](int bands) { return static_cast<float>(SeaMesh::BAND_RANGES[std::size_t(bands) - 1]); };
+    state.addUniform(new osg::Uniform(
+        "u_ranges", osg::Vec3f(range(SeaMesh::FINE_BANDS), range(SeaMesh::NEAR_BANDS), range(SeaMesh::MIDDLE_BANDS))));
+    for (auto& levels : m_levels) levels = makeUniform("u_levels", osg::Vec3f());
+}
+
+void SeaUniforms::addBand(int band, osg::StateSet& state) {
+    state.addUniform(m_levels[static_cast<std::size_t>(band)]);
+}
+
+/// Textures are read at one level throughout a band, that of its nearest pixels: choosing it pixel by pixel costs twice
+/// as much on a processor.
+void SeaUniforms::updateLevels(const SeaMeshView& eye, double pixel, double large, double small) {
+    for (std::size_t band = 0; band < m_levels.size(); ++band) {
+        const double distance = std::hypot(band > 0 ? SeaMesh::BAND_RANGES[band - 1] : 0.0, eye.height);
+        const double rise = std::max(std::abs(eye.height) / std::max(distance, 0.1), 0.01);
+        const double finest = std::log2(pixel * distance * SAMPLES + 1e-9) - STRETCH * std::log2(rise);
+        const auto level = [&](double length) {
+            return static_cast<float>(std::clamp(std::floor(finest - std::log2(length) + 0.4), 0.0, 6.0));
+        };
+        m_levels[band]->set(osg::Vec3f(level(large), level(small), level(large / m_swell.layer.shrink)));
+    }
+}
+
+void SeaUniforms::update(const FrameView& view, const SeaMeshView& eye, const ObjectOcean& ocean,
+                         const SeaSlopes& slopes) {
+    const double large = ocean.getField().getCascade(0).length, small = ocean.getField().getCascade(1).length;
+    m_per_metre->set(osg::Vec2f(static_cast<float>(1.0 / large), static_cast<float>(1.0 / small)));
+    m_place->set(osg::Vec4f(fraction(eye.east / large), fraction(eye.north / large), fraction(eye.east / small),
+                            fraction(eye.north / small)));
+    m_slope_scale->set(osg::Vec2f(slopes.getScale(0), slopes.getScale(1)));
+    const double pixel = 2.0 * std::tan(0.5 * view.fov * jMath::DEG2RAD) / view.height;
+    m_pixel->set(static_cast<float>(pixel));
+    updateLevels(eye, pixel, large, small);
+    m_lap->set(fraction(view.time / LAP_TIME));
+    for (int i = 0; i < 2 * SeaSlopes::NUM_LEVELS; ++i) {
+        m_mean_square->setElement(static_cast<unsigned>(i),
+                                  slopes.getMeanSquare(i / SeaSlopes::NUM_LEVELS, i % SeaSlopes::NUM_LEVELS));
+    }
+    m_ripples.update(small, slopes.getScale(1), eye);
+    m_swell.update(large, slopes.getScale(0), eye);
+    updateFoam(eye, ocean);
+}
+
+void SeaUniforms::updateFoam(const SeaMeshView& eye, const ObjectOcean& ocean) {
+    World* const world = ocean.getWorld();
+    const vec3 wind = world ? world->getEnvironment().wind : vec3();
+    // Where the origin is far a small change of direction would move the pattern far.
+    const double step = 360.0 / FOAM_TURNS;
+    const double direction = std::round(std::atan2(wind.y, wind.x) * jMath::RAD2DEG / step) * step;
+    const TextureMap to_texture(direction, 1.0 / (FOAM_TILE * FOAM_STRETCH), 1.0 / FOAM_TILE);
+    m_foam_map->set(to_texture.getMatrix());
+    m_foam_place->set(to_texture.getPlace(eye));
+}

@@ -1,0 +1,130 @@
+// Keys and wheel: which key acts and which is consumed, what each event does, leaving at once.
+#include "LogicWorld.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/input/ControlApp.h"
+
+namespace {
+
+class InputTest : public LogicTest {
+protected:
+    void begin() {
+        TestJet spec;
+        spec.body.clear();
+        writeJet(spec);
+        addStart();
+        start();
+        frame();
+    }
+    CameraControl& camera() { return *engine().getCameraControl(); }
+    ControlApp& control() { return *engine().getApp()->getControl(); }
+    double distance() { return length(camera().getPosition() - logic().getAircraftNode()->getWorldPosition()); }
+};
+
+TEST_F(InputTest, OneKeyOfAChainActsInAFrameAndOnlyThatIsConsumed) {
+    begin();
+    using K = ControlApp;
+    const struct {
+        std::vector<int> clicked;
+        PLAYER_MODE mode;
+        int speed;
+        bool level;             ///< whether the camera is now
+        std::vector<int> left;  ///< not consumed
+    } cases[] = {{{K::KEY_F1, K::KEY_F5, ' ', '1', '2'}, FREE_VIEW, 10, false, {' ', '2', K::KEY_F5}},
+                 {{K::KEY_F5, K::KEY_F6, '2', '3'}, THIRD_VIEW, 200, false, {'3', K::KEY_F6}},
+                 {{K::KEY_F6, K::KEY_F2, '3', '4'}, THIRD_VIEW, 1000, false, {'4', K::KEY_F2}},
+                 {{K::KEY_F2, K::KEY_F3, '4', '5'}, THIRD_VIEW, 10000, false, {'5', K::KEY_F3}},
+                 {{K::KEY_F3, ' ', '5', K::KEY_ENTER}, THIRD_VIEW, 10000, true, {' '}},
+                 {{' ', K::KEY_F4, '6'}, THIRD_VIEW, 100, false, {'6', K::KEY_F4}}};
+    for (const auto& c : cases) {
+        logic().set_player_mode(THIRD_VIEW);
+        logic().setCamSpeed(100);
+        camera().getRotation() = dquat(dvec3(1, 2, 3), 50.0);
+        camera().apply();
+        for (const int key : c.clicked) control().setKey(key, true);
+        logic().update_input();
+        const std::string what = testing::PrintToString(c.clicked);
+        EXPECT_EQ(logic().getPlayerMode(), c.mode) << what;
+        EXPECT_EQ(logic().getCamSpeed(), c.speed) << what;
+        const dvec3 up = normalize(camera().getPosition());
+        EXPECT_EQ(length(camera().getNode()->getWorldTransform().getY() - up) < 1e-4, c.level) << what;
+        std::vector<int> left;
+        for (int key = 0; key < K::KEY_COUNT; ++key) {
+            if (control().isKeyClick(key)) left.push_back(key);
+            control().setKey(key, false);
+        }
+        EXPECT_EQ(left, c.left) << what;
+        control().endFrame();
+    }
+}
+
+TEST_F(InputTest, AnyTurnOfTheWheelGoesNearerAndNoneGoesAway) {
+    begin();
+    const auto wheel = [this](int delta, int flag) {
+        logic().onMouseWheel({delta, static_cast<std::uint8_t>(flag)}, nullptr);
+    };
+    const struct {
+        int delta, flag, times;
+        double distance;
+    } events[] = {{0, 1, 1, 26.0}, {120, 1, 1, 25.0}, {-1, 1, 1, 24.0}, {-120, 0, 2, 26.0}, {120, 1, 100, 1.0}};
+    for (const auto& e : events) {
+        for (int i = 0; i < e.times; ++i) wheel(e.delta, e.flag);
+        EXPECT_NEAR(distance(), e.distance, 1e-6) << e.delta << " " << e.flag;
+    }
+    logic().set_player_mode(FREE_VIEW);
+    wheel(0, 1);
+    logic().set_player_mode(THIRD_VIEW);
+    for (const auto& [turn, wanted] : {std::pair(0, 1.0), {120, 0.9}, {120, 0.81}, {-120, 0.891}}) {
+        control().addWheel(turn);
+        frame();
+        EXPECT_NEAR(distance(), wanted, 1e-6) << turn;
+    }
+    for (int i = 0; i < 2000; ++i) {
+        control().addWheel(-120);
+        frame();
+    }
+    EXPECT_TRUE(isFinite(camera().getPosition()));
+}
+
+TEST_F(InputTest, ReleasedKeysSwitchAndTell) {
+    writeConfig(R"(, "KeyControl": { "a": "wx", "b": "", "c": 5, "d": "w" })");
+    begin();
+    const struct {
+        int key, modifier;
+        const char* printed;
+    } cases[] = {{'p', 0, "press p \n"},
+                 {'o', 0, "press o \n"},
+                 {'k', 0, "m_target_head_offset:-5.000000\n"},
+                 {'l', 1, "m_target_head_offset:0.000000\n"},
+                 {'t', 0, ""},
+                 {'t', 1, "test mode open \n"},
+                 {'t', 1, "test mode close \n"},
+                 {'w', 0, "0.000000\n0.000000\n"},
+                 {'x', 0, ""},
+                 {256 + 'p', 0, ""}};
+    const auto release = [this](int key, int modifier) {
+        logic().onKeyRelease({static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(modifier)}, nullptr);
+    };
+    for (const auto& c : cases) EXPECT_EQ(printedBy([&] { release(c.key, c.modifier); }), c.printed) << c.key;
+    EXPECT_NE(printedBy([this] { apply({2}); }).find("recv start"), std::string::npos);
+    EXPECT_NE(printedBy([this] { frame(); }).find("send start"), std::string::npos);
+    for (const bool on : {false, true}) {
+        release('g', 0);
+        EXPECT_EQ(jet().getNode(31)->isEnabled(), on);
+    }
+}
+
+using InputDeathTest = InputTest;
+
+TEST_F(InputDeathTest, AltAndF4TogetherEndTheProcess) {
+    start();
+    const auto press = [this](std::initializer_list<int> keys) {
+        for (const int key : keys) control().setKey(key, true);
+        logic().update_input();
+        std::_Exit(7);
+    };
+    EXPECT_EXIT(press({ControlApp::KEY_F4}), testing::ExitedWithCode(7), "");
+    EXPECT_EXIT(press({ControlApp::KEY_ALT}), testing::ExitedWithCode(7), "");
+    EXPECT_EXIT(press({ControlApp::KEY_F4, ControlApp::KEY_ALT}), testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
