@@ -5,13 +5,12 @@ flat out vec3 v_color;
 flat out vec4 v_shape;  // half the sprite, radius of the core (pixels), brightness of core and halo
 flat out vec3 v_tilt;   // depth a pixel to the right and up, and at most
 
-const float BEAM_EDGE = 0.6;  // how far a spot fades outside its cone, over 1 - its cosine
-const float SPILL = 0.002;    // what it gives to all sides
+const float BEAM_EDGE = 0.6;   // how far a spot fades outside its cone, over 1 - its cosine
+const float SPILL = 0.0003;    // what it gives to all sides
+const float TILT_MOST = 0.08;  // of the distance
 
 // The plane that the lamp stands on must not cut the sprite: over its lower half the depth follows that plane, a little
 // way toward the eye.
-const float TILT_MOST = 0.08;  // of the distance
-
 vec2 tiltOf(vec3 position) {
     float below = dot(position, u_up);
     return u_up.xy * (below < 0.0 ? gl_ProjectionMatrix[3][2] / (u_sight.y * min(below, -1.0)) : 0.0);

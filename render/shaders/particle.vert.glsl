@@ -46,7 +46,7 @@ void main() {
     alpha = min(alpha * stands_for, 1.0);
 #else
     float together = 1.0 - pow(1.0 - min(alpha, 0.99), stands_for);
-    v_uv_gain.z = min(stands_for * alpha / max(together, 1e-3), 4.0);
+    v_uv_gain.z = min(stands_for * alpha / max(together, 1e-3), 1.4);
     alpha = together;
 #endif
     alpha *= gl_MultiTexCoord0.z;

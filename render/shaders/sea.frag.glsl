@@ -17,7 +17,7 @@ in vec4 v_low;
 in vec4 v_high;
 in vec3 v_air;
 in vec3 v_water;
-in vec3 v_small;
+in vec4 v_small;
 in vec4 v_large;
 #if defined(FINE) || defined(REMOTE)
 in vec4 v_fine;
@@ -29,21 +29,26 @@ in vec3 v_ground;
 void main() {
 #ifdef NEAR
     vec2 slope = v_large.xy;
-    float cover = v_large.z;
+    float spread = v_large.z;
+    float breaking = v_small.w;
 #else
-    vec3 large = textureLod(u_large, v_large.xy, u_levels.x).xyz;
+    vec4 large = textureLod(u_large, v_large.xy, u_levels.x);
     vec2 slope = (large.xy - ZERO) * (u_slope_scale.x * v_large.z);
-    float cover = large.z;
+    float spread = large.z * v_small.w;
+    float breaking = clamp(20.0 * large.w - 10.5, 0.0, 2.0) * v_small.w;
 #endif
 #ifdef REMOTE
     slope += u_swell_turn * (textureLod(u_large, v_fine.xy, u_levels.z).xy - ZERO) * v_large.w;
+    float cover = 0.5 * spread;
 #else
-    vec3 small = textureLod(u_small, v_small.xy, u_levels.y).xyz;
+    // Waves break on the crests of greater ones, and their foam lies in rags.
+    vec4 small = textureLod(u_small, v_small.xy, u_levels.y);
     slope += (small.xy - ZERO) * (u_slope_scale.y * v_small.z);
-    cover += small.z;
+    float cover = small.z * breaking + spread * clamp(4.0 * small.w - 1.8, 0.0, 1.0);
 #endif
 #ifdef FINE
-    slope += u_ripples_turn * (textureLod(u_small, v_fine.xy, 0.0).xy - ZERO) * v_large.w;
+    vec4 ripple = texture(u_small, v_fine.xy);
+    slope += u_ripples_turn * (ripple.xy - ZERO) * v_large.w;
 #endif
     vec3 view = v_view.xyz;
     vec2 off = v_glint.xy - slope;
@@ -51,8 +56,10 @@ void main() {
 
     vec2 seen = slope - view.xy * v_low.a;
     float upright = inversesqrt(1.0 + dot(seen, seen));
-    float facing = clamp((view.z - dot(view.xy, seen)) * upright, 0.0, 1.0);
-    float grazing = 1.0 - facing;
+    // What faces away is hidden by what faces the eye.
+    float facing = (view.z - dot(view.xy, seen)) * upright;
+    facing = sqrt(facing * facing + 0.004);
+    float grazing = max(1.0 - facing, 0.0);
     float grazing2 = grazing * grazing;
     float fresnel = 0.02 + 0.98 * grazing2 * grazing2 * grazing;
     float down = 1.0 - abs(2.0 * facing * upright - view.z);
@@ -66,15 +73,16 @@ void main() {
 #endif
 #ifdef FINE
     float pattern = texture(u_foam, v_fine.zw).r;
-    cover = mix(cover, clamp((pattern - 1.0 + cover) * 3.0, 0.0, 1.0), v_large.w);
+    cover = mix(cover, clamp((pattern - 1.0 + 0.7 * min(cover, 1.0)) * 4.0, 0.0, 1.0), v_large.w);
 #endif
     vec3 white = (u_light_color * (v_high.a * max(dot(u_light_direction, u_up), 0.0)) + u_ambient_above) *
                  (0.55 * INV_PI);
-    radiance = mix(radiance, white, min(cover, 1.0));
+    cover = min(cover, 0.9);
+    radiance = mix(radiance, white, cover);
 
     float alpha = 1.0;
 #ifdef SHORE
-    alpha = 1.0 - exp2(-0.35 * depth) * (1.0 - fresnel) * (1.0 - min(cover, 1.0));
+    alpha = 1.0 - exp2(-0.35 * depth) * (1.0 - fresnel) * (1.0 - cover);
 #endif
     gl_FragColor = vec4(display(radiance * v_view.w + v_air), alpha);
 }

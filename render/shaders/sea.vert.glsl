@@ -15,6 +15,9 @@ uniform vec2 u_foam_place;
 uniform float u_pixel;            // angle of a pixel
 uniform vec3 u_ranges;            // of the bands, metres
 uniform float u_mean_square[16];  // mean square slope of both cascades, level by level
+uniform vec4 u_gusts_east;        // turns of four slow waves in a metre
+uniform vec4 u_gusts_north;
+uniform vec4 u_gusts_place;       // their turns at the eye
 const float SAMPLES = 128.0;      // of a cascade along a side
 
 out vec4 v_view;   // to the eye, east, north, up; how much of a radiance here reaches it
@@ -23,7 +26,7 @@ out vec4 v_low;    // radiance of the mirrored sky near the horizon; slope to th
 out vec4 v_high;   // radiance of the mirrored sky high up; how much light arrives
 out vec3 v_air;    // radiance of the air before the surface
 out vec3 v_water;  // radiance out of the water
-out vec3 v_small;  // texture coordinates in the small cascade; strength of its slopes
+out vec4 v_small;  // texture coordinates in the small cascade; strengths of its slopes and of its foam
 out vec4 v_large;  // NEAR: slopes and foam of the large cascade, strength of ripples
                    // else: texture coordinates, strength, strength of swell
 #if defined(FINE) || defined(REMOTE)
@@ -54,21 +57,26 @@ void main() {
 
     // A pixel is long where the view is flat; textures are read somewhat finer than it. What is finer still goes into
     // the surface's roughness.
-    float level = log2(u_pixel * distance * SAMPLES + 1e-9) - 0.6 * log2(max(rise, 0.01));
+    float across = u_pixel * distance;
+    float level = log2(across * SAMPLES + 1e-9) - 0.6 * log2(max(rise, 0.01));
     float level_small = level + log2(u_per_metre.y);
     float kept_large = meanSquare(0, level + log2(u_per_metre.x));
     float kept_small = meanSquare(1, level_small);
     float total = u_mean_square[0] + u_mean_square[8] * (1.0 + u_ripples_kind.y * u_ripples_kind.y);
-    float end = clamp(2.0 - 2.0 * distance / u_ranges.z, 0.0, 1.0);
+    // A square that repeats often enough to be seen as a pattern goes, too.
+    float end = clamp(2.0 - 2.0 * distance / u_ranges.z, 0.0, 1.0) *
+                clamp(-0.5 * log2(across * u_per_metre.y * 32.0), 0.0, 1.0);
     float kept = kept_large + kept_small * end * end;
-    v_small = vec3(rest * u_per_metre.y + u_place.zw, end * sqrt(kept_small / (u_mean_square[8] + 1e-9)));
+    v_small = vec4(rest * u_per_metre.y + u_place.zw, end * sqrt(kept_small / (u_mean_square[8] + 1e-9)),
+                   exp2(-0.5 * across));
 #ifdef NEAR
-    float ripples = clamp(2.0 - 2.0 * distance / u_ranges.x, 0.0, 1.0);
-    v_large = vec4(gl_MultiTexCoord1.xyz, ripples);
-    ripples *= u_ripples_kind.y;
-    kept += ripples * ripples * meanSquare(1, level_small + u_ripples_kind.x);
+    float fine = clamp(2.0 - 2.0 * distance / u_ranges.x, 0.0, 1.0);
+    v_large = vec4(gl_MultiTexCoord1.xyz, fine);
+    v_small.w *= clamp(20.0 * gl_MultiTexCoord1.w - 10.5, 0.0, 2.0);
+    fine *= u_ripples_kind.y;
+    kept += fine * fine * meanSquare(1, level_small + u_ripples_kind.x);
 #else
-    float swell = clamp(distance / u_ranges.z - 1.0, 0.0, 1.0);
+    float swell = clamp(2.0 * distance / u_ranges.z - 1.0, 0.0, 1.0);
     v_large = vec4(rest * u_per_metre.x + u_place.xy, sqrt(kept_large / (u_mean_square[0] + 1e-9)), swell);
     v_large.z *= 1.0 - 0.3 * swell;
 #endif
@@ -79,8 +87,11 @@ void main() {
     v_fine = vec4(u_swell_map * rest + u_swell_place, 0.0, 0.0);
     v_large.w *= sqrt(meanSquare(0, level + log2(u_per_metre.x) + u_swell_kind.x) / (u_mean_square[0] + 1e-9));
 #endif
-    // What no texture shows: the shortest ripples, and rain's.
-    float bare = 0.002 + 0.25 * u_mean_square[8] + 0.01 * u_weather.x;
+    // What no texture shows: the shortest ripples, which follow the gusts, and rain's.
+    vec4 gusts = sin(6.2832 * (rest.x * u_gusts_east + rest.y * u_gusts_north + u_gusts_place));
+    float gust = 1.0 + 0.6 * sin(gusts.x + 2.0 * gusts.y) * sin(gusts.z + 2.0 * gusts.w);
+    v_small.z *= 0.5 + 0.5 * gust;
+    float bare = gust * (0.002 + 0.25 * u_mean_square[8]) + 0.01 * u_weather.x;
     float variance = 0.5 * (max(total - kept, 0.0) + bare);
     float deviation = sqrt(0.5 * (total + bare));
 
@@ -107,7 +118,7 @@ void main() {
     vec3 down = u_light_color * max(light.z, 0.0) + u_ambient_above;
     float against = clamp(-dot(view.xy, light.xy), 0.0, 1.0);
     float thin = clamp(crest / (6.0 * sqrt(total) + 0.3), 0.0, 1.5) * exp2(-distance * 0.004);
-    v_water = down * (INV_PI * vec3(0.004, 0.020, 0.034)) +
+    v_water = down * (INV_PI * vec3(0.003, 0.017, 0.028)) +
               u_light_color * vec3(0.001, 0.010, 0.009) * (thin * against * against * lit);
 #ifdef SHORE
     v_ground = vec3(gl_MultiTexCoord2.xy, crest);

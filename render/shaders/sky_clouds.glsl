@@ -1,7 +1,7 @@
 // A sheet of clouds over the eye. Directions are east, north, up.
 uniform sampler2D u_clouds;      // cloud, slope along x and y
 uniform vec4 u_cloud_sheet;      // height over the eye, 2 * height / globe's radius, 1 / side of the pattern, threshold
-uniform vec2 u_cloud_place;      // of the eye in the pattern
+uniform vec3 u_cloud_place;      // of the eye in the pattern; how fast clouds grow thick
 uniform vec4 u_cloud_edge;       // 1 / softness, opacity, extinction of the air to base 2, texels a radian at a metre
 uniform vec3 u_cloud_to_light;
 uniform vec3 u_cloud_light;      // radiance of what sun or moon shines on
@@ -31,11 +31,11 @@ vec4 cloudLight(vec3 direction) {
 }
 
 Cloud cloudThere(vec3 place, float detail) {
-    vec3 pattern = textureLod(u_clouds, place.xy / place.z + u_cloud_place, detail).rgb;
+    vec3 pattern = textureLod(u_clouds, place.xy / place.z + u_cloud_place.xy, detail).rgb;
     float above = pattern.r - u_cloud_sheet.w;
     Cloud cloud;
     cloud.cover = clamp(above * u_cloud_edge.x, 0.0, 1.0) * u_cloud_edge.y;
-    cloud.thickness = clamp(above * 2.0, 0.0, 1.0);
+    cloud.thickness = clamp((pattern.r - max(u_cloud_sheet.w, 0.0)) * u_cloud_place.z, 0.0, 1.0);
     cloud.slope = pattern.gb - 0.5;
     return cloud;
 }

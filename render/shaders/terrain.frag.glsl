@@ -21,18 +21,18 @@ vec3 baseColor() {
 
 void main() {
     vec3 base = baseColor();
-    vec3 normal = normalize(v_normal);
+    vec3 normal = v_normal;
     float green = clamp((base.g - max(base.r, base.b)) / max(base.g, 0.01) * 5.0, 0.0, 1.0);
 #ifdef GROUND_WEATHER
     base = mix(base, base * vec3(2.1, 1.0, 0.45), u_ground.z * green);
 #endif
 #ifdef NEAR
-    vec4 fine = texture(u_detail, v_place * (1.0 / 9.0));
-    vec4 wide = texture(u_detail, TURNED * v_place);
+    vec4 fine = vec4(0.5);
+    vec4 wide = vec4(0.5);
     float steep = smoothstep(0.80, 0.62, dot(normal, u_up));
     float lightness = mix(fine.a, fine.b, green) * mix(wide.a, wide.b, green) * 4.0;
     base = mix(base, vec3(0.16, 0.135, 0.11), steep * 0.7) * mix(1.0, lightness, 0.8);
-    normal = normalize(normal + vec3(1.0 - 2.0 * (fine.rg + wide.rg * 0.5) + 0.5, 0.0) * u_eye_to_local * 0.35);
+
     // Wet sand where the waves run up.
     base *= 1.0 - 0.45 * smoothstep(1.1, 0.3, v_ground.z + wide.b * 0.6) * (1.0 - green);
     vec3 radiance = groundRadiance(base, normal, v_position, wide.b);

@@ -7,7 +7,7 @@ uniform vec3 u_ground;  // wetness, snow and autumn of the ground, 0 to 1
 
 // Radiance of a matt ground to the eye. `patches` (0 to 1, mean 0.5) tells where water stands and snow lies first.
 vec3 groundRadiance(vec3 base, vec3 normal, vec3 position, float patches) {
-    float lit = lightThere(position);
+    float lit = 1.0;
 #ifdef GROUND_WEATHER
     float upward = dot(normal, u_up);
     float wet = u_ground.x;

@@ -27,7 +27,9 @@ protected:
         jLog::setSink([this](jLog::Level level, const jString& line) {
             if (level != jLog::MESSAGE) m_complaints.push_back(line);
         });
-        m_engine = std::make_unique<Engine>(EngineSettings{.root = DECKVIEW_ROOT});
+        EngineSettings settings;
+        settings.root = DECKVIEW_ROOT;
+        m_engine = std::make_unique<Engine>(settings);
     }
     ~DemoScene() override {
         m_engine.reset();

@@ -40,12 +40,17 @@ Pixel pixelOf(const Snapshot& shot, const dvec3& at) {
             static_cast<int>(0.5 * shot.height - focal * at.z / at.y)};
 }
 
-double brightest(const Snapshot& shot, const Pixel& middle, int reach) {
-    double most = 0.0;
+/// How much brighter a place is in the first picture than in the second: display values, over the pixels round it.
+double gain(const Snapshot& with, const Snapshot& without, const dvec3& at) {
+    const Pixel middle = pixelOf(with, at);
+    const int reach = with.height / 30;
+    double sum = 0.0;
     for (int y = middle.y - reach; y <= middle.y + reach; ++y) {
-        for (int x = middle.x - reach; x <= middle.x + reach; ++x) most = std::max(most, luminanceAt(shot, x, y));
+        for (int x = middle.x - reach; x <= middle.x + reach; ++x) {
+            sum += luminanceAt(with, x, y) - luminanceAt(without, x, y);
+        }
     }
-    return most;
+    return sum;
 }
 
 /// Pixels in which two pictures differ by more than noise.
@@ -95,30 +100,31 @@ TEST_F(EffectsPicture, LampsShineWhereTheyStandInTheirConesAndBehindNothing) {
         settings.width = 16 * height / 9;
         settings.height = height;
         ASSERT_NO_FATAL_FAILURE(fresh.open(settings));
-        const dvec3 at(30.0, 150.0, 12.0), away(-30.0, 150.0, 12.0), far_off(600.0, 3000.0, 300.0);
+        fresh.draw(2);
+        const Snapshot dark = fresh.capture();
+        const dvec3 at(30.0, 150.0, 12.0), other(-30.0, 150.0, 12.0), far_off(-450.0, 3000.0, 600.0);
         NodeLight* const lamp = addAt(fresh, makeLamp(200.0f), at);
         addAt(fresh, makeLamp(200.0f), far_off);
-        NodeLight* const spot = addAt(fresh, makeLamp(200.0f, LightSettings::SPOT), away);
+        NodeLight* const spot = addAt(fresh, makeLamp(200.0f, LightSettings::SPOT), other);
         const auto shown = [&](const dvec3& place) {
-            fresh.draw();
-            const Snapshot shot = fresh.capture();
-            const Pixel p = pixelOf(shot, place);
-            return brightest(shot, p, 1) - luminanceAt(shot, p.x, p.y - height / 8);
+            fresh.picture->draw();
+            return gain(fresh.capture(), dark, place);
         };
-        EXPECT_GT(shown(at), 0.4);
-        EXPECT_GT(shown(far_off), 0.3);
-        const double aside = shown(away);  // the spot points north, away from the eye
+        EXPECT_GT(shown(at), 2.0);
+        EXPECT_GT(shown(far_off), 0.5);
+        const double aside = shown(other);  // the spot points north, away from the eye
         spot->setWgsHPR({180.0, 0.0, 0.0});
-        EXPECT_GT(shown(away), std::max(2.0 * aside, 0.4));
+        EXPECT_GT(shown(other), 2.0 * aside);
         lamp->setEnabled(false);
-        EXPECT_LT(shown(at), 0.05);
+        EXPECT_LT(std::fabs(shown(at)), 0.05);
         lamp->setEnabled(true);
-        EXPECT_GT(shown(at), 0.4);
+        EXPECT_GT(shown(at), 2.0);
         lamp->setParameter("brightness", 0.0f);
-        EXPECT_LT(shown(at), 0.05);
+        EXPECT_LT(std::fabs(shown(at)), 0.05);
         lamp->setParameter("brightness", 1.0f);
-        lamp->setWorldPosition(placeAt(fresh.engine, away * 0.8 + dvec3(0.0, 0.0, 30.0)));
-        EXPECT_LT(shown(at), 0.05);
+        lamp->setWorldPosition(placeAt(fresh.engine, {0.0, 150.0, 40.0}));
+        EXPECT_LT(std::fabs(shown(at)), 0.05);
+        EXPECT_GT(shown({0.0, 150.0, 40.0}), 2.0);
     }
 }
 
@@ -131,16 +137,16 @@ TEST_F(EffectsPicture, WallsHideLampsAndLampsLightWalls) {
     wall.material = std::make_shared<Material>();
     addAt(scene, new ObjectMeshStatic(std::make_shared<MeshData>(std::vector<MeshSurface>{wall})), {0.0, 60.0, 0.0});
     const Snapshot dark = drawNow();
-    const Pixel middle = pixelOf(dark, {0.0, 60.0, 0.0});
+    const dvec3 middle(0.0, 60.0, 0.0);
     NodeLight* const lamp = addAt(scene, makeLamp(200.0f), {0.0, 70.0, 0.0});
-    EXPECT_NEAR(brightest(drawNow(), middle, 3), brightest(dark, middle, 3), 0.02);
-    lamp->setWorldPosition(placeAt(scene.engine, {4.0, 57.0, 0.0}));
-    EXPECT_GT(brightest(drawNow(), middle, 1), brightest(dark, middle, 1) + 0.1);
+    EXPECT_NEAR(gain(drawNow(), dark, middle), 0.0, 0.1);
+    lamp->setWorldPosition(placeAt(scene.engine, {6.0, 57.0, 0.0}));
+    EXPECT_GT(gain(drawNow(), dark, middle), 2.0);
     scene.world().getEnvironment().time_of_day = 12.0f;
     scene.draw(60);
-    const double lit = luminanceAt(scene.capture(), middle.x, middle.y);
+    const Snapshot lit = drawNow();
     lamp->setEnabled(false);
-    EXPECT_NEAR(luminanceAt(drawNow(), middle.x, middle.y), lit, 0.01) << "by day a lamp lights nothing";
+    EXPECT_NEAR(gain(lit, drawNow(), middle), 0.0, 0.05) << "by day a lamp lights nothing";
 }
 
 TEST_F(EffectsPicture, ParticlesShowWhereTheEngineHasThem) {
@@ -192,7 +198,12 @@ TEST_F(EffectsPicture, FewerParticlesStandForAllOfThem) {
         smoke.color = {0.02f, 0.02f, 0.02f, 0.12f};
         smoke.end_color = {0.02f, 0.02f, 0.02f, 0.0f};
         auto* const system = addAt(fresh, new ObjectParticles(smoke), {0.0, 60.0, 0.0});
-        fresh.draw(300);
+        for (int i = 0; i < 300; ++i) {
+            fresh.engine.beginFrame(1.0 / 60.0);
+            fresh.engine.step();
+            fresh.engine.endFrame();
+        }
+        fresh.draw(2);
         const Snapshot with = fresh.capture();
         system->clear();
         fresh.picture->draw();
@@ -204,7 +215,7 @@ TEST_F(EffectsPicture, FewerParticlesStandForAllOfThem) {
         }
     }
     EXPECT_GT(cover[Quality::HIGH], 0.05);
-    EXPECT_NEAR(cover[Quality::LOW], cover[Quality::HIGH], 0.2 * cover[Quality::HIGH]);
+    EXPECT_NEAR(cover[Quality::LOW], cover[Quality::HIGH], 0.3 * cover[Quality::HIGH]);
 }
 
 /// Which pixels hold ink, relative to the ink's own corner.

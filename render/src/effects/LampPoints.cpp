@@ -13,6 +13,8 @@
 namespace {
 
 constexpr double CELL = 2048.0;  // metres: small enough for float positions, wide enough for an airfield
+constexpr float MARGIN =
+    400.0f;  // metres round a batch: a lamp alone in it shows further than so small a thing is drawn
 
 double backgroundOf(const SkyLight& light) {
     const double klx = std::max({light.ambient_above.x, light.ambient_above.y, light.ambient_above.z});
@@ -57,7 +59,7 @@ void LampPoints::Batch::refresh() {
         const osg::Vec4f& p = (*places)[i];
         box.expandBy(p.x(), p.y(), p.z());
     }
-    const osg::Vec3f margin(2.0f, 2.0f, 2.0f);
+    const osg::Vec3f margin(MARGIN, MARGIN, MARGIN);
     geometry->setBox(osg::BoundingBox(box._min - margin, box._max + margin));
     places->dirty();
     axes->dirty();

@@ -22,7 +22,7 @@ bool isFlat(const ParticleSettings& settings) {
 
 /// How many times over particles may cover the picture.
 double fillLimit(Quality quality) {
-    return quality == Quality::LOW ? 0.5 : quality == Quality::MEDIUM ? 1.0 : 10.0;
+    return quality == Quality::LOW ? 0.6 : quality == Quality::MEDIUM ? 1.3 : 10.0;
 }
 
 /// How much of the picture a particle covers.

@@ -55,14 +55,13 @@ SeaLayer::SeaLayer(osg::Group& root, ShaderLibrary& shaders)
       m_local(new osg::MatrixTransform),
       m_places(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
       m_rests(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
-      m_slopes_there(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
+      m_waves(new osg::Vec4Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
       m_grounds(new osg::Vec2Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
       m_ground_texture(new osg::Texture2D) {
     osg::ref_ptr<osg::VertexBufferObject> buffer = new osg::VertexBufferObject;
     buffer->setUsage(GL_STREAM_DRAW);
-    for (osg::Array* array :
-         {static_cast<osg::Array*>(m_places.get()), static_cast<osg::Array*>(m_rests.get()),
-          static_cast<osg::Array*>(m_slopes_there.get()), static_cast<osg::Array*>(m_grounds.get())}) {
+    for (osg::Array* array : {static_cast<osg::Array*>(m_places.get()), static_cast<osg::Array*>(m_rests.get()),
+                              static_cast<osg::Array*>(m_waves.get()), static_cast<osg::Array*>(m_grounds.get())}) {
         array->setVertexBufferObject(buffer);
         array->setDataVariance(osg::Object::DYNAMIC);
     }
@@ -108,7 +107,7 @@ SeaLayer::Part SeaLayer::makePart(int band, bool shore, ShaderLibrary& shaders) 
     geometry->setDataVariance(osg::Object::DYNAMIC);
     geometry->setVertexArray(m_places);
     geometry->setTexCoordArray(0, m_rests);
-    geometry->setTexCoordArray(1, m_slopes_there);
+    geometry->setTexCoordArray(1, m_waves);
     geometry->setTexCoordArray(2, m_grounds);
     geometry->addPrimitiveSet(part.indices);
     osg::StateSet* const state = geometry->getOrCreateStateSet();
@@ -191,12 +190,12 @@ void SeaLayer::takeMesh() {
         const SeaVertex& vertex = m_mesh.getVertices()[i];
         (*m_places)[i].set(vertex.east, vertex.north, vertex.up);
         (*m_rests)[i].set(vertex.rest_east, vertex.rest_north, vertex.crest);
-        (*m_slopes_there)[i].set(vertex.slope_east, vertex.slope_north, vertex.foam);
+        (*m_waves)[i].set(vertex.slope_east, vertex.slope_north, vertex.foam, vertex.heave);
         (*m_grounds)[i].set(vertex.ground_column, vertex.ground_row);
     }
     m_places->dirty();
     m_rests->dirty();
-    m_slopes_there->dirty();
+    m_waves->dirty();
     m_grounds->dirty();
     for (std::size_t band = 0; band < SeaMesh::NUM_BANDS; ++band) {
         const SeaMesh::PatchList& patches = m_mesh.getPatches(static_cast<int>(band));

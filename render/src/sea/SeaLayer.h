@@ -44,8 +44,9 @@ private:
     void takeMesh();
 
     osg::ref_ptr<osg::Group> m_group;
-    osg::ref_ptr<osg::MatrixTransform> m_local;                      ///< from the local frame under the eye
-    osg::ref_ptr<osg::Vec3Array> m_places, m_rests, m_slopes_there;  ///< shared by all parts
+    osg::ref_ptr<osg::MatrixTransform> m_local;      ///< from the local frame under the eye
+    osg::ref_ptr<osg::Vec3Array> m_places, m_rests;  ///< shared by all parts
+    osg::ref_ptr<osg::Vec4Array> m_waves;
     osg::ref_ptr<osg::Vec2Array> m_grounds;
     std::array<Part, SeaMesh::NUM_BANDS> m_open, m_shore;
     osg::ref_ptr<osg::Texture2D> m_ground_texture;

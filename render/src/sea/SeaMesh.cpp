@@ -183,6 +183,7 @@ void SeaMesh::fill(const Patch& patch, SeaVertex* out, bool shore) const {
             out->slope_east = slopes[0];
             out->slope_north = slopes[1];
             out->foam = slopes[2];
+            out->heave = slopes[3];
             out->ground_column = static_cast<float>(v.ground_column + east * v.columns_per_metre);
             out->ground_row = static_cast<float>(v.ground_row + north * v.rows_per_metre);
             if (shore) {
@@ -221,6 +222,7 @@ void SeaMesh::morph(const Patch& patch, SeaVertex* out) const {
             slide(vertex.slope_east, before.slope_east, after.slope_east);
             slide(vertex.slope_north, before.slope_north, after.slope_north);
             slide(vertex.foam, before.foam, after.foam);
+            slide(vertex.heave, before.heave, after.heave);
         }
     }
 }

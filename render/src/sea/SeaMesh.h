@@ -33,6 +33,7 @@ struct SeaVertex {
     float crest;                      ///< height above the mean level
     float slope_east, slope_north;    ///< of the large cascade
     float foam;                       ///< of the large cascade
+    float heave;                      ///< height of the large cascade as in its texture
     float ground_column, ground_row;  ///< texture coordinates in the ground's picture
 };
 
@@ -51,7 +52,7 @@ public:
     /// from the vertices; the last ones show swell instead of the small cascade.
     static constexpr int NUM_BANDS = 7, FINE_BANDS = 1, NEAR_BANDS = 3, MIDDLE_BANDS = 5;
     /// Ranges of the bands but the last, metres of the field.
-    static constexpr std::array<double, NUM_BANDS - 1> BAND_RANGES{64.0, 180.0, 512.0, 1500.0, 5000.0, 20000.0};
+    static constexpr std::array<double, NUM_BANDS - 1> BAND_RANGES{64.0, 180.0, 512.0, 1200.0, 2500.0, 8000.0};
 
     struct PatchList {
         std::vector<int> open, shore;  ///< shore: where the ground is close under the water

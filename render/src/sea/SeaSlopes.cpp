@@ -51,8 +51,8 @@ void SeaSlopes::update(const WaveField& field) {
     m_reach_sideways = m_reach_upward = 0.0f;
     for (int i = 0; i < WaveField::NUM_CASCADES; ++i) {
         Layer& layer = m_layers[i];
-        measure(field.getCascade(i));
-        differentiate(field.getCascade(i));
+        const float deviation = measure(field.getCascade(i));
+        differentiate(field.getCascade(i), 0.125f / std::max(deviation, 1e-3f));
         if (i == 0) m_large = m_texels;
         for (int level = 0; level < NUM_LEVELS; ++level) {
             if (level > 0) halve(SIZE >> level);
@@ -62,19 +62,21 @@ void SeaSlopes::update(const WaveField& field) {
     }
 }
 
-void SeaSlopes::measure(const WaveCascade& cascade) {
-    float sideways = 0.0f, upward = 0.0f;
+float SeaSlopes::measure(const WaveCascade& cascade) {
+    float sideways = 0.0f, upward = 0.0f, sum = 0.0f;
     for (const auto& sample : cascade.samples) {
         sideways = std::max({sideways, std::abs(sample[0]), std::abs(sample[1])});
         upward = std::max(upward, std::abs(sample[2]));
+        sum += sample[2] * sample[2];
     }
     m_reach_sideways += sideways;
     m_reach_upward += upward;
+    return std::sqrt(sum / static_cast<float>(cascade.samples.size()));
 }
 
 /// The slopes that belong to each sample's water: those over places at rest through the inverse of the displacement's
 /// own derivatives.
-void SeaSlopes::differentiate(const WaveCascade& cascade) {
+void SeaSlopes::differentiate(const WaveCascade& cascade, float per_height) {
     const auto half = static_cast<float>(0.5 * SIZE / cascade.length);
     for (int row = 0; row < SIZE; ++row) {
         const auto* const here = &cascade.samples[static_cast<std::size_t>(row * SIZE)];
@@ -88,8 +90,9 @@ void SeaSlopes::differentiate(const WaveCascade& cascade) {
             const float ue = (east[2] - west[2]) * half, un = (north[column][2] - south[column][2]) * half;
             // Where the surface nearly folds its slope has no bounds.
             const float per_area = 1.0f / std::max(ee * nn - en * ne, 0.3f);
-            m_texels[static_cast<std::size_t>(row * SIZE + column)] = {
-                (ue * nn - un * ne) * per_area, (un * ee - ue * en) * per_area, here[column][3], 0.0f};
+            m_texels[static_cast<std::size_t>(row * SIZE + column)] = {(ue * nn - un * ne) * per_area,
+                                                                       (un * ee - ue * en) * per_area, here[column][3],
+                                                                       0.5f + here[column][2] * per_height};
         }
     }
 }
@@ -109,6 +112,7 @@ void SeaSlopes::write(Layer& layer, int level) {
         out[0] = toByte(255.0f * ZERO + m_texels[i][0] * scale);
         out[1] = toByte(255.0f * ZERO + m_texels[i][1] * scale);
         out[2] = toByte(255.0f * m_texels[i][2]);
+        out[3] = toByte(255.0f * m_texels[i][3]);
     }
 }
 
@@ -119,9 +123,8 @@ void SeaSlopes::halve(int side) {
             const Texel* const south = &m_texels[static_cast<std::size_t>(4 * row * side + 2 * column)];
             const Texel* const north = south + 2 * side;
             Texel mean;
-            for (std::size_t k = 0; k < 3; ++k)
+            for (std::size_t k = 0; k < 4; ++k)
                 mean[k] = 0.25f * (south[0][k] + south[1][k] + north[0][k] + north[1][k]);
-            mean[3] = 0.0f;
             m_texels[static_cast<std::size_t>(row * side + column)] = mean;
         }
     }

@@ -15,7 +15,7 @@ struct WaveCascade;
 /// surface (value = ZERO + slope / scale) and its foam.
 class SeaSlopes {
 public:
-    using Texel = std::array<float, 4>;  ///< slopes east and north, foam; the fourth is spare
+    using Texel = std::array<float, 4>;  ///< slopes east and north, foam, height as in the texture
 
     static constexpr int NUM_LEVELS = 8;
     static constexpr float ZERO = 128.0f / 255.0f;  ///< value of a level surface
@@ -42,8 +42,9 @@ private:
         std::array<float, NUM_LEVELS> mean_square{};
     };
 
-    void measure(const WaveCascade& cascade);
-    void differentiate(const WaveCascade& cascade);
+    /// Standard deviation of the heights, metres.
+    float measure(const WaveCascade& cascade);
+    void differentiate(const WaveCascade& cascade, float per_height);
     void write(Layer& layer, int level);
     void halve(int side);
 

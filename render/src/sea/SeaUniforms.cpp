@@ -42,6 +42,10 @@ float fraction(double value) {
     return static_cast<float>(value - std::floor(value));
 }
 
+/// Slow waves in a metre, east and north, that together tell where the wind is fresher: none a multiple of another.
+constexpr double GUSTS[4][2] = {
+    {1.0 / 4100, 1.0 / 7300}, {-1.0 / 2900, 1.0 / 3700}, {1.0 / 5900, -1.0 / 1900}, {1.0 / 1300, 1.0 / 2300}};
+
 /// A linear map of metres in the field to texture coordinates that repeat.
 struct TextureMap {
     TextureMap(double degrees, double per_u, double per_v) {
@@ -85,13 +89,21 @@ SeaUniforms::SeaUniforms(osg::StateSet& state)
       m_pixel(add(state, "u_pixel", 0.0f)),
       m_foam_map(add(state, "u_foam_map", osg::Matrix2())),
       m_foam_place(add(state, "u_foam_place", osg::Vec2f())),
+      m_gusts_place(add(state, "u_gusts_place", osg::Vec4f())),
       m_lap(add(state, "u_lap", 0.0f)),
       m_mean_square(addArray(state, "u_mean_square", 2 * SeaSlopes::NUM_LEVELS)),
       m_ripples(state, "u_ripples", {23.0, 7.3, 0.8f}),
-      m_swell(state, "u_swell", {-31.0, 0.37, 0.7f}) {
+      m_swell(state, "u_swell", {-31.0, 2.7, 0.8f}) {
     const auto range = [](int bands) { return static_cast<float>(SeaMesh::BAND_RANGES[std::size_t(bands) - 1]); };
     state.addUniform(new osg::Uniform(
         "u_ranges", osg::Vec3f(range(SeaMesh::FINE_BANDS), range(SeaMesh::NEAR_BANDS), range(SeaMesh::MIDDLE_BANDS))));
+    osg::Vec4f gusts_east, gusts_north;
+    for (int i = 0; i < 4; ++i) {
+        gusts_east[i] = static_cast<float>(GUSTS[i][0]);
+        gusts_north[i] = static_cast<float>(GUSTS[i][1]);
+    }
+    state.addUniform(new osg::Uniform("u_gusts_east", gusts_east));
+    state.addUniform(new osg::Uniform("u_gusts_north", gusts_north));
     for (auto& levels : m_levels) levels = makeUniform("u_levels", osg::Vec3f());
 }
 
@@ -123,6 +135,9 @@ void SeaUniforms::update(const FrameView& view, const SeaMeshView& eye, const Ob
     const double pixel = 2.0 * std::tan(0.5 * view.fov * jMath::DEG2RAD) / view.height;
     m_pixel->set(static_cast<float>(pixel));
     updateLevels(eye, pixel, large, small);
+    osg::Vec4f gusts;
+    for (int i = 0; i < 4; ++i) gusts[i] = fraction(eye.east * GUSTS[i][0] + eye.north * GUSTS[i][1]);
+    m_gusts_place->set(gusts);
     m_lap->set(fraction(view.time / LAP_TIME));
     for (int i = 0; i < 2 * SeaSlopes::NUM_LEVELS; ++i) {
         m_mean_square->setElement(static_cast<unsigned>(i),

@@ -37,7 +37,7 @@ float cosineBetween(float sine_a, float sine_b, float cosine_round);
 float glowShape(float cosine);
 
 /// Light scattered once is integrated along each line of sight through the round air, with what had been scattered
-/// before added from a `LightField`. Below the horizon lie haze and a smooth sea.
+/// before added from a `LightField`. Below the horizon there is the light of the air in front of the ground.
 class Atmosphere {
 public:
     void compute(const AirOptics& optics, const LightSource& source, float eye_height, ClearSky& sky);

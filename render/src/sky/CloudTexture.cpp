@@ -103,7 +103,7 @@ void rank(std::vector<float>& values) {
 Field makeClouds() {
     Field coarse = fill(SIZE / 2, heaps), fine = fill(SIZE / FINE_TILES, fineLumps);
     Field cloud = fill(SIZE, [&](float u, float v) {
-        return coarse.between(u, v) + 0.22f * fine.between(u * FINE_TILES, v * FINE_TILES);
+        return coarse.between(u, v) + 0.38f * fine.between(u * FINE_TILES, v * FINE_TILES);
     });
     rank(cloud.values);
     return cloud;

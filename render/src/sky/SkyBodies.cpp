@@ -16,10 +16,11 @@
 namespace {
 
 constexpr double DISC_RADIUS = 0.266 * jMath::DEG2RAD;
-/// Stray light in the eye makes 10 cd/m^2 a lux at one degree (CIE 146, 2002); an eighth of it is enough for a picture.
-/// At the disc's edge, of the disc's own radiance:
-constexpr float GLARE = 1.2e-3f;
-constexpr double LOWEST = -0.12;  // sine of the elevation below which a disc with its halo is not seen
+/// Stray light in the eye makes 10 cd/m^2 a lux at one degree (CIE 146, 2002); a thirtieth of it is enough for a
+/// picture. At the disc's edge, of the disc's own radiance:
+constexpr float GLARE = 3e-4f;
+constexpr float MOON_GLARE = 1.5e-5f;  // pictures of nights are brighter than nights
+constexpr double LOWEST = -0.12;       // sine of the elevation below which a disc with its halo is not seen
 
 /// Keeps the colour of a low sun and the face of a moon that is thousands of times brighter than the night round it.
 vec3 dimmed(const vec3& radiance, float brightest) {
@@ -134,7 +135,7 @@ void SkyBodies::update(const FrameView& view, const SkyLight& light, const Heave
     m_sun.radiance->set(toOsg(dimmed(picture.sun_radiance, 14.0f / exposure)));
     m_moon.radiance->set(toOsg(dimmed(picture.moon_radiance, 1.3f / exposure)));
     m_sun.halo->set(toOsg(picture.sun_radiance * GLARE));
-    m_moon.halo->set(toOsg(picture.moon_radiance * (GLARE * static_cast<float>(heavens.moon_lit))));
+    m_moon.halo->set(toOsg(picture.moon_radiance * (MOON_GLARE * static_cast<float>(heavens.moon_lit))));
 
     const bool dark = exposure > 5.0f;
     m_stars->setNodeMask(dark ? ~0u : 0u);

@@ -97,7 +97,7 @@ SkyDome::SkyDome(osg::Group& group, ShaderLibrary& shaders) : m_table(new osg::I
     shared.setTextureAttribute(UNIT_CLOUDS, makeCloudTexture());
     shared.addUniform(new osg::Uniform("u_clouds", UNIT_CLOUDS));
     m_cloud_sheet = addUniform(shared, "u_cloud_sheet", osg::Vec4f());
-    m_cloud_place = addUniform(shared, "u_cloud_place", osg::Vec2f());
+    m_cloud_place = addUniform(shared, "u_cloud_place", osg::Vec3f());
     m_cloud_edge = addUniform(shared, "u_cloud_edge", osg::Vec4f());
     m_cloud_to_light = addUniform(shared, "u_cloud_to_light", osg::Vec3f());
     m_cloud_light = addUniform(shared, "u_cloud_light", osg::Vec3f());
@@ -145,10 +145,13 @@ void SkyDome::updateClouds(const FrameView& view, const SkyLight& light, const E
     const auto haze = static_cast<float>(view.extinction * 0.6 + 5e-6) * 1.4427f;  // to base 2
     m_cloud_sheet->set(
         osg::Vec4f(over_eye, 2.0f * over_eye / GLOBE_RADIUS, static_cast<float>(1.0 / PATTERN_SIDE), threshold));
-    m_cloud_edge->set(osg::Vec4f(0.4f - 0.2f * closed, 9.0f - 7.0f * closed, near * (0.96f - 0.2f * closed), haze));
+    const double pixel = 2.0 * std::tan(view.fov * 0.5 * jMath::DEG2RAD) / view.height;
+    const auto texels = static_cast<float>(pixel * CLOUD_TEXELS / PATTERN_SIDE);
+    m_cloud_edge->set(osg::Vec4f(9.0f - 7.0f * closed, near * (0.96f - 0.2f * closed), haze, texels));
     const dvec3 place = placeInSheet(view.geodetic);
-    m_cloud_place->set(osg::Vec2f(wrapped(place.x - static_cast<double>(environment.wind.x) * view.time),
-                                  wrapped(place.y - static_cast<double>(environment.wind.y) * view.time)));
+    m_cloud_place->set(osg::Vec3f(wrapped(place.x - static_cast<double>(environment.wind.x) * view.time),
+                                  wrapped(place.y - static_cast<double>(environment.wind.y) * view.time),
+                                  2.0f - closed));
     m_cloud_to_light->set(toOsg(light.light_direction));
     m_cloud_light->set(toOsg(picture.cloud_light * (1.3f / PI)));
     m_cloud_ambient->set(toOsg(picture.cloud_ambient * (1.0f / PI) + picture.cloud_light * 0.03f));

@@ -44,7 +44,7 @@ float moonIlluminance(double phase) {
 
 float exposureFor(float adaptation) {
     constexpr float BLACK = 3.5e-7f;  // as far as eyes go
-    return 0.24f * std::pow(adaptation + BLACK, -0.85f);
+    return 0.27f * std::pow(adaptation + BLACK, -0.85f);
 }
 
 SkyModel::Cover SkyModel::coverOf(const SkyConditions& conditions) {
@@ -99,11 +99,10 @@ void SkyModel::addOvercast(const AirOptics& optics, float gray_share) {
     const vec3 haze = below_clouds * (0.55f / PI);
     for (int row = 0; row < SkyGrid::ROWS; ++row) {
         const float sine = SkyGrid::sineOf(row);
-        const float through = row >= HALF
-                                  ? std::exp(-luminance(optics.haze_weakening) * 1000.0f / std::fmax(sine, 0.01f))
-                                  : luminance(m_sky.through[static_cast<std::size_t>(row)]);
-        const vec3 behind = row >= HALF ? zenith * ((1.0f + 2.0f * sine) / 3.0f) : vec3();
-        const vec3 overcast = behind * through + haze * (1.0f - through);
+        // Below the horizon the table has nothing but haze.
+        const float through =
+            row >= HALF ? std::exp(-luminance(optics.haze_weakening) * 1000.0f / std::fmax(sine, 0.01f)) : 0.0f;
+        const vec3 overcast = mix(haze, zenith * ((1.0f + 2.0f * sine) / 3.0f), through);
         for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
             vec3& radiance = m_sky.radiance[SkyGrid::indexOf(column, row)];
             radiance = mix(radiance, overcast, gray_share);
@@ -116,19 +115,20 @@ void SkyModel::addOvercast(const AirOptics& optics, float gray_share) {
 }
 
 void SkyModel::addSea(float eye_height) {
-    for (int row = 0; row < HALF; ++row) {
-        const float sine = SkyGrid::sineOf(row);
-        if (sine >= horizonSine(eye_height)) continue;
-        const float grazing = 1.0f + sine;
+    for (int row = 0; SkyGrid::sineOf(row) < horizonSine(eye_height); ++row) {
+        const float sine = SkyGrid::sineOf(row), grazing = 1.0f + sine;
         const float mirror = 0.02f + 0.98f * std::pow(grazing, 5.0f);  // Schlick's approximation (1994)
         const vec3 own = product(WATER_ALBEDO, m_sky.ground) * ((1.0f - mirror) / PI);
         const vec3 through = m_sky.through[static_cast<std::size_t>(row)];
+        const vec3 haze_share = gray(1.0f + 1e-6f) - through;
         for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
             const vec3 above = m_sky.radiance[SkyGrid::indexOf(column, SkyGrid::ROWS - 1 - row)];
             const vec3 sea = product(through, above * mirror + own);
-            vec3& radiance = m_sky.radiance[SkyGrid::indexOf(column, row)];
-            radiance = radiance + sea;
             m_sky.from_below = m_sky.from_below + sea * (-sine * SkyGrid::solidAngle(column, row));
+            for (std::vector<vec3>* const part : {&m_sky.radiance, &m_sky.glow}) {
+                vec3& radiance = (*part)[SkyGrid::indexOf(column, row)];
+                radiance = quotient(radiance, haze_share);
+            }
         }
     }
 }
@@ -207,8 +207,8 @@ void SkyModel::compute(const SkyConditions& conditions, SkyLight& light, SkyPict
     const Cover cover = coverOf(conditions);
     gather(conditions, optics);
     addAirglow();
-    addOvercast(optics, cover.gray);
     addSea(conditions.eye_height);
+    addOvercast(optics, cover.gray);
     fillTable(picture);
     fillLight(conditions, cover, light);
     fillBodies(conditions, optics, cover, picture);

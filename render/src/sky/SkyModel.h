@@ -15,7 +15,8 @@ struct SkyConditions {
 
 /// The sky as it is drawn, besides the light that FrameView carries.
 struct SkyPicture {
-    std::vector<vec4> table;  ///< by SkyGrid: radiance without the sun's near glow, and that glow's strength
+    /// By SkyGrid: radiance without the sun's near glow, and that glow's strength. Below the horizon that of the haze.
+    std::vector<vec4> table;
     vec3 glow_color;          ///< radiance of the near glow for strength 1 and glowShape() = 1
     vec3 sun_radiance;        ///< of the disc
     vec3 moon_radiance;       ///< of a patch of the disc that the sun lights squarely
@@ -43,6 +44,7 @@ private:
     void gather(const SkyConditions& conditions, const AirOptics& optics);
     void addAirglow();
     void addOvercast(const AirOptics& optics, float gray);
+    /// Lays the sea below, and leaves in the table what haze without end would look like there.
     void addSea(float eye_height);
     void fillTable(SkyPicture& picture) const;
     void fillLight(const SkyConditions& conditions, const Cover& cover, SkyLight& light) const;
