@@ -84,8 +84,9 @@ Json fire() {
                                                {"drag", 0.4},
                                                {"buoyancy", 2},
                                                {"wind", 0.6},
-                                               {"color", {1.0, 0.45, 0.1, 0.8}},
-                                               {"end_color", {0.06, 0.05, 0.05, 0}},
+                                               {"color", {1.0, 0.42, 0.09, 0.7}},
+                                               {"end_color", {0.5, 0.06, 0.01, 0}},
+                                               {"additive", true},
                                                {"emitting", false},
                                                {"max_particles", 200}})});
     return node;

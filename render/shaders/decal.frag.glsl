@@ -5,13 +5,22 @@ uniform sampler2D u_detail;
 in vec3 v_position;
 in vec3 v_normal;
 in vec4 v_ground;
-in vec4 v_air;
+in vec3 v_haze;
+in float v_passed;
 
 void main() {
     vec4 image = texture(u_image, v_ground.xy);
     float grain = texture(u_detail, v_ground.zw * (1.0 / 7.0)).a;
+    vec3 base = reflectanceOf(image.rgb) * (0.6 + 0.8 * grain);
+    float lit = lightThere(v_position);
+#ifdef GROUND_WEATHER
+    // Swept now and then, so that less snow lies here; worn in wide patches where water stands.
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).b;
-    vec3 base = image.rgb * (0.55 + 0.5 * grain + 0.4 * worn);
-    vec3 radiance = groundRadiance(base, normalize(v_normal), v_position, worn);
-    gl_FragColor = vec4(display(radiance * v_air.a + v_air.rgb), image.a);
+    float snow = 0.8 * snowThere(u_ground.y * 0.75, worn, 1.0);
+    vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, lit);
+#else
+    vec3 sun = u_light_color * (max(dot(v_normal, u_light_direction), 0.0) * lit);
+    vec3 radiance = base * INV_PI * (sun + ambientLight(v_normal) + lampLight(v_normal, v_position));
+#endif
+    gl_FragColor = vec4(display(radiance * v_passed + v_haze), image.a);
 }

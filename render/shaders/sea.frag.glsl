@@ -39,12 +39,14 @@ void main() {
 #endif
 #ifdef REMOTE
     slope += u_swell_turn * (textureLod(u_large, v_fine.xy, u_levels.z).xy - ZERO) * v_large.w;
-    float cover = 0.5 * spread;
+    float rags = 0.5;
+    float cover = rags * spread;
 #else
     // Waves break on the crests of greater ones, and their foam lies in rags.
     vec4 small = textureLod(u_small, v_small.xy, u_levels.y);
     slope += (small.xy - ZERO) * (u_slope_scale.y * v_small.z);
-    float cover = small.z * breaking + spread * clamp(4.0 * small.w - 1.8, 0.0, 1.0);
+    float rags = clamp(6.0 * small.w - 2.8, 0.0, 1.0);
+    float cover = small.z * breaking + clamp(5.0 * small.w + 3.0 * spread - 5.2, 0.0, 1.0);
 #endif
 #ifdef FINE
     vec4 ripple = texture(u_small, v_fine.xy);
@@ -65,12 +67,18 @@ void main() {
     float down = 1.0 - abs(2.0 * facing * upright - view.z);
     float down2 = down * down;
     vec3 sky = mix(v_high.rgb, v_low.rgb, down2 * down2);
-    vec3 radiance = mix(v_water, sky, fresnel) + u_light_color * glint;
-
+    vec3 water = v_water;
 #ifdef SHORE
-    float depth = max(v_ground.z - texture(u_ground, v_ground.xy).r, 0.0);
-    cover += clamp(1.0 - depth * 0.8, 0.0, 1.0) * (0.55 + 0.45 * sin(6.2832 * (depth * 0.7 + u_lap)));
+    float under = v_ground.z - texture(u_ground, v_ground.xy).r;
+    float depth = max(under, 0.0);
+    float shallow = exp2(-0.3 * depth);
+    water *= 1.0 + shallow * vec3(1.5, 3.0, 2.0);
+    // Rags of foam that run up the beach.
+    float lap = sin(6.2832 * (depth * 1.3 + u_lap)) + 0.4;
+    cover += clamp(1.0 - 1.2 * depth, 0.0, 1.0) * clamp(lap * rags, 0.0, 1.0);
 #endif
+    vec3 radiance = mix(water, sky, fresnel) + u_light_color * glint;
+
 #ifdef FINE
     float pattern = texture(u_foam, v_fine.zw).r;
     cover = mix(cover, clamp((pattern - 1.0 + 0.7 * min(cover, 1.0)) * 4.0, 0.0, 1.0), v_large.w);
@@ -82,7 +90,8 @@ void main() {
 
     float alpha = 1.0;
 #ifdef SHORE
-    alpha = 1.0 - exp2(-0.35 * depth) * (1.0 - fresnel) * (1.0 - cover);
+    // Ground that is drawn lower than it lies, far away, stays dry.
+    alpha = (1.0 - exp2(-0.35 * depth) * (1.0 - fresnel) * (1.0 - cover)) * clamp(1.0 + 2.0 * under, 0.0, 1.0);
 #endif
     gl_FragColor = vec4(display(radiance * v_view.w + v_air), alpha);
 }

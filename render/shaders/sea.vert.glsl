@@ -70,7 +70,7 @@ void main() {
     v_small = vec4(rest * u_per_metre.y + u_place.zw, end * sqrt(kept_small / (u_mean_square[8] + 1e-9)),
                    exp2(-0.5 * across));
 #ifdef NEAR
-    float fine = clamp(2.0 - 2.0 * distance / u_ranges.x, 0.0, 1.0);
+    float fine = clamp(2.0 - 2.2 * distance / u_ranges.x, 0.0, 1.0);
     v_large = vec4(gl_MultiTexCoord1.xyz, fine);
     v_small.w *= clamp(20.0 * gl_MultiTexCoord1.w - 10.5, 0.0, 2.0);
     fine *= u_ripples_kind.y;
@@ -89,7 +89,7 @@ void main() {
 #endif
     // What no texture shows: the shortest ripples, which follow the gusts, and rain's.
     vec4 gusts = sin(6.2832 * (rest.x * u_gusts_east + rest.y * u_gusts_north + u_gusts_place));
-    float gust = 1.0 + 0.6 * sin(gusts.x + 2.0 * gusts.y) * sin(gusts.z + 2.0 * gusts.w);
+    float gust = 1.0 + 0.6 * clamp(2.0 - distance * 6e-5, 0.0, 1.0) * sin(gusts.x + 2.0 * gusts.y) * sin(gusts.z + 2.0 * gusts.w);
     v_small.z *= 0.5 + 0.5 * gust;
     float bare = gust * (0.002 + 0.25 * u_mean_square[8]) + 0.01 * u_weather.x;
     float variance = 0.5 * (max(total - kept, 0.0) + bare);

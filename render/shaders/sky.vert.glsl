@@ -4,8 +4,9 @@
 uniform vec3 u_sun;         // to the sun: east, north, up
 uniform vec3 u_glow_color;  // of the haze round the sun
 out vec3 v_sky;
-out vec3 v_cloud_place;
-out vec4 v_cloud_light;
+out vec4 v_place;  // as of a Sight
+out vec4 v_core;
+out vec3 v_edge;
 
 void main() {
     vec3 at = gl_Vertex.xyz;  // x to the sun's side
@@ -15,7 +16,9 @@ void main() {
     float base = inversesqrt(1.49 - 1.4 * dot(direction, u_sun));
     float glow = max(0.040584 * base * base * base - 0.036670, 0.0);
     v_sky = texel.rgb + u_glow_color * (texel.a * glow);
-    v_cloud_place = cloudPlace(direction);
-    v_cloud_light = cloudLight(direction);
+    Sight sight = cloudSight(direction);
+    v_place = sight.place;
+    v_core = sight.core;
+    v_edge = sight.edge;
     gl_Position = gl_ProjectionMatrix * vec4(direction * u_eye_to_local, 0.0);
 }

@@ -10,11 +10,10 @@ void main() {
     vec3 direction = u_stars_to_local * gl_Vertex.xyz;
     float up = max(direction.z, 0.0);
     vec3 light = gl_Color.rgb * exp(-u_star_depth / (up + 0.025));
-    vec4 cloud_light = cloudLight(direction);
-    Cloud cloud = cloudThere(cloudPlace(direction), cloud_light.w);
+    float clear = 1.0 - cloudCover(cloudPattern(cloudSight(direction).place));
     vec3 sky = skyRadiance(direction);
     float size = 1.6;
-    v_display = (display(sky + light * (u_star_gain * (1.0 - cloud.cover))) - display(sky)) * step(0.0, direction.z);
+    v_display = (display(sky + light * (u_star_gain * clear)) - display(sky)) * step(0.0, direction.z);
     // What a point cannot show by being brighter it shows by being larger.
     float bright = max(v_display.r, max(v_display.g, v_display.b));
     gl_PointSize = size + 1.6 * bright * bright;

@@ -4,7 +4,7 @@ uniform vec2 u_weather;  // wetness and snow on upward surfaces, 0 to 1
 const int MAX_LAMPS = 4;
 uniform int u_num_lamps;
 uniform vec4 u_lamp_places[MAX_LAMPS];  // in the eye's frame; w: 1 / range
-uniform vec4 u_lamp_colors[MAX_LAMPS];  // kcd; w: cosine of a spot's half angle, -1 for none
+uniform vec4 u_lamp_colors[MAX_LAMPS];  // kcd; w: cosine of a spot's half angle, -2 for none
 uniform vec3 u_lamp_axes[MAX_LAMPS];    // where a spot points
 
 struct Surface {
@@ -36,7 +36,8 @@ vec3 lampLight(vec3 normal, vec3 position) {
         float distance2 = max(dot(to_lamp, to_lamp), 0.25);
         vec3 direction = to_lamp * inversesqrt(distance2);
         float reach = max(1.0 - distance2 * u_lamp_places[i].w * u_lamp_places[i].w, 0.0);
-        float cone = smoothstep(u_lamp_colors[i].w - 0.05, u_lamp_colors[i].w + 0.05, -dot(direction, u_lamp_axes[i]));
+        float edge = u_lamp_colors[i].w;
+        float cone = smoothstep(edge - 0.6 * (1.0 - edge), edge, -dot(direction, u_lamp_axes[i]));
         light += u_lamp_colors[i].rgb * (max(dot(normal, direction), 0.0) * reach * reach * cone / distance2);
     }
 #endif

@@ -1,18 +1,25 @@
-// Imagery, and near the eye what it does not show: blades, stones, ripples.
+// Imagery, and NEAR the eye what it does not show: clumps and stones; right before it (FINE) blades and grains.
 #include "terrain_light.glsl"
 uniform sampler2D u_imagery;
 uniform sampler2D u_detail;
+in vec3 v_ground;
+in vec3 v_sun;
+in vec3 v_sky;
+in vec3 v_haze;
+#if defined(NEAR) || defined(GROUND_WEATHER)
 in vec3 v_position;
 in vec3 v_normal;
-in vec3 v_ground;
+#endif
+#ifdef NEAR
 in vec2 v_place;
-in vec4 v_air;
+in float v_passed;
 
-const mat2 TURNED = mat2(0.6, 0.8, -0.8, 0.6) * (1.0 / 118.0);
+const mat2 TURNED = mat2(0.6, 0.8, -0.8, 0.6) * (1.0 / 83.0);
+#endif
 
 vec3 baseColor() {
 #ifdef IMAGERY
-    return texture(u_imagery, v_ground.xy).rgb;
+    return reflectanceOf(texture(u_imagery, v_ground.xy).rgb);
 #else
     const vec3 SAND = vec3(0.56, 0.48, 0.34), GRASS = vec3(0.075, 0.115, 0.035), FOREST = vec3(0.03, 0.055, 0.02);
     return mix(SAND, mix(GRASS, FOREST, smoothstep(30.0, 200.0, v_ground.z)), smoothstep(1.5, 4.0, v_ground.z));
@@ -21,23 +28,40 @@ vec3 baseColor() {
 
 void main() {
     vec3 base = baseColor();
-    vec3 normal = v_normal;
-    float green = clamp((base.g - max(base.r, base.b)) / max(base.g, 0.01) * 5.0, 0.0, 1.0);
-#ifdef GROUND_WEATHER
-    base = mix(base, base * vec3(2.1, 1.0, 0.45), u_ground.z * green);
+    float patches = 0.5;
+#if defined(NEAR) || defined(GROUND_WEATHER)
+    float green = clamp((base.g - max(base.r, base.b)) / base.g * 5.0, 0.0, 1.0);
 #endif
 #ifdef NEAR
-    vec4 fine = vec4(0.5);
-    vec4 wide = vec4(0.5);
-    float steep = smoothstep(0.80, 0.62, dot(normal, u_up));
-    float lightness = mix(fine.a, fine.b, green) * mix(wide.a, wide.b, green) * 4.0;
-    base = mix(base, vec3(0.16, 0.135, 0.11), steep * 0.7) * mix(1.0, lightness, 0.8);
-
-    // Wet sand where the waves run up.
-    base *= 1.0 - 0.45 * smoothstep(1.1, 0.3, v_ground.z + wide.b * 0.6) * (1.0 - green);
-    vec3 radiance = groundRadiance(base, normal, v_position, wide.b);
-#else
-    vec3 radiance = groundRadiance(base, normal, v_position, 0.5);
+    // Details fade out before the tiles that have none begin.
+    float distance = length(v_position);
+    vec4 wide = texture(u_detail, TURNED * v_place);
+    float lightness = 1.0 + (mix(wide.a, wide.b, green) - 0.5) * clamp(3.0 - distance * (3.0 / 900.0), 0.0, 1.6);
+#ifdef FINE
+    vec4 fine = texture(u_detail, v_place * (1.0 / 9.0));
+    lightness *= 1.0 + (mix(fine.a, fine.b, green) - 0.5) * clamp(3.0 - distance * (3.0 / 120.0), 0.0, 1.6);
 #endif
-    gl_FragColor = vec4(display(radiance * v_air.a + v_air.rgb), 1.0);
+    // Wet sand where the waves run up.
+    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + wide.b * 0.6) * (1.0 - green));
+    patches = wide.b;
+    float lit = lightThere(v_position);
+#else
+    float lit = 1.0;
+#endif
+#ifdef GROUND_WEATHER
+    base = mix(base, base * vec3(2.3, 1.0, 0.4), u_ground.z * green);
+    float snow = snowThere(u_ground.y, patches, dot(v_normal, u_up));
+#ifdef NEAR
+    vec3 radiance = weatheredRadiance(base, snow, normalize(v_normal), v_position, patches, lit) * v_passed;
+#else
+    base = mix(base * (1.0 - 0.5 * u_ground.x), vec3(0.86, 0.88, 0.92), snow);
+    vec3 radiance = base * (v_sun + v_sky);
+#endif
+#else
+    vec3 radiance = base * (v_sun * lit + v_sky);
+#if defined(NEAR) && defined(LAMPS)
+    radiance += base * lampLight(normalize(v_normal), v_position) * (INV_PI * v_passed);
+#endif
+#endif
+    gl_FragColor = vec4(display(radiance + v_haze), 1.0);
 }

@@ -1,20 +1,36 @@
-// The ground. The air between it and the eye is taken a vertex.
+// The ground. Light and air vary little over a tile's cells: they are taken a vertex.
 #include "common.glsl"
+#pragma import_defines(GROUND_WEATHER)
 layout(location = 6) in vec3 a_ground;  // place in the imagery, height above the ellipsoid
-uniform vec2 u_extent;                  // of the imagery, metres
-out vec3 v_position;                    // in the eye's frame
-out vec3 v_normal;
 out vec3 v_ground;
-out vec2 v_place;  // metres east and north
-out vec4 v_air;    // radiance added on the way, share of what passes
+out vec3 v_sun;   // radiance of white ground by the sun and by the sky, as it reaches the eye
+out vec3 v_sky;
+out vec3 v_haze;  // what the air adds
+#if defined(NEAR) || defined(GROUND_WEATHER)
+out vec3 v_position;  // in the eye's frame
+out vec3 v_normal;
+#endif
+#ifdef NEAR
+uniform vec2 u_extent;  // of the imagery, metres
+out vec2 v_place;       // metres east and north
+out float v_passed;     // share of the radiance that reaches the eye
+#endif
 
 void main() {
     vec4 position = gl_ModelViewMatrix * gl_Vertex;
-    v_position = position.xyz;
-    v_normal = normalize(gl_NormalMatrix * gl_Normal);
-    v_ground = a_ground;
-    v_place = a_ground.xy * u_extent;
+    vec3 normal = normalize(gl_NormalMatrix * gl_Normal);
     float passed = airTransmittance(position.xyz);
-    v_air = vec4(throughAir(vec3(0.0), position.xyz), passed);
+    v_ground = a_ground;
+    v_sun = u_light_color * (max(dot(normal, u_light_direction), 0.0) * INV_PI * passed);
+    v_sky = ambientLight(normal) * (INV_PI * passed);
+    v_haze = hazeRadiance(position.xyz) * (1.0 - passed);
+#if defined(NEAR) || defined(GROUND_WEATHER)
+    v_position = position.xyz;
+    v_normal = normal;
+#endif
+#ifdef NEAR
+    v_place = a_ground.xy * u_extent;
+    v_passed = passed;
+#endif
     gl_Position = gl_ProjectionMatrix * position;
 }

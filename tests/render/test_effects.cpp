@@ -1,5 +1,4 @@
 // Particles, lamps, texts, rain and snow: what is chosen and counted, and what the picture shows of them.
-#include <functional>
 #include <map>
 #include <set>
 
@@ -295,6 +294,27 @@ TEST_F(EffectsPicture, ItRainsHailsAndSnowsOnlyWhileSwitchedOn) {
         node->setEnabled(false);
         EXPECT_TRUE(differences(dry, drawNow()).empty());
         scene.world().removeNode(node);
+    }
+}
+
+TEST_F(EffectsPicture, TheStatusLineStandsInTheUpperLeftCorner) {
+    for (const int height : {180, 720}) {
+        SCOPED_TRACE(height);
+        PictureSettings settings;
+        settings.width = 2 * height;
+        settings.height = height;
+        ASSERT_NO_FATAL_FAILURE(open(12.0f, settings));
+        const Snapshot plain = drawNow();
+        scene.picture->setStatusLine("帧率 60");
+        const std::vector<Pixel> pixels = differences(plain, drawNow());
+        EXPECT_GT(pixels.size(), 100u);
+        for (const Pixel& p : pixels) {
+            EXPECT_LT(p.x, height / 2);
+            EXPECT_LT(p.y, height / 8);
+        }
+        scene.picture->setStatusLine("");
+        EXPECT_TRUE(differences(plain, drawNow()).empty());
+        scene.picture.reset();
     }
 }
 

@@ -13,13 +13,14 @@ Lamp readLamp(const NodeLight& light) {
     Lamp lamp;
     lamp.position = place.t;
     lamp.axis = normalize(narrow(normalize(place.y)));
-    lamp.range = std::max(settings.range, 0.1f);
-    lamp.size = std::max(settings.size, 0.0f);
+    lamp.range = std::fmax(settings.range, 0.1f);
+    lamp.size = std::fmax(settings.size, 0.0f);
     const float strongest = std::max({settings.color.x, settings.color.y, settings.color.z, 0.0f});
     const float intensity = light.getIntensity() * strongest;
     if (light.isActive() && std::isfinite(intensity) && intensity > 0.0f) {
         lamp.intensity = intensity;
-        lamp.color = settings.color / strongest;
+        const auto share = [strongest](float part) { return std::fmax(part / strongest, 0.0f); };
+        lamp.color = {share(settings.color.x), share(settings.color.y), share(settings.color.z)};
     }
     if (settings.kind == LightSettings::SPOT) {
         const double half = std::clamp(static_cast<double>(settings.angle), 1.0, 360.0) * 0.5;

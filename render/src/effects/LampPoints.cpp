@@ -41,6 +41,7 @@ LampPoints::Batch::Batch(const dvec3& cell_origin)
     geometry->setNormalArray(axes);
     geometry->setTexCoordArray(0, colors);
     geometry->addPrimitiveSet(points);
+    geometry->expectChanges();
     place->setMatrix(osg::Matrixd::translate(toOsg(origin)));
     place->addChild(geometry);
 }
@@ -80,7 +81,9 @@ LampPoints::LampPoints(osg::Group& parent, ShaderLibrary& shaders) : m_group(new
 }
 
 LampPoints::CellKey LampPoints::cellOf(const dvec3& position) {
-    const auto index = [](double v) { return static_cast<std::int64_t>(std::floor(v / CELL)); };
+    const auto index = [](double v) {
+        return static_cast<std::int64_t>(std::floor(std::clamp(v / CELL, -1e15, 1e15)));
+    };
     return {index(position.x), index(position.y), index(position.z)};
 }
 

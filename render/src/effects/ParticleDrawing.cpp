@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 #include "engine/scene/ObjectParticles.h"
 #include "frame/Convert.h"
@@ -156,6 +157,7 @@ void ParticleDrawing::makeNode(System& system) {
     system.geometry->setVertexArray(system.places);
     system.geometry->setTexCoordArray(0, system.ages);
     system.geometry->addPrimitiveSet(system.quads);
+    system.geometry->expectChanges();
     osg::StateSet& state = *system.geometry->getOrCreateStateSet();
     state.addUniform(new osg::Uniform("u_start_color", toOsg(settings.color)));
     state.addUniform(new osg::Uniform("u_end_color", toOsg(settings.end_color)));

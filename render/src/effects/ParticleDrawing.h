@@ -4,7 +4,6 @@
 #include <osg/MatrixTransform>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <tuple>
 #include <unordered_map>

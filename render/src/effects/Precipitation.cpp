@@ -84,6 +84,7 @@ void FallMotion::update(double dt, const dmat4& local, const dvec3& velocity) {
     m_has_place = true;
     const dvec3 way(dot(local.x, moved), dot(local.y, moved), dot(local.z, moved));
     const dvec3 next = m_offset + velocity * dt - way;
+    if (!isFinite(next)) return;
     m_offset = dvec3(wrap(next.x, m_box), wrap(next.y, m_box), wrap(next.z, m_box));
     if (dt > 0.0) {
         const bool is_flight = length(way) < FASTEST_EYE * dt;

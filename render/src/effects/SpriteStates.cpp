@@ -27,6 +27,9 @@ SpriteGeometry::SpriteGeometry() {
     setDataVariance(DYNAMIC);
     setUseDisplayList(false);
     setUseVertexBufferObjects(true);
+}
+
+void SpriteGeometry::expectChanges() {
     getOrCreateVertexBufferObject()->setUsage(GL_DYNAMIC_DRAW);
 }
 

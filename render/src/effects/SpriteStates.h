@@ -13,6 +13,8 @@ void setPremultiplied(osg::StateSet& state, int bin);
 class SpriteGeometry final : public osg::Geometry {
 public:
     SpriteGeometry();
+    /// Tells the driver; REQUIRES that the arrays are set, for the buffer is theirs.
+    void expectChanges();
     /// In the geometry's own frame, metres.
     void setBox(const osg::BoundingBox& box);
     osg::BoundingBox computeBoundingBox() const override { return m_box; }

@@ -48,7 +48,8 @@ enum DrawOrder {
     DRAW_SKY = 20,
     DRAW_BLENDED = 30,  ///< sorted from back to front
     DRAW_PRECIPITATION = 40,
-    DRAW_LAMPS = 45
+    DRAW_LAMPS = 45,
+    DRAW_PANELS = 90
 };
 
 /// Texture units that belong to the frame; what a part draws with uses 0 to 7.

@@ -85,10 +85,10 @@ osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const Image
     return texture;
 }
 
-osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path) {
+osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path, bool is_color) {
     const jString file = Engine::get()->resolvePath(path);
     std::ifstream in(file, std::ios::binary);
     std::ostringstream bytes;
     bytes << in.rdbuf();
-    return makeTexture(bytes.str(), path, true);
+    return makeTexture(bytes.str(), path, is_color);
 }

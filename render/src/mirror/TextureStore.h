@@ -28,5 +28,5 @@ private:
 /// Of textures made from now on: samples along a slant. 1 takes one and costs least where the processor draws.
 void setTextureAnisotropy(float most);
 
-/// The texture of an image file of the runtime root, sRGB; the same stand-in and line.
-osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path);
+/// The texture of an image file of the runtime root; the same stand-in and line.
+osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path, bool is_color = true);

@@ -18,7 +18,7 @@ constexpr double SHALLOW = 3.0;  // metres of water from which on waves reach th
 constexpr double SHORE = 30.0;   // and from which on the ground is not seen
 constexpr double BURIED = 5.0;   // ground that far above the water hides it for good
 
-using Values = float __attribute__((vector_size(16)));
+using Values = SeaValues;
 
 using Samples = std::vector<std::array<float, 4>>;
 
@@ -49,15 +49,31 @@ double gapTo(double at, double size) {
 
 }  // namespace
 
+void SeaVertex::slide(const SeaVertex& to, float part) {
+    const auto mix = [part](float from, float end) { return part < 1.0f ? from + part * (end - from) : end; };
+    east = mix(east, to.east);
+    north = mix(north, to.north);
+    up = mix(up, to.up);
+    rest_east = mix(rest_east, to.rest_east);
+    rest_north = mix(rest_north, to.rest_north);
+    crest = mix(crest, to.crest);
+    slope_east = mix(slope_east, to.slope_east);
+    slope_north = mix(slope_north, to.slope_north);
+    foam = mix(foam, to.foam);
+    heave = mix(heave, to.heave);
+    ground_column = mix(ground_column, to.ground_column);
+    ground_row = mix(ground_row, to.ground_row);
+}
+
 SeaMesh::SeaMesh() : m_vertices(std::size_t(MAX_PATCHES) * VERTICES) {
     // A level's vertices must not move yet where the finer level's have ended their move: that is within a patch's side
-    // of the finer level's range. To 100 m waves are still seen one by one; the large ones are, to 500 m.
+    // of the finer level's range. Up to 90 m waves are still seen one by one.
     constexpr double START = 0.82;  // of the range
-    constexpr double LEAST[] = {34.0, 80.0, 225.0, 0.0, 600.0, 1100.0};
+    constexpr double LEAST[] = {24.0, 60.0, 190.0};
     for (int level = 0; level <= MAX_LEVEL; ++level) {
         const double finer = level > 0 ? m_ranges[level - 1] : 0.0;
         m_ranges[level] = (finer + std::ldexp(CELLS, level)) / START;
-        if (level < 6) m_ranges[level] = std::max(m_ranges[level], LEAST[level]);
+        if (level < 3) m_ranges[level] = std::max(m_ranges[level], LEAST[level]);
     }
     for (int level = 0; level <= MAX_LEVEL; ++level) m_morphs[level] = START * m_ranges[level];
 }
@@ -74,8 +90,9 @@ void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaS
         band.shore.clear();
     }
     m_spacing = field.getCascade(1).length / SIZE;
+    // Looking down, cells may be as large as they are seen; high up they must not be small, there are too many.
     const double fine = m_ranges[2] * m_spacing, height = std::abs(view.height);
-    m_floor = height < fine ? height : fine + 0.5 * (height - fine);
+    m_lift = 0.6 * std::min(height, fine) + 0.4 * std::max(height - fine, 0.0);
 
     const double radius = std::min(view.east_radius, view.north_radius);
     m_reach = std::min(std::sqrt(2.0 * radius * height) * 1.05 + 2000.0, 0.5 * radius);
@@ -94,12 +111,12 @@ void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaS
 }
 
 double SeaMesh::getDistance(double east, double north) const {
-    return std::max({std::abs(east), std::abs(north), m_floor});
+    return std::max(std::abs(east), std::abs(north)) + m_lift;
 }
 
 void SeaMesh::select(const Patch& patch) {
     if (!isVisible(patch)) return;
-    const double gap = std::max({gapTo(patch.east, patch.size), gapTo(patch.north, patch.size), m_floor});
+    const double gap = std::max(gapTo(patch.east, patch.size), gapTo(patch.north, patch.size)) + m_lift;
     if (patch.level == 0 || gap >= m_ranges[patch.level - 1] * m_spacing) {
         emit(patch, gap);
         return;
@@ -158,52 +175,61 @@ void SeaMesh::emit(const Patch& patch, double gap) {
 }
 
 void SeaMesh::fill(const Patch& patch, SeaVertex* out, bool shore) const {
-    const SeaMeshView& v = *m_view;
-    const WaveCascade &large = m_field->getCascade(0), &small = m_field->getCascade(1);
-    const double cell = patch.size / CELLS, samples = SIZE / large.length;
-    const double column = std::fmod((patch.east + v.east) * samples, SIZE);
-    const double row = std::fmod((patch.north + v.north) * samples, SIZE);
     for (int y = 0; y < SIDE; ++y) {
-        const double north = patch.north + y * cell;
-        for (int x = 0; x < SIDE; ++x, ++out) {
-            const double east = patch.east + x * cell, distance = getDistance(east, north);
-            // A cascade goes where the cells are too coarse for it.
-            const float with_large = fade(distance, m_ranges[5] * m_spacing, m_ranges[7] * m_spacing);
-            const float with_small = fade(distance, m_ranges[2] * m_spacing, m_ranges[3] * m_spacing);
-            Values moved{}, slopes{};
-            if (with_large > 0.0f) {
-                const double at_column = column + x * cell * samples, at_row = row + y * cell * samples;
-                moved = with_large * interpolate(large.samples, at_column, at_row);
-                slopes = interpolate(m_slopes->getLarge(), at_column, at_row);
-            }
-            if (with_small > 0.0f) {
-                const auto at_column = (patch.column + x) << patch.level, at_row = (patch.row + y) << patch.level;
-                moved += with_small * load(small.samples, at_column, at_row);
-            }
-            out->slope_east = slopes[0];
-            out->slope_north = slopes[1];
-            out->foam = slopes[2];
-            out->heave = slopes[3];
-            out->ground_column = static_cast<float>(v.ground_column + east * v.columns_per_metre);
-            out->ground_row = static_cast<float>(v.ground_row + north * v.rows_per_metre);
-            if (shore) {
-                const float depth = -m_ground->getAltitude(out->ground_column, out->ground_row);
-                moved *= static_cast<float>(std::clamp(depth / SHALLOW, 0.0, 1.0));
-            }
-            const double local_east = east * v.east_scale, local_north = north * v.north_scale;
-            const double bend = local_east * local_east / v.east_radius + local_north * local_north / v.north_radius;
-            const double drop = bend / (1.0 + std::sqrt(std::max(1.0 - bend / v.north_radius, 0.0)));
-            out->crest = moved[2] * v.rise;
-            out->east = static_cast<float>(local_east) + moved[0] * static_cast<float>(v.east_scale);
-            out->north = static_cast<float>(local_north) + moved[1] * static_cast<float>(v.north_scale);
-            out->up = static_cast<float>(-v.height - drop) + out->crest;
-            out->rest_east = static_cast<float>(east);
-            out->rest_north = static_cast<float>(north);
+        for (int x = 0; x < SIDE; ++x) {
+            *out++ = makeVertex((patch.column + x) << patch.level, (patch.row + y) << patch.level, shore);
         }
     }
 }
 
-/// Moves the vertices that the next level does not have onto its edges.
+/// The vertex of a place on the lattice: the same to the last bit whichever patch asks, so that no gap opens.
+SeaVertex SeaMesh::makeVertex(std::int64_t column, std::int64_t row, bool shore) const {
+    const SeaMeshView& v = *m_view;
+    const double field_east = static_cast<double>(column) * m_spacing, east = field_east - v.east;
+    const double field_north = static_cast<double>(row) * m_spacing, north = field_north - v.north;
+    SeaVertex out{};
+    out.rest_east = static_cast<float>(east);
+    out.rest_north = static_cast<float>(north);
+    out.ground_column = static_cast<float>(v.ground_column + east * v.columns_per_metre);
+    out.ground_row = static_cast<float>(v.ground_row + north * v.rows_per_metre);
+    Values moved = displace(out, column, row, field_east, field_north);
+    if (shore) {
+        const float depth = -m_ground->getAltitude(out.ground_column, out.ground_row);
+        moved *= static_cast<float>(std::clamp(depth / SHALLOW, 0.0, 1.0));
+    }
+    const double local_east = east * v.east_scale, local_north = north * v.north_scale;
+    const double bend = local_east * local_east / v.east_radius + local_north * local_north / v.north_radius;
+    const double drop = bend / (1.0 + std::sqrt(std::max(1.0 - bend / v.north_radius, 0.0)));
+    out.crest = moved[2] * v.rise;
+    out.east = static_cast<float>(local_east) + moved[0] * static_cast<float>(v.east_scale);
+    out.north = static_cast<float>(local_north) + moved[1] * static_cast<float>(v.north_scale);
+    out.up = static_cast<float>(-v.height - drop) + out.crest;
+    return out;
+}
+
+/// How far the water there is from its place at rest; the large cascade's slopes go into the vertex. A cascade goes
+/// where the cells are too coarse for it.
+Values SeaMesh::displace(SeaVertex& out, std::int64_t column, std::int64_t row, double east, double north) const {
+    const WaveCascade &large = m_field->getCascade(0), &small = m_field->getCascade(1);
+    const double distance = getDistance(out.rest_east, out.rest_north);
+    const float with_large = fade(distance, m_ranges[5] * m_spacing, m_ranges[7] * m_spacing);
+    const float with_small = fade(distance, m_ranges[2] * m_spacing, m_ranges[3] * m_spacing);
+    Values moved{};
+    if (with_large > 0.0f) {
+        const double samples = SIZE / large.length;
+        moved = with_large * interpolate(large.samples, east * samples, north * samples);
+        const Values slopes = interpolate(m_slopes->getLarge(), east * samples, north * samples);
+        out.slope_east = slopes[0];
+        out.slope_north = slopes[1];
+        out.foam = slopes[2];
+        out.heave = slopes[3];
+    }
+    if (with_small > 0.0f) moved += with_small * load(small.samples, column, row);
+    return moved;
+}
+
+/// Moves the vertices that the next level does not have onto those that it has: its triangles are left, with the very
+/// same corners.
 void SeaMesh::morph(const Patch& patch, SeaVertex* out) const {
     const double from = m_morphs[patch.level] * m_spacing, to = m_ranges[patch.level] * m_spacing;
     for (int y = 0; y < SIDE; ++y) {
@@ -211,18 +237,7 @@ void SeaMesh::morph(const Patch& patch, SeaVertex* out) const {
             const int aside = x & 1, along = y & 1;
             SeaVertex& vertex = out[y * SIDE + x];
             const float part = 1.0f - fade(getDistance(vertex.rest_east, vertex.rest_north), from, to);
-            if (!(aside | along) || part == 0.0f) continue;
-            const SeaVertex& before = out[(y - along) * SIDE + x - aside];
-            const SeaVertex& after = out[(y + along) * SIDE + x + aside];
-            const auto slide = [&](float& value, float a, float b) { value += part * (0.5f * (a + b) - value); };
-            slide(vertex.east, before.east, after.east);
-            slide(vertex.north, before.north, after.north);
-            slide(vertex.up, before.up, after.up);
-            slide(vertex.crest, before.crest, after.crest);
-            slide(vertex.slope_east, before.slope_east, after.slope_east);
-            slide(vertex.slope_north, before.slope_north, after.slope_north);
-            slide(vertex.foam, before.foam, after.foam);
-            slide(vertex.heave, before.heave, after.heave);
+            if ((aside | along) && part > 0.0f) vertex.slide(out[(y - along) * SIDE + x - aside], part);
         }
     }
 }

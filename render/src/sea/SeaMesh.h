@@ -9,6 +9,9 @@ class SeaGround;
 class SeaSlopes;
 class WaveField;
 
+/// Four numbers as a processor takes them at once.
+using SeaValues = float __attribute__((vector_size(16)));
+
 /// What the mesh is made for. Local places are metres east, north and up from the eye.
 struct SeaMeshView {
     struct Plane {
@@ -35,11 +38,14 @@ struct SeaVertex {
     float foam;                       ///< of the large cascade
     float heave;                      ///< height of the large cascade as in its texture
     float ground_column, ground_row;  ///< texture coordinates in the ground's picture
+
+    /// Moves everything a part (0..1) of the way to another vertex.
+    void slide(const SeaVertex& to, float part);
 };
 
 /// A quadtree of patches of 4 by 4 cells round the eye. Every vertex lies on a fixed lattice of the field, whose finest
 /// level are the samples of its small cascade, so that nothing swims when the eye moves; towards the end of a level's
-/// range its vertices slide onto the next one's triangles, so that nothing cracks or pops.
+/// range its vertices slide onto the next one's, so that nothing cracks or pops.
 class SeaMesh {
 public:
     static constexpr int CELLS = 4;                             ///< of a patch along a side
@@ -52,7 +58,7 @@ public:
     /// from the vertices; the last ones show swell instead of the small cascade.
     static constexpr int NUM_BANDS = 7, FINE_BANDS = 1, NEAR_BANDS = 3, MIDDLE_BANDS = 5;
     /// Ranges of the bands but the last, metres of the field.
-    static constexpr std::array<double, NUM_BANDS - 1> BAND_RANGES{64.0, 180.0, 512.0, 1200.0, 2500.0, 8000.0};
+    static constexpr std::array<double, NUM_BANDS - 1> BAND_RANGES{64.0, 150.0, 320.0, 1000.0, 2500.0, 8000.0};
 
     struct PatchList {
         std::vector<int> open, shore;  ///< shore: where the ground is close under the water
@@ -81,13 +87,15 @@ private:
     void emit(const Patch& patch, double gap);
     bool isShore(const Patch& patch, bool& buried) const;
     void fill(const Patch& patch, SeaVertex* out, bool shore) const;
+    SeaVertex makeVertex(std::int64_t column, std::int64_t row, bool shore) const;
+    SeaValues displace(SeaVertex& out, std::int64_t column, std::int64_t row, double east, double north) const;
     void morph(const Patch& patch, SeaVertex* out) const;
     double getDistance(double east, double north) const;
 
     std::array<double, MAX_LEVEL + 1> m_ranges{};  ///< lattice steps at which the next level takes over
     std::array<double, MAX_LEVEL + 1> m_morphs{};  ///< and at which its vertices begin to move there
     double m_spacing = 1.0;                        ///< of the lattice, metres
-    double m_floor = 0.0;                          ///< distance that the eye's height counts as
+    double m_lift = 0.0;                           ///< distance that the eye's height counts as
     double m_reach = 0.0;                          ///< nothing is seen further away, local metres
     const SeaMeshView* m_view = nullptr;           // these: during `update`
     const WaveField* m_field = nullptr;

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr double FOAM_TILE = 13.0, FOAM_STRETCH = 2.0;  // metres across the wind; times as many along it
-constexpr double FOAM_TURNS = 16.0;                     // wind directions that the foam tells apart
+constexpr double FOAM_TILE = 4.0, FOAM_STRETCH = 1.5;  // metres across the wind; times as many along it
+constexpr double FOAM_TURNS = 16.0;                    // wind directions that the foam tells apart
 constexpr double SAMPLES = WaveCascade::SIZE;
 constexpr double STRETCH = 0.6;   // textures are read somewhat finer than a pixel is long where the view is flat
 constexpr double LAP_TIME = 7.0;  // seconds between the waves that lap at a shore

@@ -23,9 +23,9 @@ int sizeOf(Quality quality) {
 osg::ref_ptr<osg::Texture2D> makeMap(int size) {
     osg::ref_ptr<osg::Texture2D> map = new osg::Texture2D;
     map->setTextureSize(size, size);
-    map->setInternalFormat(GL_DEPTH_COMPONENT24);
+    map->setInternalFormat(GL_DEPTH_COMPONENT16);
     map->setSourceFormat(GL_DEPTH_COMPONENT);
-    map->setSourceType(GL_UNSIGNED_INT);
+    map->setSourceType(GL_UNSIGNED_SHORT);
     map->setShadowComparison(true);
     map->setShadowCompareFunc(osg::Texture::LEQUAL);
     map->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
@@ -65,6 +65,9 @@ ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, const Mes
     m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
     m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT);
     m_camera->attach(osg::Camera::DEPTH_BUFFER, map);
+    m_camera->setImplicitBufferAttachmentMask(0, 0);  // no colours
+    m_camera->setDrawBuffer(GL_NONE);
+    m_camera->setReadBuffer(GL_NONE);
     m_camera->setViewport(0, 0, size, size);
     m_camera->setClearMask(GL_DEPTH_BUFFER_BIT);
     m_camera->setClearDepth(1.0);

@@ -39,17 +39,14 @@ float rowPlace(float v) {
     return std::copysign(square(2.0f * v - 1.0f), v - 0.5f);
 }
 
-/// The elevation, as its sine, at which a row's line of sight is followed. Everything seen far off through the air
-/// takes the colour of the sky a little above the horizon (see throughAir() in common.glsl), so from low down the sky
-/// is the same from there to the horizon.
+}  // namespace
+
 float sightSine(int row, float eye) {
-    constexpr float BAND = 0.02f;
+    constexpr float BAND = 0.029f;
     const float sine = SkyGrid::sineOf(row);
     if (sine > BAND || sine < horizonSine(eye)) return sine;
     return std::lerp(BAND, sine, smoothStep(500.0f, 3000.0f, eye));
 }
-
-}  // namespace
 
 float cosineBetween(float sine_a, float sine_b, float cosine_round) {
     const float level = std::sqrt(std::fmax((1.0f - sine_a * sine_a) * (1.0f - sine_b * sine_b), 0.0f));

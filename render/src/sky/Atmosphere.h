@@ -29,6 +29,11 @@ struct ClearSky {
     vec3 ground;                  ///< illuminance of the ground, straight and scattered, klx
 };
 
+/// The elevation, as its sine, at which a row's line of sight is followed from that height. Everything seen far off
+/// through the air takes the colour of the sky a little above the horizon (see common.glsl), so from low down the sky
+/// is the same from there to the horizon.
+float sightSine(int row, float eye_height);
+
 /// Cosine of the angle between directions of two elevations, given their sines and the cosine of the angle between the
 /// directions round the vertical.
 float cosineBetween(float sine_a, float sine_b, float cosine_round);

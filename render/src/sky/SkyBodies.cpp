@@ -87,7 +87,7 @@ osg::ref_ptr<osg::Geode> SkyBodies::makeStarField(ShaderLibrary& shaders) {
     osg::StateSet& state = *geode->getOrCreateStateSet();
     state.setAttributeAndModes(shaders.getProgram("sky_stars"));
     state.setMode(GL_VERTEX_PROGRAM_POINT_SIZE, osg::StateAttribute::ON);
-    state.setTextureMode(0, GL_POINT_SPRITE_ARB, osg::StateAttribute::ON);
+    state.setMode(GL_POINT_SPRITE_ARB, osg::StateAttribute::ON);
     return geode;
 }
 

@@ -60,6 +60,7 @@ SkyLight SkyLayer::update(const FrameView& view, const Environment& environment)
         m_dome.setPicture(m_picture);
         m_computed = now;
     }
+    aimLight(now.heavens, m_picture.body, m_light);
     adapt(view.dt);
     m_is_first = false;
     m_dome.update(view, m_light, environment, now.heavens, m_picture);

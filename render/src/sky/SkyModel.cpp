@@ -17,8 +17,8 @@ const vec3 SUNLIGHT = vec3(0.930f, 1.000f, 1.075f) * 129.0f;
 const vec3 MOON_TINT(0.62f, 1.02f, 1.92f);
 /// Airglow and stars that no eye tells apart, at the zenith, kcd/m^2.
 const vec3 NIGHT_GLOW = vec3(0.55f, 0.95f, 2.1f) * 2.4e-7f;
-/// What the water itself gives back of the light on it, seen from above.
-const vec3 WATER_ALBEDO(0.006f, 0.022f, 0.035f);
+/// What water, foam and the sun's glitter give back of the light on them, besides the sky's mirror image.
+const vec3 WATER_ALBEDO(0.032f, 0.048f, 0.058f);
 const vec3 OVERCAST_TINT(0.965f, 1.0f, 1.06f);
 
 constexpr float GALAXY_BRIGHTNESS = 2.6f;  // over the airglow
@@ -35,6 +35,14 @@ vec3 asSeen(const LightSource& source) {
 }
 
 }  // namespace
+
+void aimLight(const Heavens& heavens, LightBody body, SkyLight& light) {
+    light.sun_direction = narrow(heavens.sun);
+    light.moon_direction = narrow(heavens.moon);
+    light.light_direction = body == LightBody::SUN    ? light.sun_direction
+                            : body == LightBody::MOON ? light.moon_direction
+                                                      : vec3(0.0f, 0.0f, 1.0f);
+}
 
 float moonIlluminance(double phase) {
     // Allen's Astrophysical Quantities: magnitude -12.73 + 0.026 a + 4e-9 a^4, the sun's being -26.74.
@@ -133,7 +141,7 @@ void SkyModel::addSea(float eye_height) {
     }
 }
 
-void SkyModel::fillTable(SkyPicture& picture) const {
+void SkyModel::fillTable(float eye_height, SkyPicture& picture) const {
     const float high = smoothStep(0.5f, 0.8f, m_sun.sine);
     picture.table.resize(m_sky.radiance.size());
     float brightest = 1e-12f;
@@ -146,20 +154,17 @@ void SkyModel::fillTable(SkyPicture& picture) const {
     for (int row = 0; row < SkyGrid::ROWS; ++row) {
         for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
             const std::size_t i = SkyGrid::indexOf(column, row);
-            const float cosine = cosineBetween(SkyGrid::sineOf(row), m_sun.sine, SkyGrid::cosineOf(column));
+            const float cosine = cosineBetween(sightSine(row, eye_height), m_sun.sine, SkyGrid::cosineOf(column));
             const vec3 radiance = m_sky.radiance[i] + m_sky.glow[i] * (glowShape(cosine) * (1.0f - high));
             picture.table[i] = {radiance.x, radiance.y, radiance.z, luminance(m_sky.glow[i]) * high};
         }
     }
 }
 
-void SkyModel::fillLight(const SkyConditions& conditions, const Cover& cover, SkyLight& light) const {
-    light.sun_direction = narrow(conditions.heavens.sun);
-    light.moon_direction = narrow(conditions.heavens.moon);
-    const bool by_sun = luminance(m_sun_beam) >= luminance(m_moon_beam);
-    light.light_direction = by_sun ? light.sun_direction : light.moon_direction;
-    light.light_color = (by_sun ? m_sun_beam : m_moon_beam) * cover.straight;
-    if (luminance(light.light_color) <= 0.0f) light.light_direction = {0.0f, 0.0f, 1.0f};
+void SkyModel::fillLight(const Cover& cover, SkyLight& light, SkyPicture& picture) const {
+    const float sun = luminance(m_sun_beam), moon = luminance(m_moon_beam);
+    picture.body = sun <= 0.0f && moon <= 0.0f ? LightBody::NONE : sun >= moon ? LightBody::SUN : LightBody::MOON;
+    light.light_color = (sun >= moon ? m_sun_beam : m_moon_beam) * cover.straight;
     light.ambient_above = m_sky.from_above;
     light.ambient_below = m_sky.from_below;
     light.night = smoothStep(0.0f, 0.2f, -m_sun.sine);
@@ -182,7 +187,7 @@ void SkyModel::fillBodies(const SkyConditions& conditions, const AirOptics& opti
     picture.cloud_ambient = m_sky.from_above;
 }
 
-float SkyModel::adaptationOf(const SkyLight& light) const {
+float SkyModel::adaptationOf(const SkyLight& light, LightBody body) const {
     // The eye looks about level; nearly half of what it sees is sea, ground and deck. Roots weigh the bright parts less
     // than their light, and more than their logarithms would.
     constexpr float LOWEST = -0.1f, HIGHEST = 0.6f, SURFACES = 0.4f, REFLECTANCE = 0.12f;
@@ -196,7 +201,8 @@ float SkyModel::adaptationOf(const SkyLight& light) const {
             weights += weight;
         }
     }
-    const float straight = luminance(light.light_color) * std::fmax(light.light_direction.z, 0.0f);
+    const float straight =
+        luminance(light.light_color) * std::fmax(body == LightBody::SUN ? m_sun.sine : m_moon.sine, 0.0f);
     const float surfaces = (straight + luminance(light.ambient_above)) * REFLECTANCE / PI;
     const float root = (1.0f - SURFACES) * sum / weights + SURFACES * std::sqrt(surfaces);
     return root * root;
@@ -209,8 +215,8 @@ void SkyModel::compute(const SkyConditions& conditions, SkyLight& light, SkyPict
     addAirglow();
     addSea(conditions.eye_height);
     addOvercast(optics, cover.gray);
-    fillTable(picture);
-    fillLight(conditions, cover, light);
+    fillTable(conditions.eye_height, picture);
+    fillLight(cover, light, picture);
     fillBodies(conditions, optics, cover, picture);
-    picture.adaptation = adaptationOf(light);
+    picture.adaptation = adaptationOf(light, picture.body);
 }

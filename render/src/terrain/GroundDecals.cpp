@@ -195,7 +195,10 @@ void GroundDecals::write(Decal& decal) const {
     if (!m_triangles.empty()) {
         if (!decal.geometry) {
             decal.geometry = makeGeometry();
-            decal.geometry->getOrCreateStateSet()->setTextureAttribute(0, loadTexture(decal.texture));
+            const osg::ref_ptr<osg::Texture2D> image = loadTexture(decal.texture);
+            // The shader decodes the colours.
+            image->setInternalFormat(GL_RGBA8);
+            decal.geometry->getOrCreateStateSet()->setTextureAttribute(0, image);
             decal.place->addChild(decal.geometry);
         }
         auto& places = static_cast<osg::Vec3Array&>(*decal.geometry->getVertexArray());

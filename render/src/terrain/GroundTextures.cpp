@@ -16,13 +16,13 @@
 namespace {
 
 constexpr int IMAGERY_LIMIT = 4096;  // pixels
-constexpr int DETAIL_SIZE = 512;
+constexpr int DETAIL_SIZE = 256;
 
 void setUp(osg::Texture2D& texture, osg::Texture::WrapMode wrap, GLint format) {
     texture.setInternalFormat(format);
     texture.setWrap(osg::Texture::WRAP_S, wrap);
     texture.setWrap(osg::Texture::WRAP_T, wrap);
-    texture.setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
+    texture.setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_NEAREST);
     texture.setFilter(osg::Texture::MAG_FILTER, osg::Texture::LINEAR);
     texture.setResizeNonPowerOfTwoHint(false);
     texture.setUnRefImageDataAfterApply(true);
@@ -102,12 +102,12 @@ osg::ref_ptr<osg::Texture2D> loadImagery(const std::string& path, ImageryPlace& 
     place.east = place.west + source->getNumColumns() * source->getLonStep();
     place.north = place.south + source->getNumRows() * source->getLatStep();
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_SRGB8);
+    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGBA8);
     return texture;
 }
 
 osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
-    Field grown = makeNoise(4, 256, 0.82f, 1), bare = makeNoise(8, 256, 0.7f, 21), relief = makeNoise(8, 128, 0.6f, 41);
+    Field grown = makeNoise(4, 128, 0.95f, 1), bare = makeNoise(8, 128, 0.85f, 21), relief = makeNoise(8, 128, 0.6f, 41);
     for (float& v : bare) v = -std::fabs(v);  // creases
     for (Field* field : {&grown, &bare, &relief}) normalise(*field);
     osg::ref_ptr<osg::Image> image = new osg::Image;

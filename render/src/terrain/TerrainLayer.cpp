@@ -44,10 +44,12 @@ TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary& shaders)
     state.addUniform(new osg::Uniform("u_image", static_cast<int>(UNIT_IMAGERY)));
     state.addUniform(new osg::Uniform("u_detail", static_cast<int>(UNIT_DETAIL)));
     state.setTextureAttribute(UNIT_DETAIL, makeGroundDetail());
-    m_near = new osg::StateSet;
-    m_near->setAttributeAndModes(shaders.getProgram("terrain", {"NEAR"}));
-    m_far = new osg::StateSet;
-    m_far->setAttributeAndModes(shaders.getProgram("terrain"));
+    const auto makeState = [&](const std::vector<std::string>& defines) {
+        osg::ref_ptr<osg::StateSet> made = new osg::StateSet;
+        made->setAttributeAndModes(shaders.getProgram("terrain", defines));
+        return made;
+    };
+    m_states = {makeState({"NEAR", "FINE"}), makeState({"NEAR"}), makeState({})};
     // After the meshes, from near to far.
     m_tiles->getOrCreateStateSet()->setRenderBinDetails(DRAW_OPAQUE + 1, "TraversalOrderBin");
 }
@@ -70,7 +72,7 @@ void TerrainLayer::makeTree() {
     state.setDefine("IMAGERY", imagery ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
     if (imagery) state.setTextureAttribute(UNIT_IMAGERY, imagery);
     m_extent->set(extentOf(place));
-    m_tree = std::make_unique<TerrainTree>(raster, place, m_near, m_far);
+    m_tree = std::make_unique<TerrainTree>(raster, place, m_states);
     m_tiles->addChild(m_tree->getGroup());
     m_decals.setGround(&raster, &m_tree->getBuilder());
 }

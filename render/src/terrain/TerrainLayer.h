@@ -32,7 +32,7 @@ private:
 
     ShaderLibrary& m_shaders;
     osg::ref_ptr<osg::Group> m_group, m_tiles;
-    osg::ref_ptr<osg::StateSet> m_near, m_far;
+    TileStates m_states;
     osg::ref_ptr<osg::Uniform> m_weather, m_extent, m_pixel;
     GroundDecals m_decals;
     const ObjectTerrain* m_terrain = nullptr;

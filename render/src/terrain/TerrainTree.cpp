@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "engine/globe/EllipsoidModel.h"
@@ -11,9 +10,10 @@
 
 namespace {
 
-constexpr int COARSEST = 64;          // stride, in posts, of the coarsest tile that has a shape
-constexpr double FINE_REACH = 300.0;  // metres round the eye where the ground is drawn from all posts
-constexpr double DETAIL_REACH = 1200.0;
+constexpr int COARSEST = 64;           // stride, in posts, of the coarsest tile that has a shape
+constexpr double FINE_REACH = 300.0;   // metres round the eye where the ground is drawn from all posts
+constexpr double GRAIN_REACH = 120.0;  // metres to which the states show what they show
+constexpr double DETAIL_REACH = 900.0;
 constexpr double JUMP = 400.0;  // metres between two frames after which all is made anew at once
 constexpr int AT_ONCE = 1 << 20;
 constexpr unsigned KEEP = 900;   // frames for which an unused tile is kept
@@ -54,9 +54,8 @@ void TileGroup::traverse(osg::NodeVisitor& visitor) {
     for (osg::MatrixTransform* tile : drawn) tile->accept(visitor);
 }
 
-TerrainTree::TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, osg::StateSet* near,
-                         osg::StateSet* far)
-    : m_raster(raster), m_builder(raster, imagery), m_group(new TileGroup), m_near(near), m_far(far) {
+TerrainTree::TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, const TileStates& states)
+    : m_raster(raster), m_builder(raster, imagery), m_states(states), m_group(new TileGroup) {
     m_group->setCullingActive(false);
     m_group->drawn.reserve(1024);
     int stride = 1;
@@ -133,10 +132,6 @@ void TerrainTree::update(const FrameView& view) {
     ++m_frame;
     m_group->drawn.clear();
     visit(*m_root, true);
-    if (m_frame == 4)
-        std::fprintf(stderr, "DBG %d triangles %zu tiles of %d\n", getNumTriangles(), m_group->drawn.size(),
-                     m_num_tiles);
-    if (m_frame == 4) std::fprintf(stderr, "DBG %d triangles %zu tiles of %d\n", getNumTriangles(), m_group->drawn.size(), m_num_tiles);
     if (m_frame % 64 == 0 && m_num_tiles > KEPT_TILES) prune(*m_root);
 }
 
@@ -192,7 +187,9 @@ void TerrainTree::draw(Tile& tile, double distance) {
     const int wanted = is_exact ? 0 : finenessFor(std::max(errorAllowed(distance), errorAllowed(FINE_REACH)));
     const bool is_wrong = tile.fineness > wanted || tile.fineness < wanted - 1;
     if (tile.fineness < 0 || (is_wrong && m_shape_budget-- > 0)) shape(tile, wanted, distance);
-    osg::StateSet* const state = distance < DETAIL_REACH ? m_near : m_far;
+    osg::StateSet* const state = distance < GRAIN_REACH    ? m_states.close
+                                 : distance < DETAIL_REACH ? m_states.near
+                                                           : m_states.far;
     if (tile.place->getStateSet() != state) tile.place->setStateSet(state);
     if (tile.place->getNumChildren() > 0) m_group->drawn.push_back(tile.place);
 }

@@ -16,13 +16,19 @@ public:
     std::vector<osg::MatrixTransform*> drawn;
 };
 
+/// How tiles are drawn.
+struct TileStates {
+    osg::ref_ptr<osg::StateSet> close;  ///< before the eye, with grains and blades
+    osg::ref_ptr<osg::StateSet> near;   ///< with clumps and stones
+    osg::ref_ptr<osg::StateSet> far;    ///< with no more than the imagery
+};
+
 /// A tree of tiles over the raster: each is replaced by the four of half its stride when what it leaves out would show.
 /// A few tiles are made in a frame; until all four are there the tile itself is drawn. A tile's triangles are as many
 /// as its distance wants; round the eye they are the raster's own. Tiles that nobody needed for a while are dropped.
 class TerrainTree {
 public:
-    /// `near` and `far` are the drawing states of tiles round the eye and of those that show no detail.
-    TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, osg::StateSet* near, osg::StateSet* far);
+    TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, const TileStates& states);
     ~TerrainTree();
 
     /// Chooses what is drawn. All that is missing is made at once in the first frame and after a jump of the eye.
@@ -58,8 +64,8 @@ private:
 
     const ElevationRaster& m_raster;
     TileBuilder m_builder;
+    const TileStates m_states;
     osg::ref_ptr<TileGroup> m_group;
-    osg::ref_ptr<osg::StateSet> m_near, m_far;
     std::unique_ptr<Tile> m_root;
     Sight m_sight;
     unsigned m_frame = 0;

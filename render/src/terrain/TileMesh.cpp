@@ -29,11 +29,6 @@ osg::Vec3f inFrame(const dmat4& frame, const dvec3& world) {
             static_cast<float>(dot(from, frame.z))};
 }
 
-/// How much an error shows: the sea thins it out.
-float visibility(float height) {
-    return height >= 0.0f ? 1.0f : height < DEEPEST_SEEN ? 0.0f : 0.3f;
-}
-
 }  // namespace
 
 struct TileBuilder::Arrays {
@@ -81,8 +76,7 @@ void TileBuilder::sample(const TileArea& area) {
 float TileBuilder::measureError() const {
     float worst = 0.0f;
     const auto compare = [&](int column, int row, float a, float b) {
-        const float height = m_raster.getPost(column, row),
-                    off = std::fabs(height - 0.5f * (a + b)) * visibility(height);
+        const float off = std::fabs(seenHeight(m_raster.getPost(column, row)) - seenHeight(0.5f * (a + b)));
         if (off > worst) worst = off;  // never with a hole
     };
     for (int y = 0; y + 1 < m_rows.count; ++y) {

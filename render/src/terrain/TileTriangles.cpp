@@ -38,11 +38,6 @@ const std::vector<Side>& getSides() {
     return sides;
 }
 
-/// Height as far as it is seen: the sea thins out what lies in it.
-float seen(float height) {
-    return height >= 0.0f ? height : 0.3f * std::max(height, DEEPEST_SEEN);
-}
-
 void add(const TilePosts& posts, int a, int b, int c, TileCorners& out) {
     if (std::max({posts.heights[a], posts.heights[b], posts.heights[c]}) < DEEPEST_SEEN) return;
     for (const int i : {a, b, c}) out.push_back(static_cast<std::uint16_t>(i));
@@ -53,6 +48,12 @@ void add(const TilePosts& posts, int a, int b, int c, TileCorners& out) {
 bool TilePosts::isWhole() const {
     if (columns < TILE_POSTS || rows < TILE_POSTS) return false;
     return std::none_of(std::begin(heights), std::end(heights), [](float h) { return std::isnan(h); });
+}
+
+float seenHeight(float height) {
+    constexpr float SHORE_LOW = -3.0f, SHORE_HIGH = 4.0f, SHORE_GAIN = 4.0f, BED_SHARE = 0.3f;
+    const float shore = SHORE_GAIN * std::clamp(height, SHORE_LOW, SHORE_HIGH);
+    return shore + (height >= 0.0f ? height : BED_SHARE * std::max(height, DEEPEST_SEEN));
 }
 
 void joinAll(const TilePosts& posts, TileCorners& out) {
@@ -70,7 +71,7 @@ void joinAll(const TilePosts& posts, TileCorners& out) {
 void joinFew(const TilePosts& posts, float tolerance, TileCorners& out) {
     const std::vector<Side>& sides = getSides();
     float heights[TILE_POSTS * TILE_POSTS];
-    std::transform(std::begin(posts.heights), std::end(posts.heights), heights, seen);
+    std::transform(std::begin(posts.heights), std::end(posts.heights), heights, seenHeight);
     // Of each post at the middle of a side: how far off it is, or any post that only shows once it is there. A side is
     // shared by two triangles, so that both are halved or none.
     float errors[TILE_POSTS * TILE_POSTS] = {};

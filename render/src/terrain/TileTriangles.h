@@ -27,6 +27,9 @@ constexpr float DEEPEST_SEEN = -30.0f;
 /// Every cell's two triangles, split from south-west to north-east as the raster's own; none with a hole at a corner
 /// and none in the deep.
 void joinAll(const TilePosts& posts, TileCorners& out);
-/// As few right-angled triangles as leave no post further than `tolerance` metres away; no cracks among them. What lies
-/// under water counts less, the deep not at all. REQUIRES whole posts.
+/// A height as errors in it are seen: along the shore, where they move the water's edge, they count several times; what
+/// lies in the deep counts not at all.
+float seenHeight(float height);
+/// As few right-angled triangles as leave no post further than `tolerance` metres of `seenHeight` away; no cracks among
+/// them. REQUIRES whole posts.
 void joinFew(const TilePosts& posts, float tolerance, TileCorners& out);

@@ -1,0 +1,345 @@
+// The sky: where its bodies stand, what light they give through air, haze and clouds, and what is drawn of it.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "PictureScene.h"
+#include "engine/math/jMath.h"
+#include "frame/ShaderLibrary.h"
+#include "sky/Rgb.h"
+#include "sky/SkyLayer.h"
+
+namespace {
+
+constexpr double LONGITUDE = 112.4;
+
+double degreesBetween(const dvec3& a, const dvec3& b) {
+    return std::acos(std::clamp(dot(a, b), -1.0, 1.0)) * jMath::RAD2DEG;
+}
+
+dvec3 fromAngles(double longitude, double latitude) {
+    const double a = longitude * jMath::DEG2RAD, b = latitude * jMath::DEG2RAD;
+    return {std::cos(b) * std::cos(a), std::cos(b) * std::sin(a), std::sin(b)};
+}
+
+Heavens heavensAt(int month, int day, double hours, double latitude) {
+    return computeHeavens(julianDateOfSolarTime(2024, month, day, hours, LONGITUDE), LONGITUDE, latitude);
+}
+
+/// A sky with the sun in the north and the moon, full when it is up, in the south.
+struct Sky {
+    explicit Sky(double sun, double visibility = 20000.0, float cloudiness = 0.0f, float height = 20.0f,
+                 double moon = -60.0) {
+        conditions.heavens.sun = fromAngles(90.0, sun);
+        conditions.heavens.moon = fromAngles(-90.0, moon);
+        conditions.extinction = 3.912 / visibility;
+        conditions.cloudiness = cloudiness;
+        conditions.eye_height = height;
+        static SkyModel model;
+        model.compute(conditions, light, picture);
+        aimLight(conditions.heavens, picture.body, light);
+    }
+
+    /// The table as common.glsl reads it: by degrees round from the sun's side and the sine of the elevation.
+    vec3 at(double degrees_round, double sine) const {
+        const double u = std::sin(0.5 * degrees_round * jMath::DEG2RAD);
+        const double v = 0.5 + std::copysign(0.5 * std::sqrt(std::fabs(sine)), sine);
+        const double x = std::clamp(u * SkyGrid::COLUMNS - 0.5, 0.0, SkyGrid::COLUMNS - 1.001);
+        const double y = std::clamp(v * SkyGrid::ROWS - 0.5, 0.0, SkyGrid::ROWS - 1.001);
+        const int i = static_cast<int>(x), j = static_cast<int>(y);
+        const auto texel = [&](int column, int row) {
+            const vec4& t = picture.table[SkyGrid::indexOf(column, row)];
+            return vec3(t.x, t.y, t.z);
+        };
+        const auto s = static_cast<float>(x - i), t = static_cast<float>(y - j);
+        return mix(mix(texel(i, j), texel(i + 1, j), s), mix(texel(i, j + 1), texel(i + 1, j + 1), s), t);
+    }
+    double total() const {
+        return static_cast<double>(luminance(light.ambient_above) +
+                                   luminance(light.light_color) * std::fmax(light.light_direction.z, 0.0f));
+    }
+
+    SkyConditions conditions;
+    SkyLight light;
+    SkyPicture picture;
+};
+
+float blueness(const vec3& color) {
+    return color.z / color.x;
+}
+
+}  // namespace
+
+TEST(Astronomy, SunAtNoon) {
+    const struct {
+        int month, day;
+        double latitude, elevation;
+        bool north;
+    } cases[] = {{6, 21, 0.0, 66.56, true},   {6, 21, 16.82, 83.39, true},  {6, 21, 52.0, 61.43, false},
+                 {6, 21, -35.0, 31.56, true}, {3, 20, 45.0, 45.0, false},   {9, 22, 16.82, 73.3, false},
+                 {12, 21, 60.0, 6.56, false}, {12, 21, -23.44, 90.0, true}, {11, 3, 0.0, 74.9, false},
+                 {2, 11, 70.0, 5.9, false}};
+    for (const auto& c : cases) {
+        const dvec3 sun = heavensAt(c.month, c.day, 12.0, c.latitude).sun;
+        EXPECT_NEAR(std::asin(std::min(sun.z, 1.0)) * jMath::RAD2DEG, c.elevation, 0.25)
+            << c.month << ' ' << c.latitude;
+        EXPECT_NEAR(sun.x, 0.0, 5e-4) << "on the meridian by the sundial, " << c.month << ' ' << c.latitude;
+        if (c.elevation < 89.0) {
+            EXPECT_EQ(sun.y > 0.0, c.north) << c.month << ' ' << c.latitude;
+        }
+        EXPECT_LT(heavensAt(c.month, c.day, 8.0, c.latitude).sun.z, sun.z);
+        EXPECT_GT(heavensAt(c.month, c.day, 9.0, c.latitude).sun.x, 0.0) << "in the east in the morning";
+    }
+}
+
+TEST(Astronomy, SunRisesWhereItShould) {
+    // cos(azimuth) = sin(declination) / cos(latitude).
+    const struct {
+        int month, day;
+        double latitude, azimuth;
+    } cases[] = {{6, 21, 52.0, 49.7}, {6, 21, 16.82, 65.4}, {3, 20, 40.0, 90.0}, {12, 21, 52.0, 130.2}};
+    for (const auto& c : cases) {
+        double low = 2.0, high = 10.0;
+        while (high - low > 1e-4) {
+            const double middle = 0.5 * (low + high);
+            (heavensAt(c.month, c.day, middle, c.latitude).sun.z < 0.0 ? low : high) = middle;
+        }
+        const dvec3 sun = heavensAt(c.month, c.day, low, c.latitude).sun;
+        EXPECT_NEAR(std::atan2(sun.x, sun.y) * jMath::RAD2DEG, c.azimuth, 0.4) << c.latitude;
+    }
+}
+
+TEST(Astronomy, AgreesWithPublishedPlaces) {
+    // Meeus, Astronomical Algorithms, examples 12.a, 25.a and 47.a.
+    EXPECT_EQ(julianDay(1987, 4, 10), 2446895.5);
+    EXPECT_EQ(julianDay(2000, 1, 1), 2451544.5);
+    const Heavens sidereal = computeHeavens(2446895.5, 0.0, 0.0);
+    EXPECT_LT(degreesBetween(sidereal.stars * fromAngles(197.693195, 0.0), dvec3(0, 0, 1)), 0.01);
+
+    const Heavens sun = computeHeavens(2448908.5, 0.0, 90.0);
+    EXPECT_LT(degreesBetween(transpose(sun.stars) * sun.sun, fromAngles(198.38083, -7.78507)), 0.03);
+
+    // Seen from where it is overhead, the moon has no parallax.
+    const dvec3 moon = fromAngles(134.688470, 13.768368);
+    const Heavens greenwich = computeHeavens(2448724.5, 0.0, 0.0);
+    const dvec3 from_greenwich = greenwich.stars * moon;
+    const double west = std::atan2(-from_greenwich.x, from_greenwich.z) * jMath::RAD2DEG;
+    const Heavens below = computeHeavens(2448724.5, -west, 13.768);
+    EXPECT_LT(degreesBetween(below.moon, dvec3(0, 0, 1)), 0.5);
+    // Elsewhere it has up to a degree.
+    EXPECT_NEAR(degreesBetween(transpose(greenwich.stars) * greenwich.moon, moon), 0.9, 0.4);
+}
+
+TEST(Astronomy, MoonPhases) {
+    const auto at = [](int month, int day, double hours) {
+        return computeHeavens(julianDay(2024, month, day) + hours / 24.0, LONGITUDE, 0.0);
+    };
+    EXPECT_GT(at(6, 22, 1.13).moon_lit, 0.997);
+    EXPECT_LT(at(6, 6, 12.63).moon_lit, 0.004);
+    EXPECT_NEAR(at(6, 14, 5.3).moon_lit, 0.5, 0.02);
+    EXPECT_NEAR(at(6, 28, 21.9).moon_lit, 0.5, 0.02);
+    // A full moon lights by 0.2 to 0.35 lux, half a moon about a tenth of that.
+    EXPECT_NEAR(static_cast<double>(moonIlluminance(0.0)), 2.8e-4, 0.7e-4);
+    EXPECT_NEAR(static_cast<double>(moonIlluminance(90.0) / moonIlluminance(0.0)), 0.1, 0.03);
+}
+
+TEST(SkyModel, ClearDay) {
+    const Sky noon(80.0);
+    EXPECT_GT(noon.total(), 90.0);
+    EXPECT_LT(noon.total(), 130.0);
+    EXPECT_GT(blueness(noon.at(180.0, 0.9)), 1.3f * blueness(noon.at(180.0, 0.01)));
+    EXPECT_GT(luminance(noon.at(180.0, 0.01)), luminance(noon.at(180.0, 0.9))) << "the horizon is brighter";
+    EXPECT_NEAR(static_cast<double>(luminance(noon.light.ambient_below)) / noon.total(), 0.07, 0.03)
+        << "the sea's share";
+    // A white surface in the sun is near the top of the display's range, and does not reach it by far.
+    const double white = noon.total() * 0.8 / jMath::PI * static_cast<double>(exposureFor(noon.picture.adaptation));
+    EXPECT_GT(white, 1.0);
+    EXPECT_LT(white, 4.0);
+
+    const Sky high(80.0, 20000.0, 0.0f, 10000.0f);
+    EXPECT_LT(luminance(high.at(180.0, 0.9)), 0.5f * luminance(noon.at(180.0, 0.9)));
+    EXPECT_GT(luminance(high.light.light_color), luminance(noon.light.light_color));
+}
+
+TEST(SkyModel, EveningReddensAndFades) {
+    const Sky low(2.0);
+    EXPECT_GT(low.light.light_color.x, 3.0f * low.light.light_color.z);
+    EXPECT_LT(blueness(low.at(0.0, 0.05)), 0.75f);
+    EXPECT_GT(blueness(low.at(180.0, 0.9)), 1.5f * blueness(low.at(0.0, 0.05)));
+    EXPECT_GT(luminance(low.at(0.0, 0.05)), 2.0f * luminance(low.at(180.0, 0.05)));
+
+    const Sky dusk(-5.0);
+    const vec3 zenith = dusk.at(90.0, 0.99);
+    EXPECT_GT(zenith.z, 1.3f * zenith.y);
+    EXPECT_GT(zenith.y, zenith.x) << "ozone keeps the zenith blue, not purple";
+
+    double brighter = Sky(6.0).total(), shown = 1e9;
+    for (double elevation = 5.0; elevation > -16.5; elevation -= 1.0) {
+        const Sky sky(elevation);
+        EXPECT_LT(sky.total(), brighter) << elevation;
+        EXPECT_GT(sky.total(), 0.2 * brighter) << "no step in the light at " << elevation;
+        brighter = sky.total();
+        const double now = brighter * static_cast<double>(exposureFor(sky.picture.adaptation));
+        EXPECT_LT(now, shown) << "the picture darkens with it at " << elevation;
+        shown = now;
+    }
+}
+
+TEST(SkyModel, NightsByMoonAndWithout) {
+    const Sky moonlit(-40.0, 20000.0, 0.0f, 20.0f, 45.0), dark(-40.0);
+    EXPECT_GT(moonlit.total(), 5e-5);
+    EXPECT_LT(moonlit.total(), 1e-3);
+    EXPECT_EQ(moonlit.picture.body, LightBody::MOON);
+    EXPECT_LT(moonlit.light.light_direction.y, 0.0f);
+    EXPECT_GT(blueness(moonlit.light.light_color), 1.5f);
+    EXPECT_LT(dark.total(), 0.02 * moonlit.total());
+    EXPECT_GT(dark.total(), 1e-7);
+    EXPECT_EQ(dark.picture.body, LightBody::NONE);
+    EXPECT_EQ(moonlit.light.night, 1.0f);
+    EXPECT_EQ(Sky(10.0).light.night, 0.0f);
+}
+
+// What throughAir() makes of a black object at the visibility's distance, before the sky just above the horizon.
+TEST(SkyModel, VisibilityIsTheContrastLaw) {
+    for (const double sun : {60.0, 15.0, 3.0, -4.0}) {
+        for (const double visibility : {300.0, 1000.0, 5000.0, 20000.0}) {
+            const Sky sky(sun, visibility);
+            for (const double round : {0.0, 60.0, 170.0}) {
+                const float object = luminance(sky.at(round, 0.02)) * (1.0f - std::exp(-3.912f));
+                const float horizon = luminance(sky.at(round, 0.0005));
+                const float contrast = (horizon - object) / horizon;
+                EXPECT_GT(contrast, 0.01f) << sun << ' ' << visibility << ' ' << round;
+                EXPECT_LT(contrast, 0.05f) << sun << ' ' << visibility << ' ' << round;
+            }
+        }
+    }
+}
+
+TEST(SkyModel, OvercastAndFogAreGrayAndBright) {
+    const Sky clear(50.0), overcast(50.0, 20000.0, 1.0f), fog(50.0, 300.0);
+    EXPECT_NEAR(overcast.total() / clear.total(), 0.4, 0.08);
+    for (const Sky* const sky : {&overcast, &fog}) {
+        EXPECT_LT(luminance(sky->light.light_color), 0.03f * luminance(clear.light.light_color));
+        EXPECT_NEAR(blueness(sky->light.ambient_above), 1.0f, 0.25f);
+        EXPECT_NEAR(blueness(sky->at(90.0, 0.5)), 1.0f, 0.25f);
+        EXPECT_GT(sky->total(), 8.0) << "daylight all the same";
+    }
+    EXPECT_GT(luminance(overcast.at(90.0, 0.95)), 1.5f * luminance(overcast.at(90.0, 0.05)));
+    EXPECT_GT(luminance(fog.at(90.0, 0.9)), 0.5f * luminance(fog.at(90.0, 0.02)));
+    const Sky haze(50.0, 1500.0);
+    EXPECT_GT(luminance(haze.at(0.0, 0.5)), 1.1f * luminance(haze.at(180.0, 0.5))) << "brighter toward the sun";
+    // Above the clouds the sun shines.
+    const Sky above(50.0, 20000.0, 1.0f, 4000.0f);
+    EXPECT_GT(luminance(above.light.light_color), 0.9f * luminance(clear.light.light_color));
+}
+
+TEST(SkyModel, NoSeamAtTheHorizon) {
+    for (const double visibility : {300.0, 5000.0, 20000.0, 80000.0}) {
+        for (const float height : {1.5f, 20.0f, 300.0f}) {
+            for (const double sun : {70.0, 10.0, -4.0}) {
+                const Sky sky(sun, visibility, 0.2f, height);
+                for (const double round : {0.0, 90.0, 180.0}) {
+                    const float above = luminance(sky.at(round, 0.0005)), below = luminance(sky.at(round, -0.0005));
+                    EXPECT_NEAR(below / above, 1.0f, 0.2f) << visibility << ' ' << height << ' ' << sun << ' ' << round;
+                }
+            }
+        }
+    }
+}
+
+TEST(SkyModel, StaysSoundAtTheEdges) {
+    for (const double sun : {90.0, 0.0, -90.0}) {
+        for (const double visibility : {1.0, 1e6}) {
+            for (const float height : {0.0f, 3e4f, 4e5f}) {
+                for (const float cloudiness : {0.0f, 0.7f, 7.0f}) {
+                    const Sky sky(sun, visibility, cloudiness, height, 90.0);
+                    bool sound = true;
+                    for (const vec4& t : sky.picture.table) {
+                        for (const float v : {t.x, t.y, t.z, t.w}) sound &= std::isfinite(v) && v >= 0.0f && v < 1e4f;
+                    }
+                    EXPECT_TRUE(sound) << sun << ' ' << visibility << ' ' << height << ' ' << cloudiness;
+                    EXPECT_TRUE(std::isfinite(sky.total()) && sky.picture.adaptation >= 0.0f) << sun << ' ' << height;
+                }
+            }
+        }
+    }
+}
+
+// The layer's arithmetic needs no display.
+TEST(SkyLayer, ExposureFollowsInASecond) {
+    ShaderLibrary shaders;
+    osg::ref_ptr<osg::Group> root = new osg::Group;
+    FrameView view;
+    view.width = 320, view.height = 180;
+    view.geodetic = {LONGITUDE, 16.82, 20.0};
+    Environment day, dusk;
+    day.time_of_day = 12.0f, dusk.time_of_day = 19.0f;
+    SkyLayer fresh(*root, shaders), layer(*root, shaders);
+    const float adapted = fresh.update(view, dusk).exposure;
+    const float before = layer.update(view, day).exposure;
+    view.dt = 1.0 / 60.0;
+    EXPECT_LT(layer.update(view, dusk).exposure, 2.0f * before) << "the first frame after the switch is still dark";
+    float last = before;
+    for (int frame = 0; frame < 120; ++frame) {
+        const float exposure = layer.update(view, dusk).exposure;
+        EXPECT_GE(exposure, last);
+        last = exposure;
+    }
+    EXPECT_NEAR(last / adapted, 1.0f, 0.05f);
+}
+
+TEST(SkyLayer, LightMovesEveryFrame) {
+    ShaderLibrary shaders;
+    osg::ref_ptr<osg::Group> root = new osg::Group;
+    FrameView view;
+    view.geodetic = {LONGITUDE, 16.82, 20.0};
+    view.width = 320, view.height = 180;
+    Environment environment;
+    environment.time_of_day = 9.0f;
+    SkyLayer layer(*root, shaders);
+    vec3 before = layer.update(view, environment).light_direction;
+    for (int i = 0; i < 5; ++i) {
+        environment.time_of_day += 0.002f;  // 0.03 degrees
+        const vec3 now = layer.update(view, environment).light_direction;
+        EXPECT_GT(now.z, before.z);
+        before = now;
+    }
+}
+
+TEST(SkyPicture, SunAndStarsStandInTheirPlaces) {
+    PictureScene scene;
+    scene.open();
+    scene.picture->setVisibility(40000.0);
+    Environment& environment = scene.world().getEnvironment();
+    environment.cloudiness = 0.0f;
+    environment.time_of_day = 16.0f;
+    const dvec3 place(LONGITUDE, 16.82, 30.0);
+    const Heavens heavens = heavensAt(6, 21, 16.0, place.y);
+    const double heading = std::atan2(heavens.sun.x, heavens.sun.y) * jMath::RAD2DEG;
+    scene.look(place, {heading, std::asin(heavens.sun.z) * jMath::RAD2DEG, 0.0});
+    scene.draw();
+    const Snapshot day = scene.capture();
+    EXPECT_GT(luminanceAt(day, 160, 90), 0.97);
+    EXPECT_LT(luminanceAt(day, 300, 20), 0.9);
+
+    // Without a moon: points of light in a dark sky, none through fog.
+    environment.month = 6, environment.day = 6, environment.time_of_day = 0.0f;
+    const auto countStars = [&](double visibility) {
+        scene.picture->setVisibility(visibility);
+        scene.look(place, {180.0, 50.0, 0.0});
+        scene.draw(200);
+        const Snapshot night = scene.capture();
+        EXPECT_LT(luminanceAt(night, 2, 2), 0.35);
+        int stars = 0;
+        for (int y = 1; y < night.height - 1; ++y) {
+            for (int x = 2; x < night.width - 2; ++x) {
+                stars += luminanceAt(night, x, y) >
+                         0.1 + 0.5 * (luminanceAt(night, x - 2, y) + luminanceAt(night, x + 2, y));
+            }
+        }
+        return stars;
+    };
+    EXPECT_GT(countStars(40000.0), 20);
+    EXPECT_EQ(countStars(300.0), 0);
+}
