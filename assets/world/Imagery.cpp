@@ -37,8 +37,8 @@ Tint mix(const Tint& a, const Tint& b, double t) {
     return {a.r + (b.r - a.r) * t, a.g + (b.g - a.g) * t, a.b + (b.b - a.b) * t};
 }
 
-constexpr Tint FOREST{0.024, 0.046, 0.017}, GROVE{0.043, 0.070, 0.024}, SCRUB{0.078, 0.096, 0.038},
-    GRASS{0.110, 0.135, 0.048}, DRY{0.200, 0.180, 0.090}, EARTH{0.220, 0.130, 0.080}, ROCK{0.165, 0.148, 0.125},
+constexpr Tint FOREST{0.024, 0.046, 0.017}, GROVE{0.043, 0.070, 0.024}, SCRUB{0.064, 0.081, 0.031},
+    GRASS{0.092, 0.114, 0.040}, DRY{0.165, 0.150, 0.075}, EARTH{0.220, 0.130, 0.080}, ROCK{0.165, 0.148, 0.125},
     SAND{0.540, 0.470, 0.345}, WET_SAND{0.330, 0.280, 0.200}, REEF{0.090, 0.095, 0.060}, BED{0.330, 0.320, 0.260},
     MEADOW{0.098, 0.132, 0.046}, ROAD{0.300, 0.225, 0.155};
 
@@ -87,7 +87,7 @@ Tint Painter::paintLand(const Place& p) const {
     const double edge = outside + 22.0 * m_patches.at(p.east / 70.0, p.north / 70.0);
     if (edge <= 35.0) return paintAirfield(p);
     // Farmed where it is flat and low, and chance would have it.
-    const double farmed = smoothStep(m_fields.fractal(p.east / 1300.0 + 0.4, p.north / 1300.0, 2), 0.02, 0.06) *
+    const double farmed = smoothStep(m_fields.fractal(p.east / 1300.0 + 0.4, p.north / 1300.0, 2), 0.07, 0.11) *
                           (1.0 - smoothStep(p.slope, 0.05, 0.08)) * (1.0 - smoothStep(p.height, 24.0, 30.0)) *
                           smoothStep(p.height, 3.0, 3.6);
     const Tint wild = mix(paintHills(p), paintFields(p), farmed);
@@ -120,11 +120,11 @@ Tint Painter::paintFields(const Place& p) const {
     const double in_x = x - column * WIDTH, in_y = (y / LENGTH + 0.37 * column - row) * LENGTH;
     const double kind = 0.5 + 0.9 * m_crowns.at(column * 0.737 + 0.31, row * 0.619 + 0.17);
     const double bed = 0.06 * std::sin(in_x * 2.0 * jMath::PI / 9.0) + 0.10 * m_grain.at(p.east / 14.0, p.north / 14.0);
-    const Tint crop = kind < 0.3    ? GRASS
-                      : kind < 0.5  ? mix(SCRUB, GRASS, 0.5)
-                      : kind < 0.7  ? mix(GROVE, SCRUB, kind)
-                      : kind < 0.85 ? DRY
-                                    : mix(EARTH, DRY, 0.4);
+    const Tint crop = kind < 0.35   ? GRASS
+                      : kind < 0.55 ? mix(SCRUB, GRASS, 0.5)
+                      : kind < 0.75 ? mix(GROVE, SCRUB, kind)
+                      : kind < 0.92 ? mix(GRASS, DRY, 0.7)
+                                    : mix(EARTH, SCRUB, 0.4);
     const double inside = std::min({in_x, WIDTH - in_x, in_y, LENGTH - in_y});
     return mix(FOREST * 1.2, crop * (1.0 + bed), smoothStep(inside, HEDGE * 0.5, HEDGE));
 }

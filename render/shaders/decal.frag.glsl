@@ -10,12 +10,12 @@ in float v_passed;
 
 void main() {
     vec4 image = texture(u_image, v_ground.xy);
-    float grain = texture(u_detail, v_ground.zw * (1.0 / 7.0)).a;
+    float grain = texture(u_detail, v_ground.zw * (1.0 / 7.0)).g;
     vec3 base = reflectanceOf(image.rgb) * (0.6 + 0.8 * grain);
     float lit = lightThere(v_position);
 #ifdef GROUND_WEATHER
     // Swept now and then, so that less snow lies here; worn in wide patches where water stands.
-    float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).b;
+    float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
     float snow = 0.8 * snowThere(u_ground.y * 0.75, worn, 1.0);
     vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, lit);
 #else

@@ -81,7 +81,7 @@ void main() {
 
 #ifdef FINE
     float pattern = texture(u_foam, v_fine.zw).r;
-    cover = mix(cover, clamp((pattern - 1.0 + 0.7 * min(cover, 1.0)) * 4.0, 0.0, 1.0), v_large.w);
+    cover = mix(cover, clamp((pattern - 1.0 + 0.8 * min(cover, 1.0)) * 2.5, 0.0, 1.0), v_large.w);
 #endif
     vec3 white = (u_light_color * (v_high.a * max(dot(u_light_direction, u_up), 0.0)) + u_ambient_above) *
                  (0.55 * INV_PI);

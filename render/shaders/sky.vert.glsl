@@ -5,8 +5,7 @@ uniform vec3 u_sun;         // to the sun: east, north, up
 uniform vec3 u_glow_color;  // of the haze round the sun
 out vec3 v_sky;
 out vec4 v_place;  // as of a Sight
-out vec4 v_core;
-out vec3 v_edge;
+out vec3 v_look;
 
 void main() {
     vec3 at = gl_Vertex.xyz;  // x to the sun's side
@@ -18,7 +17,6 @@ void main() {
     v_sky = texel.rgb + u_glow_color * (texel.a * glow);
     Sight sight = cloudSight(direction);
     v_place = sight.place;
-    v_core = sight.core;
-    v_edge = sight.edge;
+    v_look = sight.look;
     gl_Position = gl_ProjectionMatrix * vec4(direction * u_eye_to_local, 0.0);
 }

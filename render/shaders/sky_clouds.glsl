@@ -1,8 +1,10 @@
 // A sheet of clouds over the eye. Directions are east, north, up.
 uniform sampler2D u_clouds;      // cloud, slope along x and y
-uniform vec4 u_cloud_sheet;      // height over the eye, 2 * height / globe's radius, 1 / side of the pattern, threshold
-uniform vec3 u_cloud_place;      // of the eye in the pattern; how fast clouds grow thick
-uniform vec4 u_cloud_edge;       // 1 / softness, opacity, extinction of the air to base 2, texels a radian at a metre
+uniform vec4 u_cloud_sheet;      // height over the eye, 2 * height / globe's radius, 1 / side of the pattern, opacity
+uniform vec2 u_cloud_place;      // of the eye in the pattern
+uniform vec2 u_cloud_air;        // extinction to base 2 a metre; texels a radian at a metre
+uniform vec4 u_cloud_edge;       // factor and summand that make cover of the pattern; the same for nearness to the rim
+uniform vec3 u_cloud_slope;      // factors and summand that make a slope's light
 uniform vec3 u_cloud_to_light;
 uniform vec3 u_cloud_light;      // radiance of what sun or moon shines on
 uniform vec3 u_cloud_ambient;    // and of what lies in the shade
@@ -10,11 +12,10 @@ uniform vec3 u_cloud_ambient;    // and of what lies in the shade
 // Where a direction meets the clouds. It may be interpolated between directions.
 struct Sight {
     vec4 place;  // x, y over z is the place in the pattern less the eye's; w the level of detail
-    vec4 core;   // radiance of thick cloud, and how much of a cloud is seen through the air before it
-    vec3 edge;   // what its edges have more
+    vec3 look;   // how lit thick cloud is and how much more its rim is; how much hides what lies behind
 };
 
-// Clouds shine on the side of the light, and their edges when the light is behind them.
+// Clouds shine on the side of the light, and their rims when the light is behind them.
 Sight cloudSight(vec3 direction) {
     float up = max(direction.z, 0.0);
     float z = 0.5 * (up + sqrt(up * up + u_cloud_sheet.y));
@@ -23,24 +24,29 @@ Sight cloudSight(vec3 direction) {
     float lit = max(0.35 - 0.25 * ahead, 0.05);
     Sight sight;
     sight.place.xyz = vec3(direction.xy * (u_cloud_sheet.x * u_cloud_sheet.z), z);
-    sight.place.w = log2(distance * u_cloud_edge.w / sqrt(up + 0.02));
-    sight.core = vec4(u_cloud_light * (0.35 * lit) + u_cloud_ambient * 0.6, exp2(-u_cloud_edge.z * distance));
-    sight.edge = u_cloud_light * (0.65 * lit + 0.16 / (1.25 - ahead)) + u_cloud_ambient * 0.4;
+    sight.place.w = log2(distance * u_cloud_air.y / sqrt(up + 0.02));
+    float seen = u_cloud_sheet.w * exp2(-u_cloud_air.x * distance);
+    sight.look = vec3(0.35 * lit, 0.65 * lit + 0.16 / (1.25 - ahead), seen);
     return sight;
 }
 
 vec3 cloudPattern(vec4 place) {
-    return textureLod(u_clouds, place.xy / place.z + u_cloud_place.xy, place.w).rgb;
+    return textureLod(u_clouds, place.xy / place.z + u_cloud_place, place.w).rgb;
 }
 
-// Share of the light from behind that clouds hide.
 float cloudCover(vec3 pattern) {
-    return clamp((pattern.r - u_cloud_sheet.w) * u_cloud_edge.x, 0.0, 1.0) * u_cloud_edge.y;
+    return clamp(pattern.r * u_cloud_edge.x + u_cloud_edge.y, 0.0, 1.0);
+}
+
+// Share of the light from behind the clouds that comes through.
+float throughClouds(vec3 direction) {
+    return 1.0 - cloudCover(cloudPattern(cloudSight(direction).place)) * u_cloud_sheet.w;
 }
 
 // The sky with a cloud before it.
-vec3 behindClouds(vec3 sky, vec3 pattern, vec4 core, vec3 edge) {
-    float thickness = clamp((pattern.r - max(u_cloud_sheet.w, 0.0)) * u_cloud_place.z, 0.0, 1.0);
-    float facing = dot(pattern.gb - 0.5, -u_cloud_to_light.xy);
-    return mix(sky, core.rgb + edge * ((1.0 - thickness) * (1.0 + 2.0 * facing)), cloudCover(pattern) * core.a);
+vec3 behindClouds(vec3 sky, vec3 pattern, vec3 look) {
+    float rim = clamp(pattern.r * u_cloud_edge.z + u_cloud_edge.w, 0.0, 1.0);
+    rim *= dot(pattern.gb, u_cloud_slope.xy) + u_cloud_slope.z;
+    vec3 radiance = u_cloud_light * (look.x + look.y * rim) + u_cloud_ambient * (0.6 + 0.4 * rim);
+    return mix(sky, radiance, cloudCover(pattern) * look.z);
 }

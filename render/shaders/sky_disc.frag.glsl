@@ -21,7 +21,7 @@ void main() {
 #else
     vec3 radiance = u_disc_radiance * (0.4 + 0.6 * depth);
 #endif
-    float clear = 1.0 - cloudCover(cloudPattern(cloudSight(direction).place));
+    float clear = throughClouds(direction);
     vec3 sky = skyRadiance(direction);
     float fade = max(1.0 - radius / REACH, 0.0);
     vec3 glare = u_disc_halo * (fade * fade / (0.3 + radius2)) * clear;

@@ -10,7 +10,7 @@ void main() {
     vec3 direction = u_stars_to_local * gl_Vertex.xyz;
     float up = max(direction.z, 0.0);
     vec3 light = gl_Color.rgb * exp(-u_star_depth / (up + 0.025));
-    float clear = 1.0 - cloudCover(cloudPattern(cloudSight(direction).place));
+    float clear = throughClouds(direction);
     vec3 sky = skyRadiance(direction);
     float size = 1.6;
     v_display = (display(sky + light * (u_star_gain * clear)) - display(sky)) * step(0.0, direction.z);

@@ -35,15 +35,15 @@ void main() {
 #ifdef NEAR
     // Details fade out before the tiles that have none begin.
     float distance = length(v_position);
-    vec4 wide = texture(u_detail, TURNED * v_place);
-    float lightness = 1.0 + (mix(wide.a, wide.b, green) - 0.5) * clamp(3.0 - distance * (3.0 / 900.0), 0.0, 1.6);
+    vec2 wide = texture(u_detail, TURNED * v_place).rg;
+    float lightness = 1.0 + (mix(wide.g, wide.r, green) - 0.5) * clamp(3.0 - distance * (3.0 / 900.0), 0.0, 1.6);
 #ifdef FINE
-    vec4 fine = texture(u_detail, v_place * (1.0 / 9.0));
-    lightness *= 1.0 + (mix(fine.a, fine.b, green) - 0.5) * clamp(3.0 - distance * (3.0 / 120.0), 0.0, 1.6);
+    vec2 fine = texture(u_detail, v_place * (1.0 / 9.0)).rg;
+    lightness *= 1.0 + (mix(fine.g, fine.r, green) - 0.5) * clamp(3.0 - distance * (3.0 / 120.0), 0.0, 1.6);
 #endif
     // Wet sand where the waves run up.
-    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + wide.b * 0.6) * (1.0 - green));
-    patches = wide.b;
+    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + wide.r * 0.6) * (1.0 - green));
+    patches = wide.r;
     float lit = lightThere(v_position);
 #else
     float lit = 1.0;

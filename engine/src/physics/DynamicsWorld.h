@@ -44,7 +44,14 @@ struct DynamicsParts {
         bool asked = false;  ///< about a pair whatever its modes
     };
 
-    btDefaultCollisionConfiguration configuration;
+    /// The library's pools start small and grow: its own sizes are for thousands of bodies.
+    static btDefaultCollisionConstructionInfo smallPools() {
+        btDefaultCollisionConstructionInfo info;
+        info.m_defaultMaxPersistentManifoldPoolSize = info.m_defaultMaxCollisionAlgorithmPoolSize = 512;
+        return info;
+    }
+
+    btDefaultCollisionConfiguration configuration{smallPools()};
     Dispatcher dispatcher{&configuration};
     btDbvtBroadphase broadphase;
     Filter filter;

@@ -41,8 +41,13 @@ private:
 };
 
 void registerDrivers() {
+    // What is read is kept by whoever asked: the library's own copies would be held twice.
+    constexpr GIntBig CACHE_BYTES = 2 << 20;
     static std::once_flag once;
-    std::call_once(once, [] { GDALAllRegister(); });
+    std::call_once(once, [] {
+        GDALAllRegister();
+        GDALSetCacheMax64(CACHE_BYTES);
+    });
 }
 
 // The horizontal part of a system with longitude before latitude; the caller releases it.

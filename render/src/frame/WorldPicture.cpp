@@ -2,6 +2,7 @@
 // scene drawn into the picture's own buffer, the buffer shown.
 #include "frame/WorldPicture.h"
 
+#include <malloc.h>
 #include <osg/ClipControl>
 #include <osg/CullFace>
 #include <osg/Depth>
@@ -238,6 +239,8 @@ void WorldPicture::draw() {
     m_context->setDefaultFboId(m_buffer->getDrawId());
     m_viewer.updateTraversal();
     m_viewer.renderingTraversals();
+    // Images and shaders have been made by now; what that took goes back to the system.
+    if (++m_frames_drawn == 2) malloc_trim(0);
 }
 
 void WorldPicture::beginPass() {

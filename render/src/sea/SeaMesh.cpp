@@ -92,7 +92,7 @@ void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaS
     m_spacing = field.getCascade(1).length / SIZE;
     // Looking down, cells may be as large as they are seen; high up they must not be small, there are too many.
     const double fine = m_ranges[2] * m_spacing, height = std::abs(view.height);
-    m_lift = 0.6 * std::min(height, fine) + 0.4 * std::max(height - fine, 0.0);
+    m_lift = 0.6 * std::min(height, fine) + 0.15 * std::max(height - fine, 0.0);
 
     const double radius = std::min(view.east_radius, view.north_radius);
     m_reach = std::min(std::sqrt(2.0 * radius * height) * 1.05 + 2000.0, 0.5 * radius);
@@ -212,7 +212,7 @@ SeaVertex SeaMesh::makeVertex(std::int64_t column, std::int64_t row, bool shore)
 Values SeaMesh::displace(SeaVertex& out, std::int64_t column, std::int64_t row, double east, double north) const {
     const WaveCascade &large = m_field->getCascade(0), &small = m_field->getCascade(1);
     const double distance = getDistance(out.rest_east, out.rest_north);
-    const float with_large = fade(distance, m_ranges[5] * m_spacing, m_ranges[7] * m_spacing);
+    const float with_large = fade(distance, m_ranges[6] * m_spacing, m_ranges[8] * m_spacing);
     const float with_small = fade(distance, m_ranges[2] * m_spacing, m_ranges[3] * m_spacing);
     Values moved{};
     if (with_large > 0.0f) {

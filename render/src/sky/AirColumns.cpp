@@ -9,7 +9,7 @@
 namespace {
 
 /// The sky over haze as deep as HAZE_HEIGHT would be white; that height holds for what is seen through the air below.
-constexpr float HAZE_SCALE = 1100.0f;
+constexpr float HAZE_SCALE = 800.0f;
 constexpr float MOLECULE_HEIGHT = 8000.0f;
 constexpr float OZONE_CENTRE = 25000.0f, OZONE_HALF_WIDTH = 15000.0f;
 constexpr float TOP_RADIUS = GLOBE_RADIUS + AIR_TOP;

@@ -46,18 +46,20 @@ osg::ref_ptr<osg::Texture2D> makeCloudTexture() {
 
 /// Sines of the elevations of the dome's rings: close together near the horizon, where the sky changes quickly.
 std::vector<float> ringSines() {
-    std::vector<float> sines{-1.0f, -0.5f, -0.2f};
-    for (int row = 24; row < 44; ++row) sines.push_back(SkyGrid::sineOf(row));
-    const float from = std::asin(sines.back());
-    constexpr int RINGS = 24;
-    for (int i = 1; i <= RINGS; ++i)
-        sines.push_back(std::sin(from + (0.5f * PI - from) * static_cast<float>(i) / RINGS));
+    constexpr float NARROW = 0.02f, WIDE = 0.095f, GROWTH = 0.22f;  // radians between rings
+    std::vector<float> sines{
+        -1.0f, -0.4f, -0.15f, -0.08f, -0.055f, -0.035f, -0.02f, -0.01f, SkyGrid::sineOf(SkyGrid::ROWS / 2)};
+    for (float elevation = 0.029f; elevation < 0.5f * PI - 0.5f * WIDE;) {
+        sines.push_back(std::sin(elevation));
+        elevation += std::clamp(GROWTH * elevation, NARROW, WIDE);
+    }
+    sines.push_back(1.0f);
     return sines;
 }
 
 /// Directions with x to the sun's side, and where the table has them.
 osg::ref_ptr<osg::Geometry> makeDome() {
-    constexpr int SIDES = 64;
+    constexpr int SIDES = 54;
     osg::ref_ptr<osg::Vec3Array> places = new osg::Vec3Array;
     osg::ref_ptr<osg::Vec2Array> texels = new osg::Vec2Array;
     const std::vector<float> sines = ringSines();
@@ -97,7 +99,9 @@ SkyDome::SkyDome(osg::Group& group, ShaderLibrary& shaders) : m_table(new osg::I
     shared.setTextureAttribute(UNIT_CLOUDS, makeCloudTexture());
     shared.addUniform(new osg::Uniform("u_clouds", UNIT_CLOUDS));
     m_cloud_sheet = addUniform(shared, "u_cloud_sheet", osg::Vec4f());
-    m_cloud_place = addUniform(shared, "u_cloud_place", osg::Vec3f());
+    m_cloud_place = addUniform(shared, "u_cloud_place", osg::Vec2f());
+    m_cloud_air = addUniform(shared, "u_cloud_air", osg::Vec2f());
+    m_cloud_slope = addUniform(shared, "u_cloud_slope", osg::Vec3f());
     m_cloud_edge = addUniform(shared, "u_cloud_edge", osg::Vec4f());
     m_cloud_to_light = addUniform(shared, "u_cloud_to_light", osg::Vec3f());
     m_cloud_light = addUniform(shared, "u_cloud_light", osg::Vec3f());
@@ -139,20 +143,25 @@ void SkyDome::updateClouds(const FrameView& view, const SkyLight& light, const E
     const float over_eye = std::fmax(CLOUD_HEIGHT - eye, 100.0f);
     const float share = std::clamp(environment.cloudiness, 0.0f, 1.0f);
     const float closed = smoothStep(0.55f, 1.0f, share);
+    // They fade before the eye comes through them.
+    const float near = 1.0f - smoothStep(CLOUD_HEIGHT - 700.0f, CLOUD_HEIGHT - 100.0f, eye);
+    m_cloud_sheet->set(osg::Vec4f(over_eye, 2.0f * over_eye / GLOBE_RADIUS, static_cast<float>(1.0 / PATTERN_SIDE),
+                                  near * (0.96f - 0.2f * closed)));
+    const dvec3 place = placeInSheet(view.geodetic);
+    m_cloud_place->set(osg::Vec2f(wrapped(place.x - static_cast<double>(environment.wind.x) * view.time),
+                                  wrapped(place.y - static_cast<double>(environment.wind.y) * view.time)));
+    const double pixel = 2.0 * std::tan(view.fov * 0.5 * jMath::DEG2RAD) / view.height;
+    m_cloud_air->set(osg::Vec2f(static_cast<float>(view.extinction * 0.6 + 5e-6) * 1.4427f,
+                                static_cast<float>(pixel * CLOUD_TEXELS / PATTERN_SIDE)));
+
     // No threshold is high enough for the pattern's very peaks, nor low enough for its gaps.
     const float threshold = 1.0f - share + 0.25f * (1.0f - smoothStep(0.0f, 0.15f, share)) - 0.5f * closed;
-    const float near = 1.0f - smoothStep(CLOUD_HEIGHT - 700.0f, CLOUD_HEIGHT - 100.0f, eye);
-    const auto haze = static_cast<float>(view.extinction * 0.6 + 5e-6) * 1.4427f;  // to base 2
-    m_cloud_sheet->set(
-        osg::Vec4f(over_eye, 2.0f * over_eye / GLOBE_RADIUS, static_cast<float>(1.0 / PATTERN_SIDE), threshold));
-    const double pixel = 2.0 * std::tan(view.fov * 0.5 * jMath::DEG2RAD) / view.height;
-    const auto texels = static_cast<float>(pixel * CLOUD_TEXELS / PATTERN_SIDE);
-    m_cloud_edge->set(osg::Vec4f(9.0f - 7.0f * closed, near * (0.96f - 0.2f * closed), haze, texels));
-    const dvec3 place = placeInSheet(view.geodetic);
-    m_cloud_place->set(osg::Vec3f(wrapped(place.x - static_cast<double>(environment.wind.x) * view.time),
-                                  wrapped(place.y - static_cast<double>(environment.wind.y) * view.time),
-                                  2.0f - closed));
-    m_cloud_to_light->set(toOsg(light.light_direction));
+    const float hardness = 9.0f - 7.0f * closed, thickening = 2.0f - closed;
+    m_cloud_edge->set(
+        osg::Vec4f(hardness, -threshold * hardness, -thickening, 1.0f + std::fmax(threshold, 0.0f) * thickening));
+    const vec3& to_light = light.light_direction;
+    m_cloud_slope->set(osg::Vec3f(-2.0f * to_light.x, -2.0f * to_light.y, 1.0f + to_light.x + to_light.y));
+    m_cloud_to_light->set(toOsg(to_light));
     m_cloud_light->set(toOsg(picture.cloud_light * (1.3f / PI)));
     m_cloud_ambient->set(toOsg(picture.cloud_ambient * (1.0f / PI) + picture.cloud_light * 0.03f));
 }

@@ -28,6 +28,6 @@ private:
     osg::ref_ptr<osg::Texture2D> m_radiance;
     osg::ref_ptr<osg::Image> m_table;
     osg::ref_ptr<osg::Uniform> m_sun, m_glow_color;
-    osg::ref_ptr<osg::Uniform> m_cloud_sheet, m_cloud_place, m_cloud_edge, m_cloud_to_light, m_cloud_light,
-        m_cloud_ambient;
+    osg::ref_ptr<osg::Uniform> m_cloud_sheet, m_cloud_place, m_cloud_air, m_cloud_edge, m_cloud_slope, m_cloud_to_light,
+        m_cloud_light, m_cloud_ambient;
 };

@@ -52,7 +52,7 @@ float moonIlluminance(double phase) {
 
 float exposureFor(float adaptation) {
     constexpr float BLACK = 3.5e-7f;  // as far as eyes go
-    return 0.27f * std::pow(adaptation + BLACK, -0.85f);
+    return 0.262f * std::pow(adaptation + BLACK, -0.83f);
 }
 
 SkyModel::Cover SkyModel::coverOf(const SkyConditions& conditions) {
@@ -123,6 +123,8 @@ void SkyModel::addOvercast(const AirOptics& optics, float gray_share) {
 }
 
 void SkyModel::addSea(float eye_height) {
+    // Near the ground what lies far off takes the horizon's colour, wherever it is seen; see sightSine().
+    const float high = smoothStep(500.0f, 3000.0f, eye_height);
     for (int row = 0; SkyGrid::sineOf(row) < horizonSine(eye_height); ++row) {
         const float sine = SkyGrid::sineOf(row), grazing = 1.0f + sine;
         const float mirror = 0.02f + 0.98f * std::pow(grazing, 5.0f);  // Schlick's approximation (1994)
@@ -130,12 +132,12 @@ void SkyModel::addSea(float eye_height) {
         const vec3 through = m_sky.through[static_cast<std::size_t>(row)];
         const vec3 haze_share = gray(1.0f + 1e-6f) - through;
         for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
+            const std::size_t here = SkyGrid::indexOf(column, row), horizon = SkyGrid::indexOf(column, HALF);
             const vec3 above = m_sky.radiance[SkyGrid::indexOf(column, SkyGrid::ROWS - 1 - row)];
             const vec3 sea = product(through, above * mirror + own);
             m_sky.from_below = m_sky.from_below + sea * (-sine * SkyGrid::solidAngle(column, row));
             for (std::vector<vec3>* const part : {&m_sky.radiance, &m_sky.glow}) {
-                vec3& radiance = (*part)[SkyGrid::indexOf(column, row)];
-                radiance = quotient(radiance, haze_share);
+                (*part)[here] = mix((*part)[horizon], quotient((*part)[here], haze_share), high);
             }
         }
     }

@@ -12,6 +12,7 @@
 #include "engine/core/Engine.h"
 #include "engine/text/Log.h"
 #include "scene/RasterSource.h"
+#include "terrain/Chance.h"
 
 namespace {
 
@@ -28,13 +29,6 @@ void setUp(osg::Texture2D& texture, osg::Texture::WrapMode wrap, GLint format) {
     texture.setUnRefImageDataAfterApply(true);
 }
 
-/// An integer hash of low bias (Wellons 2018, "lowbias32").
-std::uint32_t hash(std::uint32_t x) {
-    x = (x ^ (x >> 16)) * 0x7feb352dU;
-    x = (x ^ (x >> 15)) * 0x846ca68bU;
-    return x ^ (x >> 16);
-}
-
 /// A field over the texture's square, which repeats.
 using Field = std::vector<float>;
 
@@ -42,7 +36,7 @@ using Field = std::vector<float>;
 void addNoise(Field& out, int cells, float strength, std::uint32_t seed) {
     const auto value = [&](int x, int y) {
         const auto at = static_cast<std::uint32_t>((y % cells) * cells + x % cells);
-        return static_cast<float>(hash(at + hash(seed))) * (2.0f / 4294967296.0f) - 1.0f;
+        return static_cast<float>(scramble(at + scramble(seed))) * (2.0f / 4294967296.0f) - 1.0f;
     };
     const int step = DETAIL_SIZE / cells;
     std::vector<float> fade(static_cast<std::size_t>(step));
@@ -87,7 +81,7 @@ unsigned char toByte(float v) {
 
 }  // namespace
 
-osg::ref_ptr<osg::Texture2D> loadImagery(const std::string& path, ImageryPlace& place) {
+osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& place) {
     if (path.empty()) return nullptr;
     const std::unique_ptr<RasterSource> source = RasterSource::open(Engine::get()->resolvePath(path), "imagery");
     if (!source) return nullptr;
@@ -101,31 +95,30 @@ osg::ref_ptr<osg::Texture2D> loadImagery(const std::string& path, ImageryPlace& 
     place.south = source->getSouth() - 0.5 * source->getLatStep();
     place.east = place.west + source->getNumColumns() * source->getLonStep();
     place.north = place.south + source->getNumRows() * source->getLatStep();
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
+    return image;
+}
+
+osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery) {
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(&imagery);
     setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGBA8);
     return texture;
 }
 
 osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
-    Field grown = makeNoise(4, 128, 0.95f, 1), bare = makeNoise(8, 128, 0.85f, 21), relief = makeNoise(8, 128, 0.6f, 41);
+    constexpr float STRENGTH = 0.30f;
+    Field grown = makeNoise(4, 128, 0.95f, 1), bare = makeNoise(8, 128, 0.85f, 21);
     for (float& v : bare) v = -std::fabs(v);  // creases
-    for (Field* field : {&grown, &bare, &relief}) normalise(*field);
+    normalise(grown);
+    normalise(bare);
     osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(DETAIL_SIZE, DETAIL_SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    const auto at = [&](int x, int y) {
-        return relief[static_cast<std::size_t>((y % DETAIL_SIZE) * DETAIL_SIZE + x % DETAIL_SIZE)];
-    };
-    for (int y = 0; y < DETAIL_SIZE; ++y) {
-        for (int x = 0; x < DETAIL_SIZE; ++x) {
-            const auto i = static_cast<std::size_t>(y * DETAIL_SIZE + x);
-            const float east = at(x + 1, y) - at(x + DETAIL_SIZE - 1, y),
-                        north = at(x, y + 1) - at(x, y + DETAIL_SIZE - 1);
-            const unsigned char texel[] = {toByte(east * 1.6f), toByte(north * 1.6f), toByte(grown[i] * 0.30f),
-                                           toByte(bare[i] * 0.30f)};
-            std::copy(texel, texel + 4, image->data(static_cast<unsigned>(x), static_cast<unsigned>(y)));
-        }
+    image->allocateImage(DETAIL_SIZE, DETAIL_SIZE, 1, GL_RG, GL_UNSIGNED_BYTE);
+    for (std::size_t i = 0; i < grown.size(); ++i) {
+        image->data()[2 * i] = toByte(grown[i] * STRENGTH);
+        image->data()[2 * i + 1] = toByte(bare[i] * STRENGTH);
     }
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    setUp(*texture, osg::Texture::REPEAT, GL_RGBA8);
+    setUp(*texture, osg::Texture::REPEAT, GL_RG8);
+    // Sharper than it ought to be along the slant, where it would blur away.
+    texture->setLODBias(-0.8f);
     return texture;
 }

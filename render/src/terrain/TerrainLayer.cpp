@@ -11,7 +11,7 @@
 
 namespace {
 
-enum Units { UNIT_IMAGERY = 0, UNIT_DETAIL = 1 };
+enum Units { UNIT_IMAGERY = 0, UNIT_DETAIL = 1, UNIT_TREE = 2 };
 
 osg::Uniform* add(osg::StateSet& state, osg::Uniform* uniform) {
     uniform->setDataVariance(osg::Object::DYNAMIC);
@@ -43,13 +43,16 @@ TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary& shaders)
     state.addUniform(new osg::Uniform("u_imagery", static_cast<int>(UNIT_IMAGERY)));
     state.addUniform(new osg::Uniform("u_image", static_cast<int>(UNIT_IMAGERY)));
     state.addUniform(new osg::Uniform("u_detail", static_cast<int>(UNIT_DETAIL)));
+    state.addUniform(new osg::Uniform("u_tree", static_cast<int>(UNIT_TREE)));
     state.setTextureAttribute(UNIT_DETAIL, makeGroundDetail());
+    state.setTextureAttribute(UNIT_TREE, makeTreeTexture());
     const auto makeState = [&](const std::vector<std::string>& defines) {
         osg::ref_ptr<osg::StateSet> made = new osg::StateSet;
         made->setAttributeAndModes(shaders.getProgram("terrain", defines));
         return made;
     };
-    m_states = {makeState({"NEAR", "FINE"}), makeState({"NEAR"}), makeState({})};
+    m_states = {makeState({"NEAR", "FINE"}), makeState({"NEAR"}), makeState({}), new osg::StateSet};
+    m_states.trees->setAttributeAndModes(shaders.getProgram("terrain_tree"));
     // After the meshes, from near to far.
     m_tiles->getOrCreateStateSet()->setRenderBinDetails(DRAW_OPAQUE + 1, "TraversalOrderBin");
 }
@@ -67,13 +70,14 @@ void TerrainLayer::makeTree() {
     const ElevationRaster& raster = m_terrain->getRaster();
     ImageryPlace place{raster.getWest(), raster.getSouth(), raster.getLongitude(raster.getNumColumns() - 1),
                        raster.getLatitude(raster.getNumRows() - 1)};
-    const osg::ref_ptr<osg::Texture2D> imagery = loadImagery(m_terrain->getImagery(), place);
+    const osg::ref_ptr<osg::Image> imagery = loadImagery(m_terrain->getImagery(), place);
     osg::StateSet& state = *m_tiles->getOrCreateStateSet();
     state.setDefine("IMAGERY", imagery ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
-    if (imagery) state.setTextureAttribute(UNIT_IMAGERY, imagery);
+    if (imagery) state.setTextureAttribute(UNIT_IMAGERY, makeImageryTexture(*imagery));
     m_extent->set(extentOf(place));
-    m_tree = std::make_unique<TerrainTree>(raster, place, m_states);
+    m_tree = std::make_unique<TerrainTree>(raster, imagery, place, m_states);
     m_tiles->addChild(m_tree->getGroup());
+    m_tiles->addChild(m_tree->getTrees());
     m_decals.setGround(&raster, &m_tree->getBuilder());
 }
 

@@ -11,17 +11,18 @@
 namespace {
 
 constexpr int COARSEST = 64;           // stride, in posts, of the coarsest tile that has a shape
-constexpr double FINE_REACH = 300.0;   // metres round the eye where the ground is drawn from all posts
+constexpr double FINE_REACH = 200.0;   // metres round the eye where the ground is drawn from all posts
 constexpr double GRAIN_REACH = 120.0;  // metres to which the states show what they show
 constexpr double DETAIL_REACH = 900.0;
-constexpr double JUMP = 400.0;  // metres between two frames after which all is made anew at once
+constexpr double TREE_REACH = 600.0;  // as the trees' shader has it
+constexpr double JUMP = 400.0;        // metres between two frames after which all is made anew at once
 constexpr int AT_ONCE = 1 << 20;
 constexpr unsigned KEEP = 900;   // frames for which an unused tile is kept
 constexpr int KEPT_TILES = 256;  // below this none is dropped
 
 /// Pixels by which the ground may be off.
 double thresholdOf(Quality quality) {
-    return quality == Quality::LOW ? 2.5 : quality == Quality::MEDIUM ? 1.25 : 0.7;
+    return quality == Quality::LOW ? 4.0 : quality == Quality::MEDIUM ? 2.0 : 1.0;
 }
 
 /// Tolerance of a tile's triangles by fineness, metres: 0 is the raster's own, then a half, one, two ...
@@ -41,12 +42,12 @@ struct TerrainTree::Tile {
     dvec3 middle;     ///< of the box, geocentric
     double radius = 0.0;
     double error = 0.0;
-    bool is_drawable = true;  ///< false when it is too coarse
-    bool is_ground = true;    ///< false where there is nothing to draw
-    int fineness = -1;        ///< of its triangles, -1 while it has none
-    unsigned used = 0;        ///< the frame that wanted it last
-    osg::ref_ptr<osg::MatrixTransform> place;
-    std::unique_ptr<Tile> children[4];  ///< south-west, south-east, north-west, north-east; all or none
+    bool is_drawable = true;                          ///< false when it is too coarse
+    bool is_ground = true;                            ///< false where there is nothing to draw
+    int fineness = -1;                                ///< of its triangles, -1 while it has none
+    unsigned used = 0;                                ///< the frame that wanted it last
+    osg::ref_ptr<osg::MatrixTransform> place, trees;  ///< null while they were not wanted
+    std::unique_ptr<Tile> children[4];                ///< south-west, south-east, north-west, north-east; all or none
     bool hasChildren() const { return children[0] != nullptr; }
 };
 
@@ -54,10 +55,19 @@ void TileGroup::traverse(osg::NodeVisitor& visitor) {
     for (osg::MatrixTransform* tile : drawn) tile->accept(visitor);
 }
 
-TerrainTree::TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, const TileStates& states)
-    : m_raster(raster), m_builder(raster, imagery), m_states(states), m_group(new TileGroup) {
+TerrainTree::TerrainTree(const ElevationRaster& raster, const osg::Image* imagery, const ImageryPlace& place,
+                         const TileStates& states)
+    : m_raster(raster),
+      m_builder(raster, place),
+      m_states(states),
+      m_trees(raster, imagery, place),
+      m_group(new TileGroup),
+      m_woods(new TileGroup) {
     m_group->setCullingActive(false);
     m_group->drawn.reserve(1024);
+    m_woods->setCullingActive(false);
+    m_woods->setStateSet(m_states.trees);
+    m_woods->drawn.reserve(256);
     int stride = 1;
     while (stride * TILE_CELLS < std::max(raster.getNumColumns(), raster.getNumRows()) - 1) stride *= 2;
     m_root = makeTile({0, 0, stride});
@@ -131,6 +141,7 @@ void TerrainTree::update(const FrameView& view) {
     look(view);
     ++m_frame;
     m_group->drawn.clear();
+    m_woods->drawn.clear();
     visit(*m_root, true);
     if (m_frame % 64 == 0 && m_num_tiles > KEPT_TILES) prune(*m_root);
 }
@@ -163,7 +174,7 @@ bool TerrainTree::isLostInAir(const Tile& tile, double distance) const {
 
 bool TerrainTree::needsSplit(const Tile& tile, double distance) const {
     if (tile.area.stride == 1) return false;
-    return !tile.is_drawable || distance < FINE_REACH || tile.error > errorAllowed(distance);
+    return !tile.is_drawable || distance < TREE_REACH || tile.error > errorAllowed(distance);
 }
 
 void TerrainTree::visit(Tile& tile, bool is_seen) {
@@ -192,6 +203,18 @@ void TerrainTree::draw(Tile& tile, double distance) {
                                                            : m_states.far;
     if (tile.place->getStateSet() != state) tile.place->setStateSet(state);
     if (tile.place->getNumChildren() > 0) m_group->drawn.push_back(tile.place);
+    if (distance < TREE_REACH && tile.area.stride == 1) drawTrees(tile);
+}
+
+void TerrainTree::drawTrees(Tile& tile) {
+    if (!tile.trees) {
+        if (m_shape_budget-- <= 0) return;
+        tile.trees = new osg::MatrixTransform(toOsg(tile.frame));
+        tile.trees->setCullingActive(false);
+        const osg::ref_ptr<osg::Geometry> geometry = m_trees.plant(tile.area, tile.frame);
+        if (geometry) tile.trees->addChild(geometry);
+    }
+    if (tile.trees->getNumChildren() > 0) m_woods->drawn.push_back(tile.trees);
 }
 
 // Reads what a tile needs of a raster that is not in memory, a little in each frame.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/FrameView.h"
+#include "terrain/GroundTrees.h"
 #include "terrain/TileMesh.h"
 
 /// Draws a list of tiles, in its order.
@@ -21,6 +22,7 @@ struct TileStates {
     osg::ref_ptr<osg::StateSet> close;  ///< before the eye, with grains and blades
     osg::ref_ptr<osg::StateSet> near;   ///< with clumps and stones
     osg::ref_ptr<osg::StateSet> far;    ///< with no more than the imagery
+    osg::ref_ptr<osg::StateSet> trees;
 };
 
 /// A tree of tiles over the raster: each is replaced by the four of half its stride when what it leaves out would show.
@@ -28,12 +30,15 @@ struct TileStates {
 /// as its distance wants; round the eye they are the raster's own. Tiles that nobody needed for a while are dropped.
 class TerrainTree {
 public:
-    TerrainTree(const ElevationRaster& raster, const ImageryPlace& imagery, const TileStates& states);
+    /// `imagery` may be null; `place` is what it covers.
+    TerrainTree(const ElevationRaster& raster, const osg::Image* imagery, const ImageryPlace& place,
+                const TileStates& states);
     ~TerrainTree();
 
     /// Chooses what is drawn. All that is missing is made at once in the first frame and after a jump of the eye.
     void update(const FrameView& view);
     TileGroup* getGroup() const { return m_group; }
+    TileGroup* getTrees() const { return m_woods; }
     TileBuilder& getBuilder() { return m_builder; }
 
     int getNumTiles() const { return m_num_tiles; }  ///< in memory
@@ -51,6 +56,7 @@ private:
     void look(const FrameView& view);
     void visit(Tile& tile, bool is_seen);
     void draw(Tile& tile, double distance);
+    void drawTrees(Tile& tile);
     bool isInSight(const Tile& tile) const;
     double distanceTo(const Tile& tile, dvec3& eye) const;
     bool isLostInAir(const Tile& tile, double distance) const;
@@ -65,7 +71,8 @@ private:
     const ElevationRaster& m_raster;
     TileBuilder m_builder;
     const TileStates m_states;
-    osg::ref_ptr<TileGroup> m_group;
+    GroundTrees m_trees;
+    osg::ref_ptr<TileGroup> m_group, m_woods;
     std::unique_ptr<Tile> m_root;
     Sight m_sight;
     unsigned m_frame = 0;
