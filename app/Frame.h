@@ -8,7 +8,7 @@
 class Engine;
 class LogicBase;
 
-/// Runs one frame: update, physics, swap, picture, render.
+/// Runs one frame: update, physics, swap, picture with the panels, render.
 void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void()>& picture);
 
 /// Hands out the frames' dt, and waits for the next frame when they follow the clock.

@@ -9,6 +9,8 @@
 
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
+#include "engine/gui/UIRoot.h"
+#include "engine/input/InputRouter.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
 #include "src/logic/Logic_Test_Fly.h"
@@ -48,11 +50,13 @@ bool readChannel(const Package& config, const std::string& name, PictureSettings
 }  // namespace
 
 Screen::~Screen() {
+    disconnect();
     // The library stays: what it registered with the driver outlives the picture.
     m_picture.reset();
 }
 
 bool Screen::open(const Options& options, const std::string& library, Engine& engine, std::string& error) {
+    m_engine = &engine;
     PictureSettings settings;
     settings.window = !options.headless && hasDisplay();
     m_screenshots = options.screenshots;
@@ -85,11 +89,25 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
 }
 
 void Screen::connect(LogicBase& logic) {
+    InputRouter& input = *m_engine->getInput();
+    IApp* const app = m_engine->getApp();
+    input.bindKeyPress([&logic, app](const GUIEventKey& event) { logic.onKeyPress(event, app); });
+    input.bindKeyRelease([&logic, app](const GUIEventKey& event) { logic.onKeyRelease(event, app); });
+    input.bindMouseDown([&logic, app](const GUIEventMouse& event) { logic.onMouseDown(event, app); });
+    input.bindMouseUp([&logic, app](const GUIEventMouse& event) { logic.onMouseUp(event, app); });
+    input.bindMouseMove([&logic, app](const GUIEventMouse& event) { logic.onMouseMove(event, app); });
+    input.bindWheel([&logic, app](const GUIEventWheel& event) { logic.onMouseWheel(event, app); });
     auto* const fly = dynamic_cast<Logic_Test_Fly*>(&logic);
     if (!m_picture || !fly) return;
     logic.m_signal_20_fog.append([this, fly](float) {
         m_picture->setVisibility(std::max(fly->getVisibilityDistance() * VISIBILITY_STEP, VISIBILITY_STEP));
     });
+}
+
+void Screen::disconnect() {
+    if (!m_engine) return;
+    m_engine->getInput()->clearBindings();
+    m_engine->getUIRoot()->clear();
 }
 
 bool Screen::draw(long frame, std::string& error) {
@@ -98,6 +116,7 @@ bool Screen::draw(long frame, std::string& error) {
                                  [&](const Screenshot& shot) { return shot.frame == frame; });
     if (!m_draws_always && !due) return true;
     if (m_shows_rate) showRate();
+    m_engine->updateGui();
     m_picture->draw();
     return saveDue(frame, error);
 }
@@ -112,6 +131,7 @@ bool Screen::saveDue(long frame, std::string& error) {
 
 bool Screen::finish(std::string& error) {
     if (!m_picture || m_screenshots.empty()) return true;
+    m_engine->updateGui();
     m_picture->draw();
     if (!saveDue(0, error)) return false;
     for (const Screenshot& shot : m_screenshots) {

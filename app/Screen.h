@@ -22,8 +22,10 @@ public:
     /// Opens a window or an off-screen picture as the options and the configuration ask for. False, with `error` saying
     /// why, when that fails. A run without a window and without screenshots opens nothing.
     bool open(const Options& options, const std::string& library, Engine& engine, std::string& error);
-    /// Has the logic's fog set the picture's visibility.
+    /// Has the logic's fog set the picture's visibility, and the logic hear the engine's input.
     void connect(LogicBase& logic);
+    /// Forgets what lies in the logic's library, before it is closed: its handlers and panels.
+    void disconnect();
     /// Takes in the window's events; false once it was closed.
     bool poll() { return !m_picture || m_picture->poll(); }
     /// Draws the frame and writes the screenshots of it; false, with `error` saying why, when one cannot be written.
@@ -42,6 +44,7 @@ private:
     std::unique_ptr<Picture> m_picture;
     std::vector<Screenshot> m_screenshots;  ///< still to be written
     bool m_draws_always = false;            ///< else only the frames that screenshots want
+    Engine* m_engine = nullptr;
     bool m_shows_rate = false, m_rate_is_instant = false;
     Clock::time_point m_rate_start = Clock::now();
     int m_rate_frames = 0;

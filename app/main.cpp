@@ -151,6 +151,7 @@ int run(const Options& options) {
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
     if (!runFrames(options, engine, plugin, hashes, screen, error)) return fail(error);
     plugin.getLogic()->release();
+    screen.disconnect();
     plugin.destroyLogic();
     if (options.memory_report) printMemoryReport();
     if (!hashes.close()) return fail("\"" + options.hash_file + "\" could not be written to its end");

@@ -26,7 +26,8 @@ in vec4 v_fine;
 in vec3 v_ground;
 #endif
 
-void main() {
+// Slope of the surface; the share of it under foam; how ragged foam is there.
+vec2 readWaves(out float cover, out float rags) {
 #ifdef NEAR
     vec2 slope = v_large.xy;
     float spread = v_large.z;
@@ -39,19 +40,25 @@ void main() {
 #endif
 #ifdef REMOTE
     slope += u_swell_turn * (textureLod(u_large, v_fine.xy, u_levels.z).xy - ZERO) * v_large.w;
-    float rags = 0.5;
-    float cover = rags * spread;
+    rags = 0.5;
+    cover = rags * spread;
 #else
     // Waves break on the crests of greater ones, and their foam lies in rags.
     vec4 small = textureLod(u_small, v_small.xy, u_levels.y);
     slope += (small.xy - ZERO) * (u_slope_scale.y * v_small.z);
-    float rags = clamp(6.0 * small.w - 2.8, 0.0, 1.0);
-    float cover = small.z * breaking + clamp(5.0 * small.w + 3.0 * spread - 5.2, 0.0, 1.0);
+    rags = clamp(6.0 * small.w - 2.8, 0.0, 1.0);
+    cover = small.z * breaking + clamp(5.0 * small.w + 3.0 * spread - 5.2, 0.0, 1.0);
 #endif
 #ifdef FINE
     vec4 ripple = texture(u_small, v_fine.xy);
     slope += u_ripples_turn * (ripple.xy - ZERO) * v_large.w;
 #endif
+    return slope;
+}
+
+void main() {
+    float cover, rags;
+    vec2 slope = readWaves(cover, rags);
     vec3 view = v_view.xyz;
     vec2 off = v_glint.xy - slope;
     float glint = v_glint.z * exp2(dot(off, off) * v_glint.w);

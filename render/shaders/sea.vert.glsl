@@ -42,28 +42,14 @@ float meanSquare(int cascade, float level) {
     return mix(u_mean_square[8 * cascade + i], u_mean_square[8 * cascade + i + 1], at - float(i));
 }
 
-void main() {
-    vec3 place = gl_Vertex.xyz;
-    vec2 rest = gl_MultiTexCoord0.xy;
-    float crest = gl_MultiTexCoord0.z;
-    vec4 position = gl_ModelViewMatrix * gl_Vertex;
-    gl_Position = gl_ProjectionMatrix * position;
-
-    float distance = length(place);
-    vec3 view = -place / max(distance, 0.01);
-    float rise = max(view.z, 0.002);
-    float lit = lightThere(position.xyz);
-    v_view = vec4(view, airTransmittance(position.xyz));
-
-    // A pixel is long where the view is flat; textures are read somewhat finer than it. What is finer still goes into
-    // the surface's roughness.
+// Where the textures are read and how strong they are, by distance; the mean square slope that they show. A pixel is long
+// where the view is flat; textures are read somewhat finer than it.
+float layWaves(vec2 rest, float distance, float rise) {
     float across = u_pixel * distance;
     float level = log2(across * SAMPLES + 1e-9) - 0.6 * log2(max(rise, 0.01));
-    float level_small = level + log2(u_per_metre.y);
-    float kept_large = meanSquare(0, level + log2(u_per_metre.x));
-    float kept_small = meanSquare(1, level_small);
-    float total = u_mean_square[0] + u_mean_square[8] * (1.0 + u_ripples_kind.y * u_ripples_kind.y);
-    // A square that repeats often enough to be seen as a pattern goes, too.
+    float level_large = level + log2(u_per_metre.x), level_small = level + log2(u_per_metre.y);
+    float kept_large = meanSquare(0, level_large), kept_small = meanSquare(1, level_small);
+    // A square that repeats often enough to be seen as a pattern goes.
     float end = clamp(2.0 - 2.0 * distance / u_ranges.z, 0.0, 1.0) *
                 clamp(-0.5 * log2(across * u_per_metre.y * 32.0), 0.0, 1.0);
     float kept = kept_large + kept_small * end * end;
@@ -85,41 +71,70 @@ void main() {
 #endif
 #ifdef REMOTE
     v_fine = vec4(u_swell_map * rest + u_swell_place, 0.0, 0.0);
-    v_large.w *= sqrt(meanSquare(0, level + log2(u_per_metre.x) + u_swell_kind.x) / (u_mean_square[0] + 1e-9));
+    v_large.w *= sqrt(meanSquare(0, level_large + u_swell_kind.x) / (u_mean_square[0] + 1e-9));
 #endif
-    // What no texture shows: the shortest ripples, which follow the gusts, and rain's.
-    vec4 gusts = sin(6.2832 * (rest.x * u_gusts_east + rest.y * u_gusts_north + u_gusts_place));
-    float gust = 1.0 + 0.6 * clamp(2.0 - distance * 6e-5, 0.0, 1.0) * sin(gusts.x + 2.0 * gusts.y) * sin(gusts.z + 2.0 * gusts.w);
-    v_small.z *= 0.5 + 0.5 * gust;
-    float bare = gust * (0.002 + 0.25 * u_mean_square[8]) + 0.01 * u_weather.x;
-    float variance = 0.5 * (max(total - kept, 0.0) + bare);
-    float deviation = sqrt(0.5 * (total + bare));
+    return kept;
+}
 
-    // Slopes that face the eye are seen larger, the more the flatter the view: the mean over what is seen of them.
-    float tilt = variance / (rise + 0.8 * sqrt(variance)) / max(length(view.xy), 0.01);
-    v_low = vec4(skyRadiance(vec3(-view.xy, 0.04)), tilt);
-    v_high = vec4(skyRadiance(vec3(-view.xy, 0.7)), lit);
-    v_air = throughAir(vec3(0.0), position.xyz);
+// How fresh the wind is there, 1 in the mean.
+float gustAt(vec2 rest, float distance) {
+    vec4 waves = sin(6.2832 * (rest.x * u_gusts_east + rest.y * u_gusts_north + u_gusts_place));
+    float seen = clamp(2.0 - distance * 6e-5, 0.0, 1.0);
+    return 1.0 + 0.6 * seen * sin(waves.x + 2.0 * waves.y) * sin(waves.z + 2.0 * waves.w);
+}
 
-    // Sun or moon mirrored by a surface of many small slopes: Cox and Munk (1954), with the area seen after
-    // Smith (1967) in short.
-    vec3 light = u_eye_to_local * u_light_direction;
+// Sun or moon mirrored by a surface of many small slopes: Cox and Munk (1954), with the area seen after Smith (1967) in
+// short. `variance` is of the slopes that no texture shows, `all` of all slopes.
+vec4 glintAt(vec3 view, vec3 light, float rise, float variance, float all) {
     vec3 half_way = view + light;
     half_way.z = max(half_way.z, 0.02);
     float grazing = 1.0 - dot(view, normalize(half_way));
     float fresnel = 0.02 + 0.98 * grazing * grazing * grazing * grazing * grazing;
-    float seen = sqrt(rise * rise + 0.16 * deviation * deviation);
+    float seen = sqrt(rise * rise + 0.16 * all);
     float upward = half_way.z * half_way.z / dot(half_way, half_way);
-    float up_lit = lit * smoothstep(-0.02, 0.03, light.z);
-    v_glint = vec4(-half_way.xy / half_way.z, up_lit * fresnel / (4.0 * seen * upward * upward * 6.2832 * variance),
-                   -0.7213475 / variance);
+    float up = smoothstep(-0.02, 0.03, light.z);
+    return vec4(-half_way.xy / half_way.z, up * fresnel / (4.0 * seen * upward * upward * 6.2832 * variance),
+                -0.7213475 / variance);
+}
 
-    // Light that comes back out of the water; crests before the light let it through.
+// Light that comes back out of the water; crests before the light let it through.
+vec3 waterAt(vec3 view, vec3 light, float height, float distance, float lit) {
     vec3 down = u_light_color * max(light.z, 0.0) + u_ambient_above;
     float against = clamp(-dot(view.xy, light.xy), 0.0, 1.0);
-    float thin = clamp(crest / (6.0 * sqrt(total) + 0.3), 0.0, 1.5) * exp2(-distance * 0.004);
-    v_water = down * (INV_PI * vec3(0.003, 0.017, 0.028)) +
-              u_light_color * vec3(0.001, 0.010, 0.009) * (thin * against * against * lit);
+    float thin = clamp(height, 0.0, 1.5) * exp2(-distance * 0.004);
+    return down * (INV_PI * vec3(0.003, 0.017, 0.028)) +
+           u_light_color * vec3(0.001, 0.010, 0.009) * (thin * against * against * lit);
+}
+
+void main() {
+    vec2 rest = gl_MultiTexCoord0.xy;
+    float crest = gl_MultiTexCoord0.z;
+    vec4 position = gl_ModelViewMatrix * gl_Vertex;
+    gl_Position = gl_ProjectionMatrix * position;
+
+    float distance = max(length(gl_Vertex.xyz), 0.01);
+    vec3 view = -gl_Vertex.xyz / distance;
+    float rise = max(view.z, 0.002);
+    vec3 light = u_eye_to_local * u_light_direction;
+    float lit = lightThere(position.xyz);
+
+    // What no texture shows goes into the surface's roughness: the shortest ripples, which follow the gusts, rain's too.
+    float kept = layWaves(rest, distance, rise);
+    float gust = gustAt(rest, distance);
+    v_small.z *= 0.5 + 0.5 * gust;
+    float total = u_mean_square[0] + u_mean_square[8] * (1.0 + u_ripples_kind.y * u_ripples_kind.y);
+    float bare = gust * (0.002 + 0.25 * u_mean_square[8]) + 0.01 * u_weather.x;
+    float variance = 0.5 * (max(total - kept, 0.0) + bare);
+
+    // Slopes that face the eye are seen larger, the more the flatter the view: the mean over what is seen of them.
+    float tilt = variance / (rise + 0.8 * sqrt(variance)) / max(length(view.xy), 0.01);
+    v_view = vec4(view, airTransmittance(position.xyz));
+    v_low = vec4(skyRadiance(vec3(-view.xy, 0.04)), tilt);
+    v_high = vec4(skyRadiance(vec3(-view.xy, 0.7)), lit);
+    v_air = throughAir(vec3(0.0), position.xyz);
+    v_glint = glintAt(view, light, rise, variance, 0.5 * (total + bare));
+    v_glint.z *= lit;
+    v_water = waterAt(view, light, crest / (6.0 * sqrt(total) + 0.3), distance, lit);
 #ifdef SHORE
     v_ground = vec3(gl_MultiTexCoord2.xy, crest);
 #endif

@@ -1,4 +1,4 @@
-// Imagery, and NEAR the eye what it does not show: clumps and stones; right before it (FINE) blades and grains.
+// Imagery, and NEAR the eye what it does not show: clumps and stones; right before it (CLOSE) tufts and grains.
 #include "terrain_light.glsl"
 uniform sampler2D u_imagery;
 uniform sampler2D u_detail;
@@ -33,17 +33,19 @@ void main() {
     float green = clamp((base.g - max(base.r, base.b)) / base.g * 5.0, 0.0, 1.0);
 #endif
 #ifdef NEAR
-    // Details fade out before the tiles that have none begin.
+    // Each texture fades out before the tiles without it begin.
     float distance = length(v_position);
-    vec2 wide = texture(u_detail, TURNED * v_place).rg;
-    float lightness = 1.0 + (mix(wide.g, wide.r, green) - 0.5) * clamp(3.0 - distance * (3.0 / 900.0), 0.0, 1.6);
-#ifdef FINE
-    vec2 fine = texture(u_detail, v_place * (1.0 / 9.0)).rg;
-    lightness *= 1.0 + (mix(fine.g, fine.r, green) - 0.5) * clamp(3.0 - distance * (3.0 / 120.0), 0.0, 1.6);
+#ifdef CLOSE
+    vec2 detail = texture(u_detail, v_place * (1.0 / 19.0)).rg;
+    float strength = clamp(4.0 - distance * (4.0 / 250.0), 0.0, 1.5);
+#else
+    vec2 detail = texture(u_detail, TURNED * v_place).rg;
+    float strength = clamp(min(3.0 - distance * (3.0 / 900.0), distance * (1.0 / 50.0) - 4.0), 0.0, 1.5);
 #endif
+    float lightness = 1.0 + (mix(detail.g, detail.r, green) - 0.5) * strength;
+    patches = detail.r;
     // Wet sand where the waves run up.
-    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + wide.r * 0.6) * (1.0 - green));
-    patches = wide.r;
+    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + 0.5 * patches) * (1.0 - green));
     float lit = lightThere(v_position);
 #else
     float lit = 1.0;

@@ -241,7 +241,8 @@ TEST(SkyModel, NoSeamAtTheHorizon) {
                 const Sky sky(sun, visibility, 0.2f, height);
                 for (const double round : {0.0, 90.0, 180.0}) {
                     const float above = luminance(sky.at(round, 0.0005)), below = luminance(sky.at(round, -0.0005));
-                    EXPECT_NEAR(below / above, 1.0f, 0.03f) << visibility << ' ' << height << ' ' << sun << ' ' << round;
+                    EXPECT_NEAR(below / above, 1.0f, 0.03f)
+                        << visibility << ' ' << height << ' ' << sun << ' ' << round;
                 }
             }
         }

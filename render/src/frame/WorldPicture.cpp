@@ -16,6 +16,7 @@
 
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
+#include "engine/input/InputRouter.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
@@ -23,6 +24,8 @@
 #include "frame/EglWindow.h"
 #include "frame/ImageFile.h"
 #include "frame/NotifyLog.h"
+#include "gui/GuiDrawable.h"
+#include "gui/WindowInput.h"
 #include "mirror/TextureStore.h"
 
 namespace {
@@ -137,6 +140,7 @@ bool WorldPicture::open(std::string& error) {
     }
     setTextureAnisotropy(m_settings.quality == Quality::HIGH ? 8.0f : 1.0f);
     buildScene();
+    m_engine.getInput()->resize(m_settings.width, m_settings.height);
     return true;
 }
 
@@ -144,6 +148,7 @@ void WorldPicture::setUpCamera() {
     m_viewer.setThreadingModel(osgViewer::Viewer::SingleThreaded);
     m_viewer.setKeyEventSetsDone(0);
     m_viewer.setReleaseContextAtEndOfFrameHint(false);
+    m_viewer.addEventHandler(new WindowInput(*m_engine.getInput()));
     m_viewer.addEventHandler(new FullscreenKey([this] { setFullscreen(!m_settings.fullscreen); }));
     osg::Camera& camera = *m_viewer.getCamera();
     camera.setGraphicsContext(m_context);
@@ -175,6 +180,7 @@ void WorldPicture::buildScene() {
     osg::ref_ptr<osg::Group> passes = new osg::Group;
     m_shadow = std::make_unique<ShadowPass>(*passes, state, m_mirror->getMeshes(), m_shaders, m_settings.quality);
     passes->addChild(m_root);
+    passes->addChild(GuiDrawable::makeOverlay(*m_engine.getUIRoot(), m_shaders));
     m_viewer.setSceneData(passes);
 }
 
@@ -187,6 +193,9 @@ bool WorldPicture::poll() {
     if (m_settings.window) {
         m_settings.width = std::clamp(traits.width, 1, MAX_SIZE);
         m_settings.height = std::clamp(traits.height, 1, MAX_SIZE);
+        if (m_settings.width != m_view.width || m_settings.height != m_view.height) {
+            m_engine.getInput()->resize(m_settings.width, m_settings.height);
+        }
     }
     return true;
 }

@@ -3,8 +3,8 @@
 
 #include <imgui.h>
 #include <osg/BlendFunc>
-#include <osg/Geode>
 #include <osg/GLExtensions>
+#include <osg/Geode>
 #include <osg/Image>
 
 #include <cstring>

@@ -38,7 +38,7 @@ float sightSine(int row, float eye_height);
 /// directions round the vertical.
 float cosineBetween(float sine_a, float sine_b, float cosine_round);
 
-/// How the glow round a source falls off with the cosine of the angle from it; sky.frag.glsl has the same.
+/// How the glow round a source falls off with the cosine of the angle from it; sky.vert.glsl has the same.
 float glowShape(float cosine);
 
 /// Light scattered once is integrated along each line of sight through the round air, with what had been scattered

@@ -7,14 +7,14 @@
 
 namespace {
 
-constexpr int LAYERS = 64;
+constexpr int LAYERS = LightField::LAYERS;
 constexpr float PI = 3.14159265f;
 constexpr double FOUR_PI = 12.566370614;
 constexpr float LAYER_POWER = 2.5f;  // layers are thin near the ground
 constexpr float REACH = 0.21f;       // radians: how far round the globe a line of sight through the air gets
-/// Behind the edge of the globe's shadow scattered light fades by e over this angle, radians: so fast falls the light
-/// of the evening sky (Meinel and Meinel, Sunsets, Twilights and Evening Skies, 1983).
-constexpr float SHADOW_FADE = 0.0165f;
+/// Behind the edge of the globe's shadow scattered light fades by e over this angle, radians: twilight falls from 3.4
+/// lux with the sun at -6 degrees to 0.008 lux at -12 (Bond and Henderson, 1963).
+constexpr float SHADOW_FADE = 0.0173f;
 constexpr float DISC_RADIUS = 0.0047f;  // of sun and moon, radians
 
 float layerHeight(int layer) {
@@ -129,7 +129,6 @@ void LightField::spreadIntoShadow() {
 }
 
 void LightField::compute(const AirColumns& columns, const AirOptics& optics, const LightSource& source) {
-    static_assert(LAYERS == ::LAYERS);
     m_field.resize(static_cast<std::size_t>(LAYERS * SINES));
     const float elevation = std::asin(std::clamp(source.sine, -1.0f, 1.0f));
     m_lowest = std::sin(std::fmax(elevation - REACH, -0.5f * PI));

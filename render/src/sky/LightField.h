@@ -24,6 +24,8 @@ struct LightThere {
 /// Eddington's approximation in flat layers for each elevation of the source that a line of sight meets.
 class LightField {
 public:
+    static constexpr int LAYERS = 64;
+
     void compute(const AirColumns& columns, const AirOptics& optics, const LightSource& source);
 
     /// Place of a height between the field's layers, as `at` takes it.
@@ -32,7 +34,6 @@ public:
     LightThere at(float layer, float sine) const;
 
 private:
-    static constexpr int LAYERS = 64;
     static constexpr int SINES = 33;
     /// Flat layers know nothing of the lit air next to them, which is all the light there is in the globe's shadow.
     void spreadIntoShadow();

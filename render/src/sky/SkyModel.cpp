@@ -75,8 +75,9 @@ void SkyModel::gather(const SkyConditions& conditions, const AirOptics& optics) 
     m_sun_beam = sun ? m_sun_sky.beam : vec3();
     m_moon_beam = moon ? m_moon_sky.beam : vec3();
     if (!(sun && moon)) return;
-    for (std::size_t i = 0; i < m_sky.radiance.size(); ++i)
+    for (std::size_t i = 0; i < m_sky.radiance.size(); ++i) {
         m_sky.radiance[i] = m_sky.radiance[i] + m_moon_sky.radiance[i];
+    }
     m_sky.from_above = m_sky.from_above + m_moon_sky.from_above;
     m_sky.from_below = m_sky.from_below + m_moon_sky.from_below;
     m_sky.ground = m_sky.ground + m_moon_sky.ground;

@@ -42,13 +42,7 @@ osg::ref_ptr<osg::Geometry> makeGeometry() {
 
 GroundDecals::GroundDecals(ShaderLibrary& shaders) : m_group(new osg::Group) {
     m_group->setCullingActive(false);
-    osg::StateSet& state = *m_group->getOrCreateStateSet();
-    state.setAttributeAndModes(shaders.getProgram("decal"));
-    // One after the other, as the group holds them.
-    state.setRenderBinDetails(DRAW_DECALS, "TraversalOrderBin");
-    state.setMode(GL_BLEND, osg::StateAttribute::ON);
-    state.setAttributeAndModes(new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
-    state.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0, false));
+    m_group->getOrCreateStateSet()->setAttributeAndModes(shaders.getProgram("decal"));
 }
 
 void GroundDecals::setGround(const ElevationRaster* raster, const TileBuilder* builder) {
@@ -64,6 +58,7 @@ void GroundDecals::update(const DecalOrtho& node) {
         decal.place = new osg::MatrixTransform;
         decal.place->setCullingActive(false);
         m_group->insertChild(static_cast<unsigned>(std::distance(m_decals.begin(), found)), decal.place);
+        rank();
     }
     const bool is_same = !is_new && decal.world == node.getWorldTransform() && decal.width == node.getWidth() &&
                          decal.height == node.getHeight() && decal.depth == node.getDepth();
@@ -85,6 +80,31 @@ void GroundDecals::remove(int id) {
     if (found == m_decals.end()) return;
     m_group->removeChild(found->second.place);
     m_decals.erase(found);
+    rank();
+}
+
+void GroundDecals::rank() {
+    float place = 0.0f;
+    for (auto& [id, decal] : m_decals) decal.rank->set(place++);
+}
+
+void GroundDecals::load(Decal& decal) {
+    decal.geometry = makeGeometry();
+    decal.place->addChild(decal.geometry);
+    const osg::ref_ptr<osg::Texture2D> image = loadTexture(decal.texture);
+    // The shader decodes the colours.
+    image->setInternalFormat(GL_RGBA8);
+    osg::StateSet& state = *decal.geometry->getOrCreateStateSet();
+    state.setTextureAttribute(0, image);
+    state.addUniform(decal.rank);
+    if (!image->getImage()->isImageTranslucent()) {
+        state.setRenderBinDetails(DRAW_OPAQUE, "RenderBin");
+        return;
+    }
+    state.setRenderBinDetails(DRAW_DECALS, "TraversalOrderBin");
+    state.setMode(GL_BLEND, osg::StateAttribute::ON);
+    state.setAttributeAndModes(new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    state.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0, false));
 }
 
 void GroundDecals::cut(Decal& decal) {
@@ -193,14 +213,7 @@ void GroundDecals::clip(const Decal& decal) {
 
 void GroundDecals::write(Decal& decal) const {
     if (!m_triangles.empty()) {
-        if (!decal.geometry) {
-            decal.geometry = makeGeometry();
-            const osg::ref_ptr<osg::Texture2D> image = loadTexture(decal.texture);
-            // The shader decodes the colours.
-            image->setInternalFormat(GL_RGBA8);
-            decal.geometry->getOrCreateStateSet()->setTextureAttribute(0, image);
-            decal.place->addChild(decal.geometry);
-        }
+        if (!decal.geometry) load(decal);
         auto& places = static_cast<osg::Vec3Array&>(*decal.geometry->getVertexArray());
         auto& normals = static_cast<osg::Vec3Array&>(*decal.geometry->getNormalArray());
         auto& ground = static_cast<osg::Vec4Array&>(*decal.geometry->getTexCoordArray(0));

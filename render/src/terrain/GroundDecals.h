@@ -14,8 +14,9 @@
 class DecalOrtho;
 class ShaderLibrary;
 
-/// Follows the world's decals: each is cut out of the ground's own triangles, so that it lies in them. Drawn in order
-/// of the nodes' ids. Ground under the sea takes none.
+/// Follows the world's decals: each is cut out of the ground's own triangles, so that it lies in them. The one with the
+/// higher node id lies on top. Those without holes are drawn before the ground, which then need not be drawn there.
+/// Ground under the sea takes none.
 class GroundDecals {
 public:
     explicit GroundDecals(ShaderLibrary& shaders);
@@ -40,6 +41,7 @@ private:
         bool is_active = false;
         osg::ref_ptr<osg::MatrixTransform> place;
         osg::ref_ptr<osg::Geometry> geometry;  ///< null while there is no ground under it
+        osg::ref_ptr<osg::Uniform> rank = new osg::Uniform("u_rank", 0.0f);
     };
 
     void cut(Decal& decal);
@@ -47,6 +49,8 @@ private:
     void cutTriangle(const Decal& decal, const Corner& a, const Corner& b, const Corner& c);
     void clip(const Decal& decal);
     void write(Decal& decal) const;
+    static void load(Decal& decal);
+    void rank();
     bool isLevel(int column, int row, int size) const;
     Corner cornerAt(int column, int row) const;
 

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int IMAGERY_LIMIT = 4096;  // pixels
-constexpr int DETAIL_SIZE = 256;
+constexpr int DETAIL_SIZE = 512;
 
 void setUp(osg::Texture2D& texture, osg::Texture::WrapMode wrap, GLint format) {
     texture.setInternalFormat(format);
@@ -106,7 +106,7 @@ osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery) {
 
 osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
     constexpr float STRENGTH = 0.30f;
-    Field grown = makeNoise(4, 128, 0.95f, 1), bare = makeNoise(8, 128, 0.85f, 21);
+    Field grown = makeNoise(4, 256, 0.95f, 1), bare = makeNoise(8, 256, 0.85f, 21);
     for (float& v : bare) v = -std::fabs(v);  // creases
     normalise(grown);
     normalise(bare);

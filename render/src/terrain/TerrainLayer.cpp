@@ -51,7 +51,7 @@ TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary& shaders)
         made->setAttributeAndModes(shaders.getProgram("terrain", defines));
         return made;
     };
-    m_states = {makeState({"NEAR", "FINE"}), makeState({"NEAR"}), makeState({}), new osg::StateSet};
+    m_states = {makeState({"NEAR", "CLOSE"}), makeState({"NEAR"}), makeState({}), new osg::StateSet};
     m_states.trees->setAttributeAndModes(shaders.getProgram("terrain_tree"));
     // After the meshes, from near to far.
     m_tiles->getOrCreateStateSet()->setRenderBinDetails(DRAW_OPAQUE + 1, "TraversalOrderBin");

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int COARSEST = 64;           // stride, in posts, of the coarsest tile that has a shape
 constexpr double FINE_REACH = 200.0;   // metres round the eye where the ground is drawn from all posts
-constexpr double GRAIN_REACH = 120.0;  // metres to which the states show what they show
+constexpr double GRAIN_REACH = 250.0;  // metres to which the states show what they show
 constexpr double DETAIL_REACH = 900.0;
 constexpr double TREE_REACH = 600.0;  // as the trees' shader has it
 constexpr double JUMP = 400.0;        // metres between two frames after which all is made anew at once

@@ -41,7 +41,7 @@ public:
     TileMeasures place(const TileArea& area) const;
     TileMeasures measure(const TileArea& area);
     /// Its triangles in the frame of its measures, null when there are none. With a tolerance of 0 they are all that
-    /// its posts make, else as few as leave no post further off. `skirt`: how far the rim hangs down over the cracks
+    /// its posts make, else few that follow them to about that. `skirt`: how far the rim hangs down over the cracks
     /// between tiles. Metres.
     osg::ref_ptr<osg::Geometry> build(const TileArea& area, const dmat4& frame, double tolerance, double skirt);
     /// Upward direction of the ground at a post, east, north and up there. REQUIRES a post of the raster.

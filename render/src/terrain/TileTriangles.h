@@ -30,6 +30,6 @@ void joinAll(const TilePosts& posts, TileCorners& out);
 /// A height as errors in it are seen: along the shore, where they move the water's edge, they count several times; what
 /// lies in the deep counts not at all.
 float seenHeight(float height);
-/// As few right-angled triangles as leave no post further than `tolerance` metres of `seenHeight` away; no cracks among
-/// them. REQUIRES whole posts.
+/// Few right-angled triangles without cracks among them: one is halved while the post at the middle of its long side is
+/// further than `tolerance` metres of `seenHeight` away. REQUIRES whole posts.
 void joinFew(const TilePosts& posts, float tolerance, TileCorners& out);
