@@ -22,7 +22,7 @@ lights=(--track airport_light_enable=100 --track airport_light_brightness=100 --
 
 draw deck --camera 112.39587,16.82388,27,52,-5 --track TOD=42
 draw approach --camera 112.3698,16.8138,185,67.25,-3.5 --track TOD=40
-draw cockpit --track TOD=40
+draw cockpit --camera 112.3962592,16.8240424,23.45,67.25,-4 --track TOD=40
 draw runway_night --camera 112.3340,16.8335,42,67.25,-4 --track TOD=92 "${lights[@]}"
 draw fog --camera 112.39587,16.82388,27,52,-5 --track TOD=42 --visibility 1500
 draw rain --camera 112.39587,16.82388,27,52,-5 --track TOD=42 --track runway_wet=100 --visibility 4500

@@ -31,9 +31,7 @@ float airTransmittance(vec3 position) {
 
 // Radiance of the air that far away hides what lies there; it varies little, so that vertices may carry it.
 vec3 hazeRadiance(vec3 position) {
-    vec3 direction = u_eye_to_local * normalize(position);
-    direction.z = max(direction.z, 0.02);
-    return skyRadiance(direction);
+    return skyRadiance(u_eye_to_local * normalize(position));
 }
 
 // A radiance seen through the air between its place and the eye.

@@ -67,7 +67,6 @@ void main() {
     float sun = 0.25 + 0.75 * (0.5 + 0.5 * facing) * (0.5 + 0.5 * facing);
     vec3 light = color.rgb * (u_light_color * sun + ambientLight(normal)) * (INV_PI * through);
     vec3 direction = u_eye_to_local * normalize(position);
-    direction.z = max(direction.z, 0.02);
     vec3 air = skyRadiance(direction) * (1.0 - through);
 #endif
 #ifdef ADDITIVE

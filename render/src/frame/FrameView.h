@@ -38,7 +38,7 @@ struct FrameView {
 };
 
 /// The air thins out with height by this scale, metres: extinction(h) = extinction(0) * exp(-h / HAZE_HEIGHT).
-constexpr double HAZE_HEIGHT = 1800.0;
+constexpr double HAZE_HEIGHT = 1000.0;
 
 /// Order of drawing, as render bin numbers of the main pass.
 enum DrawOrder {
