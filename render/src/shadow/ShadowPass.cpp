@@ -17,7 +17,7 @@ constexpr double TALLEST = 200.0;    // metres that a caster may stand beyond th
 constexpr double LEAST_TURN = 1e-6;  // 1 - cosine of the light's turn that shows: 0.08 degrees
 
 int sizeOf(Quality quality) {
-    return quality == Quality::HIGH ? 3072 : quality == Quality::MEDIUM ? 2048 : 1024;
+    return quality == Quality::HIGH ? 3072 : 2048;
 }
 
 osg::ref_ptr<osg::Texture2D> makeMap(int size) {
