@@ -21,26 +21,18 @@ double mix(double a, double b, double t) {
 
 }  // namespace
 
+Noise::Noise(std::uint32_t seed) : m_seed(hash(seed)) {}
+
 double Noise::gradient(std::int32_t ix, std::int32_t iy, double dx, double dy) const {
     constexpr double DIAGONAL = 0.70710678118654752;
-    switch (hash(static_cast<std::uint32_t>(ix) + hash(static_cast<std::uint32_t>(iy) + hash(m_seed))) & 7U) {
-        case 0:
-            return dx;
-        case 1:
-            return -dx;
-        case 2:
-            return dy;
-        case 3:
-            return -dy;
-        case 4:
-            return (dx + dy) * DIAGONAL;
-        case 5:
-            return (dx - dy) * DIAGONAL;
-        case 6:
-            return (dy - dx) * DIAGONAL;
-        default:
-            return -(dx + dy) * DIAGONAL;
-    }
+    // A table, since a branch on chance is never foreseen.
+    constexpr struct {
+        double x, y, length;
+    } DIRECTIONS[] = {{1, 0, 1},        {-1, 0, 1},        {0, 1, 1},         {0, -1, 1},
+                      {1, 1, DIAGONAL}, {1, -1, DIAGONAL}, {-1, 1, DIAGONAL}, {-1, -1, DIAGONAL}};
+    const auto& d =
+        DIRECTIONS[hash(static_cast<std::uint32_t>(ix) + hash(static_cast<std::uint32_t>(iy) + m_seed)) & 7U];
+    return (d.x * dx + d.y * dy) * d.length;
 }
 
 double Noise::at(double x, double y) const {

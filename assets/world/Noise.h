@@ -6,7 +6,7 @@
 /// Gradient noise on a square lattice: continuous with its slope, within about -1..1, 0 at lattice points.
 class Noise {
 public:
-    explicit Noise(std::uint32_t seed) : m_seed(seed) {}
+    explicit Noise(std::uint32_t seed);
 
     double at(double x, double y) const;
     /// A sum of `octaves` fields, each of half the wavelength and `gain` times the strength of the one before, scaled
@@ -18,5 +18,5 @@ public:
 private:
     double gradient(std::int32_t ix, std::int32_t iy, double dx, double dy) const;
 
-    std::uint32_t m_seed;
+    std::uint32_t m_seed;  ///< scrambled
 };

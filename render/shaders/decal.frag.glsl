@@ -16,8 +16,8 @@ void main() {
 #ifdef GROUND_WEATHER
     // Swept now and then, so that less snow lies here; worn in wide patches where water stands.
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
-    float snow = 0.8 * snowThere(u_ground.y * 0.75, worn, 1.0);
-    vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, lit);
+    float snow = 0.9 * snowThere(u_ground.y * 0.55, worn, 1.0);
+    vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, 1.0, lit);
 #else
     vec3 sun = u_light_color * (max(dot(v_normal, u_light_direction), 0.0) * lit);
     vec3 radiance = base * INV_PI * (sun + ambientLight(v_normal) + lampLight(v_normal, v_position));

@@ -54,7 +54,8 @@ void main() {
     base = mix(base, base * vec3(2.3, 1.0, 0.4), u_ground.z * green);
     float snow = snowThere(u_ground.y, patches, dot(v_normal, u_up));
 #ifdef NEAR
-    vec3 radiance = weatheredRadiance(base, snow, normalize(v_normal), v_position, patches, lit) * v_passed;
+    vec3 radiance = v_passed * weatheredRadiance(base, snow, normalize(v_normal), v_position, patches - 0.2 * green,
+                                                 1.0 - 0.85 * green, lit);
 #else
     base = mix(base * (1.0 - 0.5 * u_ground.x), vec3(0.86, 0.88, 0.92), snow);
     vec3 radiance = base * (v_sun + v_sky);

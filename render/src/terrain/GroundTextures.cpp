@@ -100,8 +100,23 @@ osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& plac
 
 osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery) {
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(&imagery);
-    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGBA8);
+    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGB565);  // half the memory; the detail hides the steps
     return texture;
+}
+
+osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery) {
+    constexpr int LARGEST = 1024;
+    const int width = std::min(imagery.s(), LARGEST), height = std::min(imagery.t(), LARGEST);
+    osg::ref_ptr<osg::Image> overview = new osg::Image;
+    overview->allocateImage(width, height, 1, GL_RGB, GL_UNSIGNED_BYTE, 1);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const unsigned char* const from = imagery.data(static_cast<unsigned>(x * imagery.s() / width),
+                                                           static_cast<unsigned>(y * imagery.t() / height));
+            std::copy_n(from, 3, overview->data(static_cast<unsigned>(x), static_cast<unsigned>(y)));
+        }
+    }
+    return overview;
 }
 
 osg::ref_ptr<osg::Texture2D> makeGroundDetail() {

@@ -12,6 +12,8 @@
 osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& place);
 /// Its values stay as they are: shaders turn them to reflectances.
 osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery);
+/// The same in at most 1024 x 1024 pixels, for keeping in memory.
+osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery);
 
 /// A square of ground as it looks from near, which repeats without a seam. Red: lightness of what grows. Green: of bare
 /// rock and sand. Both have the mean 0.5, so that they vanish in the distance.

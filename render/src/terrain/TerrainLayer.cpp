@@ -75,7 +75,8 @@ void TerrainLayer::makeTree() {
     state.setDefine("IMAGERY", imagery ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
     if (imagery) state.setTextureAttribute(UNIT_IMAGERY, makeImageryTexture(*imagery));
     m_extent->set(extentOf(place));
-    m_tree = std::make_unique<TerrainTree>(raster, imagery, place, m_states);
+    const osg::ref_ptr<osg::Image> overview = imagery ? makeOverview(*imagery) : nullptr;
+    m_tree = std::make_unique<TerrainTree>(raster, overview, place, m_states);
     m_tiles->addChild(m_tree->getGroup());
     m_tiles->addChild(m_tree->getTrees());
     m_decals.setGround(&raster, &m_tree->getBuilder());

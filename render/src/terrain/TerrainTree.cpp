@@ -126,6 +126,7 @@ void TerrainTree::look(const FrameView& view) {
     m_sight.eye = view.camera.t;
     m_sight.extinction = view.extinction;
     m_sight.eye_height = view.geodetic.z;
+    m_sight.has_trees = view.quality != Quality::LOW;
     const osg::Matrixd& p = view.projection;
     m_sight.threshold = thresholdOf(view.quality) * 2.0 / (view.height * p(1, 1));
     // A point is right of the left edge when clip x + w > 0, and so on; w is the depth along -Z.
@@ -203,7 +204,7 @@ void TerrainTree::draw(Tile& tile, double distance) {
                                                            : m_states.far;
     if (tile.place->getStateSet() != state) tile.place->setStateSet(state);
     if (tile.place->getNumChildren() > 0) m_group->drawn.push_back(tile.place);
-    if (distance < TREE_REACH && tile.area.stride == 1) drawTrees(tile);
+    if (m_sight.has_trees && distance < TREE_REACH && tile.area.stride == 1) drawTrees(tile);
 }
 
 void TerrainTree::drawTrees(Tile& tile) {
@@ -219,7 +220,7 @@ void TerrainTree::drawTrees(Tile& tile) {
 
 // Reads what a tile needs of a raster that is not in memory, a little in each frame.
 bool TerrainTree::readPosts(const TileArea& area) {
-    if (area.stride > COARSEST) return true;
+    if (area.stride > 2 * COARSEST) return true;  // its parts need none
     const int reach = (TILE_CELLS + 1) * area.stride;
     const int last_column = m_raster.getNumColumns() - 2, last_row = m_raster.getNumRows() - 2;
     return m_raster.prepare(std::clamp(area.column - area.stride, 0, last_column),
