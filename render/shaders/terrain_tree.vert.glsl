@@ -19,7 +19,7 @@ void main() {
     float steep = dot(u_up, to_eye);
     bool is_above = steep > 0.6;
     // The last trees grow out of the ground as the eye comes nearer.
-    float size = a_tree.z * clamp((REACH * (0.6 + 0.4 * a_tree.w) - distance) * 0.02, 0.0, 1.0);
+    float size = a_tree.z * clamp((REACH * (0.4 + 0.6 * a_tree.w) - distance) * 0.02, 0.0, 1.0);
     vec2 corner = vec2(0.5 * a_tree.x, is_above ? a_tree.y - 0.5 : a_tree.y - 0.02) * size;
     vec3 position = foot + right * corner.x + top * corner.y;
     if (is_above) position += u_up * (0.6 * size);

@@ -22,15 +22,15 @@ constexpr int KEPT_TILES = 256;  // below this none is dropped
 
 /// Pixels by which the ground may be off.
 double thresholdOf(Quality quality) {
-    return quality == Quality::LOW ? 4.0 : quality == Quality::MEDIUM ? 2.0 : 1.0;
+    return quality == Quality::LOW ? 4.0 : quality == Quality::MEDIUM ? 2.5 : 1.0;
 }
 
-/// Tolerance of a tile's triangles by fineness, metres: 0 is the raster's own, then a half, one, two ...
+/// Tolerance of a tile's triangles by fineness, metres: 0 is the raster's own, the others grow by the root of two.
 double toleranceOf(int fineness) {
-    return fineness == 0 ? 0.0 : std::ldexp(0.25, fineness);
+    return fineness == 0 ? 0.0 : std::exp2(0.5 * fineness - 2.0);
 }
 int finenessFor(double tolerance) {
-    return std::clamp(std::ilogb(tolerance) + 2, 1, 12);
+    return std::clamp(static_cast<int>(std::floor(2.0 * std::log2(tolerance) + 4.0)), 1, 20);
 }
 
 }  // namespace
@@ -126,7 +126,7 @@ void TerrainTree::look(const FrameView& view) {
     m_sight.eye = view.camera.t;
     m_sight.extinction = view.extinction;
     m_sight.eye_height = view.geodetic.z;
-    m_sight.has_trees = view.quality != Quality::LOW;
+    m_sight.has_details = view.quality != Quality::LOW;
     const osg::Matrixd& p = view.projection;
     m_sight.threshold = thresholdOf(view.quality) * 2.0 / (view.height * p(1, 1));
     // A point is right of the left edge when clip x + w > 0, and so on; w is the depth along -Z.
@@ -197,14 +197,14 @@ void TerrainTree::visit(Tile& tile, bool is_seen) {
 void TerrainTree::draw(Tile& tile, double distance) {
     const bool is_exact = distance < FINE_REACH && tile.area.stride == 1;
     const int wanted = is_exact ? 0 : finenessFor(std::max(errorAllowed(distance), errorAllowed(FINE_REACH)));
-    const bool is_wrong = tile.fineness > wanted || tile.fineness < wanted - 1;
+    const bool is_wrong = tile.fineness > wanted || tile.fineness < wanted - 2;
     if (tile.fineness < 0 || (is_wrong && m_shape_budget-- > 0)) shape(tile, wanted, distance);
-    osg::StateSet* const state = distance < GRAIN_REACH    ? m_states.close
-                                 : distance < DETAIL_REACH ? m_states.near
-                                                           : m_states.far;
+    osg::StateSet* const state = !m_sight.has_details || distance >= DETAIL_REACH ? m_states.far
+                                 : distance < GRAIN_REACH                         ? m_states.close
+                                                                                  : m_states.near;
     if (tile.place->getStateSet() != state) tile.place->setStateSet(state);
     if (tile.place->getNumChildren() > 0) m_group->drawn.push_back(tile.place);
-    if (m_sight.has_trees && distance < TREE_REACH && tile.area.stride == 1) drawTrees(tile);
+    if (m_sight.has_details && distance < TREE_REACH && tile.area.stride == 1) drawTrees(tile);
 }
 
 void TerrainTree::drawTrees(Tile& tile) {

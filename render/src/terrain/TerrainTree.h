@@ -51,7 +51,7 @@ private:
         dvec3 sides[5];          ///< planes through the eye, inward, of length 1; the last looks along the view
         double threshold = 0.0;  ///< angle of an error that shows, radians
         double extinction, eye_height;
-        bool has_trees;
+        bool has_details;  ///< trees, and what the imagery does not show
     };
 
     void look(const FrameView& view);
