@@ -5,8 +5,8 @@
 #include <functional>
 #include <limits>
 
+#include "engine/scene/ElevationRaster.h"
 #include "engine/scene/ObjectTerrain.h"
-#include "scene/ElevationRaster.h"
 #include "scene/TerrainPick.h"
 #include "support/TestScene.h"
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "engine/globe/EllipsoidModel.h"
+#include "engine/scene/ElevationRaster.h"
 #include "physics/Convert.h"
-#include "scene/ElevationRaster.h"
 
 namespace {
 

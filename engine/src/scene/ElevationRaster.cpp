@@ -1,13 +1,13 @@
 // Keeps the tiles of an elevation raster and answers heights from them; asked by queries at any point of the frame.
 // Only the first touch of a tile reads the file.
-#include "scene/ElevationRaster.h"
+#include "engine/scene/ElevationRaster.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
+#include "engine/scene/RasterSource.h"
 #include "engine/text/Log.h"
-#include "scene/RasterSource.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "engine/core/Engine.h"
+#include "engine/scene/ElevationRaster.h"
 #include "engine/text/Log.h"
-#include "scene/ElevationRaster.h"
 #include "scene/TerrainPick.h"
 
 namespace {

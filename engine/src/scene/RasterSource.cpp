@@ -1,6 +1,6 @@
 // Opens elevation and imagery files and reads windows of them through GDAL; called when a terrain is made and when its
 // tiles are first wanted.
-#include "scene/RasterSource.h"
+#include "engine/scene/RasterSource.h"
 
 #include <cpl_error.h>
 #include <gdal.h>
@@ -11,8 +11,8 @@
 #include <limits>
 #include <mutex>
 
+#include "engine/scene/ElevationRaster.h"
 #include "engine/text/Log.h"
-#include "scene/ElevationRaster.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "engine/globe/EllipsoidModel.h"
-#include "scene/ElevationRaster.h"
+#include "engine/scene/ElevationRaster.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "scene/ElevationRaster.h"
+#include "engine/scene/ElevationRaster.h"
 
 /// Heights of an elevation raster, thinned out to at most 1024 posts a side. Places are texture coordinates of its
 /// picture: columns from the west and rows from the south, posts at the centres of texels.

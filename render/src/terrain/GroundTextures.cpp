@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "engine/core/Engine.h"
+#include "engine/scene/RasterSource.h"
 #include "engine/text/Log.h"
-#include "scene/RasterSource.h"
 #include "terrain/Chance.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "engine/math/Transform.h"
-#include "scene/ElevationRaster.h"
+#include "engine/scene/ElevationRaster.h"
 #include "terrain/TileTriangles.h"
 
 /// The vertex attribute that carries the place in the imagery and the height above the ellipsoid.
