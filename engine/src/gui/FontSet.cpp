@@ -74,7 +74,9 @@ bool FontSet::addFonts() {
         entry.font = m_atlas.AddFontFromMemoryTTF(m_bytes.data(), static_cast<int>(m_bytes.size()), config.SizePixels,
                                                   &config, entry.ranges.Data);
     }
-    return m_atlas.Build();
+    const bool is_built = m_atlas.Build();
+    m_atlas.ClearInputData();  // a copy of the file for each size
+    return is_built;
 }
 
 void FontSet::build() {

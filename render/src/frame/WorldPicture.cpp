@@ -6,11 +6,13 @@
 #include <osg/ClipControl>
 #include <osg/CullFace>
 #include <osg/Depth>
+#include <osg/DisplaySettings>
 #include <osgGA/GUIEventHandler>
 #include <osgViewer/GraphicsWindow>
 #include <osgViewer/api/X11/GraphicsWindowX11>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <filesystem>
 
@@ -117,6 +119,8 @@ bool WorldPicture::open(std::string& error) {
         return false;
     }
     routeNotices();
+    // A texture gives its image up when as many contexts have it; a picture has one.
+    osg::DisplaySettings::instance()->setMaxNumberOfGraphicsContexts(1);
     m_context = m_settings.window ? makeWindow(m_settings, error)
                                   : makeOffscreenContext(m_settings.width, m_settings.height, error);
     if (!m_context) return false;
@@ -248,8 +252,9 @@ void WorldPicture::draw() {
     m_context->setDefaultFboId(m_buffer->getDrawId());
     m_viewer.updateTraversal();
     m_viewer.renderingTraversals();
-    // Images and shaders have been made by now; what that took goes back to the system.
-    if (++m_frames_drawn == 2) malloc_trim(0);
+    // Images and shaders are made in the first frames; what that took goes back to the system.
+    ++m_frames_drawn;
+    if (m_frames_drawn <= 256 && std::has_single_bit(m_frames_drawn)) malloc_trim(0);
 }
 
 void WorldPicture::beginPass() {

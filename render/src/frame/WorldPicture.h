@@ -47,7 +47,7 @@ private:
     PictureSettings m_settings;
     FrameView m_view;
     int m_window_width = 0, m_window_height = 0;  ///< while the screen is filled: before that
-    long m_frames_drawn = 0;
+    unsigned m_frames_drawn = 0;
     bool m_is_lost = false;                       ///< the display went under an open window
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;

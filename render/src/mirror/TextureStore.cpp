@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr float SHARPENING = -0.7f;  // levels: what is seen at a slant blurs less, what is seen straight on hardly flickers
+constexpr float SHARPENING =
+    -0.7f;  // levels: what is seen at a slant blurs less, what is seen straight on hardly flickers
 float g_anisotropy = 1.0f;
 
 const char* formatOf(const std::string& bytes) {
@@ -65,7 +66,7 @@ osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::st
     texture->setMaxAnisotropy(g_anisotropy);
     if (g_anisotropy <= 1.0f) texture->setLODBias(SHARPENING);
     texture->setResizeNonPowerOfTwoHint(false);
-    texture->setUnRefImageDataAfterApply(true);
+    keepOnDeviceOnly(*texture);
     return texture;
 }
 
@@ -73,6 +74,11 @@ osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::st
 
 void setTextureAnisotropy(float most) {
     g_anisotropy = most;
+}
+
+void keepOnDeviceOnly(osg::Texture2D& texture) {
+    texture.getImage()->setDataVariance(osg::Object::STATIC);
+    texture.setUnRefImageDataAfterApply(true);
 }
 
 osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const ImageData>& image, bool is_color) {

@@ -28,5 +28,8 @@ private:
 /// Of textures made from now on: samples along a slant. 1 takes one and costs least where the processor draws.
 void setTextureAnisotropy(float most);
 
+/// Its image goes as soon as the device has it. REQUIRES that nothing else reads the image.
+void keepOnDeviceOnly(osg::Texture2D& texture);
+
 /// The texture of an image file of the runtime root; the same stand-in and line.
 osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path, bool is_color = true);

@@ -20,7 +20,7 @@ SeaGround::SeaGround(const ElevationRaster& raster) : m_image(new osg::Image) {
 
 void SeaGround::read(const ElevationRaster& raster, int column_stride, int row_stride) {
     m_image->allocateImage(m_columns, m_rows, 1, GL_RED, GL_FLOAT);
-    m_image->setInternalTextureFormat(GL_R32F);
+    m_image->setInternalTextureFormat(GL_R16F);
     m_posts = reinterpret_cast<float*>(m_image->data());
     for (int row = 0; row < m_rows; ++row) {
         float* const out = m_posts + static_cast<std::ptrdiff_t>(row) * m_columns;

@@ -12,6 +12,7 @@
 #include "engine/core/Engine.h"
 #include "engine/scene/RasterSource.h"
 #include "engine/text/Log.h"
+#include "mirror/TextureStore.h"
 #include "terrain/Chance.h"
 
 namespace {
@@ -26,7 +27,7 @@ void setUp(osg::Texture2D& texture, osg::Texture::WrapMode wrap, GLint format) {
     texture.setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_NEAREST);
     texture.setFilter(osg::Texture::MAG_FILTER, osg::Texture::LINEAR);
     texture.setResizeNonPowerOfTwoHint(false);
-    texture.setUnRefImageDataAfterApply(true);
+    keepOnDeviceOnly(texture);
 }
 
 /// A field over the texture's square, which repeats.
@@ -98,9 +99,18 @@ osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& plac
     return image;
 }
 
-osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery) {
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(&imagery);
-    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGB565);  // half the memory; the detail hides the steps
+osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery) {
+    // Half the memory; the detail hides the steps.
+    osg::ref_ptr<osg::Image> packed = new osg::Image;
+    packed->allocateImage(imagery.s(), imagery.t(), 1, GL_RGB, GL_UNSIGNED_SHORT_5_6_5, 1);
+    auto* const out = reinterpret_cast<std::uint16_t*>(packed->data());
+    const std::size_t pixels = static_cast<std::size_t>(imagery.s()) * static_cast<std::size_t>(imagery.t());
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const unsigned char* const rgb = imagery.data() + 3 * i;
+        out[i] = static_cast<std::uint16_t>((rgb[0] >> 3) << 11 | (rgb[1] >> 2) << 5 | rgb[2] >> 3);
+    }
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(packed);
+    setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGB565);
     return texture;
 }
 

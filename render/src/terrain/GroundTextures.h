@@ -11,7 +11,7 @@
 /// path and it cannot be read; null and silent without one. One wider than 4096 pixels is scaled down to that.
 osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& place);
 /// Its values stay as they are: shaders turn them to reflectances.
-osg::ref_ptr<osg::Texture2D> makeImageryTexture(osg::Image& imagery);
+osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery);
 /// The same in at most 1024 x 1024 pixels, for keeping in memory.
 osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery);
 

@@ -6,6 +6,7 @@
 
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
+#include "mirror/TextureStore.h"
 #include "terrain/Chance.h"
 
 namespace {
@@ -132,6 +133,6 @@ osg::ref_ptr<osg::Texture2D> makeTreeTexture() {
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
     texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_NEAREST);
-    texture->setUnRefImageDataAfterApply(true);
+    keepOnDeviceOnly(*texture);
     return texture;
 }
