@@ -58,6 +58,7 @@ public:
     virtual void setVisibility(double metres) = 0;
     /// A line of text in the upper left corner; empty for none.
     virtual void setStatusLine(const std::string& text) = 0;
+    virtual void setTitle(const std::string& title) = 0;  ///< of the window, UTF-8; nothing off screen
     virtual void setParts(unsigned parts) = 0;  ///< of `PictureParts`
     virtual void setFullscreen(bool fullscreen) = 0;
 

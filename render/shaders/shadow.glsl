@@ -8,8 +8,10 @@ float lightThere(vec3 position) {
 #ifdef SHADOWS
     vec3 place = (u_shadow_matrix * vec4(position, 1.0)).xyz;
     vec3 inside = abs(place - 0.5);
-    if (max(inside.x, max(inside.y, inside.z)) > 0.499) return 1.0;
-    return texture(u_shadow, place);
+    // It fades out toward the map's edge.
+    float edge = max(inside.x, inside.y) * 10.0 - 4.0;
+    if (max(edge, inside.z + inside.z) > 0.99) return 1.0;
+    return max(texture(u_shadow, place), edge);
 #else
     return 1.0;
 #endif

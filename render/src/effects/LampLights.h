@@ -16,7 +16,7 @@ public:
     /// One that was chosen, with how much of its light is let through so that none comes or goes at once.
     struct Chosen {
         const Lamp* lamp = nullptr;
-        double score = 0.0;
+        double score = 0.0;  ///< illuminance at the eye, klx, by which they are chosen
         double share = 0.0;  ///< 0..1
     };
 

@@ -142,7 +142,6 @@ void LampPoints::update(const FrameView& view) {
     for (auto& [cell, batch] : m_batches) {
         if (batch.changed) batch.refresh();
     }
-    const double focal = 0.5 * view.height / std::tan(view.fov * 0.5 * jMath::DEG2RAD);
     m_sight->set(osg::Vec3f(static_cast<float>(1.0 / getVisibleIlluminance(backgroundOf(view.light))),
-                            static_cast<float>(focal), static_cast<float>(view.height / 720.0)));
+                            static_cast<float>(view.focal), static_cast<float>(view.height / 720.0)));
 }

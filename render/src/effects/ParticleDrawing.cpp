@@ -29,25 +29,34 @@ double fillLimit(Quality quality) {
 /// How much of the picture a particle covers.
 class Frustum {
 public:
-    explicit Frustum(const FrameView& view) : m_eye(view.camera.t), m_ahead(-view.camera.z) {
-        const double half = std::tan(view.fov * 0.5 * jMath::DEG2RAD);
-        const double aspect = static_cast<double>(view.width) / view.height;
-        m_picture = 4.0 * half * half * aspect;
-        m_reach = half * std::hypot(1.0, aspect);
+    explicit Frustum(const FrameView& view) : m_camera(view.camera) {
+        m_half_width = 0.5 * view.width / view.focal;
+        m_half_height = 0.5 * view.height / view.focal;
+        m_picture = 4.0 * m_half_width * m_half_height;
+        const double ahead = -dot(view.middle, m_camera.z);
+        m_middle_x = dot(view.middle, m_camera.x) / ahead;
+        m_middle_y = dot(view.middle, m_camera.y) / ahead;
+        const dvec3 corner(std::fabs(m_middle_x) + m_half_width, std::fabs(m_middle_y) + m_half_height, 1.0);
+        m_slant = length(corner);
     }
     /// In pictures, at most 1; 0 out of sight.
     double getArea(const Particle& p) const {
-        const dvec3 from_eye = p.position - m_eye;
-        const double ahead = dot(from_eye, m_ahead), size2 = p.size * p.size, distance2 = length2(from_eye);
-        const double aside = std::max(ahead, 0.0) * m_reach + p.size;
-        if (ahead < -p.size || distance2 - ahead * ahead > aside * aside) return 0.0;
-        return std::min(size2 / (std::max(distance2, size2) * m_picture), 1.0);
+        const dvec3 from_eye = p.position - m_camera.t;
+        const double ahead = -dot(from_eye, m_camera.z), size2 = p.size * p.size, reach = p.size * m_slant;
+        const double x = dot(from_eye, m_camera.x) - ahead * m_middle_x;
+        const double y = dot(from_eye, m_camera.y) - ahead * m_middle_y;
+        const bool is_outside = ahead < -p.size || std::fabs(x) > std::max(ahead, 0.0) * m_half_width + reach ||
+                                std::fabs(y) > std::max(ahead, 0.0) * m_half_height + reach;
+        return is_outside ? 0.0 : std::min(size2 / (std::max(length2(from_eye), size2) * m_picture), 1.0);
     }
 
 private:
-    dvec3 m_eye, m_ahead;
-    double m_picture = 1.0;  ///< area at a distance of 1
-    double m_reach = 1.0;    ///< half its diagonal there
+    dmat4 m_camera;
+    // At 1 m along the eye's axis.
+    double m_half_width, m_half_height;
+    double m_middle_x, m_middle_y;
+    double m_picture;  ///< area
+    double m_slant;    ///< distance of the furthest corner
 };
 
 /// Areas by powers of two.

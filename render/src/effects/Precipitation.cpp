@@ -126,15 +126,14 @@ void Precipitation::setUniforms(Kind& kind, int index, const ObjectParticles& no
     const dvec3 velocity = kind.motion.getVelocity();
     const double speed = length(velocity);
     const double smear = std::min(style.shutter, speed > 0.0 ? style.longest / speed : 0.0);
-    const dvec3 ahead = -view.camera.z;
+    const dvec3& middle = view.middle;
     const dvec3 centre =
-        dvec3(dot(view.local.x, ahead), dot(view.local.y, ahead), dot(view.local.z, ahead)) * (0.4 * style.box);
-    const double focal = 0.5 * view.height / std::tan(view.fov * 0.5 * jMath::DEG2RAD);
+        dvec3(dot(view.local.x, middle), dot(view.local.y, middle), dot(view.local.z, middle)) * (0.4 * style.box);
     const auto f = [](double v) { return static_cast<float>(v); };
     kind.offset->set(osg::Vec3f(toOsg(kind.motion.getOffset())));
     kind.centre->set(osg::Vec3f(toOsg(centre)));
     kind.streak->set(osg::Vec3f(toOsg(velocity * smear)));
-    kind.look->set(osg::Vec4f(f(style.box), f(node.getSettings().size * style.width), f(focal),
+    kind.look->set(osg::Vec4f(f(style.box), f(node.getSettings().size * style.width), f(view.focal),
                               f(std::fmod(view.time, 400.0 * jMath::PI))));
     kind.color->set(toOsg(node.getSettings().color));
 }

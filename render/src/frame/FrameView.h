@@ -22,10 +22,11 @@ struct SkyLight {
 /// The frame as it is about to be drawn. World positions are geocentric metres.
 struct FrameView {
     int width = 0, height = 0;  ///< pixels
-    double fov = 45.0;          ///< vertical, degrees
+    double focal = 1.0;         ///< pixels that 1 m covers at a distance of 1 m
     osg::Matrixd view;          ///< world to eye; the eye looks along -Z, Y up
     osg::Matrixd projection;
     dmat4 camera;       ///< the eye's frame in the world
+    dvec3 middle;       ///< direction to the picture's middle in the world; off the eye's axis in a sheared channel
     dmat4 local;        ///< east, north, up and position of the eye
     dvec3 geodetic;     ///< of the eye: longitude, latitude, height
     double time = 0.0;  ///< of the engine, seconds

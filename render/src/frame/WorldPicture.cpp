@@ -207,7 +207,6 @@ bool WorldPicture::poll() {
 void WorldPicture::updateView() {
     m_view.width = m_settings.width;
     m_view.height = m_settings.height;
-    m_view.fov = m_settings.fov;
     if (const Node* const node = m_engine.getCameraControl()->getNode()) m_view.camera = node->getWorldTransform();
     if (m_settings.yaw != 0.0) {
         m_view.camera = m_view.camera * dmat4(dquat(dvec3(0.0, 1.0, 0.0), -m_settings.yaw), dvec3());
@@ -220,8 +219,11 @@ void WorldPicture::updateView() {
     m_view.view = toOsg(inverse(m_view.camera));
 
     // Depth = near / distance; the shear shifts the picture by half widths and half heights.
-    const double scale = 1.0 / std::tan(m_view.fov * 0.5 * jMath::DEG2RAD);
+    const double scale = 1.0 / std::tan(m_settings.fov * 0.5 * jMath::DEG2RAD);
     const double aspect = static_cast<double>(m_view.width) / m_view.height;
+    m_view.focal = 0.5 * m_view.height * scale;
+    m_view.middle = normalize(m_view.camera.x * (m_settings.shear[0] * aspect / scale) +
+                              m_view.camera.y * (m_settings.shear[1] / scale) - m_view.camera.z);
     m_view.projection = osg::Matrixd(scale / aspect, 0.0, 0.0, 0.0, 0.0, scale, 0.0, 0.0, m_settings.shear[0],
                                      m_settings.shear[1], 0.0, -1.0, 0.0, 0.0, NEAR, 0.0);
 }
@@ -273,6 +275,18 @@ void WorldPicture::setVisibility(double metres) {
 
 void WorldPicture::setStatusLine(const std::string& text) {
     m_status->set(text);
+}
+
+void WorldPicture::setTitle(const std::string& title) {
+    m_settings.title = title;
+    auto* const window = dynamic_cast<osgViewer::GraphicsWindowX11*>(m_context.get());
+    if (!window || m_is_lost) return;
+    // The scene graph's own call knows Latin letters only.
+    Display* const display = window->getEventDisplay();
+    XChangeProperty(display, window->getWindow(), XInternAtom(display, "_NET_WM_NAME", False),
+                    XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(title.c_str()), static_cast<int>(title.size()));
+    XFlush(display);
 }
 
 void WorldPicture::setParts(unsigned parts) {

@@ -30,6 +30,7 @@ public:
     void draw() override;
     void setVisibility(double metres) override;
     void setStatusLine(const std::string& text) override;
+    void setTitle(const std::string& title) override;
     void setParts(unsigned parts) override;
     void setFullscreen(bool fullscreen) override;
     Snapshot capture(bool with_distance) override;
@@ -48,7 +49,7 @@ private:
     FrameView m_view;
     int m_window_width = 0, m_window_height = 0;  ///< while the screen is filled: before that
     unsigned m_frames_drawn = 0;
-    bool m_is_lost = false;                       ///< the display went under an open window
+    bool m_is_lost = false;  ///< the display went under an open window
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;
     osgViewer::Viewer m_viewer;

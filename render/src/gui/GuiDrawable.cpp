@@ -34,6 +34,15 @@ osg::ref_ptr<osg::Texture2D> makeFontTexture(const UIFontAtlas& atlas) {
     return texture;
 }
 
+/// Panels count rows from the top.
+osg::ref_ptr<osg::Texture2D> loadPanelImage(const jString& file) {
+    osg::ref_ptr<osg::Texture2D> texture = loadTexture(file, false);
+    texture->getImage()->flipVertical();
+    texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
+    texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
+    return texture;
+}
+
 void setUpVertices(osg::GLExtensions& gl) {
     constexpr GLsizei STRIDE = sizeof(ImDrawVert);
     for (const GLuint attribute : {PLACE, UV, COLOR}) gl.glEnableVertexAttribArray(attribute);
@@ -79,7 +88,7 @@ void GuiDrawable::updateTextures() const {
     }
     const jVector<jString>& images = m_panels.getImages();
     while (static_cast<int>(m_textures.size()) <= images.size()) {
-        m_textures.push_back(loadTexture(images[static_cast<int>(m_textures.size()) - 1], false));
+        m_textures.push_back(loadPanelImage(images[static_cast<int>(m_textures.size()) - 1]));
     }
 }
 

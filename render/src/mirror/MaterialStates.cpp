@@ -47,11 +47,11 @@ osg::StateSet* MaterialStates::acquire(const Material& material, const SurfaceSh
     Entry& entry = m_entries[&material];
     ++entry.users;
     osg::ref_ptr<osg::StateSet>& state = entry.states[slotOf(shape)];
+    if (entry.users == 1) entry.revision = material.getRevision();
     if (!state) {
         state = make(material, shape);
-        entry.revision = material.getRevision();
+        write(material, *state);
     }
-    write(material, *state);
     return state;
 }
 

@@ -18,12 +18,11 @@ struct SurfaceShape {
     bool normals = true, uvs = true, tangents = false;
 };
 
-/// One state for each material in use, shared by all its surfaces.
+/// One state for each material in use and each shape of its surfaces.
 class MaterialStates {
 public:
     explicit MaterialStates(ShaderLibrary& shaders) : m_shaders(shaders) {}
-    /// The material's state; counts a user. All surfaces of one material are taken to be of the first one's shape,
-    /// where it makes a difference the rest get a state of their own.
+    /// The material's state for surfaces of that shape; counts a user.
     osg::StateSet* acquire(const Material& material, const SurfaceShape& shape);
     /// Counts a user off; the material itself may be gone.
     void release(const Material* material);

@@ -43,7 +43,9 @@ osg::ref_ptr<osg::Image> decode(const std::string& bytes, const std::string& nam
     auto* const reader = format ? osgDB::Registry::instance()->getReaderWriterForExtension(format) : nullptr;
     if (reader) {
         std::istringstream in(bytes);
-        osgDB::ReaderWriter::ReadResult result = reader->readImage(in);
+        // Lowest row first, as the other formats' readers have it.
+        const osg::ref_ptr<osgDB::Options> options = new osgDB::Options("dds_flip");
+        osgDB::ReaderWriter::ReadResult result = reader->readImage(in, options);
         if (result.validImage()) return result.getImage();
     }
     jLog::error("%s: the image cannot be decoded; it must be PNG, JPEG or DDS", name.c_str());
@@ -86,6 +88,7 @@ osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const Image
     osg::ref_ptr<osg::Texture2D> texture;
     if (entry.texture.lock(texture)) return texture;
     texture = makeTexture(std::string(image->bytes.begin(), image->bytes.end()), image->name, is_color);
+    texture->getImage()->flipVertical();  // meshes count from the image's top
     entry = {image, texture.get()};
     std::erase_if(m_entries, [](const auto& item) { return !item.second.texture.valid(); });
     return texture;

@@ -35,11 +35,12 @@ void WorldMirror::forget(int id) {
             m_meshes.remove(id);
             break;
         case Node::TERRAIN:
+            if (id != m_terrain_id) break;
             m_terrain.setTerrain(nullptr);
             m_sea.setTerrain(nullptr);
             break;
         case Node::OCEAN:
-            m_sea.setOcean(nullptr);
+            if (id == m_ocean_id) m_sea.setOcean(nullptr);
             break;
         case Node::DECAL_ORTHO:
             m_terrain.removeDecal(id);
@@ -57,10 +58,12 @@ void WorldMirror::take(Node& node) {
             m_meshes.update(static_cast<ObjectMeshStatic&>(node));
             break;
         case Node::TERRAIN:
+            m_terrain_id = node.getId();
             m_terrain.setTerrain(static_cast<ObjectTerrain*>(&node));
             m_sea.setTerrain(static_cast<ObjectTerrain*>(&node));
             break;
         case Node::OCEAN:
+            m_ocean_id = node.getId();
             m_sea.setOcean(static_cast<ObjectOcean*>(&node));
             break;
         case Node::DECAL_ORTHO:

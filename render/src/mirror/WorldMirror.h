@@ -19,7 +19,6 @@ public:
                 EffectsLayer& effects);
     /// Takes in what changed since the last call; costs nothing for what did not.
     void update();
-    /// Box of the meshes whose shadows matter, for tests and shadows.
     MeshMirror& getMeshes() { return m_meshes; }
 
 private:
@@ -31,6 +30,7 @@ private:
     TerrainLayer& m_terrain;
     SeaLayer& m_sea;
     EffectsLayer& m_effects;
-    std::unordered_map<int, int> m_types;  ///< node type by id, of the nodes that some part draws
+    std::unordered_map<int, int> m_types;    ///< node type by id, of the nodes that some part draws
+    int m_terrain_id = -1, m_ocean_id = -1;  ///< those drawn: the last that changed
     WorldChanges m_changes;
 };

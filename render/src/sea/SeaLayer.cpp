@@ -143,7 +143,7 @@ void SeaLayer::setVisible(bool visible) {
 }
 
 void SeaLayer::update(const FrameView& view) {
-    const bool drawn = m_visible && m_ocean && m_ocean->isEnabled() && isFinite(view.local);
+    const bool drawn = m_visible && m_ocean && m_ocean->isActive() && isFinite(view.local);
     m_group->setNodeMask(drawn ? ~0u : 0u);
     if (!drawn) return;
     const WaveField& field = m_ocean->getField();

@@ -12,7 +12,7 @@ class WaveField;
 struct WaveCascade;
 
 /// One texture a cascade, each level half the one before. Texels hold the slopes east and north of the displaced
-/// surface (value = ZERO + slope / scale) and its foam.
+/// surface (value = ZERO + slope / scale), its foam and its height.
 class SeaSlopes {
 public:
     using Texel = std::array<float, 4>;  ///< slopes east and north, foam, height as in the texture

@@ -132,7 +132,7 @@ void SeaUniforms::update(const FrameView& view, const SeaMeshView& eye, const Ob
     m_place->set(osg::Vec4f(fraction(eye.east / large), fraction(eye.north / large), fraction(eye.east / small),
                             fraction(eye.north / small)));
     m_slope_scale->set(osg::Vec2f(slopes.getScale(0), slopes.getScale(1)));
-    const double pixel = 2.0 * std::tan(0.5 * view.fov * jMath::DEG2RAD) / view.height;
+    const double pixel = 1.0 / view.focal;
     m_pixel->set(static_cast<float>(pixel));
     updateLevels(eye, pixel, large, small);
     osg::Vec4f gusts;

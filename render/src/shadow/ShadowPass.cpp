@@ -99,7 +99,7 @@ bool ShadowPass::placeArea(const FrameView& view) {
     const double radius = radiusFor(view.geodetic.z);
     // Ahead of the eye and as low as its foot, in steps, so that a small move keeps the map.
     const dvec3 ahead = -view.camera.z - view.local.z * dot(view.local.z, -view.camera.z);
-    const dvec3 middle = view.camera.t + ahead * (radius * 0.6);
+    const dvec3 middle = view.camera.t + ahead * (radius * 0.6) - view.local.z * std::min(view.geodetic.z, radius);
     const bool is_turned = dot(axis, m_light.z) < 1.0 - LEAST_TURN;
     const bool is_left = length(middle - m_light.t) > radius * 0.25;
     if (radius == m_radius && !is_turned && !is_left) return false;

@@ -146,6 +146,5 @@ void SkyBodies::update(const FrameView& view, const SkyLight& light, const Heave
         osg::Matrix3(f(m.x.x), f(m.x.y), f(m.x.z), f(m.y.x), f(m.y.y), f(m.y.z), f(m.z.x), f(m.z.y), f(m.z.z)));
     m_depth->set(toOsg(picture.star_depth));
     m_galaxy_light->set(toOsg(picture.galaxy_light));
-    const double pixel = 2.0 * std::tan(view.fov * 0.5 * jMath::DEG2RAD) / view.height;
-    m_gain->set(static_cast<float>(1.0 / (pixel * pixel)));
+    m_gain->set(static_cast<float>(view.focal * view.focal));
 }

@@ -150,9 +150,8 @@ void SkyDome::updateClouds(const FrameView& view, const SkyLight& light, const E
     const dvec3 place = placeInSheet(view.geodetic);
     m_cloud_place->set(osg::Vec2f(wrapped(place.x - static_cast<double>(environment.wind.x) * view.time),
                                   wrapped(place.y - static_cast<double>(environment.wind.y) * view.time)));
-    const double pixel = 2.0 * std::tan(view.fov * 0.5 * jMath::DEG2RAD) / view.height;
     m_cloud_air->set(osg::Vec2f(static_cast<float>(view.extinction * 0.6 + 5e-6) * 1.4427f,
-                                static_cast<float>(pixel * CLOUD_TEXELS / PATTERN_SIDE)));
+                                static_cast<float>(CLOUD_TEXELS / (view.focal * PATTERN_SIDE))));
 
     // No threshold is high enough for the pattern's very peaks, nor low enough for its gaps.
     const float threshold = 1.0f - share + 0.25f * (1.0f - smoothStep(0.0f, 0.15f, share)) - 0.5f * closed;

@@ -59,7 +59,8 @@ SkyModel::Cover SkyModel::coverOf(const SkyConditions& conditions) {
     // From above the clouds the sky is clear.
     const float below = 1.0f - smoothStep(CLOUD_HEIGHT - 400.0f, CLOUD_HEIGHT + 400.0f, conditions.eye_height);
     const float cloudiness = std::clamp(conditions.cloudiness, 0.0f, 1.0f) * below;
-    return {1.0f - 0.985f * smoothStep(0.4f, 0.97f, cloudiness), smoothStep(0.3f, 1.0f, cloudiness)};
+    const float gray = smoothStep(0.3f, 1.0f, cloudiness);
+    return {1.0f - 0.985f * smoothStep(0.4f, 0.97f, cloudiness), gray, cloudiness * (1.0f - gray)};
 }
 
 void SkyModel::gather(const SkyConditions& conditions, const AirOptics& optics) {
@@ -168,7 +169,10 @@ void SkyModel::fillLight(const Cover& cover, SkyLight& light, SkyPicture& pictur
     const float sun = luminance(m_sun_beam), moon = luminance(m_moon_beam);
     picture.body = sun <= 0.0f && moon <= 0.0f ? LightBody::NONE : sun >= moon ? LightBody::SUN : LightBody::MOON;
     light.light_color = (sun >= moon ? m_sun_beam : m_moon_beam) * cover.straight;
-    light.ambient_above = m_sky.from_above;
+    // Single clouds before a blue sky fill the shadows with white light. An eighth of the beam goes downward a steradian,
+    // as from a cloud of middling thickness.
+    constexpr float DOWNWARD = 0.125f;
+    light.ambient_above = m_sky.from_above + picture.cloud_light * (cover.broken * DOWNWARD * PI);
     light.ambient_below = m_sky.from_below;
     light.night = smoothStep(0.0f, 0.2f, -m_sun.sine);
 }
@@ -219,7 +223,7 @@ void SkyModel::compute(const SkyConditions& conditions, SkyLight& light, SkyPict
     addSea(conditions.eye_height);
     addOvercast(optics, cover.gray);
     fillTable(conditions.eye_height, picture);
-    fillLight(cover, light, picture);
     fillBodies(conditions, optics, cover, picture);
+    fillLight(cover, light, picture);
     picture.adaptation = adaptationOf(light, picture.body);
 }

@@ -42,6 +42,7 @@ private:
     struct Cover {
         float straight;  // share of the straight light that comes through the clouds
         float gray;      // how far the sky is that of an overcast day
+        float broken;    // how much of the sky single clouds fill
     };
     static Cover coverOf(const SkyConditions& conditions);
     void gather(const SkyConditions& conditions, const AirOptics& optics);

@@ -99,7 +99,7 @@ void TerrainLayer::update(const FrameView& view) {
     const bool is_plain = weather == osg::Vec3f();
     m_weather->set(weather);
     m_group->getStateSet()->setDefine("GROUND_WEATHER", is_plain ? osg::StateAttribute::OFF : osg::StateAttribute::ON);
-    m_pixel->set(static_cast<float>(2.0 / (view.projection(1, 1) * view.height)));
+    m_pixel->set(static_cast<float>(1.0 / view.focal));
     m_tree->update(view);
 }
 
