@@ -24,10 +24,6 @@ public:
     void setFlightState(const FlyFrame* state) override;
     void stopPose() override;
 
-    virtual bool isPhysicsEnabled() const { return m_physics_enabled; }
-    virtual void setPhysicsEnabled(bool enabled) { m_physics_enabled = enabled; }  ///< before `init`
-    virtual float getThrust() const { return m_thrust; }
-    virtual void setThrust(float thrust) { m_thrust = thrust; }  ///< 0..1; drives the exhaust
     virtual bool isStanding() const { return m_standing; }
     // Values that the jet keeps for whoever drives it and does not read itself.
     virtual dmat4 getUserTransform() const { return m_user_transform; }

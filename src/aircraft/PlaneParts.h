@@ -22,6 +22,11 @@ public:
     /// Shows the fire and kicks the body with two torques of random sign.
     bool catchFire() override;
 
+    virtual bool isPhysicsEnabled() const { return m_physics_enabled; }
+    virtual void setPhysicsEnabled(bool enabled) { m_physics_enabled = enabled; }  ///< before `init`
+    virtual float getThrust() const { return m_thrust; }
+    virtual void setThrust(float thrust) { m_thrust = thrust; }  ///< 0..1
+
     Node* getNode(int position) const;                              ///< null for a position that has no node
     int getNumNodes() const { return m_nodes.size(); }              ///< positions that have a node
     const jMap<Node*, int>& getWheels() const { return m_wheels; }  ///< wheel node to shape of the model's body

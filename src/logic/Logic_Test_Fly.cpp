@@ -6,6 +6,8 @@
 #include <engine/scene/Object.h>
 #include <engine/text/Log.h>
 
+#include "src/aircraft/Helicopter.h"
+#include "src/aircraft/PlaneExtra300s.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/kit/UdpDataKit.h"
 
@@ -26,6 +28,8 @@ Logic_Test_Fly::~Logic_Test_Fly() {
     Logic_Test_Fly::release();
     release_tracks();
     jDelete(m_jet);
+    jDelete(m_aerobatic);
+    jDelete(m_helicopter);
 }
 
 jString Logic_Test_Fly::getWorldPath() const {
@@ -39,6 +43,7 @@ bool Logic_Test_Fly::init() {
     init_environment();
     init_aircraft();
     update_third_view();
+    init_ui();
     load_tracks();
     init_udp();
     default_setting();
@@ -48,12 +53,18 @@ bool Logic_Test_Fly::init() {
 }
 
 void Logic_Test_Fly::update(float dt) {
+    update_sliders();
+    if (is_slider_held()) return;  // a drag holds the rest of the frame back
     receive_data();
+    move_forward(dt);
     m_timer_manager.update(dt);
+    update_ui_pos();
+    local_data_update_fly();
     m_action_manager.update(dt);
     send_udp();
     update_input();
     update_aircraft(dt);
+    update_helicopter(dt);
 }
 
 void Logic_Test_Fly::release() {
@@ -78,6 +89,7 @@ void Logic_Test_Fly::processMsg(UiMsg* msg) {
 
 void Logic_Test_Fly::reset() {
     m_fly_stopwatch.stop();
+    local_data_reset_fly();
     m_action_manager.removeAllActions();
     reset_plane();
     fire(m_signal_2_reset, 25);

@@ -7,18 +7,29 @@
 #include <engine/core/Message.h>
 
 #include "common/LogicBase.h"
+#include "src/aircraft/HeliEffectsKit.h"
+#include "src/kit/PlaneFlyKit.h"
 #include "src/kit/UdpRecords.h"
 #include "src/logic/HitCallback.h"
 
 class ControlApp;
+class Helicopter;
 class NodeTrigger;
 class ObjectOcean;
 class ObjectTerrain;
 class PlaneBase;
+class PlaneExtra300s;
 class PlaneJ15;
+class UIButton;
 class UIElement;
+class UIGridLayout;
+class UIHLayout;
+class UILabel;
+class UISlider;
+class UIVLayout;
 class UdpRecvKit;
 class UdpSendKit;
+struct AirCraftPartInfo;
 
 /// Where the view is. Other values are kept and leave the camera alone.
 enum PLAYER_MODE : std::int32_t { FIRST_VIEW = 0, THIRD_VIEW = 1, FREE_VIEW = 2 };
@@ -29,6 +40,16 @@ enum FLY_MODE : std::int32_t { DATA_FLY = 0, MANUAL_FLY = 1, AUTO_FLY = 2 };
 struct LinkCounts {
     std::uint64_t records = 0;   ///< host records applied
     std::uint64_t feedback = 0;  ///< feedback records sent
+};
+
+/// Local transforms of places on the helicopter's model; identity for one that the model lacks.
+struct HelicopterPlaces {
+    dmat4 left[3];    ///< "dl_0" to "dl_2"
+    dmat4 right[3];   ///< "dr_0" to "dr_2"
+    dmat4 sonar;      ///< "sonar"
+    dmat4 winch;      ///< "winch"
+    dmat4 deflector;  ///< "deflector": the plane that the downwash does not pass; its height follows the effects
+    dmat4 eye;        ///< "cam_first_player": the pilot's
 };
 
 /// The scene's behaviour. The engine drives it through `LogicBase`; what lies beyond is for the host application. Node
@@ -59,7 +80,7 @@ public:
     void reset();
 
     // Configuration: _config.cpp
-    /// Reads the configuration file; without it every key has its default.
+    /// Reads the configuration file; without it every key has its default. Loads the recorded flight.
     void init_config();
     /// Airport lights off, third-person view, flight mode as configured.
     void default_setting();
@@ -86,8 +107,7 @@ public:
     /// Visibility in steps of 300 m: tells the fog's value to whoever draws it.
     void setVisibilityDistance(int steps);
     int getVisibilityDistance() const;  ///< steps of 300 m
-    /// The label's text; empty until a visibility was set.
-    const jString& getVisibilityText() const { return m_visibility_text; }
+    const jString& getVisibilityText() const;  ///< the label's; empty until a visibility was set
     /// Share of light that fog of this density takes over `base` metres: the calibration of the fog's value.
     static double calFog(double base, double density);
     /// Fires notification 20 with the fog's value for a visibility in metres, 0.39 at 300 m and below, 1.01 at most.
@@ -133,22 +153,66 @@ public:
     /// Makes the configured aircraft at the start node. Without that node, with another type or a model that cannot be
     /// loaded there is none: the console and the log say why. REQUIRES that it was not called before.
     void init_aircraft();
-    /// Puts the aircraft back to where the start node is now, undamaged; nothing without that node.
+    /// Puts the aircraft back, undamaged: the jet to where the start node is now, the aerobatic aircraft to where it
+    /// was placed first; the helicopter stops where it is. Nothing without the start node.
     void reset_plane();
+    /// A shape of the aircraft's body touched something: changes nothing.
+    void on_plane_hit(Body* body, int shape);
+    /// The aircraft's destruction has played: shows it destroyed. The action is not looked at.
+    void on_plane_destory(Action* action);
+    /// Puts the first deflector of a particle system under it, in the helicopter's frame, at its own height. Other
+    /// nodes, and systems without a deflector, are left alone.
+    void update_deflector(Node* node);
+    const jString& getAircraftType() const { return m_aircraft_type; }
+    PlaneBase* getAircraft() const { return m_aircraft; }       ///< owned by the logic; null without one
+    Helicopter* getHelicopter() const { return m_helicopter; }  ///< owned by the logic; null without one
+    const HelicopterPlaces& getHelicopterPlaces() const { return m_heli_places; }
+    int getControlCount() const;                                 ///< control nodes that the aircraft's model has
+    Object* getAircraftNode() const { return m_aircraft_node; }  ///< the plane's model; null without one
+    const dmat4& getStartTransform() const { return m_start_transform; }  ///< where the aircraft was placed
+    const jVector<Object*>& getObjects() const { return m_objects; }      ///< models that the logic placed
+
+    // The aircraft's controls: _controls.cpp
+    // A control of the panel was moved; the element's id is the position of its control node. The value is stored at
+    // that place of the control values, if there is one, and moves the aircraft's node. An aircraft of a type that
+    // such a control does not move leaves both alone.
+    void set_node_deflection(const GUIEventChange& event, UIElement* element);  ///< degrees; jet, aerobatic aircraft
+    void set_node_offset(const GUIEventChange& event, UIElement* element);      ///< from here on aerobatic aircraft
+    void set_node_uv_offset(const GUIEventChange& event, UIElement* element);
+    void set_node_digit(const GUIEventChange& event, UIElement* element);  ///< truncated to an integer
+    void set_node_onoff(const GUIEventChange& event, UIElement* element);
     /// Gear up and down at once, on the carrier jet; the event and the element are not looked at.
     void on_open_undercarriage(const GUIEventMouse& event, UIElement* element);
     void on_close_undercarriage(const GUIEventMouse& event, UIElement* element);
-    /// A shape of the aircraft's body touched something: changes nothing.
-    void on_plane_hit(Body* body, int shape);
-    const jString& getAircraftType() const { return m_aircraft_type; }
-    PlaneBase* getAircraft() const { return m_aircraft; }        ///< owned by the logic; null without one
-    int getControlCount() const;                                 ///< control nodes that the aircraft's model has
-    Object* getAircraftNode() const { return m_aircraft_node; }  ///< its model; null without one
 
     // Flight modes: _modes.cpp
-    /// Any value is kept. Data flight opens the host link when it is not open; automatic flight resets the scene.
+    /// Any value is kept. Data flight stops the playback, puts the aircraft where the recorded flight begins and opens
+    /// the host link when it is not open; automatic flight resets the scene and starts the playback.
     void set_fly_mode(FLY_MODE mode);
+    void change_flymode();  ///< the next of the three modes
     FLY_MODE getFlyMode() const { return m_fly_mode; }
+    const jString& getFlyModeText() const;  ///< the fly mode button's; empty before `init`
+    /// While the push is on, moves the aircraft's model along its own +Y at 30 m/s for dt seconds.
+    void move_forward(float dt);
+    // Event and element are not looked at.
+    void on_move_foward(const GUIEventMouse& event, UIElement* element);    ///< push on or off
+    void on_reset_postion(const GUIEventMouse& event, UIElement* element);  ///< push off, aircraft to the start node
+    bool isMovingForward() const { return m_moving_forward; }
+
+    // Recorded flight: _playback.cpp
+    /// Loads "data/www.dat", lowers the start node by 0.2 m and turns the path to start there; nothing without that
+    /// node. REQUIRES that it was not called before.
+    void local_data_init();
+    /// Plays from 23 s on the file's time line, the aircraft standing at the start node.
+    void local_data_start_fly();
+    /// While playing, moves on by three times the time since the start and applies the state there; begins again after
+    /// the last frame.
+    void local_data_update_fly();
+    void local_data_stop_fly();
+    /// The recording's first state and the engine off; it goes on playing when it does.
+    void local_data_reset_fly();
+    bool isPlaying() const { return m_fly_stopwatch.isRunning(); }
+    float getPlayTime() const { return m_play_time; }  ///< seconds on the file's time line
 
     // View: _view.cpp. Without a camera node nothing moves.
     void swap() override;
@@ -157,8 +221,7 @@ public:
     PLAYER_MODE getPlayerMode() const { return m_player_mode; }
     /// The next of the three views.
     void change_view();
-    /// The mode's name, as the view button shows it; empty until a view was chosen.
-    const jString& getViewText() const { return m_view_text; }
+    const jString& getViewText() const;  ///< the view button's; empty before `init`
     /// Puts the camera at its distance from the aircraft, against the way that it looks. Until there is an aircraft
     /// only the pose is kept. Always true.
     bool update_third_view();
@@ -177,6 +240,23 @@ public:
     void set_cam_pos_geo(const dvec3& geo);
     dvec3 get_cam_pos_geo() const;
 
+    // Panels: _ui.cpp. The UI root owns them: REQUIRES that it is not cleared while frames go on, and that it is before
+    // the logic ends if input goes on after that.
+    /// Makes all three panels.
+    void init_ui();
+    /// Camera bar, warning and visibility.
+    void init_ui_cam();
+    void init_ui_btns();
+    /// One row for each control node that the aircraft's file describes.
+    void init_ui_test_btns();
+    /// Puts the panels in the corners of the window as it is now, and shows the test panel in test mode.
+    void update_ui_pos();
+    // The buttons'; event and element are not looked at.
+    void on_click_change_view(const GUIEventMouse& event, UIElement* element);
+    void on_click_change_flymode(const GUIEventMouse& event, UIElement* element);
+    void on_world_enable(const GUIEventMouse& event, UIElement* element);
+    void on_click_reset(const GUIEventMouse& event, UIElement* element);
+
     // Input and picking: _input.cpp
     /// Keys and mouse of this frame.
     void update_input();
@@ -189,20 +269,51 @@ public:
     Object* select_object(const dvec3& from, const dvec3& to, dvec3* hit = nullptr) const;
 
 private:
+    using ClickHandler = void (Logic_Test_Fly::*)(const GUIEventMouse&, UIElement*);
+    using ChangeHandler = void (Logic_Test_Fly::*)(const GUIEventChange&, UIElement*);
+
     void load_track(const jString& path) override;
     Track* get_track(const jString& path) override;
-    void init_jet(const dmat4& start);
+    void init_jet();
+    void init_aerobatic();
+    void init_helicopter();
+    bool init_plane(PlaneBase* plane, const jString& name);
+    void place_plane();
+    void register_object(Object* object);
     bool is_jet() const;
+    bool is_aerobatic() const;
+    bool is_helicopter() const;
+    Node* get_third_target() const;
+    void update_deflectors();
+    void store_control(int position, double value);
+    float scale_control(int position, double value) const;
     void update_aircraft(float dt);
+    void apply_fly_frame(const FlyFrame* frame);
+    void place_at_start();
+    void update_helicopter(float dt);
+    void measure_helicopter_surface();
     void measure_gears(UdpSendData& record) const;
     void disconnect_triggers();
     void follow_aircraft();
     void update_keys(ControlApp& control);
     void zoom_third_view(double factor);
     void place_camera(const dvec3& position, const dquat& rotation);
-    void set_view_text(const char* text) { m_view_text = text; }
+    UILabel* add_scene_label(const jString& text, const vec4& color, double top);
+    UIButton* add_button(const char* text, ClickHandler handler);
+    void add_test_row(const AirCraftPartInfo& part);
+    void add_test_slider(int position, float low, float high, ChangeHandler handler);
+    void add_test_box(int position);
+    void bind_control(UIElement& control, int position, ChangeHandler handler);
+    void update_sliders();
+    bool is_slider_held() const;
+    void set_view_text(const char* text);
+    void set_fly_mode_text(const char* text);
+    void show_warning(bool shown);
+    void show_visibility(const jString& text);
     void release_tracks();
 
+    jVector<UISlider*> m_sliders;       ///< of the test panel, in row order; the UI root's
+    jVector<UILabel*> m_slider_labels;  ///< their values
     jString m_aircraft_type;
     PlaneBase* m_aircraft = nullptr;
     float m_third_distance = 25.0f;  ///< metres from the aircraft to the third-person camera
@@ -214,6 +325,7 @@ private:
     std::int32_t m_last_order = 0;
     bool m_ignore_order = false;
     std::uint16_t m_collision = 0;
+    jVector<float> m_control_values;   ///< one a control of the panel, by the position of its node
     jVector<dmat4> m_head_transforms;  ///< the first is the pilot's eye in the aircraft's frame
     HitCallback m_hit_callback;
     TimerManager m_timer_manager;
@@ -221,8 +333,14 @@ private:
     UdpSendKit* m_sender = nullptr;
     UdpSendKit* m_multicast_sender = nullptr;  ///< lives until the process ends
 
-    PlaneJ15* m_jet = nullptr;          ///< the aircraft when it is the carrier jet; owned
-    Object* m_aircraft_node = nullptr;  ///< the world's
+    PlaneJ15* m_jet = nullptr;              ///< the aircraft when it is the carrier jet; owned
+    PlaneExtra300s* m_aerobatic = nullptr;  ///< the aircraft when it is the aerobatic one; owned
+    Object* m_aircraft_node = nullptr;      ///< the world's
+    Helicopter* m_helicopter = nullptr;     ///< the aircraft when it is the helicopter; owned
+    HelicopterPlaces m_heli_places;
+    HeliEffectsKit m_heli_effects;
+    jVector<Node*> m_deflected;  ///< effects that the helicopter's deflector follows, the world's
+    jVector<Object*> m_objects;  ///< the world's
     bool m_raining = false;
     Node* m_rain = nullptr;  ///< the world's, as those below
     Node* m_hail = nullptr;
@@ -231,16 +349,27 @@ private:
     ObjectOcean* m_ocean = nullptr;
     jVector<Track*> m_own_tracks;   ///< owned, in order of loading; the base's list stays empty
     std::int32_t m_visibility = 0;  ///< metres, a multiple of 300
-    jString m_visibility_text;
     std::uint16_t m_navi_light = 0;
     dmat4 m_start_transform;
     bool m_destroyed = false;
     Stopwatch m_fly_stopwatch;
+    PlaneFlyKit m_fly_kit;
+    float m_play_time = 0.0f;  ///< seconds on the file's time line
+    float m_play_rate = 3.0f;
+    bool m_moving_forward = false;
     PLAYER_MODE m_player_mode = FIRST_VIEW;
-    jString m_view_text;
     Node* m_third_target = nullptr;  ///< what the third-person camera orbits, the world's
     dquat m_third_rotation;          ///< the third-person view as it was left
     dvec3 m_third_position;
+    bool m_world_enabled = true;
+    // Panels and what changes on them, null before `init`; the UI root's.
+    UIHLayout* m_camera_bar = nullptr;
+    UIVLayout* m_button_column = nullptr;
+    UIGridLayout* m_test_panel = nullptr;
+    UIButton* m_view_button = nullptr;
+    UIButton* m_fly_mode_button = nullptr;
+    UILabel* m_warning_label = nullptr;
+    UILabel* m_visibility_label = nullptr;
     jVector<jString> m_key_controls;    ///< texts of configured keys
     float m_target_head_offset = 0.0f;  ///< told by the keys that change it
     FLY_MODE m_fly_mode = DATA_FLY;

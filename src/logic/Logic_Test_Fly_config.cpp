@@ -9,6 +9,7 @@ void Logic_Test_Fly::init_config() {
     m_show_recv = data.isShowRecvDataPrint();
     m_show_send = data.isShowSendDataPrint();
     m_key_controls = data.getKeyControls();
+    local_data_init();
 }
 
 void Logic_Test_Fly::default_setting() {

@@ -105,7 +105,7 @@ void Logic_Test_Fly::set_anim(jString path, float percent) {
 
 void Logic_Test_Fly::setVisibilityDistance(int steps) {
     m_visibility = std::clamp(steps, -MOST_STEPS, MOST_STEPS) * VISIBILITY_STEP;
-    m_visibility_text = "能见度：" + ToString(m_visibility);
+    show_visibility("能见度：" + ToString(m_visibility));
     use_visibility_set_fog(m_visibility);
 }
 

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <span>
 
+#include "src/aircraft/Helicopter.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/logic/Logic_Test_Fly.h"
 
@@ -121,6 +122,7 @@ void Logic_Test_Fly::onKeyRelease(const GUIEventKey& event, IApp* app) {
     switch (event.key) {
         case 'g':
             if (is_jet()) m_jet->toggleLight();
+            if (is_helicopter()) m_helicopter->toggleLight();
             break;
         case 'p':
             m_show_recv = !m_show_recv;

@@ -29,6 +29,7 @@ void Logic_Test_Fly::init_udp() {
 
     m_receiver = jNew<UdpRecvKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
     m_recv_ready = m_receiver->init(local_ip, local_port, host_ip, host_port);
+    if (!m_recv_ready) show_warning(true);
     m_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
     m_send_ready = m_sender->init(host_ip, data.getSendToFlightSimulationPort());
     m_multicast_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});

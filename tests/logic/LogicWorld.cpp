@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "engine/gui/UIRoot.h"
+#include "engine/input/InputRouter.h"
 #include "engine/memory/Allocator.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
@@ -96,6 +98,8 @@ void LogicTest::start() {
 }
 
 void LogicTest::end() {
+    engine().getInput()->clearBindings();
+    engine().getUIRoot()->clear();
     jDelete(static_cast<LogicBase*>(m_logic));
     m_logic = nullptr;
 }

@@ -7,6 +7,7 @@
 
 #include "LogicWorld.h"
 #include "engine/camera/CameraControl.h"
+#include "engine/gui/UIRoot.h"
 #include "engine/memory/Allocator.h"
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectPrefab.h"
@@ -188,6 +189,7 @@ TEST_F(LifeTest, TheLibraryLoadsAndUnloadsAgainAndAgain) {
             engine().endFrame();
         }
         loaded->release();
+        engine().getUIRoot()->clear();
         jDelete(loaded);
         dlclose(library);
         EXPECT_EQ(dlopen(LIBRARY.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is still in the process";

@@ -47,6 +47,7 @@ void UIEditLine::draw(UIPainter& painter) {
         drawEdit(painter, left - getScroll(), top);
     } else {
         refresh();
+        painter.text(left + 1.0f, top + 1.0f, m_text, m_font_size, UIPainter::SHADOW);
         painter.text(left, top, m_text, m_font_size, m_font_color);
     }
     painter.unclip();

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int LEAST_SCROLLED = 64;  // pixels: less of an element is not worth scrolling
+constexpr int GAP = 4;              // pixels between one that is cut and what it would cover
 
 }  // namespace
 
@@ -134,7 +135,7 @@ int GuiState::findEnd(const UIElement& element, int element_width) {
         if (other.isHidden() || other.m_set_y <= element.m_set_y || other.m_set_y >= end) continue;
         const bool is_beside = other.m_set_x >= element.m_set_x + element_width ||
                                other.m_set_x + other.getMeasured().width <= element.m_set_x;
-        if (!is_beside) end = other.m_set_y;
+        if (!is_beside) end = other.m_set_y - GAP;
     }
     return end;
 }

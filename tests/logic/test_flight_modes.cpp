@@ -1,0 +1,266 @@
+// Flight modes: switching, the push by hand, playing a recorded flight; and the demonstration's own recording.
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <optional>
+
+#include "LogicWorld.h"
+#include "engine/memory/Allocator.h"
+
+namespace {
+
+class FlightModesTest : public LogicTest {
+protected:
+    static constexpr const char* PATH = "data/www.dat";
+
+    /// A logic with a jet without a body, so that nothing but the flight moves it, and this recording.
+    void begin(const std::string& path) {
+        TestJet spec;
+        spec.body.clear();
+        writeJet(spec);
+        if (!path.empty()) write(PATH, path);
+        authored = addStart()->getWorldTransform();
+        start();
+    }
+
+    void choose(FLY_MODE mode) {
+        printedBy([&] { logic().set_fly_mode(mode); });
+    }
+    std::string play(int frames, double dt = 1.0 / 60.0) {
+        return printedBy([&] {
+            for (int i = 0; i < frames; ++i) frame(dt);
+        });
+    }
+    /// The jet's place in the start node's frame.
+    dvec3 place() {
+        return inverse(world().getNodeByName("start_deck")->getWorldTransform()) *
+               jet().getWorldTransform().getTranslation();
+    }
+
+    /// Frames at (time, x) along the path's X axis; heading along the start node's +Y, gear as given.
+    static std::string path(std::initializer_list<std::array<double, 3>> frames) {
+        std::string text;
+        for (const auto& [time, x, gear] : frames) {
+            text += std::to_string(time) + " " + std::to_string(x) + " 0.0 0.0 " + std::to_string(gear) +
+                    " 0.0 0.0 22.75 0.0 0.0\n";
+        }
+        return text;
+    }
+    /// What the path's X axis is in the start node's frame.
+    static dvec3 along(double metres) {
+        return dvec3(std::cos(67.25 * M_PI / 180), std::sin(67.25 * M_PI / 180), 0.0) * metres;
+    }
+
+    dmat4 authored;  ///< of the start node
+};
+
+TEST_F(FlightModesTest, TheStartIsLoweredAndTheElapsedTimeAddsUpEachFrame) {
+    begin(path({{0.0, 5.0, 1.0}, {23.0, 5.0, 1.0}, {123.0, 1005.0, 1.0}}));
+    const dvec3 lowered = world().getNodeByName("start_deck")->getWorldPosition() - authored.getTranslation();
+    const dvec3 up = engine().getEllipsoid().getUp(authored.getTranslation());
+    EXPECT_LT(length(lowered + up * 0.2), 1e-6);
+
+    choose(AUTO_FLY);
+    EXPECT_TRUE(logic().isPlaying());
+    EXPECT_EQ(logic().getPlayTime(), 23.0f);
+    EXPECT_LT(length(place()), 1e-6);
+    EXPECT_LT(length(jet().getWorldTransform().getY() - authored.getY()), 1e-6) << "along the start node";
+    double elapsed = 0.0, wanted = 23.0;
+    for (const double dt : {0.05, 0.02, 0.1, 0.04, 0.0, 0.01}) {
+        play(1, dt);
+        elapsed += dt;
+        wanted += 3.0 * elapsed;
+        EXPECT_NEAR(logic().getPlayTime(), wanted, 1e-4);
+        EXPECT_LT(length(place() - along(10.0 * (wanted - 23.0))), 2e-3);
+    }
+}
+
+TEST_F(FlightModesTest, ModesFollowEachOtherAndOnlyLeavingForDataFlightStops) {
+    begin(path({{0.0, 0.0, 1.0}, {1000.0, 1000.0, 1.0}}));
+    const struct {
+        FLY_MODE mode;
+        bool playing;
+        const char* text;
+    } steps[] = {{MANUAL_FLY, false, "手动飞行"},
+                 {AUTO_FLY, true, "自动飞行"},
+                 {DATA_FLY, false, "数据飞行"},
+                 {MANUAL_FLY, false, "手动飞行"}};
+    for (const auto& step : steps) {
+        printedBy([&] { logic().change_flymode(); });
+        EXPECT_EQ(logic().getFlyMode(), step.mode);
+        EXPECT_EQ(logic().isPlaying(), step.playing);
+        EXPECT_EQ(logic().getFlyModeText(), step.text);
+        play(30);
+    }
+    choose(AUTO_FLY);
+    play(30);
+    const double flown = length(place());
+    EXPECT_GT(flown, 1.0);
+    choose(MANUAL_FLY);
+    play(30);
+    EXPECT_GT(length(place()), flown) << "manual flight lets it play on";
+    printedBy([&] { logic().local_data_stop_fly(); });
+    EXPECT_LT(length(place()), 1e-6) << "at the first frame";
+    choose(AUTO_FLY);
+    printedBy([&] { logic().reset(); });
+    EXPECT_FALSE(logic().isPlaying());
+    choose(static_cast<FLY_MODE>(7));
+    EXPECT_EQ(logic().getFlyMode(), 7);
+    printedBy([&] { logic().change_flymode(); });
+    EXPECT_EQ(logic().getFlyMode(), AUTO_FLY) << "(7 + 1) % 3";
+}
+
+TEST_F(FlightModesTest, APlayedFrameMovesTheGearsFlagAtItsStep) {
+    begin(path({{0.0, 0.0, 1.9}, {40.0, 1.0, 0.9}, {60.0, 2.0, -1.0}, {100.0, 2.0, 0.0}}));
+    choose(AUTO_FLY);
+    const struct {
+        float until;
+        bool open;
+    } steps[] = {{37.0f, true}, {50.0f, false}, {70.0f, true}};
+    for (const auto& step : steps) {
+        while (logic().getPlayTime() < step.until) play(1);
+        EXPECT_EQ(jet().isUndercarriageOpen(), step.open) << step.until;
+    }
+}
+
+TEST_F(FlightModesTest, PlayingBeginsAgainAfterTheLastFrame) {
+    begin(path({{0.0, 0.0, 1.0}, {30.0, 30.0, 1.0}}));
+    choose(AUTO_FLY);
+    int starts = 0;
+    double farthest = 0.0;
+    for (int i = 0; i < 120; ++i) {
+        if (play(1).find("------Logic_Test_Fly::local_data_start_fly\n") != std::string::npos) {
+            ++starts;
+            EXPECT_EQ(logic().getPlayTime(), 23.0f);
+            EXPECT_LT(length(place()), 1e-6);
+        }
+        farthest = std::max(farthest, length(place()));
+    }
+    // 23 + 3 n (n + 1) / 120 reaches 30 at the 17th frame after a start.
+    EXPECT_EQ(starts, 7);
+    EXPECT_GT(farthest, 28.0);
+}
+
+TEST_F(FlightModesTest, ShortAndMissingRecordingsRestartEachFrame) {
+    for (const std::string& recording :
+         {path({{0.0, 3.0, 1.0}, {22.0, 30.0, 1.0}}), std::string("// none"), std::string()}) {
+        SCOPED_TRACE(recording);
+        std::filesystem::remove(root() / PATH);
+        begin(recording);
+        choose(AUTO_FLY);
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_NE(play(1).find("local_data_start_fly"), std::string::npos);
+            EXPECT_LT(length(place()), 1e-6);
+            EXPECT_TRUE(logic().isPlaying());
+        }
+        end();
+        world().removeNode(world().getNodeByName("start_deck"));
+    }
+    write(PATH, path({{0.0, 0.0, 1.0}, {1000.0, 1000.0, 1.0}}));
+    start();
+    choose(AUTO_FLY);
+    EXPECT_NE(play(1).find("local_data_start_fly"), std::string::npos) << "without a start node nothing is loaded";
+}
+
+TEST_F(FlightModesTest, ThePushGoesAlongTheAircraftInEveryModeUntilItIsPutBack) {
+    begin("");
+    for (const FLY_MODE mode : {MANUAL_FLY, DATA_FLY, static_cast<FLY_MODE>(5)}) {
+        choose(mode);
+        const dmat4 before = jet().getWorldTransform();
+        play(5, 0.1);
+        EXPECT_EQ(jet().getWorldTransform(), before);
+        logic().on_move_foward({}, nullptr);
+        play(5, 0.1);
+        const dvec3 moved = jet().getWorldTransform().getTranslation() - before.getTranslation();
+        EXPECT_LT(length(moved - before.getY() * 15.0), 1e-5);
+        EXPECT_LT(length(jet().getWorldTransform().getX() - before.getX()), 1e-9);
+        logic().on_reset_postion({}, nullptr);
+        EXPECT_LT(length(place()), 1e-6);
+        play(5, 0.1);
+        EXPECT_LT(length(place()), 1e-6) << "the push is off";
+    }
+    logic().on_move_foward({}, nullptr);
+    play(1, 0.1);
+    logic().on_move_foward({}, nullptr);
+    const dvec3 there = place();
+    play(1, 0.1);
+    EXPECT_LT(length(place() - there), 1e-9);
+}
+
+TEST_F(FlightModesTest, DataFlightOpensTheLinkOnceItWorks) {
+    std::optional<LoopbackSocket> other(host().getViewerPort());
+    begin("");
+    const auto opened = [&] {
+        return printedBy([&] { logic().set_fly_mode(DATA_FLY); }).find("local port:") != std::string::npos;
+    };
+    EXPECT_TRUE(opened());
+    EXPECT_FALSE(logic().isReceiverReady());
+    other.reset();
+    choose(MANUAL_FLY);
+    EXPECT_FALSE(logic().isReceiverReady());
+    EXPECT_TRUE(opened());
+    EXPECT_TRUE(logic().isReceiverReady());
+    EXPECT_FALSE(opened());
+}
+
+TEST_F(FlightModesTest, TenLoopsTakeNoMemory) {
+    begin(path({{0.0, 0.0, 1.0}, {100.0, 30.0, 0.0}, {400.0, 60.0, 1.0}}));
+    choose(AUTO_FLY);
+    int loops = 0;
+    const auto fly = [&](int until) {
+        while (loops < until) loops += play(1, 0.05).find("local_data_start_fly") != std::string::npos;
+    };
+    fly(1);
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    const int books = memGetInfos().size();
+    fly(11);
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
+    EXPECT_EQ(memGetInfos().size(), books);
+}
+
+/// The demonstration's recording, as the build wrote it.
+class DemoFlightTest : public FlightModesTest {
+protected:
+    DemoFlightTest() {
+        std::filesystem::create_directories(root() / "data");
+        std::filesystem::copy_file(std::filesystem::path(DECKVIEW_ROOT) / PATH, root() / PATH);
+        begin("");
+    }
+};
+
+TEST_F(DemoFlightTest, LooksLikeFlyingFromTheDeckAndBackOntoIt) {
+    constexpr double RATE = 60.0, MOST = 0.3 * 9.81;
+    choose(AUTO_FLY);
+    std::vector<dvec3> places{place()};
+    std::vector<dvec3> noses;
+    printedBy([&] {
+        while (places.size() < 20000) {
+            frame(1.0 / RATE);
+            if (logic().getPlayTime() == 23.0f) break;
+            places.push_back(place());
+            noses.push_back(rotate(inverse(authored), jet().getWorldTransform().getY()));
+        }
+    });
+    EXPECT_NEAR(static_cast<double>(places.size()) / RATE, 240.0, 20.0);
+
+    double jerk = 0.0, height = 0.0, away = 0.0;
+    for (std::size_t i = 3; i < places.size(); ++i) {
+        const dvec3 change = places[i] - places[i - 1] * 3.0 + places[i - 2] * 3.0 - places[i - 3];
+        jerk = std::max(jerk, length(change) * RATE * RATE);
+        height = std::max(height, places[i].z);
+        away = std::max(away, length(places[i]));
+        const dvec3 velocity = (places[i] - places[i - 1]) * RATE;
+        if (length(velocity) < 20.0) continue;
+        // The nose looks where the aircraft goes, but for the angle of attack.
+        const double off = std::acos(std::clamp(dot(normalize(velocity), noses[i - 1]), -1.0, 1.0)) * 180.0 / M_PI;
+        ASSERT_LT(off, 11.0) << i;
+    }
+    RecordProperty("jerk_mg", static_cast<int>(jerk / 9.81e-3));
+    EXPECT_LE(jerk, MOST);
+    EXPECT_GT(height, 150.0);
+    EXPECT_GT(away, 3000.0);
+    EXPECT_LT(std::abs(places.back().z), 0.01);
+    EXPECT_LT(length(places.back()), 150.0);
+}
+
+}  // namespace

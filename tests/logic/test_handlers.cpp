@@ -1,0 +1,232 @@
+// The logic's choice of the aircraft, its placement and reset, and what the panel's handlers do to each type.
+#include <engine/gui/UIWidgets.h>
+#include <engine/input/ControlApp.h>
+
+#include "AerobaticModel.h"
+#include "LogicWorld.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/physics/Body.h"
+#include "engine/scene/ObjectParticles.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "engine/scene/SceneNodes.h"
+#include "src/aircraft/Helicopter.h"
+#include "src/aircraft/PlaneExtra300s.h"
+
+namespace {
+
+using Handler = void (Logic_Test_Fly::*)(const GUIEventChange&, UIElement*);
+constexpr Handler HANDLERS[] = {&Logic_Test_Fly::set_node_deflection, &Logic_Test_Fly::set_node_offset,
+                                &Logic_Test_Fly::set_node_uv_offset, &Logic_Test_Fly::set_node_digit,
+                                &Logic_Test_Fly::set_node_onoff};
+
+class HandlerTest : public LogicTest {
+protected:
+    void startAerobatic(const AerobaticModel& model = {}) {
+        model.writeFiles([this](const char* file, const std::string& text) { write(file, text); });
+        write(TestJet::CONFIG, model.config());
+        start();
+    }
+
+    void startHelicopter(const std::string& children) {
+        write("data/heli.prefab", R"({ "node": { "body": { "kind": "dynamic", "mass": 200, "shapes": [
+            { "name": "hull", "type": "box", "size": [1, 4, 1] } ] }, "children": [ )" +
+                                      children + " ] } }");
+        write(TestJet::CONFIG, R"({ "path": "data/heli.prefab", "type": "Helicopter", "src_pos_offset": [1, 2, 3],
+            "ctrl_nodes": { "0": { "node_name": "dl_0", "axis": [1, 1, 1], "type": 0 } } })");
+        start();
+    }
+
+    /// The user sets the control at a position.
+    std::string use(Handler handler, int position, double value) {
+        UISlider control;
+        control.setId(position);
+        return printedBy([&] { (logic().*handler)({value}, &control); });
+    }
+
+    /// The states of everything below the aircraft.
+    std::uint64_t state() { return engine().getStateHash(); }
+
+    Node* part(int i) { return world().getNodeByName(jString("part_" + std::to_string(i))); }
+};
+
+TEST_F(HandlerTest, TheAerobaticAircraftStartsOffsetAndTurnedFromTheStartNode) {
+    const Node* const start_node = addStart();
+    AerobaticModel model;
+    model.start = R"("src_pos_offset": [1, 2, -3], "src_rot_deflection": [40, 10, -20], )";
+    startAerobatic(model);
+    for (const char* line : {"m_aircraft_type is extra300s:\nextra300s init start\n", "aircraft name:extra300s\n",
+                             "extra300s cam_first_player is live\n"}) {
+        EXPECT_NE(printed.find(line), std::string::npos) << line;
+    }
+    auto& plane = static_cast<PlaneExtra300s&>(*logic().getAircraft());
+    const dmat4 expected =
+        start_node->getWorldTransform() * dmat4::translation({1, 2, -3}) *
+        dmat4(dquat(dvec3(0, 0, 1), 40.0) * dquat(dvec3(1, 0, 0), 10.0) * dquat(dvec3(0, 1, 0), -20.0), dvec3());
+    EXPECT_LT(difference(plane.getWorldTransform(), expected), 1e-6);
+    EXPECT_LT(difference(plane.getBaseTransform(), expected), 1e-6);
+    EXPECT_EQ(world().getNodeByName("extra300s"), logic().getAircraftNode());
+    EXPECT_EQ(logic().getObjects().find(plane.getModel()), 0);
+    EXPECT_EQ(logic().getControlCount(), AerobaticModel::COUNT);
+
+    logic().set_player_mode(FIRST_VIEW);
+    logic().swap();
+    EXPECT_LT(length(engine().getCameraControl()->getPosition() - expected * dvec3(0, -1, 0.8)), 1e-6);
+    EXPECT_EQ(plane.getCameraTransform().getTranslation(), dvec3(0, -1, 0.8));
+
+    // Both have moved meanwhile: the place at the start counts.
+    world().getNodeByName("start_deck")->setWgsPosition({112.4, 16.9, 10.0});
+    plane.setWgsPosition({112.5, 17.0, 900.0});
+    logic().on_plane_destory(nullptr);
+    EXPECT_EQ(plane.getDamageState(), DAMAGE_DESTROYED);
+    logic().reset();
+    EXPECT_EQ(plane.getDamageState(), DAMAGE_NONE);
+    EXPECT_LT(difference(plane.getWorldTransform(), expected), 1e-6);
+}
+
+TEST_F(HandlerTest, AModelWithoutAnEyeOrThatCannotBeLoaded) {
+    addStart();
+    AerobaticModel model;
+    model.eye = false;
+    startAerobatic(model);
+    EXPECT_NE(printed.find("extra300s cam_first_player not live\n"), std::string::npos);
+    logic().set_player_mode(FIRST_VIEW);
+    logic().swap();
+    EXPECT_LT(length(engine().getCameraControl()->getPosition() - logic().getAircraftNode()->getWorldPosition()), 1e-6);
+    end();
+
+    model.path = "data/none.prefab";
+    startAerobatic(model);
+    EXPECT_EQ(logic().getAircraftNode(), nullptr);
+    EXPECT_TRUE(logic().getObjects().empty());
+    for (const Handler handler : HANDLERS) use(handler, 0, 1.0);
+    logic().reset();
+    frame();
+}
+
+TEST_F(HandlerTest, TheAerobaticAircraftTakesEveryControl) {
+    addStart();
+    startAerobatic();
+    const struct {
+        int position;
+        double value, axis;  ///< of heading
+        double heading;
+    } turns[] = {{0, 45, 1, 30},  {0, -45, 1, -30}, {0, 29.5, 1, 29.5},
+                 {4, 180, 1, 30}, {5, 45, -2, -60}, {0, -30, 1, -30}};
+    for (const auto& t : turns) {
+        use(HANDLERS[0], t.position, t.value);
+        EXPECT_NEAR(part(t.position)->getHPR().x, t.heading, 1e-4) << t.position << " " << t.value;
+    }
+    use(HANDLERS[0], 6, 45.0);
+    EXPECT_NEAR(part(6)->getHPR().y, 45.0, 1e-4) << "past the surfaces nothing is limited";
+
+    use(HANDLERS[1], 7, 10.0);
+    EXPECT_EQ(part(7)->getPosition(), dvec3(12, -10, 0)) << "half of it, as its digit says";
+    use(HANDLERS[1], 12, 10.0);
+    EXPECT_EQ(part(12)->getPosition(), dvec3(12, 0, 30)) << "no digit";
+    use(HANDLERS[2], 8, -10.0);
+    EXPECT_EQ(*part(8)->asObject()->getSurfaceMaterial(0)->getParameter("ui_offset"), vec4(0, -2.5f, -10, 0));
+    for (const auto& [value, text] : {std::pair(42.9, "42"), {-0.9, "0"}, {1e300, "2147483647"}}) {
+        use(HANDLERS[3], 10, value);
+        EXPECT_EQ(static_cast<NodeText*>(part(10))->getText(), text);
+    }
+    use(HANDLERS[4], 11, 0.0);
+    EXPECT_FALSE(part(11)->isEnabled());
+    use(HANDLERS[4], 11, 1.0);
+    EXPECT_TRUE(part(11)->isEnabled());
+
+    const std::uint64_t before = state();
+    EXPECT_EQ(use(HANDLERS[4], 13, 0.0), "not find id is 13 node in PlaneExtra300s::setNodeEnable\n");
+    EXPECT_EQ(use(HANDLERS[1], -1, 1.0), "not find id is -1 node in PlaneExtra300s::setNodeOffset\n");
+    logic().on_close_undercarriage({}, nullptr);
+    EXPECT_TRUE(logic().getAircraft()->isUndercarriageOpen()) << "the jet's alone";
+    EXPECT_EQ(state(), before);
+}
+
+TEST_F(HandlerTest, TheJetTakesDeflectionsAlone) {
+    addStart();
+    writeJet();
+    start();
+    const std::uint64_t before = state();
+    for (int i = 1; i < 5; ++i) EXPECT_EQ(use(HANDLERS[i], 3, 1.0), "") << i;
+    use(HANDLERS[0], 99, 1.0);
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(use(HANDLERS[0], 3, 45.0), "id:3\nm_surfs_node.count:35\n");
+    const dquat expected = dquat(dvec3(0, 1, 0), 3.0) * dquat(dvec3(0, 0, 1), 45.0);
+    EXPECT_LT(difference(part(3)->getTransform(), dmat4(expected, {3, 0, 0})), 1e-6) << "unlimited";
+}
+
+TEST_F(HandlerTest, TheHelicopterIsPlacedWithItsPartsAndTakesNoControls) {
+    const Node* const start_node = addStart();
+    startHelicopter(R"({ "name": "dl_0", "position": [1, 0, 0] }, { "name": "dr_2", "position": [2, 0, 0] },
+        { "name": "cam_first_player", "position": [3, 0, 0] }, { "name": "sonar", "position": [4, 0, 0] },
+        { "name": "deflector", "position": [5, 0, 0] })");
+    Helicopter* const helicopter = logic().getHelicopter();
+    ASSERT_TRUE(helicopter && helicopter->getModel());
+    EXPECT_EQ(logic().getAircraft(), nullptr);
+    EXPECT_EQ(logic().getAircraftNode(), nullptr);
+    EXPECT_EQ(logic().getObjects().find(helicopter->getModel()), 0);
+    EXPECT_LT(difference(helicopter->getModel()->getWorldTransform(), start_node->getWorldTransform()), 1e-6)
+        << "without an offset";
+
+    const HelicopterPlaces& places = logic().getHelicopterPlaces();
+    const std::pair<const dmat4*, double> found[] = {{&places.left[0], 1},  {&places.left[1], 0}, {&places.right[2], 2},
+                                                     {&places.eye, 3},      {&places.sonar, 4},   {&places.winch, 0},
+                                                     {&places.deflector, 5}};
+    for (const auto& [place, x] : found) EXPECT_EQ(difference(*place, dmat4::translation({x, 0, 0})), 0.0) << x;
+
+    for (const Handler handler : HANDLERS) EXPECT_EQ(use(handler, 0, 1.0), "");
+    logic().on_open_undercarriage({}, nullptr);
+    EXPECT_EQ(world().getNodeByName("dl_0")->getHPR(), dvec3());
+
+    const dmat4 moved(dquat(), engine().getEllipsoid().toWorld({112.4, 16.9, 500.0}));
+    helicopter->setWorldTransform(moved);
+    BodyRigid& body = *helicopter->getBody();
+    body.setLinearVelocity({1, 2, 3});
+    body.setAngularVelocity({1, 2, 3});
+    helicopter->setCollectiveDecay(0.5f);
+    logic().reset();
+    EXPECT_EQ(length(body.getLinearVelocity()) + length(body.getAngularVelocity()), 0.0f);
+    EXPECT_EQ(helicopter->getCollectiveDecay(), 1.0f);
+    EXPECT_EQ(difference(helicopter->getModel()->getWorldTransform(), moved), 0.0) << "it stops where it is";
+
+    logic().set_player_mode(THIRD_VIEW);
+    logic().update_third_view();
+    EXPECT_NEAR(length(engine().getCameraControl()->getPosition() - moved.getTranslation()), 25.0, 1e-3);
+}
+
+TEST_F(HandlerTest, TheDeflectorFollowsAnEffectsHeightInTheHelicoptersFrame) {
+    const char* const EFFECT = R"({ "type": "particles", "name": "dust", "position": [7, 8, -9],
+        "particles": { "velocity": [0, 0, 1], "buoyancy": -10, "life": 5, "deflectors": [ {} ] } })";
+    addStart();
+    startHelicopter(R"({ "name": "deflector", "position": [1, 2, 3], "hpr": [30, 0, 0] })");
+    std::unique_ptr<Node> made = makeNode(EFFECT);
+    auto* const dust = static_cast<ObjectParticles*>(logic().getHelicopter()->getModel()->addChild(std::move(made)));
+    auto* const bare = static_cast<ObjectParticles*>(add(std::make_unique<ObjectParticles>(ParticleSettings())));
+    logic().update_deflector(dust);
+    const dmat4 expected(dquat(dvec3(0, 0, 1), 30.0), {1, 2, -9});
+    EXPECT_LT(difference(logic().getHelicopterPlaces().deflector, expected), 1e-6);
+    logic().getHelicopter()->getBody()->setEnabled(false);
+    run(120);
+    ASSERT_FALSE(dust->getParticles().empty());
+    const dmat4 to_model = inverse(logic().getHelicopter()->getModel()->getWorldTransform());
+    for (const Particle& p : dust->getParticles()) EXPECT_GT((to_model * p.position).z, -9.01) << "fell through";
+    logic().update_deflector(nullptr);
+    logic().update_deflector(addNode("no particles"));
+    EXPECT_LT(difference(logic().getHelicopterPlaces().deflector, expected), 1e-6);
+    logic().update_deflector(bare);
+    EXPECT_EQ(bare->getNumDeflectors(), 0);
+}
+
+TEST_F(HandlerTest, WithoutAnAircraftNothingHappens) {
+    addStart();
+    write(TestJet::CONFIG, R"({ "type": "Balloon", "path": "data/none.prefab" })");
+    start();
+    EXPECT_EQ(logic().getAircraft(), nullptr);
+    EXPECT_EQ(logic().getHelicopter(), nullptr);
+    for (const Handler handler : HANDLERS) EXPECT_EQ(use(handler, 0, 1.0), "");
+    logic().on_plane_destory(nullptr);
+    logic().reset();
+    frame();
+}
+
+}  // namespace

@@ -1,0 +1,285 @@
+// The logic's panels as a user has them: pressed where they stand on the screen, typed into, dragged.
+#include "LogicWorld.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/gui/UIEditLine.h"
+#include "engine/gui/UIRoot.h"
+#include "engine/gui/UIWidgets.h"
+#include "engine/input/InputRouter.h"
+#include "engine/scene/ObjectPrefab.h"
+
+namespace {
+
+class PanelTest : public LogicTest {
+protected:
+    void begin(const TestJet& spec = {}) {
+        writeJet(spec);
+        addStart();
+        beginWithoutAircraft();
+    }
+    void beginWithoutAircraft() {
+        start();
+        input().bindKeyRelease([this](const GUIEventKey& event) { logic().onKeyRelease(event, engine().getApp()); });
+        frame();
+    }
+
+    UIRoot& panels() { return *engine().getUIRoot(); }
+    InputRouter& input() { return *engine().getInput(); }
+    /// The first element of a kind at the top of the tree.
+    template <class T>
+    T& top() {
+        for (int i = 0; i < panels().getNumChildren(); ++i) {
+            if (auto* const found = dynamic_cast<T*>(panels().getChild(i))) return *found;
+        }
+        throw std::runtime_error("no such panel");
+    }
+    UIHLayout& bar() { return top<UIHLayout>(); }
+    UIVLayout& column() { return top<UIVLayout>(); }
+    UIGridLayout& grid() { return top<UIGridLayout>(); }
+    UILabel& label(const jString& text) {
+        for (int i = 0; i < panels().getNumChildren(); ++i) {
+            auto* const found = dynamic_cast<UILabel*>(panels().getChild(i));
+            if (found && found->getText() == text) return *found;
+        }
+        throw std::runtime_error("no such label");
+    }
+    UIButton& button(int i) { return *static_cast<UIButton*>(column().getChild(i)); }
+    template <class T = UIElement>
+    T* cell(int row, int column) {
+        return dynamic_cast<T*>(grid().getChild(3 * row + column));
+    }
+
+    void pointAt(UIElement& element, double share = 0.5) {
+        input().mouseMove(element.getX() + share * element.getWidth(), element.getY() + 0.5 * element.getHeight());
+    }
+    void press(bool down) { input().mouseButton(ControlApp::BUTTON_LEFT, down); }
+    void click(UIElement& element) {
+        pointAt(element), press(true), press(false);
+        printedBy([this] { frame(); });
+    }
+    void hit(int key, int modifiers = 0) {
+        input().keyEvent(key, true, modifiers), input().keyEvent(key, false, modifiers);
+    }
+    void enter(UIElement& field, const char* text) {
+        click(field);
+        for (const char* c = text; *c; ++c) input().textEvent(static_cast<unsigned char>(*c));
+        hit(ControlApp::KEY_ENTER);
+        frame();
+    }
+    void switchTestMode() {
+        hit('t', InputRouter::MOD_CTRL);
+        printedBy([this] { frame(); });
+    }
+};
+
+TEST_F(PanelTest, ButtonsWorkWhereTheyStandOnTheScreen) {
+    begin();
+    std::vector<int> resets;
+    logic().m_signal_2_reset.append([&](int what) { resets.push_back(what); });
+    std::string texts = button(0).getText() + button(1).getText();
+    for (int i = 0; i < 3; ++i) {
+        click(button(0));
+        texts += button(0).getText();
+    }
+    EXPECT_EQ(texts, "第三视角数据飞行自由视角第一视角第三视角");
+    EXPECT_EQ(logic().getPlayerMode(), THIRD_VIEW);
+    EXPECT_TRUE(resets.empty());
+    texts.clear();
+    for (int i = 0; i < 3; ++i) {
+        click(button(1));
+        texts += button(1).getText();
+    }
+    EXPECT_EQ(texts, "手动飞行自动飞行数据飞行");
+    EXPECT_EQ(logic().getFlyMode(), DATA_FLY);
+    EXPECT_EQ(button(2).getText(), "世界渲染");
+    for (const bool drawn : {false, true}) {
+        click(button(2));
+        EXPECT_EQ(world().isEnabled(), drawn);
+    }
+    resets.clear();
+    EXPECT_EQ(button(3).getText(), "场景重置");
+    const dmat4 start = world().getNodeByName("start_deck")->getWorldTransform();
+    logic().getAircraftNode()->setWgsPosition({112.4, 16.9, 900.0});
+    click(button(3));
+    EXPECT_EQ(resets, (std::vector<int>{25, 26}));
+    EXPECT_LT(difference(logic().getAircraftNode()->getWorldTransform(), start), 1e-6);
+}
+
+TEST_F(PanelTest, ColumnsStayInTheirCornersInEveryWindow) {
+    begin();
+    logic().setVisibilityDistance(30);
+    for (const auto& [w, h] : {std::pair(1280, 720), {1920, 1080}, {700, 400}, {1, 1}, {333, 777}, {1280, 720}}) {
+        input().resize(w, h);
+        frame();
+        EXPECT_EQ(column().getX() + column().getWidth(), w);
+        EXPECT_EQ(bar().getX(), 0);
+        EXPECT_EQ(bar().getY() + bar().getHeight(), h);
+        UILabel& visibility = label("能见度：9000");
+        EXPECT_TRUE(visibility.isVisible());
+        EXPECT_EQ(visibility.getX(), w * 2 / 100);
+        EXPECT_EQ(visibility.getY(), h * 86 / 100);
+        panels().update();
+    }
+    EXPECT_EQ(column().getY() + column().getHeight(), 720);
+    EXPECT_LE(bar().getWidth(), column().getX());
+    EXPECT_FALSE(label("数据接收异常\n").isVisible());
+}
+
+TEST_F(PanelTest, TheWarningShowsAFailedLinkUntilTheHostIsNotAskedFor) {
+    writeConfig(R"(, "local_ip": "192.0.2.1")");  // of no machine
+    begin();
+    UILabel& warning = label("数据接收异常\n");
+    EXPECT_TRUE(warning.isVisible());
+    EXPECT_LE(warning.getY() + warning.getHeight(), bar().getY());
+    for (const bool shown : {false, false, true}) {  // by hand, the recorded path, the host again
+        click(button(1));
+        EXPECT_EQ(warning.isVisible(), shown) << button(1).getText();
+    }
+}
+
+TEST_F(PanelTest, TestModeShowsTheControlsAndDraggingOneMovesItsPart) {
+    begin();
+    EXPECT_FALSE(grid().isVisible());
+    switchTestMode();
+    EXPECT_TRUE(grid().isVisible());
+    EXPECT_EQ(grid().getNumChildren(), 3 * 35);
+    EXPECT_GE(grid().getX(), 0);
+    EXPECT_EQ(grid().getY(), 216);
+    EXPECT_EQ(cell<UILabel>(2, 0)->getText(), "part_2");
+
+    auto& slider = *cell<UISlider>(2, 1);
+    const dmat4 before = jet().getNode(2)->getTransform(), other = jet().getNode(3)->getTransform();
+    pointAt(slider, 0.7), press(true), frame();
+    const float held = slider.getValue();
+    EXPECT_GT(held, 30.0f);
+    EXPECT_GT(difference(jet().getNode(2)->getTransform(), before), 0.5);
+    frame();
+    EXPECT_EQ(slider.getValue(), std::trunc(held));
+    EXPECT_EQ(cell<UILabel>(2, 2)->getText(), ToString(static_cast<int>(held)));
+    pointAt(slider, -1.0), frame();
+    EXPECT_EQ(slider.getValue(), -180.0f);
+    press(false), frame();
+    EXPECT_EQ(cell<UILabel>(2, 2)->getText(), "-180");
+    EXPECT_EQ(cell<UILabel>(3, 2)->getText(), "0");
+    EXPECT_LT(difference(jet().getNode(3)->getTransform(), other), 1e-9);
+
+    // Rows below the window's end are reached with the wheel.
+    UIElement& last = *cell(34, 0);
+    EXPECT_GT(last.getY(), 720);
+    for (int i = 0; i < 40; ++i) input().wheel(-120);
+    frame();
+    EXPECT_LT(last.getY() + last.getHeight(), bar().getY());
+    click(*cell(34, 1));
+    EXPECT_FALSE(cell<UICheckBox>(34, 1)->isChecked());
+    switchTestMode();
+    EXPECT_FALSE(grid().isVisible());
+}
+
+TEST_F(PanelTest, AHeldSliderHoldsTheFrameBackAndRecordsWait) {
+    begin();
+    deliver(packets::record(2), 1);
+    switchTestMode();
+    pointAt(*cell(0, 1)), press(true), frame();
+    host().collectFeedback();
+    ASSERT_TRUE(host().sendOrder(2));
+    ASSERT_TRUE(host().sendOrder(0));
+    for (int i = 0; i < 20; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().records, 1u);
+    EXPECT_TRUE(host().collectFeedback().empty());
+    press(false);
+    for (int i = 0; i < 100000 && logic().getLinkCounts().records < 3; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().records, 3u);
+    EXPECT_EQ(logic().getLastOrder(), 0);
+}
+
+TEST_F(PanelTest, EachKindOfPartHasItsControlAndEveryRowItsThreeCells) {
+    const struct {
+        int type;
+        float low, high;  ///< both 0 without a slider
+    } kinds[] = {{0, -180, 180}, {1, 0, 0}, {2, -100, 100}, {3, -100, 100}, {4, 0, 100}, {9, 0, 0}, {0, -180, 180}};
+    std::string nodes;
+    for (const auto& kind : kinds) {
+        const std::string i = std::to_string(&kind - kinds);
+        nodes += ", \"n" + i + R"(": { "show_name": "控制)" + i + R"(", "node_name": "part_)" + i + R"(", "type": )" +
+                 std::to_string(kind.type) + " }";
+    }
+    writeJet();
+    write(TestJet::CONFIG, std::string(R"({ "path": ")") + TestJet::PREFAB +
+                               R"(", "type": "PlaneJ15", "ctrl_nodes": { "none": 0)" + nodes + " } }");
+    addStart();
+    beginWithoutAircraft();
+    switchTestMode();
+    ASSERT_EQ(grid().getNumChildren(), 3 * 7);
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(cell<UILabel>(i, 0)->getText(), "控制" + ToString(i));
+        EXPECT_EQ(cell(i, 0)->getX(), cell(0, 0)->getX());
+        auto* const slider = cell<UISlider>(i, 1);
+        ASSERT_EQ(slider != nullptr, kinds[i].high > 0.0f) << i;
+        EXPECT_EQ(cell<UICheckBox>(i, 1) != nullptr, kinds[i].type == 1);
+        if (!slider) continue;
+        EXPECT_EQ(slider->getId(), i);
+        EXPECT_EQ(slider->getMinValue(), kinds[i].low);
+        pointAt(*slider, 2.0), press(false);
+        pointAt(*slider, 0.9), press(true), pointAt(*slider, 2.0), press(false), frame(), frame();
+        // What the jet does not do springs back.
+        EXPECT_EQ(slider->getValue(), kinds[i].type == 0 ? kinds[i].high : 0.0f) << i;
+    }
+}
+
+TEST_F(PanelTest, TypedValuesAreTakenOrRefusedWithOneLine) {
+    begin();
+    printedBy([this] { logic().set_player_mode(FREE_VIEW); });
+    logic().set_cam_pos_geo({112.3, 16.8, 500.0});
+    auto& speed = *static_cast<UIEditLine*>(bar().getChild(1));
+    auto& place = *static_cast<UIDVec3*>(bar().getChild(3));
+    const struct {
+        const char* typed;
+        int speed;  ///< afterwards
+        int lines;
+    } speeds[] = {{"500", 500, 0},     {"fast", 500, 1}, {"-1", 500, 1},
+                  {"1000001", 500, 1}, {"12.5", 500, 1}, {"0", 0, 0}};
+    for (const auto& c : speeds) {
+        clearLines();
+        enter(speed, c.typed);
+        EXPECT_EQ(logic().getCamSpeed(), c.speed) << c.typed;
+        EXPECT_EQ(lines().size(), static_cast<std::size_t>(c.lines)) << c.typed;
+    }
+    const struct {
+        int field;
+        const char* typed;
+        dvec3 geo;  ///< afterwards
+        int lines;
+    } places[] = {{0, "113.25", {113.25, 16.8, 500.0}, 0}, {0, "1e9", {113.25, 16.8, 500.0}, 1},
+                  {1, "-90.5", {113.25, 16.8, 500.0}, 1},  {1, "north", {113.25, 16.8, 500.0}, 1},
+                  {2, "-12001", {113.25, 16.8, 500.0}, 1}, {2, "1e99", {113.25, 16.8, 500.0}, 1},
+                  {2, "1e4", {113.25, 16.8, 10000.0}, 0},  {1, "-16", {113.25, -16.0, 10000.0}, 0}};
+    for (const auto& c : places) {
+        clearLines();
+        enter(*place.getField(c.field), c.typed);
+        const dvec3 geo = engine().getEllipsoid().toWGS(engine().getCameraControl()->getNode()->getWorldPosition());
+        EXPECT_LT(length(geo - c.geo), 1e-4) << c.typed;
+        EXPECT_EQ(lines().size(), static_cast<std::size_t>(c.lines)) << c.typed;
+    }
+}
+
+TEST_F(PanelTest, PanelsDoWithoutImagesAndAnAircraft) {
+    beginWithoutAircraft();
+    EXPECT_EQ(countLines("there is no such image"), 3);
+    EXPECT_TRUE(panels().getImages().empty());
+    switchTestMode();
+    EXPECT_EQ(grid().getNumChildren(), 0);
+    panels().update();
+    for (int i = 0; i < 4; ++i) click(button(i));
+    EXPECT_EQ(logic().getPlayerMode(), FREE_VIEW);
+    for (const char* image : {"run.dds", "position.dds", "thr.png"}) {
+        write(std::string("data/core/editor/gui/") + image, "an image");
+    }
+    end();
+    EXPECT_EQ(panels().getNumChildren(), 0);
+    clearLines();
+    begin({.entries = 0, .missing = {}});
+    EXPECT_EQ(countLines("there is no such image"), 0);
+    EXPECT_EQ(panels().getImages().size(), 3);
+    EXPECT_EQ(grid().getNumChildren(), 0);
+}
+
+}  // namespace
