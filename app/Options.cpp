@@ -102,9 +102,13 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     app.add_flag("--headless", options.headless, "Run without a window");
     app.add_option("--size", size, "Size of the picture, such as 1280x720")->check(CLI::Validator(checkSize, "WxH"));
     app.add_flag("--fullscreen", options.fullscreen, "Fill the screen");
+    app.add_flag("--no-panels", options.no_panels, "Show the scene alone");
     app.add_option("--quality", options.quality, "How much is spent on a frame")
         ->check(CLI::IsMember({"low", "medium", "high"}))
         ->capture_default_str();
+    app.add_option("--language", options.language, "Language of the program's own texts, else the environment's")
+        ->check(CLI::IsMember({"zh", "en"}));
+    app.add_option("--input", options.input, "Play keys, mouse and wheel from a file");
     app.add_option("--channel", options.channel, "Display channel, of the configuration's \"slaves\"");
     app.add_option("--screenshot", screenshots, "Write the picture of a frame (else of the last) as PNG")
         ->type_name("FILE[@FRAME]");

@@ -30,8 +30,11 @@ struct Options {
     bool headless = false;
     std::array<int, 2> size{1280, 720};  ///< pixels
     bool fullscreen = false;
+    bool no_panels = false;  ///< the picture shows the scene alone
     std::string quality = "medium";
-    std::string channel;  ///< of the configuration's "slaves"; empty for the whole view
+    std::string language;  ///< of the application's own texts, "zh" or "en"; empty takes the environment's
+    std::string input;     ///< script of input events; empty for none
+    std::string channel;   ///< of the configuration's "slaves"; empty for the whole view
     std::vector<Screenshot> screenshots;
     std::optional<CameraPlace> camera;                  ///< instead of the logic's view
     std::vector<std::pair<std::string, float>> tracks;  ///< tracks by name with their place in percent

@@ -57,6 +57,9 @@ Screen::~Screen() {
 
 bool Screen::open(const Options& options, const std::string& library, Engine& engine, std::string& error) {
     m_engine = &engine;
+    // The logic makes its panels for the window's size.
+    engine.getInput()->resize(options.size[0], options.size[1]);
+    engine.getInput()->dispatch();
     PictureSettings settings;
     settings.window = !options.headless && hasDisplay();
     m_screenshots = options.screenshots;
@@ -76,6 +79,7 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
     m_shows_rate = config.getBool("show_fps");
     m_rate_is_instant = config.getBool("real_time_fps");
     m_draws_always = settings.window;
+    m_shows_panels = !options.no_panels;
 
     m_library = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
     const auto factory = m_library ? reinterpret_cast<PictureFactory>(dlsym(m_library, "createPicture")) : nullptr;
@@ -85,6 +89,7 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
         return false;
     }
     m_picture.reset(factory(engine, settings, error));
+    engine.getInput()->dispatch();  // a window may have come out smaller
     return m_picture != nullptr;
 }
 
@@ -116,7 +121,7 @@ bool Screen::draw(long frame, std::string& error) {
                                  [&](const Screenshot& shot) { return shot.frame == frame; });
     if (!m_draws_always && !due) return true;
     if (m_shows_rate) showRate();
-    m_engine->updateGui();
+    if (m_shows_panels) m_engine->updateGui();
     m_picture->draw();
     return saveDue(frame, error);
 }
@@ -131,7 +136,7 @@ bool Screen::saveDue(long frame, std::string& error) {
 
 bool Screen::finish(std::string& error) {
     if (!m_picture || m_screenshots.empty()) return true;
-    m_engine->updateGui();
+    if (m_shows_panels) m_engine->updateGui();
     m_picture->draw();
     if (!saveDue(0, error)) return false;
     for (const Screenshot& shot : m_screenshots) {

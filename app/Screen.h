@@ -43,7 +43,8 @@ private:
     void* m_library = nullptr;
     std::unique_ptr<Picture> m_picture;
     std::vector<Screenshot> m_screenshots;  ///< still to be written
-    bool m_draws_always = false;            ///< else only the frames that screenshots want
+    bool m_shows_panels = true;
+    bool m_draws_always = false;  ///< else only the frames that screenshots want
     Engine* m_engine = nullptr;
     bool m_shows_rate = false, m_rate_is_instant = false;
     Clock::time_point m_rate_start = Clock::now();

@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "Controls.h"
 #include "Frame.h"
+#include "InputScript.h"
 #include "Options.h"
 #include "Plugin.h"
 #include "Report.h"
@@ -103,16 +105,20 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
 
 /// False, with `error` saying why, when a picture could not be written.
 bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes, Screen& screen,
-               std::string& error) {
+               InputScript& input, std::string& error) {
+    Controls controls(engine, plugin.getFlyLogic(), screen.getPicture(),
+                      options.language.empty() ? environmentLanguage() : options.language);
     FramePacer pacer(options.step, fpsLimit(plugin));
     StatsPrinter stats(plugin.getFlyLogic());
     bool good = true;
     for (long frame = 1; good && !g_stop && (options.frames == 0 || frame <= options.frames) && screen.poll();
          ++frame) {
         const double dt = pacer.next();
+        input.play(*engine.getInput(), *engine.getUIRoot(), engine.getTime(), frame);
         const SteadyClock::time_point begin = SteadyClock::now();
         runFrame(engine, *plugin.getLogic(), dt, [&] {
             if (options.camera) placeCamera(engine, *options.camera);
+            controls.update();
             good = screen.draw(frame, error);
         });
         if (options.stats) stats.frame(std::chrono::duration<double>(SteadyClock::now() - begin).count());
@@ -132,6 +138,9 @@ int run(const Options& options) {
     Engine engine(settings);
     for (const auto& [key, value] : options.overrides) mjl::setOverride(CONFIG_PATH, key, value);
 
+    std::string error;
+    InputScript input;
+    if (!options.input.empty() && !input.open(options.input, error)) return fail(error);
     HashWriter hashes;
     if (!options.hash_file.empty() && !hashes.open(options.hash_file)) {
         return fail("\"" + options.hash_file + "\" cannot be written");
@@ -140,7 +149,6 @@ int run(const Options& options) {
     const std::string library =
         options.plugin.empty() ? (buildFolder() / "lib" / "libLogic_Test_Fly.so").string() : options.plugin;
     Plugin plugin;
-    std::string error;
     if (!plugin.load(library, engine.getWorld(), engine.getCameraControl(), error)) return fail(error);
     Screen screen;
     const std::string pictures = (buildFolder() / "lib" / "libengine_render.so").string();
@@ -149,7 +157,7 @@ int run(const Options& options) {
     if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
     stageWeather(options, *plugin.getLogic(), plugin.getFlyLogic());
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
-    if (!runFrames(options, engine, plugin, hashes, screen, error)) return fail(error);
+    if (!runFrames(options, engine, plugin, hashes, screen, input, error)) return fail(error);
     plugin.getLogic()->release();
     screen.disconnect();
     plugin.destroyLogic();
