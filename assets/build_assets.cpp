@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "gui/Icons.h"
 #include "models/Builders.h"
 #include "world/Elevation.h"
 #include "world/Imagery.h"
@@ -24,10 +25,12 @@ int main(int argc, char** argv) {
         const Island island;
         writeElevation(root + "/data/DEMO_PROJECT/terrain/elevation.tif", island);
         writeImagery(root + "/data/DEMO_PROJECT/terrain/imagery.tif", island);
+        writeIcons(root);
         writeJet(root);
         writeCarrier(root);
         writeAirfield(root);
         writeWorld(root, island);
+        writeFlightPath(root);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "build_assets: %s\n", error.what());
         return 1;

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,26 @@ public:
     void dashes(double x0, double y0, double x1, double y1, double width, double piece, double gap, const Color& color);
     void circle(double x, double y, double radius, double width, const Color& color);
     void rectangle(double x0, double y0, double x1, double y1, const Color& color);
+    /// The inside of a closed line of points.
+    void polygon(const std::vector<std::array<double, 2>>& points, const Color& color);
     /// Digits standing upright along `heading` (degrees clockwise from up), `height` metres tall, their foot's middle
     /// at (x, y).
     void number(const std::string& digits, double x, double y, double height, double heading, const Color& color);
+    /// Lays a colour on with a strength from 0 to 1 that varies by place, within a rectangle of metres.
+    void shade(double x0, double y0, double x1, double y1, const Color& color,
+               const std::function<double(double x, double y)>& strength);
+    /// Copies another picture in, its upper left corner at the given pixel.
+    void paste(const Canvas& other, int px, int py);
     /// Darkens and lightens every pixel by up to `amount` levels, in patches of two pixels' and of `patch` metres'
     /// size.
     void weather(int amount, double patch, std::uint32_t seed);
 
+    /// Gives every pixel the colour `made`(x, y, its colour).
+    void repaint(const std::function<Color(double x, double y, const Color& color)>& made);
+
+    /// Without the opacity where the whole picture is opaque.
     std::vector<unsigned char> toPng() const;
+    const std::vector<Color>& getPixels() const { return m_pixels; }  ///< rows from the top
 
 private:
     void blend(int px, int py, const Color& color, double coverage);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,8 +13,10 @@
 /// the model's frame, v counts from the image's top.
 struct Texture {
     std::vector<unsigned char> png;
-    dvec3 across, down;  ///< 1/metres
+    dvec3 across{}, down{};  ///< 1/metres
     std::array<double, 2> offset{0.0, 0.0};
+    /// In place of the flat projection, when given: (u, v) of a point of a face with that unit normal.
+    std::function<std::array<double, 2>(const dvec3& point, const dvec3& normal)> project{};
 };
 
 /// A material. Colours are linear.
@@ -25,6 +28,8 @@ struct Paint {
     std::array<double, 3> emission{0.0, 0.0, 0.0};
     bool double_sided = false;
     std::shared_ptr<const Texture> texture;
+    double cutoff = 0.0;             ///< above 0, nothing is drawn where the texture's opacity is below it
+    bool textured_emission = false;  ///< the texture colours the emission too
 };
 
 using PaintRef = std::shared_ptr<const Paint>;

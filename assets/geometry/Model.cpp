@@ -139,14 +139,24 @@ private:
         material.emissiveFactor.assign(paint->emission.begin(), paint->emission.end());
         material.doubleSided = paint->double_sided;
         if (paint->color[3] < 1.0) material.alphaMode = "BLEND";
-        if (paint->texture) material.pbrMetallicRoughness.baseColorTexture.index = addTexture(*paint->texture);
+        if (paint->cutoff > 0.0) {
+            material.alphaMode = "MASK";
+            material.alphaCutoff = paint->cutoff;
+        }
+        if (paint->texture) material.pbrMetallicRoughness.baseColorTexture.index = addTexture(paint->texture);
+        if (paint->textured_emission) {
+            material.emissiveTexture.index = material.pbrMetallicRoughness.baseColorTexture.index;
+        }
         m_model.materials.push_back(material);
         const int index = static_cast<int>(m_model.materials.size()) - 1;
         m_materials.emplace(paint.get(), index);
         return index;
     }
 
-    int addTexture(const Texture& texture) {
+    int addTexture(const std::shared_ptr<const Texture>& shared) {
+        const auto known = m_textures.find(shared.get());
+        if (known != m_textures.end()) return known->second;
+        const Texture& texture = *shared;
         tinygltf::Image image;
         image.mimeType = "image/png";
         image.bufferView = addView(texture.png.data(), texture.png.size(), 0);
@@ -154,12 +164,15 @@ private:
         tinygltf::Texture entry;
         entry.source = static_cast<int>(m_model.images.size()) - 1;
         m_model.textures.push_back(entry);
-        return static_cast<int>(m_model.textures.size()) - 1;
+        const int index = static_cast<int>(m_model.textures.size()) - 1;
+        m_textures.emplace(shared.get(), index);
+        return index;
     }
 
     double m_crease;
     tinygltf::Model m_model;
     std::map<const Paint*, int> m_materials;
+    std::map<const Texture*, int> m_textures;
 };
 
 }  // namespace

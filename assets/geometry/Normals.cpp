@@ -9,14 +9,18 @@
 namespace {
 
 using Key = std::array<std::int64_t, 3>;
-using Vertex = std::array<float, 6>;  ///< position, normal
+using Vertex = std::array<float, 8>;  ///< position, normal, texture coordinates
 
 Key keyOf(const dvec3& p) {
     constexpr double PER_METRE = 1e4;
     return {std::llround(p.x * PER_METRE), std::llround(p.y * PER_METRE), std::llround(p.z * PER_METRE)};
 }
 
-std::array<float, 2> project(const Texture& texture, const dvec3& p) {
+std::array<float, 2> project(const Texture& texture, const dvec3& p, const dvec3& face_normal) {
+    if (texture.project) {
+        const std::array<double, 2> uv = texture.project(p, face_normal);
+        return {static_cast<float>(uv[0]), static_cast<float>(uv[1])};
+    }
     return {static_cast<float>(dot(p, texture.across) + texture.offset[0]),
             static_cast<float>(dot(p, texture.down) + texture.offset[1])};
 }
@@ -57,13 +61,16 @@ IndexedSurface indexSurface(const Mesh::Surface& surface, double crease) {
         for (const dvec3& p : surface.triangles[i]) {
             const vec3 place = narrow(p);
             const vec3 n = narrow(smoothNormal(faces, i, p, least_cosine));
+            std::array<float, 2> uv{};
+            if (surface.paint->texture) uv = project(*surface.paint->texture, p, normalize(faces.normals[i]));
             const auto next = static_cast<std::uint32_t>(result.positions.size());
-            const auto [entry, is_new] = known.try_emplace({place.x, place.y, place.z, n.x, n.y, n.z}, next);
+            const auto [entry, is_new] =
+                known.try_emplace({place.x, place.y, place.z, n.x, n.y, n.z, uv[0], uv[1]}, next);
             result.indices.push_back(entry->second);
             if (!is_new) continue;
             result.positions.push_back({place.x, place.y, place.z});
             result.normals.push_back({n.x, n.y, n.z});
-            if (surface.paint->texture) result.uvs.push_back(project(*surface.paint->texture, p));
+            if (surface.paint->texture) result.uvs.push_back(uv);
         }
     }
     return result;

@@ -12,5 +12,7 @@ void writeJet(const std::string& root);
 void writeCarrier(const std::string& root);
 /// The airfield's buildings, the hill's mast and the target's vehicle: models and prefabs; the decals' pictures.
 void writeAirfield(const std::string& root);
+/// The recorded flight that automatic flight plays.
+void writeFlightPath(const std::string& root);
 /// The world file, which places everything.
 void writeWorld(const std::string& root, const Island& island);

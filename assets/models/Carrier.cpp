@@ -88,6 +88,10 @@ Json prefab() {
     Json children = {lens(), wakes(), sceneNode("node", "deck_1", onStrip(60.0)),
                      sceneNode("node", "deck_2", onStrip(150.0))};
     addStripLamps(children);
+    Json fittings = sceneNode("node", "fittings");
+    fittings["mesh"] = "JT_CN_LNJ_fittings.glb";
+    fittings["collider"] = false;
+    children.push_back(fittings);
     return {{"node", {{"mesh", "JT_CN_LNJ.glb"}, {"body", hullBody()}, {"children", children}}}};
 }
 
@@ -95,13 +99,18 @@ Json prefab() {
 }  // namespace carrier
 
 void writeCarrier(const std::string& root) {
-    const std::string folder = root + "/" + carrier::FOLDER;
-    writeText(folder + "JT_CN_LNJ.prefab", "The carrier. Origin at the waterline amidships.", carrier::prefab());
+    using namespace carrier;
+    const std::string folder = root + "/" + FOLDER;
+    writeText(folder + "JT_CN_LNJ.prefab", "The carrier. Origin at the waterline amidships.", prefab());
     // Drawn up to 25 times its size far away: nothing may run into it.
     writeText(folder + "Fresnel_light.prefab", "The landing lens: deng01 is the top lamp, deng05 the bottom one.",
               {{"node", {{"collider", false}, {"mesh", "Fresnel_light.glb"}}}});
-    std::vector<Part> parts{carrier::hullAndDeck()};
-    for (Part& part : carrier::topside()) parts.push_back(std::move(part));
-    writeModel(folder + "JT_CN_LNJ.glb", parts);
-    writeModel(folder + "Fresnel_light.glb", carrier::lensUnit());
+    writeModel(folder + "JT_CN_LNJ.glb", {{"LiaoNingJian_zhuTi001", {}, hullAndDeck()},
+                                          {"LiaoNingJian_jianDao001", {29.0, -20.0, DECK_HEIGHT}, island()},
+                                          {"LiaoNingJian_pingTai001", {0.0, 0.0, 15.0}, sponsons()}});
+    // What is too small to run into.
+    Mesh small = islandMasts();
+    small.add(deckEdge()).add(armament()).add(deckVehicles()).add(lensStand());
+    writeModel(folder + "JT_CN_LNJ_fittings.glb", {{"LiaoNingJian_sheBei001", {0.0, 0.0, DECK_HEIGHT}, small}});
+    writeModel(folder + "Fresnel_light.glb", lensUnit());
 }

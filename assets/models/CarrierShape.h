@@ -18,19 +18,51 @@ constexpr double STRIP_LENGTH = 198.0, STRIP_WIDTH = 26.0;
 /// The island's block on the deck: what a trigger surrounds.
 inline const dvec3 ISLAND_LOW{23.5, -48.0, 20.0}, ISLAND_HIGH{34.5, 6.0, 44.0};
 
+/// The deck-edge lifts to starboard: middles and half length along the ship.
+inline constexpr double LIFTS[] = {-60.0, 25.0};
+constexpr double LIFT_HALF = 9.0;
+
+/// What the hull's sides are painted up to, from the keel.
+constexpr double KEEL = -10.5, SIDE_TOP = 27.5;
+constexpr double KNUCKLE = 12.5;  ///< height where the hull's sides end and the overhang begins
+
 /// Height of the deck above the waterline at a place along the ship.
 double deckHeight(double y);
 /// The deck's port and starboard edges there.
 double portEdge(double y);
 double starboardEdge(double y);
+inline double edgeOn(double side, double y) {
+    return side < 0.0 ? portEdge(y) : starboardEdge(y);
+}
+/// Half the hull's width at the knuckle.
+double hullHalf(double y);
+/// Every place from the stern to the bow where the deck's plan or slope changes.
+std::vector<double> deckStations();
 /// A point on the deck `along` metres up the landing strip from the stern and `right` of its axis.
 dvec3 onStrip(double along, double right = 0.0);
 
 /// The flight deck's markings, laid over the deck from above.
 std::shared_ptr<const Texture> deckTexture();
+/// The hull's sides.
+std::shared_ptr<const Texture> hullTexture();
+/// Walls and roofs of island, sponsons and fittings.
+std::shared_ptr<const Texture> wallTexture();
 
-Part hullAndDeck();            ///< "LiaoNingJian_zhuTi001"
-std::vector<Part> topside();   ///< island, radars, masts, what hangs on the deck's edges
+struct Paints {
+    PaintRef wall, hull, deck, floor, grey, dark, glass, white, black, yellow, red, orange, steel, rail, net;
+};
+/// One set for all models of the ship, so that what is painted alike is drawn together.
+const Paints& paints();
+
+Mesh hullAndDeck();   ///< a closed shell: what aircraft stand on
+Mesh island();        ///< the island's decks, bridge, funnel
+Mesh islandMasts();   ///< masts, aerials and radars on the island
+Mesh deckEdge();      ///< catwalks, nets, rafts, aerials, boats along the deck's edges
+Mesh sponsons();      ///< platforms below the deck's edge
+Mesh armament();      ///< the weapons on them
+Mesh deckVehicles();  ///< tractors and the like beside the island
+
 std::vector<Part> lensUnit();  ///< the landing lens, its foot's middle at the origin, shining aft
+Mesh lensStand();              ///< what the lens stands on, always drawn in its true size
 
 }  // namespace carrier

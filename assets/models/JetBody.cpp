@@ -1,133 +1,310 @@
-// The jet's fuselage, intakes, engines and what opens on them.
+// The jet's fuselage, its radome, and what opens on it.
 #include "engine/math/jMath.h"
 #include "models/JetShape.h"
 
 namespace jet {
 namespace {
 
-constexpr double BULKHEAD = 8.9;  // where the radome ends
+const std::vector<double> NOSE_ANGLES{90, 66, 38, 14, 0, -18, -40, -66, -90};
+constexpr std::size_t EDGE = 4;  // the point of the outline that runs out into the strake and the wing's root
 
-std::vector<Section> fuselageSections() {
-    return {{BULKHEAD, 0.27, 0.56, 0.58, 0.55}, {8.4, 0.30, 0.64, 0.66, 0.62},  {7.2, 0.36, 0.78, 0.80, 0.75},
-            {5.8, 0.40, 0.90, 0.85, 0.85},      {4.2, 0.45, 0.98, 0.95, 0.85},  {2.5, 0.50, 1.00, 0.98, 0.70},
-            {0.5, 0.50, 1.00, 0.90, 0.50},      {-2.0, 0.45, 0.95, 0.75, 0.45}, {-5.0, 0.40, 0.80, 0.55, 0.40},
-            {-7.5, 0.35, 0.55, 0.42, 0.38},     {-9.5, 0.32, 0.33, 0.30, 0.30}, {-10.6, 0.30, 0.17, 0.16, 0.16},
-            {-10.8, 0.30, 0.06, 0.06, 0.06}};
+/// The outline's points: top, shoulder, side, fillet above the edge, edge, below it, lower side, lower shoulder,
+/// bottom.
+std::vector<Station> fuselageStations() {
+    const auto nose = [](double y, double z, double width, double up, double down) {
+        return oval(y, z, width, up, down, NOSE_ANGLES);
+    };
+    return {
+        nose(BULKHEAD, 0.26, 0.565, 0.57, 0.55),
+        nose(8.0, 0.32, 0.66, 0.67, 0.64),
+        nose(7.2, 0.37, 0.73, 0.77, 0.75),
+        nose(6.4, 0.42, 0.78, 0.84, 0.83),
+        {5.6,
+         {{0, 1.34},
+          {0.42, 1.20},
+          {0.72, 0.82},
+          {0.81, 0.58},
+          {0.96, 0.50},
+          {0.82, 0.38},
+          {0.75, 0.02},
+          {0.48, -0.34},
+          {0, -0.44}}},
+        {4.8,
+         {{0, 1.46},
+          {0.42, 1.31},
+          {0.72, 0.90},
+          {0.89, 0.62},
+          {1.34, 0.48},
+          {0.90, 0.36},
+          {0.75, 0.02},
+          {0.48, -0.33},
+          {0, -0.44}}},
+        {4.2,
+         {{0, 1.53},
+          {0.41, 1.37},
+          {0.72, 0.94},
+          {0.94, 0.64},
+          {1.60, 0.47},
+          {0.94, 0.35},
+          {0.75, 0.00},
+          {0.47, -0.32},
+          {0, -0.43}}},
+        {3.4,
+         {{0, 1.56},
+          {0.39, 1.40},
+          {0.72, 0.96},
+          {0.99, 0.65},
+          {1.66, 0.45},
+          {1.00, 0.34},
+          {0.76, 0.03},
+          {0.46, -0.27},
+          {0, -0.38}}},
+        {2.4,
+         {{0, 1.52},
+          {0.39, 1.36},
+          {0.75, 0.95},
+          {1.06, 0.66},
+          {1.72, 0.42},
+          {1.10, 0.33},
+          {0.78, 0.10},
+          {0.42, -0.14},
+          {0, -0.24}}},
+        {1.4,
+         {{0, 1.43},
+          {0.41, 1.27},
+          {0.84, 0.90},
+          {1.26, 0.64},
+          {2.12, 0.32},
+          {1.40, 0.26},
+          {0.80, 0.13},
+          {0.40, 0.00},
+          {0, -0.06}}},
+        {0.0,
+         {{0, 1.29},
+          {0.45, 1.12},
+          {0.96, 0.80},
+          {1.52, 0.57},
+          {2.36, 0.30},
+          {1.60, 0.13},
+          {0.80, 0.12},
+          {0.40, 0.05},
+          {0, 0.02}}},
+        {-2.0,
+         {{0, 1.11},
+          {0.45, 0.96},
+          {0.98, 0.71},
+          {1.56, 0.53},
+          {2.40, 0.29},
+          {1.60, 0.10},
+          {0.80, 0.10},
+          {0.40, 0.04},
+          {0, 0.00}}},
+        {-4.0,
+         {{0, 0.93},
+          {0.42, 0.81},
+          {0.92, 0.63},
+          {1.60, 0.49},
+          {2.42, 0.27},
+          {1.60, 0.06},
+          {0.80, 0.06},
+          {0.40, 0.00},
+          {0, -0.04}}},
+        {-6.0,
+         {{0, 0.77},
+          {0.38, 0.66},
+          {0.86, 0.54},
+          {1.60, 0.41},
+          {2.36, 0.24},
+          {1.60, 0.04},
+          {0.80, 0.00},
+          {0.38, -0.06},
+          {0, -0.10}}},
+        {-7.4,
+         {{0, 0.66},
+          {0.33, 0.55},
+          {0.50, 0.42},
+          {0.60, 0.30},
+          {0.66, 0.20},
+          {0.60, 0.08},
+          {0.50, -0.02},
+          {0.32, -0.12},
+          {0, -0.15}}},
+        {-8.6,
+         {{0, 0.59},
+          {0.24, 0.51},
+          {0.36, 0.38},
+          {0.41, 0.28},
+          {0.42, 0.20},
+          {0.41, 0.11},
+          {0.35, 0.00},
+          {0.22, -0.08},
+          {0, -0.11}}},
+        {-9.8,
+         {{0, 0.48},
+          {0.18, 0.43},
+          {0.28, 0.34},
+          {0.32, 0.26},
+          {0.33, 0.20},
+          {0.32, 0.13},
+          {0.27, 0.05},
+          {0.17, -0.01},
+          {0, -0.03}}},
+        {-10.55,
+         {{0, 0.38},
+          {0.13, 0.36},
+          {0.21, 0.30},
+          {0.24, 0.25},
+          {0.25, 0.20},
+          {0.24, 0.15},
+          {0.20, 0.10},
+          {0.12, 0.05},
+          {0, 0.04}}},
+        {-10.75,
+         {{0, 0.28},
+          {0.06, 0.27},
+          {0.09, 0.24},
+          {0.10, 0.22},
+          {0.10, 0.20},
+          {0.10, 0.18},
+          {0.08, 0.16},
+          {0.05, 0.13},
+          {0, 0.12}}},
+    };
 }
 
-/// The flat body that carries wings and tails and runs out into the strakes before them.
-Mesh liftingBody(const Paints& paints) {
-    return body(paints.skin,
-                {{6.2, 0.46, 0.86, 0.05, 0.05, 2.2},
-                 {5.2, 0.44, 1.22, 0.12, 0.12, 2.2},
-                 {4.0, 0.42, 1.60, 0.20, 0.20, 2.2},
-                 {2.4, 0.40, 2.08, 0.34, 0.32, 2.2},
-                 {0.0, 0.38, 2.42, 0.44, 0.40, 2.2},
-                 {-3.0, 0.36, 2.52, 0.42, 0.38, 2.2},
-                 {-6.0, 0.30, 2.52, 0.32, 0.32, 2.4},
-                 {-8.9, 0.22, 2.42, 0.14, 0.14, 2.6}},
-                32);
-}
-
-/// An intake duct's section leans forward at the top.
-std::vector<Ring> rakedRings(const std::vector<Section>& sections, const std::vector<double>& rakes) {
-    std::vector<Ring> rings;
-    for (std::size_t i = 0; i < sections.size(); ++i) {
-        rings.push_back(outline(sections[i], 28));
-        for (dvec3& p : rings.back()) p.y += rakes[i] * (p.z - sections[i].z);
+/// The cockpit's stretch of the fuselage, open above the rim.
+Mesh openShell(const Paints& paints) {
+    constexpr int ROWS = 26;
+    std::vector<Ring> lines;
+    for (int i = 0; i <= ROWS; ++i) {
+        const double y = WINDSHIELD_FRONT + (CANOPY_END - WINDSHIELD_FRONT) * i / ROWS;
+        const std::vector<Point2> right = fuselage().halfBelow(y, sill(y));
+        Ring line;
+        for (const Point2& p : right) line.emplace_back(p[0], y, p[1]);
+        for (std::size_t k = right.size() - 1; k-- > 0;) line.emplace_back(-right[k][0], y, right[k][1]);
+        lines.push_back(line);
     }
-    return rings;
+    return sheet(paints.skin, lines).facingOutward();
 }
 
-Mesh nacelle(const Paints& paints) {
-    const double x = NOZZLE.x;
-    Mesh mesh = loft(paints.skin,
-                     rakedRings({{2.6, -0.36, 0.64, 0.60, 0.64, 9.0, x},
-                                 {1.8, -0.36, 0.68, 0.62, 0.66, 8.0, x},
-                                 {0.0, -0.32, 0.70, 0.62, 0.66, 5.0, x},
-                                 {-3.5, -0.20, 0.74, 0.70, 0.72, 2.8, x},
-                                 {-6.5, -0.15, 0.74, 0.74, 0.74, 2.1, x},
-                                 {-8.0, -0.15, 0.69, 0.69, 0.69, 2.0, x}},
-                                {0.55, 0.35, 0.0, 0.0, 0.0, 0.0}),
-                     false);
-    mesh.add(loft(
-        paints.duct,
-        rakedRings({{2.6, -0.36, 0.62, 0.58, 0.62, 9.0, x}, {0.6, -0.34, 0.50, 0.50, 0.50, 2.5, x}}, {0.55, 0.0})));
-    return mesh.add(revolve(
-        paints.metal, {x, 0.0, NOZZLE.z},
-        {{-7.9, 0.70}, {-8.5, 0.68}, {-9.1, 0.59}, {NOZZLE.y, 0.50}, {NOZZLE.y, 0.46}, {-8.9, 0.50}, {-8.3, 0.54}}));
+/// The beams beside the engines that carry fins and tailplanes.
+Mesh tailBoom(const Paints& paints) {
+    return body(paints.skin,
+                {{-2.9, 0.28, 0.10, 0.08, 0.06, 2.0, 2.22},
+                 {-3.8, 0.27, 0.26, 0.14, 0.13, 2.4, 2.22},
+                 {-5.2, 0.22, 0.33, 0.19, 0.19, 2.8, 2.22},
+                 {-7.2, 0.18, 0.34, 0.20, 0.20, 2.8, 2.22},
+                 {-8.6, 0.17, 0.29, 0.17, 0.17, 2.6, 2.24},
+                 {-9.3, 0.18, 0.18, 0.11, 0.11, 2.2, 2.26},
+                 {-9.75, 0.19, 0.05, 0.04, 0.04, 2.0, 2.27}},
+                24);
 }
 
 /// A blister under the wing's root that takes the main wheel.
 Mesh gearBay(const Paints& paints) {
-    return body(paints.skin,
-                {{1.6, 0.25, 0.10, 0.10, 0.10, 3.0, 2.17},
-                 {0.8, 0.20, 0.40, 0.25, 0.34, 3.0, 2.17},
-                 {-1.7, 0.20, 0.40, 0.25, 0.34, 3.0, 2.17},
-                 {-2.9, 0.25, 0.12, 0.10, 0.12, 3.0, 2.17}},
-                20);
+    Mesh mesh = body(paints.skin,
+                     {{2.0, 0.27, 0.06, 0.05, 0.05, 2.4, 2.02},
+                      {1.2, 0.22, 0.34, 0.18, 0.26, 2.8, 2.12},
+                      {0.2, 0.20, 0.44, 0.20, 0.36, 3.4, 2.17},
+                      {-1.6, 0.20, 0.44, 0.20, 0.36, 3.4, 2.17},
+                      {-2.6, 0.22, 0.30, 0.16, 0.24, 2.8, 2.15},
+                      {-3.6, 0.26, 0.06, 0.05, 0.05, 2.4, 2.12}},
+                     28);
+    // The open bay is a dark panel a little proud of the skin; the shut door lies below it.
+    mesh.add(box(paints.duct, {1.92, -1.95, -0.175}, {2.50, 0.78, -0.15}));
+    for (const double y : {-1.5, -0.8, -0.1, 0.5}) {
+        mesh.add(box(paints.gear, {1.94, y - 0.03, -0.182}, {2.48, y + 0.03, -0.15}));
+    }
+    return mesh;
 }
 
-Mesh cockpit(const Paints& paints) {
-    Mesh mesh = taperedBox(paints.cockpit, {-0.40, 6.45, 0.95}, {0.40, 7.00, 1.27}, 0.08);
-    mesh.add(taperedBox(paints.cockpit, {-0.26, 4.95, 1.00}, {0.26, 5.15, 1.62}, 0.05));
-    mesh.add(dome(paints.dark, {0.0, 5.32, 1.40}, 0.15, 12));
-    return mesh.add(
-        body(paints.gear, {{5.1, 1.15, 0.2, 0.1, 0.2}, {5.35, 1.15, 0.24, 0.14, 0.2}, {5.6, 1.05, 0.1, 0.1, 0.1}}, 12));
+Mesh noseBay(const Paints& paints) {
+    Mesh mesh = box(paints.duct, {-0.31, 3.85, -0.452}, {0.31, 6.35, -0.38});
+    for (const double y : {4.9, 5.4, 5.9}) {
+        mesh.add(box(paints.gear, {-0.29, y - 0.025, -0.458}, {0.29, y + 0.025, -0.40}));
+    }
+    return mesh;
 }
 
-std::vector<Section> canopySections() {
-    return {{7.95, 1.00, 0.08, 0.04, 0.05}, {7.4, 0.98, 0.38, 0.34, 0.08}, {6.9, 0.98, 0.50, 0.58, 0.08},
-            {6.2, 0.98, 0.54, 0.74, 0.08},  {5.4, 1.00, 0.54, 0.78, 0.08}, {4.4, 1.05, 0.46, 0.60, 0.08},
-            {3.5, 1.10, 0.28, 0.34, 0.08},  {2.9, 1.15, 0.08, 0.20, 0.05}};
-}
-
-Mesh canopyPiece(const Paints& paints, std::size_t first, std::size_t last) {
-    const std::vector<Section> all = canopySections();
-    return body(paints.glass, {all.begin() + static_cast<long>(first), all.begin() + static_cast<long>(last) + 1}, 20);
+Mesh probesAndAerials(const Paints& paints) {
+    Mesh mesh =
+        aerofoil(paints.skin, {{{0.0, 1.9, 1.44}, 0.40, 0.08, {1, 0, 0}}, {{0.0, 1.72, 1.66}, 0.16, 0.06, {1, 0, 0}}});
+    mesh.add(aerofoil(paints.dark,
+                      {{{0.0, 3.2, -0.32}, 0.34, 0.08, {1, 0, 0}}, {{0.0, 3.0, -0.62}, 0.16, 0.06, {1, 0, 0}}}));
+    const Mesh vane = cylinder(paints.steel, {0.66, 8.25, 0.35}, {0.80, 8.25, 0.37}, 0.018, 0.012, 8);
+    const Mesh pitot = tube(paints.steel, {{0.62, 7.85, 0.12}, {0.80, 7.90, 0.10}, {0.82, 8.25, 0.09}}, 0.018);
+    mesh.addPair(vane).addPair(pitot);
+    // The seeker's ball before the windshield, off to starboard.
+    mesh.add(dome(paints.dark, {0.20, 7.82, 1.03}, 0.13, 16));
+    return mesh.add(cylinder(paints.skin, {0.20, 7.82, 0.85}, {0.20, 7.82, 1.05}, 0.17, 0.145, 20));
 }
 
 Part radome(const Paints& paints) {
-    Mesh mesh = body(paints.radome, {{BULKHEAD, 0.27, 0.56, 0.58, 0.55},
-                                     {9.6, 0.22, 0.45, 0.47, 0.45},
-                                     {10.4, 0.17, 0.29, 0.30, 0.29},
-                                     {10.9, 0.14, 0.15, 0.15, 0.15},
-                                     {11.15, 0.13, 0.04, 0.04, 0.04}});
-    mesh.add(cylinder(paints.metal, {0.0, 11.1, 0.13}, {0.0, 11.2, 0.13}, 0.03, 0.02, 8));
-    return {"radome", {0.0, BULKHEAD, 0.85}, mesh};
+    const std::vector<double> all = NOSE_ANGLES;
+    const Hull cone({oval(BULKHEAD, 0.26, 0.565, 0.57, 0.55, all), oval(9.4, 0.215, 0.49, 0.50, 0.48, all),
+                     oval(10.0, 0.165, 0.375, 0.38, 0.37, all), oval(10.5, 0.12, 0.245, 0.25, 0.245, all),
+                     oval(10.85, 0.09, 0.115, 0.12, 0.115, all), oval(10.98, 0.08, 0.03, 0.03, 0.03, all)});
+    Mesh mesh = cone.skin(paints.skin, BULKHEAD, 10.98, 18, true);
+    mesh.add(cylinder(paints.steel, {0.0, 10.95, 0.08}, {0.0, 11.17, 0.08}, 0.018, 0.012, 8));
+    return {"radome", {0.0, BULKHEAD, 0.83}, mesh};
 }
 
 Part refuellingProbe(const Paints& paints) {
-    const dvec3 root{-0.66, 6.5, 0.93};
-    Mesh mesh = cylinder(paints.metal, root, {-0.58, 8.1, 0.86}, 0.07, 0.05, 10);
-    mesh.add(cylinder(paints.dark, {-0.58, 8.1, 0.86}, {-0.57, 8.35, 0.85}, 0.06, 0.03, 10));
+    const dvec3 root{-0.62, 6.75, 0.86};
+    Mesh mesh = tube(paints.skin, {root, {-0.60, 7.3, 0.84}, {-0.55, 7.95, 0.79}}, 0.055, 10);
+    mesh.add(cylinder(paints.steel, {-0.55, 7.95, 0.79}, {-0.53, 8.2, 0.77}, 0.045, 0.03, 10));
     return {"refuelling_probe", root, mesh};
 }
 
+/// The large plate on the back, cut from the fuselage's own surface.
 Part airbrake(const Paints& paints) {
-    return {"airbrake",
-            {0.0, 2.7, 1.45},
-            body(paints.skin,
-                 {{2.7, 1.30, 0.42, 0.19, 0.1}, {1.8, 1.28, 0.45, 0.19, 0.1}, {0.8, 1.20, 0.40, 0.20, 0.1}}, 16)};
+    std::vector<Ring> lines;
+    for (int i = 0; i <= 8; ++i) {
+        const double y = 2.9 - 2.1 * i / 8;
+        const std::vector<Point2> half = fuselage().half(y);
+        Ring line;
+        for (std::size_t k = 5; k > 0; --k) line.emplace_back(-half[k][0], y, half[k][1] + 0.012);
+        for (std::size_t k = 0; k <= 5; ++k) line.emplace_back(half[k][0], y, half[k][1] + 0.012);
+        lines.push_back(line);
+    }
+    Mesh mesh = insideOut(sheet(paints.skin, lines));
+    mesh.add(sheet(paints.dark, lines).moved({0, 0, -0.02}));
+    return {"airbrake", {0.0, 2.9, 1.50}, mesh};
 }
 
+/// Folded into the side below the rim while it is not in use.
 Part ladder(const Paints& paints) {
-    return {"ladder", {-0.93, 5.4, 0.0}, box(paints.gear, {-0.96, 5.15, 0.0}, {-0.90, 5.65, 0.75})};
+    const double x = fuselage().halfWidthAt(5.4, 0.9);
+    Mesh mesh;
+    for (const double y : {5.2, 5.6}) mesh.add(tube(paints.gear, {{-x, y, 0.9}, {-x - 0.06, y, 0.62}}, 0.014, 6));
+    return {"ladder",
+            {-x, 5.4, 0.9},
+            mesh.add(tube(paints.gear, {{-x - 0.06, 5.2, 0.62}, {-x - 0.06, 5.6, 0.62}}, 0.014, 6))};
 }
 
 Part intakeRamp(const Paints& paints, int side) {
-    const Mesh plate = box(paints.gear, {0.72, 1.2, 0.10}, {1.72, 2.5, 0.14});
-    return {withSide("intake_ramp", side), onSide({NOZZLE.x, 2.5, 0.12}, side), onSide(plate, side)};
+    const Mesh ramp = box(paints.skin, {0.66, 1.5, 0.125}, {1.78, 2.78, 0.15});
+    return {withSide("intake_ramp", side), onSide({NOZZLE.x, 2.78, 0.137}, side), onSide(ramp, side)};
 }
 
 Part afterburner(const Paints& paints) {
-    const Mesh flame = revolve(paints.glow, {NOZZLE.x, 0.0, NOZZLE.z}, {{-8.34, 0.40}, {-8.7, 0.34}, {-9.2, 0.05}}, 16);
+    const Mesh flame = revolve(paints.glow, {NOZZLE.x, 0.0, NOZZLE.z}, {{-8.05, 0.40}, {-8.4, 0.34}, {-8.9, 0.05}}, 16);
     Mesh both;
     both.addPair(flame);
     return {"afterburner", {0.0, -8.5, NOZZLE.z}, both};
 }
 
 }  // namespace
+
+const Hull& fuselage() {
+    static const Hull HULL(fuselageStations(), {EDGE});
+    return HULL;
+}
+
+double sill(double y) {
+    return smoothly(
+        {{CANOPY_END, 1.08}, {5.3, 0.99}, {6.4, 0.97}, {7.0, 1.00}, {7.4, 1.045}, {WINDSHIELD_FRONT, 1.075}}, y);
+}
 
 dvec3 onSide(const dvec3& right, int side) {
     return {right.x * side, right.y, right.z};
@@ -136,41 +313,19 @@ Mesh onSide(const Mesh& right, int side) {
     return side > 0 ? right : right.mirrored();
 }
 std::string withSide(const std::string& name, int side) {
-    return name + (side > 0 ? "_right" : "_left");
-}
-
-Paints freshPaints() {
-    Paints p;
-    p.skin = paint("skin", {0.30, 0.34, 0.37}, 0.55);
-    p.radome = paint("radome", {0.42, 0.44, 0.45}, 0.6);
-    p.metal = paint("nozzle", {0.16, 0.15, 0.14}, 0.45, 0.8);
-    p.duct = paint("duct", {0.02, 0.02, 0.02}, 0.9);
-    p.gear = paint("gear", {0.62, 0.63, 0.62}, 0.5);
-    p.tyre = paint("tyre", {0.02, 0.02, 0.02}, 0.95);
-    p.dark = paint("dark", {0.05, 0.05, 0.06}, 0.6);
-    p.cockpit = paint("cockpit", {0.04, 0.05, 0.05}, 0.9);
-    Paint duct = *p.duct;
-    duct.double_sided = true;
-    p.duct = std::make_shared<const Paint>(duct);
-    Paint glass = *paint("glass", {0.10, 0.13, 0.14}, 0.05);
-    glass.color[3] = 0.35;
-    p.glass = std::make_shared<const Paint>(glass);
-    Paint glow = *paint("afterburner", {0.3, 0.1, 0.05}, 1.0);
-    glow.emission = {1.0, 0.38, 0.12};
-    p.glow = std::make_shared<const Paint>(glow);
-    return p;
+    return name + (side < 0 ? "_left" : "_right");
 }
 
 Part airframe(const Paints& paints) {
-    Mesh mesh = body(paints.skin, fuselageSections());
-    mesh.add(liftingBody(paints)).addPair(nacelle(paints)).addPair(gearBay(paints));
-    mesh.add(cockpit(paints)).add(canopyPiece(paints, 0, 2)).add(fixedSurfaces(paints));
+    Mesh mesh = fuselage().skin(paints.skin, BULKHEAD, WINDSHIELD_FRONT, 8);
+    mesh.add(openShell(paints)).add(fuselage().skin(paints.skin, CANOPY_END, -10.75, 60, true));
+    mesh.addPair(tailBoom(paints)).addPair(gearBay(paints)).add(noseBay(paints)).add(probesAndAerials(paints));
+    mesh.add(engines(paints)).add(cockpit(paints)).add(windshield(paints)).add(fixedSurfaces(paints));
     return {"airframe", {}, mesh};
 }
 
 std::vector<Part> bodyParts(const Paints& paints) {
-    const Part canopy{"canopy", {0.0, 2.9, 1.15}, canopyPiece(paints, 2, canopySections().size() - 1)};
-    return {canopy,         radome(paints),         airbrake(paints),      refuellingProbe(paints),
+    return {canopy(paints), radome(paints),         airbrake(paints),      refuellingProbe(paints),
             ladder(paints), intakeRamp(paints, -1), intakeRamp(paints, 1), afterburner(paints)};
 }
 

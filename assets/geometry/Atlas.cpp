@@ -1,0 +1,68 @@
+// Packing charts and finding a face's place on them.
+#include "geometry/Atlas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace {
+
+/// What the projection needs of a page, kept by the texture after the atlas is gone.
+struct Place {
+    Chart chart;
+    double x, y, height;
+};
+
+const Place& placeFor(const std::vector<Place>& places, const dvec3& normal) {
+    const auto facing = [&](const Place& place) {
+        dvec3 n = normal;
+        if (place.chart.folded) n.x = std::abs(n.x);
+        return dot(n, place.chart.facing);
+    };
+    return *std::max_element(places.begin(), places.end(),
+                             [&](const Place& a, const Place& b) { return facing(a) < facing(b); });
+}
+
+}  // namespace
+
+Atlas::Atlas(int size, double pixels_per_metre, const Color& ground)
+    : m_size(size), m_scale(pixels_per_metre), m_ground(ground) {}
+
+Canvas& Atlas::add(const Chart& chart) {
+    const int width = static_cast<int>(std::ceil((chart.right_end - chart.left) * m_scale));
+    const int height = static_cast<int>(std::ceil((chart.top - chart.bottom) * m_scale));
+    if (m_x + width > m_size) {
+        m_x = 0;
+        m_y += m_row;
+        m_row = 0;
+    }
+    if (width > m_size || m_y + height > m_size) throw std::runtime_error("charts larger than their image");
+    const Canvas canvas(width, height, chart.left, chart.top - height / m_scale, chart.left + width / m_scale,
+                        chart.top, m_ground);
+    m_pages.push_back({chart, m_x, m_y, width, height, canvas});
+    m_x += width;
+    m_row = std::max(m_row, height);
+    return m_pages.back().canvas;
+}
+
+std::shared_ptr<const Texture> Atlas::texture() const {
+    Canvas image(m_size, m_size, 0.0, 0.0, 1.0, 1.0, m_ground);
+    std::vector<Place> places;
+    for (const Page& page : m_pages) {
+        image.paste(page.canvas, page.x, page.y);
+        places.push_back(
+            {page.chart, static_cast<double>(page.x), static_cast<double>(page.y), static_cast<double>(page.height)});
+    }
+    Texture texture;
+    texture.png = image.toPng();
+    const double size = m_size, scale = m_scale;
+    texture.project = [places, size, scale](const dvec3& point, const dvec3& normal) {
+        const Place& place = placeFor(places, normal);
+        dvec3 p = point;
+        if (place.chart.folded) p.x = std::abs(p.x);
+        const double u = place.x + (dot(p, place.chart.right) - place.chart.left) * scale;
+        const double v = place.y + (place.chart.top - dot(p, place.chart.up)) * scale;
+        return std::array<double, 2>{u / size, v / size};
+    };
+    return std::make_shared<const Texture>(texture);
+}
