@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -44,9 +45,11 @@ std::string checkCamera(const std::string& text) {
 
 bool readDate(const std::string& text, std::array<int, 3>& date) {
     int end = 0;
-    return std::sscanf(text.c_str(), "%d-%d-%d%n", &date[0], &date[1], &date[2], &end) == 3 &&
-           static_cast<std::size_t>(end) == text.size() && date[0] >= 1 && date[1] >= 1 && date[1] <= 12 &&
-           date[2] >= 1 && date[2] <= 31;
+    if (std::sscanf(text.c_str(), "%d-%d-%d%n", &date[0], &date[1], &date[2], &end) != 3) return false;
+    const std::chrono::year_month_day day{std::chrono::year(date[0]),
+                                          std::chrono::month(static_cast<unsigned>(date[1])),
+                                          std::chrono::day(static_cast<unsigned>(date[2]))};
+    return static_cast<std::size_t>(end) == text.size() && day.ok() && date[0] >= 1;
 }
 
 std::string checkDate(const std::string& text) {

@@ -63,14 +63,17 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
     PictureSettings settings;
     settings.window = !options.headless && hasDisplay();
     m_screenshots = options.screenshots;
-    if (!settings.window && m_screenshots.empty()) return true;
-
     Package config;
     mjl::open(CONFIG_PATH, config, true);
     if (!options.channel.empty() && !readChannel(config, options.channel, settings)) {
         error = std::string(CONFIG_PATH) + " names no channel \"" + options.channel + "\" under \"slaves\"";
         return false;
     }
+    if (!settings.window && !options.headless) {
+        jLog::warning("there is no display (DISPLAY is not set): the run goes on without a window, as with --headless");
+    }
+    if (!settings.window && m_screenshots.empty()) return true;
+
     settings.width = options.size[0];
     settings.height = options.size[1];
     settings.fullscreen = options.fullscreen;

@@ -2,6 +2,8 @@
 // initialised.
 #include "Staging.h"
 
+#include <filesystem>
+
 #include "Options.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
@@ -33,14 +35,18 @@ void placeCameraAtStart(Engine& engine) {
     placeCamera(engine, {{geo.x, geo.y, geo.z}, {hpr.x, hpr.y, hpr.z}});
 }
 
-void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic) {
+void stageWeather(const Options& options, const Engine& engine, LogicBase& logic, Logic_Test_Fly* fly_logic) {
     if (options.date) logic.apply_date((*options.date)[0], (*options.date)[1], (*options.date)[2]);
     if (!fly_logic) {
         if (!options.tracks.empty() || options.visibility) jLog::warning("this logic has no weather to set");
         return;
     }
     for (const auto& [name, percent] : options.tracks) {
-        fly_logic->set_anim(TRACK_FOLDER + name + ".anim", percent);
+        const jString file = TRACK_FOLDER + name + ".anim";
+        if (!std::filesystem::exists(std::string(engine.resolvePath(file)))) {
+            jLog::warning("there is no track \"%s\": %s is missing", name.c_str(), file.c_str());
+        }
+        fly_logic->set_anim(file, percent);
     }
     if (options.visibility) fly_logic->setVisibilityDistance(*options.visibility / VISIBILITY_STEP);
 }

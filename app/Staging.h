@@ -13,4 +13,4 @@ void placeCamera(Engine& engine, const CameraPlace& place);
 void placeCameraAtStart(Engine& engine);
 /// Weather, time and date as the options ask for, through the logic's operations. Without the flight-test logic only
 /// the date is set, and one log line tells what was left out.
-void stageWeather(const Options& options, LogicBase& logic, Logic_Test_Fly* fly_logic);
+void stageWeather(const Options& options, const Engine& engine, LogicBase& logic, Logic_Test_Fly* fly_logic);

@@ -155,7 +155,7 @@ int run(const Options& options) {
     if (!screen.open(options, pictures, engine, error)) return fail(error);
     screen.connect(*plugin.getLogic());
     if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
-    stageWeather(options, *plugin.getLogic(), plugin.getFlyLogic());
+    stageWeather(options, engine, *plugin.getLogic(), plugin.getFlyLogic());
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
     if (!runFrames(options, engine, plugin, hashes, screen, input, error)) return fail(error);
     plugin.getLogic()->release();

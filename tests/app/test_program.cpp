@@ -63,10 +63,11 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--size", "64"}, 2, "WIDTHxHEIGHT"},
         {{"--quality", "best"}, 2, "medium"},
         {{"--track", "TOD"}, 2, "PERCENT"},
+        {{"--date", "2026-2-30"}, 2, "YEAR-MONTH-DAY"},
         {{"--camera", "1,2"}, 2, "LON,LAT,HEIGHT"},
         {{"--camera", "1,95,3"}, 2, "LON,LAT,HEIGHT"},
         {{"--headless", "--screenshot", "/proc/none/a.png@1", "--size", "8x8"}, 1, "/proc/none/a.png"},
-        {{"--headless", "--channel", "none", "--screenshot", "a.png"}, 1, "no channel \"none\""},
+        {{"--headless", "--channel", "none"}, 1, "no channel \"none\""},
     };
     for (const auto& c : cases) {
         Program program("deckview", c.arguments);
@@ -78,6 +79,7 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
 
 TEST(Deckview, SaysWhatTheSceneLacksAndRunsOn) {
     const Strings cases[] = {{"--airport", "nowhere", "no start node \"nowhere\""},
+                             {"--track", "rain=50", "no track \"rain\""},
                              {"--carrier", "nobody", "no carrier \"nobody\""},
                              {"--aircraft", "data/none.cfg", "Open config file failed:data/none.cfg"}};
     for (const Strings& c : cases) {

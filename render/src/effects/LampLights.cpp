@@ -6,6 +6,7 @@
 
 #include "engine/math/jMath.h"
 #include "frame/Convert.h"
+#include "frame/Uniforms.h"
 
 namespace {
 
@@ -14,13 +15,6 @@ constexpr double NEAREST_2 = 100.0;  // m^2: nearer lamps gain no rank by it
 constexpr double LIT_MOST = 0.4;     // times the radiance that shows as white
 constexpr double LIT_AT = 0.125;     // of a lamp's range
 constexpr double GROUND = 0.2;       // share of the light that it throws back
-
-osg::Uniform* addArray(osg::StateSet& state, const char* name, osg::Uniform::Type type) {
-    auto* const uniform = new osg::Uniform(type, name, LampLights::MAX_LAMPS);
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    state.addUniform(uniform);
-    return uniform;
-}
 
 osg::Vec3f toEye(const FrameView& view, const dvec3& v) {
     return {static_cast<float>(dot(view.camera.x, v)), static_cast<float>(dot(view.camera.y, v)),
@@ -38,13 +32,10 @@ double limitLight(const Lamp& lamp, float exposure) {
 
 LampLights::LampLights(osg::StateSet& root_state)
     : m_root_state(root_state),
-      m_count(new osg::Uniform("u_num_lamps", 0)),
-      m_places(addArray(root_state, "u_lamp_places", osg::Uniform::FLOAT_VEC4)),
-      m_colors(addArray(root_state, "u_lamp_colors", osg::Uniform::FLOAT_VEC4)),
-      m_axes(addArray(root_state, "u_lamp_axes", osg::Uniform::FLOAT_VEC3)) {
-    m_count->setDataVariance(osg::Object::DYNAMIC);
-    root_state.addUniform(m_count);
-}
+      m_count(addUniform(root_state, "u_num_lamps", 0)),
+      m_places(addUniform(root_state, osg::Uniform::FLOAT_VEC4, "u_lamp_places", MAX_LAMPS)),
+      m_colors(addUniform(root_state, osg::Uniform::FLOAT_VEC4, "u_lamp_colors", MAX_LAMPS)),
+      m_axes(addUniform(root_state, osg::Uniform::FLOAT_VEC3, "u_lamp_axes", MAX_LAMPS)) {}
 
 void LampLights::set(int id, const Lamp& lamp) {
     if (!(lamp.intensity > 0.0f)) return remove(id);

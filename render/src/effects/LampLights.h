@@ -28,7 +28,6 @@ public:
     /// Chooses the lamps and sets the uniforms; none by day and while not `enabled`.
     void update(const FrameView& view, bool enabled);
 
-    int getNumLamps() const { return static_cast<int>(m_lamps.size()); }
     /// The lamps that give a place (geocentric) the most light, strongest first; returns how many.
     int choose(const dvec3& place, Chosen (&chosen)[MAX_LAMPS]) const;
 

@@ -27,9 +27,6 @@ public:
     void remove(int id);
     void update(const FrameView& view);
 
-    int getNumLamps() const { return static_cast<int>(m_slots.size()); }
-    osg::Group* getGroup() const { return m_group; }
-
 private:
     using CellKey = std::array<std::int64_t, 3>;
     struct Batch {

@@ -232,12 +232,6 @@ void ParticleDrawing::write(System& system, const FrameView& view) {
     system.place->setMatrix(osg::Matrixd::translate(toOsg(origin)));
 }
 
-int ParticleDrawing::getNumDrawn() const {
-    return static_cast<int>(std::count_if(m_systems.begin(), m_systems.end(), [](const auto& entry) {
-        return entry.second.place && entry.second.place->getNodeMask() != 0;
-    }));
-}
-
 void ParticleDrawing::update(const FrameView& view) {
     limitFill(view);
     for (auto& [id, system] : m_systems) {

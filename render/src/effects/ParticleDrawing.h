@@ -28,10 +28,6 @@ public:
     void remove(int id);
     void update(const FrameView& view);
 
-    int getNumSystems() const { return static_cast<int>(m_systems.size()); }
-    int getNumDrawn() const;  ///< systems that are drawn
-    osg::Group* getGroup() const { return m_group; }
-
 private:
     /// Texture, additive, flat.
     using LookKey = std::tuple<std::string, bool, bool>;

@@ -9,6 +9,7 @@
 #include "engine/scene/World.h"
 #include "frame/Convert.h"
 #include "frame/ShaderLibrary.h"
+#include "frame/Uniforms.h"
 
 namespace {
 
@@ -46,13 +47,6 @@ osg::ref_ptr<osg::Vec4Array> makeSeeds() {
 double wrap(double v, double period) {
     const double rest = std::fmod(v, period);
     return rest < 0.0 ? rest + period : rest;
-}
-
-osg::Uniform* addUniform(osg::StateSet& state, const char* name, osg::Uniform::Type type) {
-    auto* const uniform = new osg::Uniform(type, name);
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    state.addUniform(uniform);
-    return uniform;
 }
 
 const ObjectParticles* findActive(const World& world, const char* name) {
@@ -112,11 +106,11 @@ Precipitation::Kind Precipitation::makeKind(int index, ShaderLibrary& shaders, o
     osg::StateSet& state = *kind.geometry->getOrCreateStateSet();
     state.setAttributeAndModes(shaders.getProgram("rain", {style.define}));
     setBlended(state, DRAW_PRECIPITATION);
-    kind.offset = addUniform(state, "u_drop_offset", osg::Uniform::FLOAT_VEC3);
-    kind.centre = addUniform(state, "u_drop_centre", osg::Uniform::FLOAT_VEC3);
-    kind.streak = addUniform(state, "u_drop_streak", osg::Uniform::FLOAT_VEC3);
-    kind.look = addUniform(state, "u_drop_look", osg::Uniform::FLOAT_VEC4);
-    kind.color = addUniform(state, "u_drop_color", osg::Uniform::FLOAT_VEC4);
+    kind.offset = addUniform(state, "u_drop_offset", osg::Vec3f());
+    kind.centre = addUniform(state, "u_drop_centre", osg::Vec3f());
+    kind.streak = addUniform(state, "u_drop_streak", osg::Vec3f());
+    kind.look = addUniform(state, "u_drop_look", osg::Vec4f());
+    kind.color = addUniform(state, "u_drop_color", osg::Vec4f());
     m_group->addChild(kind.geometry);
     return kind;
 }
@@ -151,10 +145,4 @@ void Precipitation::update(const FrameView& view, const World& world) {
         kind.motion.update(view.dt, view.local, velocityOf(*node, wind));
         setUniforms(kind, i, *node, view);
     }
-}
-
-std::array<int, 3> Precipitation::getCounts() const {
-    std::array<int, 3> counts{};
-    for (std::size_t i = 0; i < counts.size(); ++i) counts[i] = static_cast<int>(m_kinds[i].quads->getCount()) / 4;
-    return counts;
 }

@@ -41,8 +41,6 @@ class Precipitation {
 public:
     Precipitation(osg::Group& parent, ShaderLibrary& shaders);
     void update(const FrameView& view, const World& world);
-    /// Drops drawn of each kind: rain, hail, snow.
-    std::array<int, 3> getCounts() const;
 
 private:
     struct Kind {

@@ -19,9 +19,6 @@ public:
     void set(const NodeText& text);
     void remove(int id);
 
-    int getNumTexts() const { return static_cast<int>(m_texts.size()); }
-    osg::Group* getGroup() const { return m_group; }
-
 private:
     struct Entry {
         osg::ref_ptr<osg::MatrixTransform> place;

@@ -4,31 +4,20 @@
 #include <cmath>
 
 #include "frame/Convert.h"
-
-namespace {
-
-template <class Value>
-osg::Uniform* add(osg::StateSet& state, const char* name, const Value& value) {
-    auto* const uniform = new osg::Uniform(name, value);
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    state.addUniform(uniform);
-    return uniform;
-}
-
-}  // namespace
+#include "frame/Uniforms.h"
 
 FrameUniforms::FrameUniforms(osg::StateSet& state)
     : m_state(state),
-      m_up(add(state, "u_up", osg::Vec3f())),
-      m_eye_to_local(add(state, "u_eye_to_local", osg::Matrix3())),
-      m_light_direction(add(state, "u_light_direction", osg::Vec3f())),
-      m_light_color(add(state, "u_light_color", osg::Vec3f())),
-      m_ambient_above(add(state, "u_ambient_above", osg::Vec3f())),
-      m_ambient_below(add(state, "u_ambient_below", osg::Vec3f())),
-      m_exposure(add(state, "u_exposure", 1.0f)),
-      m_air(add(state, "u_air", osg::Vec3f())),
-      m_sun_side(add(state, "u_sun_side", osg::Vec2f())),
-      m_weather(add(state, "u_weather", osg::Vec2f())) {
+      m_up(addUniform(state, "u_up", osg::Vec3f())),
+      m_eye_to_local(addUniform(state, "u_eye_to_local", osg::Matrix3())),
+      m_light_direction(addUniform(state, "u_light_direction", osg::Vec3f())),
+      m_light_color(addUniform(state, "u_light_color", osg::Vec3f())),
+      m_ambient_above(addUniform(state, "u_ambient_above", osg::Vec3f())),
+      m_ambient_below(addUniform(state, "u_ambient_below", osg::Vec3f())),
+      m_exposure(addUniform(state, "u_exposure", 1.0f)),
+      m_air(addUniform(state, "u_air", osg::Vec3f())),
+      m_sun_side(addUniform(state, "u_sun_side", osg::Vec2f())),
+      m_weather(addUniform(state, "u_weather", osg::Vec2f())) {
     state.addUniform(new osg::Uniform("u_sky", static_cast<int>(UNIT_SKY)));
     state.addUniform(new osg::Uniform("u_shadow", static_cast<int>(UNIT_SHADOW)));
 }

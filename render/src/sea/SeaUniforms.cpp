@@ -7,6 +7,7 @@
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/World.h"
+#include "frame/Uniforms.h"
 #include "sea/SeaSlopes.h"
 
 namespace {
@@ -16,27 +17,6 @@ constexpr double FOAM_TURNS = 16.0;                    // wind directions that t
 constexpr double SAMPLES = WaveCascade::SIZE;
 constexpr double STRETCH = 0.6;   // textures are read somewhat finer than a pixel is long where the view is flat
 constexpr double LAP_TIME = 7.0;  // seconds between the waves that lap at a shore
-
-template <class Value>
-osg::Uniform* makeUniform(const char* name, const Value& value) {
-    auto* const uniform = new osg::Uniform(name, value);
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    return uniform;
-}
-
-template <class Value>
-osg::Uniform* add(osg::StateSet& state, const char* name, const Value& value) {
-    auto* const uniform = makeUniform(name, value);
-    state.addUniform(uniform);
-    return uniform;
-}
-
-osg::Uniform* addArray(osg::StateSet& state, const char* name, int size) {
-    auto* const uniform = new osg::Uniform(osg::Uniform::FLOAT, name, size);
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    state.addUniform(uniform);
-    return uniform;
-}
 
 float fraction(double value) {
     return static_cast<float>(value - std::floor(value));
@@ -67,9 +47,9 @@ struct TextureMap {
 
 SeaUniforms::LayerUniforms::LayerUniforms(osg::StateSet& state, const std::string& name, const Layer& values)
     : layer(values),
-      map(add(state, (name + "_map").c_str(), osg::Matrix2())),
-      place(add(state, (name + "_place").c_str(), osg::Vec2f())),
-      turn(add(state, (name + "_turn").c_str(), osg::Matrix2())) {
+      map(addUniform(state, (name + "_map").c_str(), osg::Matrix2())),
+      place(addUniform(state, (name + "_place").c_str(), osg::Vec2f())),
+      turn(addUniform(state, (name + "_turn").c_str(), osg::Matrix2())) {
     state.addUniform(new osg::Uniform((name + "_kind").c_str(),
                                       osg::Vec2f(static_cast<float>(std::log2(layer.shrink)), layer.strength)));
 }
@@ -83,15 +63,15 @@ void SeaUniforms::LayerUniforms::update(double length, float scale, const SeaMes
 }
 
 SeaUniforms::SeaUniforms(osg::StateSet& state)
-    : m_per_metre(add(state, "u_per_metre", osg::Vec2f())),
-      m_place(add(state, "u_place", osg::Vec4f())),
-      m_slope_scale(add(state, "u_slope_scale", osg::Vec2f())),
-      m_pixel(add(state, "u_pixel", 0.0f)),
-      m_foam_map(add(state, "u_foam_map", osg::Matrix2())),
-      m_foam_place(add(state, "u_foam_place", osg::Vec2f())),
-      m_gusts_place(add(state, "u_gusts_place", osg::Vec4f())),
-      m_lap(add(state, "u_lap", 0.0f)),
-      m_mean_square(addArray(state, "u_mean_square", 2 * SeaSlopes::NUM_LEVELS)),
+    : m_per_metre(addUniform(state, "u_per_metre", osg::Vec2f())),
+      m_place(addUniform(state, "u_place", osg::Vec4f())),
+      m_slope_scale(addUniform(state, "u_slope_scale", osg::Vec2f())),
+      m_pixel(addUniform(state, "u_pixel", 0.0f)),
+      m_foam_map(addUniform(state, "u_foam_map", osg::Matrix2())),
+      m_foam_place(addUniform(state, "u_foam_place", osg::Vec2f())),
+      m_gusts_place(addUniform(state, "u_gusts_place", osg::Vec4f())),
+      m_lap(addUniform(state, "u_lap", 0.0f)),
+      m_mean_square(addUniform(state, osg::Uniform::FLOAT, "u_mean_square", 2 * SeaSlopes::NUM_LEVELS)),
       m_ripples(state, "u_ripples", {23.0, 7.3, 0.8f}),
       m_swell(state, "u_swell", {-31.0, 2.7, 0.8f}) {
     const auto range = [](int bands) { return static_cast<float>(SeaMesh::BAND_RANGES[std::size_t(bands) - 1]); };

@@ -9,6 +9,7 @@
 #include "engine/math/jMath.h"
 #include "frame/Convert.h"
 #include "frame/ShaderLibrary.h"
+#include "frame/Uniforms.h"
 #include "sky/Rgb.h"
 #include "sky/SkyMesh.h"
 #include "sky/StarCatalogue.h"

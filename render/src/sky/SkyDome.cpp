@@ -12,6 +12,7 @@
 #include "engine/scene/World.h"
 #include "frame/Convert.h"
 #include "frame/ShaderLibrary.h"
+#include "frame/Uniforms.h"
 #include "sky/CloudTexture.h"
 #include "sky/SkyMesh.h"
 

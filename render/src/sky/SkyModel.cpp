@@ -169,8 +169,8 @@ void SkyModel::fillLight(const Cover& cover, SkyLight& light, SkyPicture& pictur
     const float sun = luminance(m_sun_beam), moon = luminance(m_moon_beam);
     picture.body = sun <= 0.0f && moon <= 0.0f ? LightBody::NONE : sun >= moon ? LightBody::SUN : LightBody::MOON;
     light.light_color = (sun >= moon ? m_sun_beam : m_moon_beam) * cover.straight;
-    // Single clouds before a blue sky fill the shadows with white light. An eighth of the beam goes downward a steradian,
-    // as from a cloud of middling thickness.
+    // Single clouds before a blue sky fill the shadows with white light. An eighth of the beam goes downward a
+    // steradian, as from a cloud of middling thickness.
     constexpr float DOWNWARD = 0.125f;
     light.ambient_above = m_sky.from_above + picture.cloud_light * (cover.broken * DOWNWARD * PI);
     light.ambient_below = m_sky.from_below;

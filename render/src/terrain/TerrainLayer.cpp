@@ -7,17 +7,12 @@
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectTerrain.h"
 #include "frame/ShaderLibrary.h"
+#include "frame/Uniforms.h"
 #include "terrain/GroundTextures.h"
 
 namespace {
 
 enum Units { UNIT_IMAGERY = 0, UNIT_DETAIL = 1, UNIT_TREE = 2 };
-
-osg::Uniform* add(osg::StateSet& state, osg::Uniform* uniform) {
-    uniform->setDataVariance(osg::Object::DYNAMIC);
-    state.addUniform(uniform);
-    return uniform;
-}
 
 /// What the imagery covers, metres.
 osg::Vec2f extentOf(const ImageryPlace& place) {
@@ -30,16 +25,16 @@ osg::Vec2f extentOf(const ImageryPlace& place) {
 }  // namespace
 
 TerrainLayer::TerrainLayer(osg::Group& root, ShaderLibrary& shaders)
-    : m_shaders(shaders), m_group(new osg::Group), m_tiles(new osg::Group), m_decals(shaders) {
+    : m_group(new osg::Group), m_tiles(new osg::Group), m_decals(shaders) {
     m_group->setCullingActive(false);
     m_group->addChild(m_tiles);
     m_group->addChild(m_decals.getGroup());
     root.addChild(m_group);
 
     osg::StateSet& state = *m_group->getOrCreateStateSet();
-    m_weather = add(state, new osg::Uniform("u_ground", osg::Vec3f()));
-    m_extent = add(state, new osg::Uniform("u_extent", osg::Vec2f()));
-    m_pixel = add(state, new osg::Uniform("u_pixel", 0.001f));
+    m_weather = addUniform(state, "u_ground", osg::Vec3f());
+    m_extent = addUniform(state, "u_extent", osg::Vec2f());
+    m_pixel = addUniform(state, "u_pixel", 0.001f);
     state.addUniform(new osg::Uniform("u_imagery", static_cast<int>(UNIT_IMAGERY)));
     state.addUniform(new osg::Uniform("u_image", static_cast<int>(UNIT_IMAGERY)));
     state.addUniform(new osg::Uniform("u_detail", static_cast<int>(UNIT_DETAIL)));

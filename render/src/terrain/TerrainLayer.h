@@ -25,12 +25,10 @@ public:
     void setVisible(bool visible);
 
     /// The tiles of the terrain that is set; null without one that could be read.
-    const TerrainTree* getTree() const { return m_tree.get(); }
 
 private:
     void makeTree();
 
-    ShaderLibrary& m_shaders;
     osg::ref_ptr<osg::Group> m_group, m_tiles;
     TileStates m_states;
     osg::ref_ptr<osg::Uniform> m_weather, m_extent, m_pixel;

@@ -30,7 +30,6 @@ struct TileMeasures {
     double half_east = 0.0, half_north = 0.0;  ///< extents in that frame, metres
     HeightRange heights;                       ///< of its posts; empty where there are only holes
     double error = 0.0;                        ///< how far the posts between its own may lie from it, metres
-    osg::ref_ptr<osg::Geometry> geometry;      ///< in `frame`; null where there is nothing to draw
 };
 
 /// Makes tiles. Frame thread only, like the raster.
