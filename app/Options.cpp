@@ -11,13 +11,19 @@
 
 namespace {
 
+/// Seconds, or a fraction such as 1/60.
+bool readStep(const std::string& text, double& step) {
+    double below = 1.0;
+    int end = 0, fraction_end = 0;
+    const int count = std::sscanf(text.c_str(), "%lf%n/%lf%n", &step, &end, &below, &fraction_end);
+    if (count < 1 || static_cast<std::size_t>(count == 2 ? fraction_end : end) != text.size()) return false;
+    step /= below;
+    return step > 0.0 && std::isfinite(step);
+}
+
 std::string checkStep(const std::string& text) {
-    char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    if (end == text.c_str() || *end != '\0' || !(value > 0.0) || std::isinf(value)) {
-        return "must be a number of seconds above 0, such as 0.016";
-    }
-    return {};
+    double step = 0.0;
+    return readStep(text, step) ? std::string() : "must be a number of seconds above 0, such as 0.016 or 1/60";
 }
 
 bool readSize(const std::string& text, std::array<int, 2>& size) {
@@ -138,7 +144,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
-    if (!step.empty()) options.step = std::strtod(step.c_str(), nullptr);
+    if (!step.empty()) readStep(step, options.step.emplace());
     if (!size.empty()) readSize(size, options.size);
     if (!camera.empty()) readCamera(camera, options.camera.emplace());
     if (!date.empty()) readDate(date, options.date.emplace());

@@ -13,7 +13,7 @@ draw() {
     shift
     if [ ${#wanted[@]} -gt 0 ] && [[ " ${wanted[*]} " != *" $name "* ]]; then return; fi
     echo "$name"
-    "$deckview" --headless --step 0.0166667 --frames 120 --size "${size:-1280x720}" \
+    "$deckview" --headless --step 1/60 --frames 120 --size "${size:-1280x720}" \
         --screenshot "docs/gallery/$name.png" "$@" >/dev/null
 }
 

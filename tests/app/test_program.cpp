@@ -49,6 +49,8 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--no-such-option"}, 2, "no-such-option"},
         {{"--step", "0"}, 2, "seconds above 0"},
         {{"--step", "-0.1"}, 2, "seconds above 0"},
+        {{"--step", "1/0"}, 2, "seconds above 0"},
+        {{"--step", "1/60s"}, 2, "seconds above 0"},
         {{"--step", "nan"}, 2, "seconds above 0"},
         {{"--frames", "-3"}, 2, "frames"},
         {{"--set", "fly_mode"}, 2, "KEY=VALUE"},

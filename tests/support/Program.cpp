@@ -11,7 +11,7 @@
 #include <cstdio>
 
 Program::Program(const std::string& name, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), DECKVIEW_BIN "/" + name);
+    arguments.insert(arguments.begin(), name[0] == '/' ? name : DECKVIEW_BIN "/" + name);
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
