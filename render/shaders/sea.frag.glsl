@@ -100,5 +100,6 @@ void main() {
     // By the way through the water. Ground that is drawn lower than it lies, far away, stays dry.
     alpha = (1.0 - exp2(-0.35 * depth / max(view.z, 0.02)) * (1.0 - fresnel) * (1.0 - cover)) * clamp(1.0 + 2.0 * under, 0.0, 1.0);
 #endif
-    gl_FragColor = vec4(display(radiance * v_view.w + v_air), alpha);
+    // Slivers along the horizon may carry what is no number: they show the air.
+    gl_FragColor = vec4(display(max(radiance * v_view.w, 0.0) + v_air), alpha);
 }

@@ -15,6 +15,7 @@ struct SkyLight {
     vec3 light_color;                        ///< illuminance of a surface that faces that light
     vec3 ambient_above;                      ///< illuminance of an upward surface by the sky
     vec3 ambient_below;                      ///< illuminance of a downward surface by ground and sea
+    vec3 horizon;                            ///< mean radiance of the sky along the horizon
     float exposure = 1.0f;                   ///< display value of 1 kcd/m^2
     float night = 0.0f;                      ///< 0 by day, 1 in full night
 };

@@ -82,6 +82,12 @@ void surviveLoss(osg::GraphicsContext& context, bool& lost) {
     }
 }
 
+/// Display value of a radiance times the exposure, as the shaders have it.
+float displayOf(float value) {
+    const float x = std::max(value - 0.004f, 0.0f);
+    return x * (6.2f * x + 0.5f) / (x * (6.2f * x + 1.7f) + 0.06f);
+}
+
 int samplesOf(Quality quality) {
     return quality == Quality::HIGH ? 4 : 1;
 }
@@ -161,7 +167,6 @@ void WorldPicture::setUpCamera() {
     camera.setProjectionResizePolicy(osg::Camera::FIXED);
     camera.setDrawBuffer(GL_COLOR_ATTACHMENT0);
     camera.setReadBuffer(GL_COLOR_ATTACHMENT0);
-    camera.setClearColor(osg::Vec4());
     camera.setClearDepth(0.0);
     camera.setSmallFeatureCullingPixelSize(1.0f);
     camera.setPreDrawCallback(new PassHook([this] { beginPass(); }));
@@ -247,6 +252,9 @@ void WorldPicture::draw() {
 
     osg::Camera& camera = *m_viewer.getCamera();
     camera.setViewport(0, 0, m_view.width, m_view.height);
+    // Through a gap between what is drawn far away one sees haze.
+    const vec3 haze = m_view.light.horizon * m_view.light.exposure;
+    camera.setClearColor({displayOf(haze.x), displayOf(haze.y), displayOf(haze.z), 1.0f});
     camera.setViewMatrix(m_view.view);
     camera.setProjectionMatrix(m_view.projection);
     m_root->setNodeMask(world.isEnabled() ? ~0u : 0u);

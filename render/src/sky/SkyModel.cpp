@@ -174,6 +174,11 @@ void SkyModel::fillLight(const Cover& cover, SkyLight& light, SkyPicture& pictur
     constexpr float DOWNWARD = 0.125f;
     light.ambient_above = m_sky.from_above + picture.cloud_light * (cover.broken * DOWNWARD * PI);
     light.ambient_below = m_sky.from_below;
+    light.horizon = vec3();
+    for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
+        const vec4& texel = picture.table[SkyGrid::indexOf(column, HALF)];
+        light.horizon = light.horizon + vec3(texel.x, texel.y, texel.z) * (1.0f / SkyGrid::COLUMNS);
+    }
     light.night = smoothStep(0.0f, 0.2f, -m_sun.sine);
 }
 
