@@ -103,6 +103,16 @@ TEST_F(Surfaces, WhatIsMissingHasAStandIn) {
     EXPECT_GT(loud[2], 1.5 * loud[1]);
 }
 
+TEST_F(Surfaces, SmallPartsShowAtTheirPlaces) {
+    const Snapshot empty = shoot();
+    for (const double right : {-0.5, -0.2, 0.13, 0.41}) add(makeWall(0.02f, 0.02f), {right, 1.0, 0.0});
+    const Snapshot shot = shoot();
+    for (const double right : {-0.5, -0.2, 0.13, 0.41}) {
+        const int x = static_cast<int>(160.0 + 217.3 * right);
+        EXPECT_GT(std::fabs(luminanceAt(shot, x, 90) - luminanceAt(empty, x, 90)), 0.05) << right;
+    }
+}
+
 TEST_F(Surfaces, WhatStandsInTheSunThrowsAShadow) {
     add(makeWall(60.0f, 60.0f, true), {0.0, 25.0, -4.0});
     add(makeWall(8.0f, 8.0f, true), {0.0, 20.0, 10.0});  // above the picture's upper edge

@@ -3,6 +3,7 @@
 
 #include "engine/scene/SceneNodes.h"
 #include "frame/Convert.h"
+#include "frame/Place.h"
 #include "frame/ShaderLibrary.h"
 
 namespace {
@@ -20,7 +21,7 @@ void SceneTexts::set(const NodeText& text) {
     Entry& entry = m_texts[text.getId()];
     if (!entry.place) {
         if (!m_font) m_font = loadSceneFont();
-        entry.place = new osg::MatrixTransform;
+        entry.place = new Place;
         entry.text = makeText(m_font, text.getHeight(), RESOLUTION);
         entry.text->setAxisAlignment(osgText::TextBase::XZ_PLANE);
         entry.text->setAlignment(osgText::TextBase::CENTER_BASE_LINE);

@@ -4,6 +4,7 @@
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "frame/Convert.h"
+#include "frame/Place.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ const MeshMirror::Geometries& MeshMirror::acquire(const MeshData& mesh) {
 MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     MeshNode& node = m_nodes[mesh.getId()];
     node.mesh = &mesh.getMesh();
-    node.place = new osg::MatrixTransform;
+    node.place = new Place;
     for (const auto& geometry : acquire(*node.mesh)) {
         osg::ref_ptr<osg::Geode> geode = new osg::Geode;
         geode->addDrawable(geometry);
