@@ -7,9 +7,11 @@
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
 
-void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void()>& picture) {
+void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void(float)>& move,
+              const std::function<void()>& picture) {
     engine.beginFrame(dt);
     logic.update(engine.getFrameTime());
+    move(engine.getFrameTime());
     engine.step();
     logic.swap();
     picture();

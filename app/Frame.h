@@ -8,8 +8,9 @@
 class Engine;
 class LogicBase;
 
-/// Runs one frame: update, physics, swap, picture with the panels, render.
-void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void()>& picture);
+/// Runs one frame: update, `move` with the frame's dt, physics, swap, picture with the panels, render.
+void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void(float)>& move,
+              const std::function<void()>& picture);
 
 /// Hands out the frames' dt, and waits for the next frame when they follow the clock.
 class FramePacer {

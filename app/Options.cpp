@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <map>
 
 namespace {
 
@@ -108,6 +109,11 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     app.add_option("--aircraft", options.aircraft, "Aircraft configuration file")->capture_default_str();
     app.add_option("--airport", options.airport, "Node at which the aircraft starts")->capture_default_str();
     app.add_option("--carrier", options.carrier, "Node of the carrier")->capture_default_str();
+    app.add_option("--drive-ship", options.drive_ship,
+                   "Let the carrier float and drive it: by the arrow keys, or ahead")
+        ->type_name("keyboard|steady")
+        ->transform(CLI::Transformer(std::map<std::string, int>{{"keyboard", 1}, {"steady", 2}}))
+        ->check(CLI::IsMember({1, 2}));
     app.add_flag("--headless", options.headless, "Run without a window");
     app.add_option("--size", size, "Size of the picture, such as 1280x720")->check(CLI::Validator(checkSize, "WxH"));
     app.add_flag("--fullscreen", options.fullscreen, "Fill the screen");

@@ -7,6 +7,9 @@
 #include <utility>
 #include <vector>
 
+/// The configuration, under the runtime root.
+constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
+
 /// A picture to be written as a file.
 struct Screenshot {
     std::string file;
@@ -27,6 +30,7 @@ struct Options {
     std::string aircraft = "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.cfg";
     std::string airport = "start_deck";
     std::string carrier = "JT_CN_LNJ";
+    std::optional<int> drive_ship;  ///< control mode of the carrier under way; without one it stays where it is
     bool headless = false;
     std::array<int, 2> size{1280, 720};  ///< pixels
     bool fullscreen = false;

@@ -17,9 +17,6 @@
 
 namespace {
 
-constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
-constexpr double VISIBILITY_STEP = 300.0;  // metres a step of the logic's visibility
-
 Quality qualityOf(const std::string& name) {
     return name == "low" ? Quality::LOW : name == "high" ? Quality::HIGH : Quality::MEDIUM;
 }
@@ -108,7 +105,7 @@ void Screen::connect(LogicBase& logic) {
     auto* const fly = dynamic_cast<Logic_Test_Fly*>(&logic);
     if (!m_picture || !fly) return;
     logic.m_signal_20_fog.append([this, fly](float) {
-        m_picture->setVisibility(std::max(fly->getVisibilityDistance() * VISIBILITY_STEP, VISIBILITY_STEP));
+        m_picture->setVisibility(std::max(fly->getVisibilityDistance(), 1) * Logic_Test_Fly::VISIBILITY_STEP);
     });
 }
 

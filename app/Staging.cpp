@@ -11,13 +11,6 @@
 #include "engine/text/Log.h"
 #include "src/logic/Logic_Test_Fly.h"
 
-namespace {
-
-constexpr const char* TRACK_FOLDER = "data/assets/Anim/Fly_simulator/";
-constexpr int VISIBILITY_STEP = 300;  // metres
-
-}  // namespace
-
 void placeCamera(Engine& engine, const CameraPlace& place) {
     const EllipsoidModel& globe = engine.getEllipsoid();
     const dvec3 position = globe.toWorld(dvec3(place.geodetic[0], place.geodetic[1], place.geodetic[2]));
@@ -42,11 +35,11 @@ void stageWeather(const Options& options, const Engine& engine, LogicBase& logic
         return;
     }
     for (const auto& [name, percent] : options.tracks) {
-        const jString file = TRACK_FOLDER + name + ".anim";
+        const jString file = LogicBase::TRACK_FOLDER + name + ".anim";
         if (!std::filesystem::exists(std::string(engine.resolvePath(file)))) {
             jLog::warning("there is no track \"%s\": %s is missing", name.c_str(), file.c_str());
         }
         fly_logic->set_anim(file, percent);
     }
-    if (options.visibility) fly_logic->setVisibilityDistance(*options.visibility / VISIBILITY_STEP);
+    if (options.visibility) fly_logic->setVisibilityDistance(*options.visibility / Logic_Test_Fly::VISIBILITY_STEP);
 }

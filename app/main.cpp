@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "Carrier.h"
 #include "Controls.h"
 #include "Frame.h"
 #include "InputScript.h"
@@ -23,7 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
 constexpr double DEFAULT_FPS_LIMIT = 60.0;  // of a logic that names none
 constexpr int JET_PARTS = 35;               // control nodes that the carrier jet's roles reach to
 
@@ -108,6 +108,7 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
                InputScript& input, std::string& error) {
     Controls controls(engine, plugin.getFlyLogic(), screen.getPicture(),
                       options.language.empty() ? environmentLanguage() : options.language);
+    Carrier carrier(options, *engine.getWorld(), plugin.getFlyLogic());
     FramePacer pacer(options.step, fpsLimit(plugin));
     StatsPrinter stats(plugin.getFlyLogic());
     bool good = true;
@@ -116,11 +117,13 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
         const double dt = pacer.next();
         input.play(*engine.getInput(), *engine.getUIRoot(), engine.getTime(), frame);
         const SteadyClock::time_point begin = SteadyClock::now();
-        runFrame(engine, *plugin.getLogic(), dt, [&] {
-            if (options.camera) placeCamera(engine, *options.camera);
-            controls.update();
-            good = screen.draw(frame, error);
-        });
+        runFrame(
+            engine, *plugin.getLogic(), dt, [&](float seconds) { carrier.update(seconds); },
+            [&] {
+                if (options.camera) placeCamera(engine, *options.camera);
+                controls.update();
+                good = screen.draw(frame, error);
+            });
         if (options.stats) stats.frame(std::chrono::duration<double>(SteadyClock::now() - begin).count());
         hashes.frame(engine);
     }

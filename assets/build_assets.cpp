@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "effects/Effects.h"
 #include "gui/Icons.h"
 #include "models/Builders.h"
 #include "world/Elevation.h"
@@ -26,7 +27,13 @@ int main(int argc, char** argv) {
         writeElevation(root + "/data/DEMO_PROJECT/terrain/elevation.tif", island);
         writeImagery(root + "/data/DEMO_PROJECT/terrain/imagery.tif", island);
         writeIcons(root);
+        writeParticlePictures(root);
+        writeFireEffects(root);
+        writeWaterEffects(root);
+        writeWeapons(root);
         writeJet(root);
+        writeExtra(root);
+        writeHelicopter(root);
         writeCarrier(root);
         writeAirfield(root);
         writeWorld(root, island);

@@ -12,15 +12,10 @@
 
 namespace {
 
-const jString TRACKS = "data/assets/Anim/Fly_simulator/";
+const jString TRACKS = LogicBase::TRACK_FOLDER;
 constexpr const char* TIME_OF_DAY = "TOD.anim";
 constexpr const char* LIGHT_ENABLE = "airport_light_enable.anim";
 constexpr const char* LIGHT_BRIGHTNESS = "airport_light_brightness.anim";
-
-void destroyTrack(Track* track) {
-    track->release();
-    jDelete(track);
-}
 
 /// An upright frame at a place whose vertical is `up`, looking where `view` looks as far as the vertical allows.
 dmat3 levelFrame(const dmat4& view, const dvec3& up) {
@@ -50,9 +45,14 @@ bool LogicBase::init() {
     return true;
 }
 
+void LogicBase::destroy_track(Track* track) {
+    track->release();
+    jDelete(track);
+}
+
 void LogicBase::load_track(const jString& path) {
     if (path.empty()) return;
-    const std::shared_ptr<Track> track(jNew<Track>({"..\\common\\LogicBase", "LogicBase::load_track"}), destroyTrack);
+    const std::shared_ptr<Track> track(jNew<Track>({"..\\common\\LogicBase", "LogicBase::load_track"}), destroy_track);
     if (!track->load(path, m_world)) {
         jLog::error("%s:\"%s\" load failed", "LogicBase::load_track", path.c_str());
         return;

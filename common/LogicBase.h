@@ -24,6 +24,9 @@ class World;
 /// World and camera are not owned and outlive the logic. The order of the virtual operations is part of the contract.
 class LOGIC_API LogicBase {
 public:
+    /// The tracks of weather, time of day and airport lights lie here, under the runtime root.
+    static constexpr const char* TRACK_FOLDER = "data/assets/Anim/Fly_simulator/";
+
     LogicBase(World* world, CameraControl* camera);
     /// A copy shares the tracks loaded so far; they end with the last logic that has them.
     LogicBase(const LogicBase& other);
@@ -122,6 +125,7 @@ public:
 protected:
     /// Levels the camera on the globe and keeps its heading and position; nothing without a camera node.
     void adjust_geo_rotation_forward();
+    static void destroy_track(Track* track);  ///< releases one made with jNew and deletes it
     /// The first node of that name, null when there is none or no world.
     Node* find_node(const jString& name) const;
 

@@ -66,3 +66,12 @@ std::shared_ptr<const Texture> Atlas::texture() const {
     };
     return std::make_shared<const Texture>(texture);
 }
+
+PaintRef texturedPaint(const std::string& name, const std::shared_ptr<const Texture>& texture, double roughness,
+                       double emission) {
+    Paint made = *paint(name, {1.0, 1.0, 1.0}, roughness);
+    made.texture = texture;
+    made.emission = {emission, emission, emission};
+    made.textured_emission = emission > 0.0;
+    return std::make_shared<const Paint>(made);
+}

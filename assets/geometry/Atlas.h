@@ -4,6 +4,7 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "geometry/Canvas.h"
@@ -41,3 +42,7 @@ private:
     int m_x = 0, m_y = 0, m_row = 0;  ///< where the next page goes, and how tall the row is
     std::list<Page> m_pages;
 };
+
+/// A paint that takes its colour from a texture, and its glow too when `emission` (kcd/m^2) is above 0.
+PaintRef texturedPaint(const std::string& name, const std::shared_ptr<const Texture>& texture, double roughness,
+                       double emission = 0.0);

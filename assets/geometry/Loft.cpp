@@ -67,11 +67,15 @@ double smoothly(const std::vector<Point2>& table, double at) {
     return value[1];
 }
 
-Station oval(double y, double z, double half_width, double up, double down, const std::vector<double>& angles) {
+Station oval(double y, double z, double half_width, double up, double down, const std::vector<double>& angles,
+             double roundness) {
     Station station{y, {}};
     for (const double angle : angles) {
         const double c = std::cos(angle * jMath::DEG2RAD), s = std::sin(angle * jMath::DEG2RAD);
-        station.half.push_back({half_width * std::max(0.0, c), z + (s > 0.0 ? up : down) * s});
+        // Straight up and down the cosine is a rounding error away from 0.
+        const double x = std::abs(c) < 1e-9 ? 0.0 : std::pow(c, 2.0 / roundness);
+        const double rise = std::copysign(std::pow(std::abs(s), 2.0 / roundness), s);
+        station.half.push_back({half_width * x, z + (s > 0.0 ? up : down) * rise});
     }
     return station;
 }
@@ -136,6 +140,29 @@ Mesh Hull::skin(const PaintRef& paint, double from, double to, int steps, bool c
     std::vector<Ring> rings;
     for (int i = 0; i <= steps; ++i) rings.push_back(ring(from + (to - from) * i / steps));
     return loft(paint, rings, capped);
+}
+
+Mesh Hull::skinBelow(const PaintRef& paint, double from, double to, int steps, double (*rim)(double)) const {
+    std::vector<Ring> lines;
+    for (int i = 0; i <= steps; ++i) {
+        const double y = from + (to - from) * i / steps;
+        const std::vector<Point2> right = halfBelow(y, rim(y));
+        Ring line;
+        for (const Point2& p : right) line.emplace_back(p[0], y, p[1]);
+        for (std::size_t k = right.size() - 1; k-- > 0;) line.emplace_back(-right[k][0], y, right[k][1]);
+        lines.push_back(line);
+    }
+    return sheet(paint, lines).facingOutward();
+}
+
+Ring arch(double y, double half_width, double foot, double rise, double roundness, int points) {
+    Ring ring;
+    for (int i = 0; i <= points; ++i) {
+        const double a = jMath::PI * i / points, c = std::cos(a);
+        ring.emplace_back(half_width * std::copysign(std::pow(std::abs(c), 2.0 / roundness), c), y,
+                          foot + rise * std::pow(std::max(0.0, std::sin(a)), 2.0 / roundness));
+    }
+    return ring;
 }
 
 Mesh sheet(const PaintRef& paint, const std::vector<Ring>& lines) {

@@ -15,8 +15,10 @@ struct Station {
     std::vector<Point2> half;
 };
 
-/// Half an oval round (0, z) as a station's points: at `angles` degrees above the horizontal.
-Station oval(double y, double z, double half_width, double up, double down, const std::vector<double>& angles);
+/// Half an oval round (0, z) as a station's points: at `angles` degrees above the horizontal. `roundness` is the
+/// exponent of the superellipse.
+Station oval(double y, double z, double half_width, double up, double down, const std::vector<double>& angles,
+             double roundness = 2.0);
 
 /// The smooth body through stations of equally many points. Along the body a point's path
 /// never swings beyond the table's values; across, the outline is a smooth curve save at the `corners`.
@@ -33,6 +35,8 @@ public:
 
     /// The skin between two places, `steps` rows long.
     Mesh skin(const PaintRef& paint, double from, double to, int steps, bool capped = false) const;
+    /// The same, open above the height `rim`(y).
+    Mesh skinBelow(const PaintRef& paint, double from, double to, int steps, double (*rim)(double y)) const;
 
 private:
     std::vector<Point2> controls(double y) const;
@@ -45,6 +49,9 @@ private:
 /// A surface through open lines of equally many points; it faces to the left of the way along a line, seen with the
 /// next line ahead.
 Mesh sheet(const PaintRef& paint, const std::vector<Ring>& lines);
+/// An arch across at a place along Y, from its right foot over the top to its left one: a superellipse on feet at
+/// (+-half_width, foot).
+Ring arch(double y, double half_width, double foot, double rise, double roundness, int points = 24);
 /// The same faces looking the other way.
 Mesh insideOut(const Mesh& mesh);
 /// A tube along a line of points, round ends closed flat.

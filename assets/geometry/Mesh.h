@@ -30,6 +30,10 @@ struct Paint {
     std::shared_ptr<const Texture> texture;
     double cutoff = 0.0;             ///< above 0, nothing is drawn where the texture's opacity is below it
     bool textured_emission = false;  ///< the texture colours the emission too
+    /// The paint that it is drawn with, when several share one so as to be drawn at once: its own colour is then that
+    /// of `swatch` (u, v) on the shared paint's texture, and nothing else here counts.
+    std::shared_ptr<const Paint> drawn_as;
+    std::array<float, 2> swatch{0.0f, 0.0f};
 };
 
 using PaintRef = std::shared_ptr<const Paint>;

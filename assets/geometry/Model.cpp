@@ -17,6 +17,14 @@ std::array<float, 3> toFile(const std::array<float, 3>& v) {
     return {v[0], v[2], -v[1]};
 }
 
+void append(IndexedSurface& to, const IndexedSurface& from) {
+    const auto first = static_cast<std::uint32_t>(to.positions.size());
+    to.positions.insert(to.positions.end(), from.positions.begin(), from.positions.end());
+    to.normals.insert(to.normals.end(), from.normals.begin(), from.normals.end());
+    to.uvs.insert(to.uvs.end(), from.uvs.begin(), from.uvs.end());
+    for (const std::uint32_t index : from.indices) to.indices.push_back(first + index);
+}
+
 class Writer {
 public:
     explicit Writer(double crease) : m_crease(crease) {
@@ -53,15 +61,34 @@ private:
     int addMesh(const Part& part) {
         tinygltf::Mesh mesh;
         mesh.name = part.name;
-        for (const Mesh::Surface& surface : part.mesh.surfaces()) {
-            if (!surface.triangles.empty()) mesh.primitives.push_back(addPrimitive(surface, part.origin));
+        for (const auto& [paint, surface] : drawnTogether(part.mesh)) {
+            mesh.primitives.push_back(addPrimitive(paint, surface, part.origin));
         }
         m_model.meshes.push_back(mesh);
         return static_cast<int>(m_model.meshes.size()) - 1;
     }
 
-    tinygltf::Primitive addPrimitive(const Mesh::Surface& surface, const dvec3& origin) {
-        IndexedSurface s = indexSurface(surface, m_crease);
+    /// Surfaces by the paint that they are drawn with.
+    std::vector<std::pair<PaintRef, IndexedSurface>> drawnTogether(const Mesh& mesh) const {
+        std::vector<std::pair<PaintRef, IndexedSurface>> result;
+        for (const Mesh::Surface& surface : mesh.surfaces()) {
+            if (surface.triangles.empty()) continue;
+            IndexedSurface indexed = indexSurface(surface, m_crease);
+            const PaintRef& own = surface.paint;
+            if (own->drawn_as) indexed.uvs.assign(indexed.positions.size(), own->swatch);
+            const PaintRef& paint = own->drawn_as ? own->drawn_as : own;
+            const auto known =
+                std::find_if(result.begin(), result.end(), [&](const auto& r) { return r.first == paint; });
+            if (known == result.end()) {
+                result.emplace_back(paint, std::move(indexed));
+            } else {
+                append(known->second, indexed);
+            }
+        }
+        return result;
+    }
+
+    tinygltf::Primitive addPrimitive(const PaintRef& paint, IndexedSurface s, const dvec3& origin) {
         for (auto& p : s.positions) {
             p = toFile({static_cast<float>(p[0] - origin.x), static_cast<float>(p[1] - origin.y),
                         static_cast<float>(p[2] - origin.z)});
@@ -69,7 +96,7 @@ private:
         for (auto& n : s.normals) n = toFile(n);
         tinygltf::Primitive primitive;
         primitive.mode = TINYGLTF_MODE_TRIANGLES;
-        primitive.material = addMaterial(surface.paint);
+        primitive.material = addMaterial(paint);
         primitive.attributes["POSITION"] = addAttribute(s.positions, TINYGLTF_TYPE_VEC3, true);
         primitive.attributes["NORMAL"] = addAttribute(s.normals, TINYGLTF_TYPE_VEC3, false);
         if (!s.uvs.empty()) primitive.attributes["TEXCOORD_0"] = addAttribute(s.uvs, TINYGLTF_TYPE_VEC2, false);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/math/jMath.h"
+
 namespace {
 
 /// Where two lines through the points along the directions cross, seen from above.
@@ -17,13 +19,11 @@ dvec3 inward(const dvec3& a, const dvec3& b) {
     return normalize(dvec3(a.y - b.y, b.x - a.x, 0.0));
 }
 
-/// A post before the glass from its foot to its head: three sides, open behind.
+/// A post before the glass from its foot to its head: its front alone.
 void addPost(Mesh& mesh, const PaintRef& paint, const dvec3& foot, const dvec3& head, const dvec3& along,
              double width) {
-    const dvec3 side = along * (width / 2.0), out = normalize(cross(along, head - foot)) * (width * 0.6);
+    const dvec3 side = along * (width / 2.0), out = normalize(cross(along, head - foot)) * 0.04;
     mesh.quad(paint, foot - side + out, foot + side + out, head + side + out, head - side + out);
-    mesh.quad(paint, foot - side, foot - side + out, head - side + out, head - side);
-    mesh.quad(paint, foot + side + out, foot + side, head + side, head + side + out);
 }
 
 void addCap(Mesh& mesh, const PaintRef& paint, const Ring& ring, bool upward) {
@@ -34,6 +34,19 @@ void addCap(Mesh& mesh, const PaintRef& paint, const Ring& ring, bool upward) {
             mesh.triangle(paint, ring[0], ring[i + 1], ring[i]);
         }
     }
+}
+
+/// Points round `middle`, counter-clockwise seen from where `axis` points.
+Ring circle(const dvec3& middle, const dvec3& axis, double radius, int sides) {
+    const dvec3 along = normalize(axis);
+    const dvec3 across = normalize(cross(along, std::abs(along.z) < 0.9 ? dvec3(0, 0, 1) : dvec3(1, 0, 0)));
+    const dvec3 other = cross(along, across);
+    Ring ring;
+    for (int i = 0; i < sides; ++i) {
+        const double angle = 2.0 * jMath::PI * (i + 0.5) / sides;
+        ring.push_back(middle + (across * std::cos(angle) + other * std::sin(angle)) * radius);
+    }
+    return ring;
 }
 
 }  // namespace
@@ -111,5 +124,40 @@ Mesh fence(const PaintRef& paint, const std::vector<dvec3>& path, double height)
 }
 
 Mesh bar(const PaintRef& paint, const dvec3& a, const dvec3& b, double width) {
-    return cylinder(paint, a, b, width * 0.7, 4);
+    return loft(paint, {circle(a, b - a, width * 0.6, 3), circle(b, b - a, width * 0.6, 3)}, false);
+}
+
+Mesh drum(const PaintRef& paint, const dvec3& a, const dvec3& b, double radius_a, double radius_b, int sides,
+          bool both) {
+    const Ring low = circle(a, b - a, radius_a, sides), high = circle(b, b - a, radius_b, sides);
+    Mesh mesh = loft(paint, {low, high}, false);
+    addCap(mesh, paint, high, true);
+    if (both) addCap(mesh, paint, low, false);
+    return mesh;
+}
+
+Mesh ball(const PaintRef& paint, const dvec3& middle, double radius, int sides) {
+    std::vector<Ring> rings;
+    for (const double degrees : {-30.0, 12.0, 52.0}) {
+        const double angle = degrees * jMath::DEG2RAD;
+        rings.push_back(
+            circle(middle + dvec3(0, 0, radius * std::sin(angle)), {0, 0, 1}, radius * std::cos(angle), sides));
+    }
+    Mesh mesh = loft(paint, rings, false);
+    const Ring& top = rings.back();
+    for (std::size_t i = 0; i < top.size(); ++i) {
+        mesh.triangle(paint, middle + dvec3(0, 0, radius), top[i], top[(i + 1) % top.size()]);
+    }
+    return mesh;
+}
+
+Mesh slice(const Mesh& mesh, double from, double to) {
+    Mesh result;
+    for (const Mesh::Surface& surface : mesh.surfaces()) {
+        for (const Mesh::Triangle& t : surface.triangles) {
+            const double middle = (t[0].y + t[1].y + t[2].y) / 3.0;
+            if (middle >= from && middle < to) result.triangle(surface.paint, t[0], t[1], t[2]);
+        }
+    }
+    return result;
 }

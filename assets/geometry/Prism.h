@@ -34,5 +34,13 @@ Mesh windowBand(const PaintRef& glass, const PaintRef& frame, const WindowBand& 
 
 /// A thin wall along a path of points, `height` tall, seen from both sides in a double-sided paint: railings and nets.
 Mesh fence(const PaintRef& paint, const std::vector<dvec3>& path, double height);
-/// A bar of square section.
+/// A thin bar of three sides, open at its ends.
 Mesh bar(const PaintRef& paint, const dvec3& a, const dvec3& b, double width);
+/// A round bar or cone from a to b of few triangles; closed at b, and at a when `both`.
+Mesh drum(const PaintRef& paint, const dvec3& a, const dvec3& b, double radius_a, double radius_b, int sides = 8,
+          bool both = false);
+/// A ball on a foot, open below.
+Mesh ball(const PaintRef& paint, const dvec3& middle, double radius, int sides = 9);
+
+/// The triangles whose middles lie between `from` and `to` along Y.
+Mesh slice(const Mesh& mesh, double from, double to);

@@ -8,6 +8,10 @@ class Island;
 
 /// The carrier jet: model, wreck, prefab and aircraft file.
 void writeJet(const std::string& root);
+/// The aerobatic aircraft: model, wreck and prefab.
+void writeExtra(const std::string& root);
+/// The helicopter: model and prefab.
+void writeHelicopter(const std::string& root);
 /// The carrier with its landing lens: models and prefabs.
 void writeCarrier(const std::string& root);
 /// The airfield's buildings, the hill's mast and the target's vehicle: models and prefabs; the decals' pictures.

@@ -1,5 +1,8 @@
 // Puts the carrier together: models and prefabs.
+#include <algorithm>
+
 #include "geometry/Model.h"
+#include "geometry/Prism.h"
 #include "models/Builders.h"
 #include "models/CarrierShape.h"
 #include "text/SceneText.h"
@@ -12,7 +15,8 @@ constexpr const char* FOLDER = "data/assets/Targets/MODELS/JT_CN_LNJ/";
 
 /// The hull's box for the buoyancy, which lifts a box of volume V that is immersed by the share f of its height with
 /// 100 V f^2 kilograms. It is deeper and narrower than the drawn hull, for the slow heave and roll of a large ship, and
-/// meets nothing itself: what stands on the ship stands on its drawn deck.
+/// meets nothing itself: what stands on the ship stands on its drawn deck. The centre of mass lies in the box's bottom,
+/// where the water's drag acts; above it the drag would press the bow down as soon as the ship is under way.
 Json hullBody() {
     constexpr double WIDTH = 25.0, LENGTH = 280.0, HEIGHT = 130.0, IMMERSED = 0.3;
     constexpr double MASS = 100.0 * WIDTH * LENGTH * HEIGHT * IMMERSED * IMMERSED;
@@ -25,7 +29,7 @@ Json hullBody() {
     return {{"kind", "dynamic"},
             {"mass", MASS},
             {"inertia", {MASS * PITCH * PITCH, MASS * ROLL * ROLL, MASS * PITCH * PITCH}},
-            {"center_of_mass", {0, 0, 3}},
+            {"center_of_mass", {0.0, 0.0, -HEIGHT * IMMERSED}},
             {"group", 4},
             {"mask", 0},
             {"enabled", false},
@@ -95,6 +99,20 @@ Json prefab() {
     return {{"node", {{"mesh", "JT_CN_LNJ.glb"}, {"body", hullBody()}, {"children", children}}}};
 }
 
+/// What is too small to run into, in pieces along the ship, so that a near view draws only its own.
+std::vector<Part> fittings() {
+    Mesh small = islandMasts();
+    small.add(deckEdge()).add(armament()).add(deckVehicles()).add(lensStand());
+    const double cuts[] = {-200.0, -96.0, -50.0, -20.0, 8.0, 60.0, 200.0};
+    std::vector<Part> parts;
+    for (std::size_t i = 0; i + 1 < std::size(cuts); ++i) {
+        parts.push_back({"LiaoNingJian_sheBei00" + std::to_string(i + 1),
+                         {0.0, std::clamp(cuts[i], STERN, BOW), DECK_HEIGHT},
+                         slice(small, cuts[i], cuts[i + 1])});
+    }
+    return parts;
+}
+
 }  // namespace
 }  // namespace carrier
 
@@ -108,9 +126,6 @@ void writeCarrier(const std::string& root) {
     writeModel(folder + "JT_CN_LNJ.glb", {{"LiaoNingJian_zhuTi001", {}, hullAndDeck()},
                                           {"LiaoNingJian_jianDao001", {29.0, -20.0, DECK_HEIGHT}, island()},
                                           {"LiaoNingJian_pingTai001", {0.0, 0.0, 15.0}, sponsons()}});
-    // What is too small to run into.
-    Mesh small = islandMasts();
-    small.add(deckEdge()).add(armament()).add(deckVehicles()).add(lensStand());
-    writeModel(folder + "JT_CN_LNJ_fittings.glb", {{"LiaoNingJian_sheBei001", {0.0, 0.0, DECK_HEIGHT}, small}});
+    writeModel(folder + "JT_CN_LNJ_fittings.glb", fittings());
     writeModel(folder + "Fresnel_light.glb", lensUnit());
 }

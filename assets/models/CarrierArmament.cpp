@@ -18,20 +18,20 @@ dmat4 tipped(double up, const dvec3& place) {
 /// A gun of many barrels with its radar, aiming along +Y, foot at the origin.
 Mesh closeInGun() {
     const Paints& p = paints();
-    Mesh mesh = cylinder(p.grey, {}, {0, 0, 0.9}, 1.25, 1.15, 14);
+    Mesh mesh = drum(p.grey, {}, {0, 0, 0.9}, 1.25, 1.15, 10);
     mesh.add(prism(p.grey, chamfered(-1.1, -1.5, 1.1, 1.1, {0.3, 0.3, 0.5, 0.5}), 0.9, 2.6, 0.18));
-    Mesh barrels = cylinder(p.steel, {0, 0.2, 0}, {0, 2.9, 0}, 0.3, 0.26, 11);
-    barrels.add(cylinder(p.grey, {0, -0.4, 0}, {0, 1.2, 0}, 0.52, 0.42, 12));
+    Mesh barrels = drum(p.steel, {0, 0.2, 0}, {0, 2.9, 0}, 0.3, 0.26);
+    barrels.add(drum(p.grey, {0, -0.4, 0}, {0, 1.2, 0}, 0.52, 0.42, 9));
     mesh.add(barrels, tipped(8.0, {0, 0.6, 1.8}));
-    mesh.add(cylinder(p.grey, {0, -0.4, 2.5}, {0, -0.4, 3.2}, 0.3, 8));
-    mesh.add(cylinder(p.white, {0, -0.6, 3.6}, {0, 0.15, 3.6}, 0.55, 0.62, 12));
+    mesh.add(drum(p.grey, {0, -0.4, 2.5}, {0, -0.4, 3.2}, 0.3, 0.3));
+    mesh.add(drum(p.white, {0, -0.6, 3.6}, {0, 0.15, 3.6}, 0.55, 0.62, 9));
     return mesh.add(box(p.white, {-0.95, -0.5, 2.5}, {-0.55, 0.3, 3.1}));
 }
 
 /// A box of missiles in four rows of six, mouths to +Y.
 Mesh missileBox() {
     const Paints& p = paints();
-    Mesh mesh = cylinder(p.grey, {}, {0, 0, 1.1}, 1.0, 0.85, 12);
+    Mesh mesh = drum(p.grey, {}, {0, 0, 1.1}, 1.0, 0.85, 9);
     for (const double x : {-1.15, 0.95}) mesh.add(box(p.grey, {x, -0.6, 1.0}, {x + 0.2, 0.6, 2.6}));
     Mesh launcher = box(p.white, {-0.92, -1.3, -0.62}, {0.92, 1.3, 0.62});
     for (int column = 0; column < 6; ++column) {
@@ -42,19 +42,21 @@ Mesh missileBox() {
         }
     }
     mesh.add(launcher, tipped(14.0, {0, 0, 2.2}));
-    return mesh.add(cylinder(p.white, {0.0, -0.5, 2.8}, {0.0, -0.5, 3.3}, 0.25, 8));
+    return mesh.add(drum(p.white, {0.0, -0.5, 2.8}, {0.0, -0.5, 3.3}, 0.25, 0.25));
 }
 
 /// Rocket tubes in two arcs, mouths to +Y.
 Mesh rocketLauncher() {
     const Paints& p = paints();
-    Mesh mesh = cylinder(p.grey, {}, {0, 0, 1.0}, 0.8, 0.6, 12);
+    Mesh mesh = drum(p.grey, {}, {0, 0, 1.0}, 0.8, 0.6, 9);
     Mesh tubes = box(p.grey, {-0.9, -0.5, -0.3}, {0.9, 0.4, 0.3});
     for (int i = 0; i < 6; ++i) {
         for (const double z : {-0.2, 0.2}) {
             const double x = -0.85 + 0.34 * i;
-            tubes.add(cylinder(p.grey, {x, -0.8, z}, {x, 0.95, z}, 0.15, 8));
-            tubes.add(cylinder(p.dark, {x, 0.94, z}, {x, 0.97, z}, 0.12, 8));
+            tubes.add(drum(p.grey, {x, -0.8, z}, {x, 0.95, z}, 0.16, 0.16, 6));
+            const Ring mouth{
+                {x - 0.1, 0.96, z - 0.1}, {x - 0.1, 0.96, z + 0.1}, {x + 0.1, 0.96, z + 0.1}, {x + 0.1, 0.96, z - 0.1}};
+            tubes.quad(p.black, mouth[0], mouth[1], mouth[2], mouth[3]);
         }
     }
     return mesh.add(tubes, tipped(16.0, {0, 0, 1.5}));
@@ -66,7 +68,7 @@ Mesh decoys() {
     Mesh rack = box(p.grey, {-0.8, -0.2, -0.5}, {0.8, 0.4, 0.6});
     for (int i = 0; i < 12; ++i) {
         const double x = -0.6 + 0.4 * (i % 4), z = -0.32 + 0.36 * (i / 4);
-        rack.add(cylinder(p.dark, {x, 0.3, z}, {x, 0.6, z}, 0.14, 7));
+        rack.add(drum(p.dark, {x, 0.3, z}, {x, 0.6, z}, 0.14, 0.14, 6));
     }
     return mesh.add(rack, tipped(30.0, {0, 0, 1.0}));
 }

@@ -89,7 +89,7 @@ Mesh rafts(double side, double from, int count) {
         const double y = from + 1.75 * i;
         for (const double row : {0.0, 1.0}) {
             const dvec3 middle = edgePoint(side, y, WALK + 0.45 + 0.1 * row, BELOW + 0.1 + 0.85 * row);
-            mesh.add(cylinder(p.white, middle - dvec3(0, 0.68, 0), middle + dvec3(0, 0.68, 0), 0.36, 8));
+            mesh.add(drum(p.white, middle - dvec3(0, 0.68, 0), middle + dvec3(0, 0.68, 0), 0.36, 0.36, 5, true));
         }
         const dvec3 rack = edgePoint(side, y - 0.87, WALK + 0.1, BELOW + 1.4);
         mesh.add(bar(p.grey, rack, rack + dvec3(side * 0.1, 0, 1.9), 0.1));
@@ -105,9 +105,8 @@ Mesh aerials() {
     for (const Stretch& row : rows) {
         for (double y = row.from; y <= row.to; y += 4.8) {
             const dvec3 foot = edgePoint(row.side, y, 1.0, 1.6), tip = foot + dvec3(row.side * 7.0, 0.0, 5.2);
-            mesh.add(box(p.grey, foot - dvec3(0.4, 0.4, 0.6), foot + dvec3(0.4, 0.4, 0.2)));
-            mesh.add(cylinder(p.white, foot, foot + (tip - foot) * 0.12, 0.2, 0.12, 6));
-            mesh.add(cylinder(p.grey, foot + (tip - foot) * 0.12, tip, 0.08, 0.03, 4));
+            mesh.add(bar(p.grey, foot - dvec3(row.side, 0, 0.8), foot + dvec3(row.side * 0.5, 0, 0.4), 0.5));
+            mesh.add(drum(p.grey, foot, tip, 0.12, 0.03, 3));
         }
     }
     return mesh;
@@ -123,7 +122,7 @@ Mesh boat(const PaintRef& hull, const dvec3& keel, double length) {
                                         {h, 1.15, 0.1, 0.35, 0.2, 2.0}};
     Mesh mesh = body(hull, sections, 12);
     mesh.add(taperedBox(paints().white, {-0.8, -h * 0.5, 1.2}, {0.8, h * 0.35, 2.3}, 0.25));
-    mesh.add(taperedBox(paints().glass, {-0.7, -h * 0.3, 1.75}, {0.7, h * 0.33, 2.15}, 0.05));
+    mesh.add(taperedBox(paints().pane, {-0.7, -h * 0.3, 1.75}, {0.7, h * 0.33, 2.15}, 0.05));
     return mesh.moved(keel);
 }
 
@@ -150,13 +149,13 @@ Mesh boats() {
 Mesh crane() {
     const Paints& p = paints();
     const dvec3 foot{34.2, -79.0, 20.0}, head = foot + dvec3(0.0, 0.0, 4.6);
-    Mesh mesh = cylinder(p.grey, foot, head, 0.6, 0.5, 12);
-    mesh.add(cylinder(p.steel, head, head + dvec3(0, 0, 0.25), 0.75, 12));
+    Mesh mesh = drum(p.grey, foot, head, 0.6, 0.5, 9);
+    mesh.add(drum(p.steel, head, head + dvec3(0, 0, 0.25), 0.75, 0.75, 9));
     mesh.add(prism(p.yellow, chamfered(head.x - 0.4, head.y - 1.7, head.x + 0.8, head.y + 1.4, {0.3, 0.3, 0.2, 0.2}),
                    head.z + 0.25, head.z + 1.5, 0.08));
     mesh.add(
         prism(p.yellow, rectangle(head.x - 1.3, head.y + 0.1, head.x - 0.4, head.y + 1.5), head.z + 0.2, head.z + 0.8));
-    mesh.add(prism(p.glass, rectangle(head.x - 1.3, head.y + 0.1, head.x - 0.4, head.y + 1.5), head.z + 0.8,
+    mesh.add(prism(p.pane, rectangle(head.x - 1.3, head.y + 0.1, head.x - 0.4, head.y + 1.5), head.z + 0.8,
                    head.z + 1.7, 0.12));
     const dvec3 root = head + dvec3(0.3, 1.5, 1.0), tip{35.0, -64.5 - 5.2, 22.3};
     for (const double x : {-0.35, 0.35}) {

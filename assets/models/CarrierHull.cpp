@@ -62,8 +62,8 @@ double halfAt(const Frame& frame, double z) {
 /// Heights of a section's points below the knuckle, from the keel.
 std::vector<double> heightsOf(const Frame& frame) {
     std::vector<double> heights;
-    for (const double share : {0.97, 0.88, 0.72, 0.5, 0.25, 0.0}) heights.push_back(share * frame.keel);
-    for (const double z : {2.5, 5.0, 7.5, 10.0, KNUCKLE}) heights.push_back(z);
+    for (const double share : {0.9, 0.3, 0.0}) heights.push_back(share * frame.keel);
+    for (const double z : {4.5, 9.0, KNUCKLE}) heights.push_back(z);
     return heights;
 }
 
@@ -78,8 +78,7 @@ Ring sideOf(double y, double side, bool bay) {
     const double reach = std::clamp((edge - half) / 10.0, 0.0, 1.0);
     const double low = top - 2.6 - 0.8 * reach, shoulder = std::min(low - 0.4, KNUCKLE + 0.3 + 1.6 * reach);
     // A hollow flare at the bow, a flat underside where the deck stands far out.
-    for (const double t : {0.2, 0.45, 0.7})
-        add(half + std::pow(t, 1.3) * (edge - half), shoulder + t * (low - shoulder));
+    for (const double t : {0.2, 0.45, 0.7}) add(half + 0.42 * (edge - half), shoulder + t * (low - shoulder));
     add(edge, low);
     add(edge, top);
     return ring;
@@ -102,9 +101,9 @@ std::vector<double> hullStations() {
     for (const double y : deckStations()) {
         if (y > FRAMES.front().y && y < FRAMES.back().y) stations.push_back(y);
     }
-    for (double y = 99.0; y < 150.0; y += 3.0) stations.push_back(y);
+    for (double y = 99.0; y < 150.0; y += 5.0) stations.push_back(y);
     std::sort(stations.begin(), stations.end());
-    const auto close = [](double a, double b) { return b - a < 0.1; };
+    const auto close = [](double a, double b) { return b - a < (b > 147.0 ? 0.1 : 1.2); };
     stations.erase(std::unique(stations.begin(), stations.end(), close), stations.end());
     return stations;
 }
@@ -134,7 +133,7 @@ Mesh deckSlab() {
         const Ring a = deckRing(stations[i]), b = deckRing(stations[i + 1]);
         mesh.quad(paints().deck, a[0], a[1], b[1], b[0]);
         mesh.quad(paints().hull, a[1], a[2], b[2], b[1]);
-        mesh.quad(paints().dark, a[2], a[3], b[3], b[2]);
+        mesh.quad(paints().hull, a[2], a[3], b[3], b[2]);
         mesh.quad(paints().hull, a[3], a[0], b[0], b[3]);
     }
     const Ring stern = deckRing(stations.front()), bow = deckRing(stations.back());

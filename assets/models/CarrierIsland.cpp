@@ -99,8 +99,8 @@ Mesh funnelTop() {
     for (const double x : {27.6, 30.8}) {
         for (const double y : {-33.4, -30.0, -26.6}) {
             const dvec3 foot(x, y, 40.2);
-            mesh.add(cylinder(p.black, foot, foot + dvec3(0.0, -0.7, 1.7), 1.0, 0.95, 14));
-            mesh.add(cylinder(p.steel, foot + dvec3(0.0, -0.66, 1.6), foot + dvec3(0.0, -0.72, 1.76), 1.05, 14));
+            mesh.add(drum(p.black, foot, foot + dvec3(0.0, -0.7, 1.7), 1.0, 0.95, 10));
+            mesh.add(drum(p.steel, foot + dvec3(0.0, -0.66, 1.6), foot + dvec3(0.0, -0.72, 1.76), 1.05, 1.05, 10));
         }
     }
     return mesh;
@@ -133,7 +133,8 @@ Mesh stair(const dvec3& foot, const dvec3& head) {
     Mesh mesh;
     for (int i = 1; i < steps; ++i) {
         const dvec3 at = foot + (head - foot) * (static_cast<double>(i) / steps);
-        mesh.add(box(p.steel, at - across - dvec3(0, 0.13, 0.03), at + across + dvec3(0, 0.13, 0.03)));
+        const dvec3 deep(0.0, 0.13, 0.0);
+        mesh.quad(p.steel, at - across - deep, at + across - deep, at + across + deep, at - across + deep);
     }
     for (const double side : {-1.0, 1.0}) {
         mesh.add(bar(p.grey, foot + across * side, head + across * side, 0.12));

@@ -24,7 +24,7 @@ Mesh yard(const dvec3& mast, const Yard& y) {
     half.add(bar(p.grey, middle - UP(1.2), middle + dvec3(y.reach * 0.6, 0, 0.2), 0.1));
     for (const double t : {0.45, 0.75, 1.0}) {
         const dvec3 at = middle + dvec3(y.reach * t, 0, 0.35 * t);
-        half.add(cylinder(p.white, at, at + UP(0.9), 0.1, 0.06, 6)).add(bar(p.grey, at, at - UP(0.6), 0.08));
+        half.add(drum(p.white, at - UP(0.4), at + UP(0.9), 0.1, 0.06, 4));
     }
     const dmat4 to_middle = dmat4::translation(mast * -1.0), back = dmat4::translation(mast);
     return Mesh{}.addPair(half.transformed(to_middle)).transformed(back);
@@ -45,18 +45,18 @@ Mesh platform(const dvec3& middle, double half, double railing) {
 Mesh mainMast() {
     const Paints& p = paints();
     const dvec3 foot{29.0, -10.6, 44.4};
-    Mesh mesh = cylinder(p.grey, foot, foot + UP(7.6), 1.0, 0.55, 8);
-    mesh.add(cylinder(p.grey, foot + UP(7.6), foot + UP(13.4), 0.42, 0.16, 8));
+    Mesh mesh = drum(p.grey, foot, foot + UP(7.6), 1.0, 0.55);
+    mesh.add(drum(p.grey, foot + UP(7.6), foot + UP(13.4), 0.42, 0.16));
     mesh.add(platform(foot + UP(3.2), 2.1, 1.1)).add(platform(foot + UP(7.6), 1.5, 1.1));
     for (const Yard& y : {Yard{5.4, 5.2}, Yard{9.6, 3.4}, Yard{11.6, 1.8}}) mesh.add(yard(foot, y));
     for (const dvec3& at : {dvec3(1.5, 0.9, 3.2), dvec3(-1.5, 0.9, 3.2), dvec3(0.9, 0.9, 7.6), dvec3(-0.9, 0.9, 7.6)}) {
-        mesh.add(cylinder(p.white, foot + at, foot + at + UP(0.9), 0.4, 0.4, 10));
-        mesh.add(dome(p.white, foot + at + UP(0.9), 0.4, 10));
+        mesh.add(drum(p.white, foot + at, foot + at + UP(0.9), 0.4, 0.4));
+        mesh.add(ball(p.white, foot + at + UP(0.9), 0.4));
     }
     mesh.add(box(p.white, foot + dvec3(-1.7, 1.7, 4.2), foot + dvec3(1.7, 2.0, 4.7)));
-    mesh.add(cylinder(p.grey, foot + dvec3(0, 1.8, 3.2), foot + dvec3(0, 1.8, 4.3), 0.25, 8));
-    mesh.add(dome(p.white, foot + UP(13.6), 0.55, 12));
-    return mesh.add(cylinder(p.grey, foot + UP(14.0), foot + UP(17.0), 0.05, 0.02, 5));
+    mesh.add(drum(p.grey, foot + dvec3(0, 1.8, 3.2), foot + dvec3(0, 1.8, 4.3), 0.25, 0.25));
+    mesh.add(ball(p.white, foot + UP(13.6), 0.55));
+    return mesh.add(drum(p.grey, foot + UP(14.0), foot + UP(17.0), 0.05, 0.02, 5));
 }
 
 /// A flat aerial of bars that leans back on its pedestal.
@@ -64,7 +64,8 @@ Mesh searchRadar(const dvec3& foot, double half_width, double height, double lea
     const Paints& p = paints();
     Mesh mesh = box(p.white, {-half_width, -0.12, 0.0}, {half_width, 0.12, height});
     for (double z = 0.25; z < height; z += 0.5) {
-        mesh.add(box(p.grey, {-half_width + 0.1, 0.12, z}, {half_width - 0.1, 0.24, z + 0.24}));
+        mesh.quad(p.steel, {half_width - 0.1, 0.14, z}, {-half_width + 0.1, 0.14, z},
+                  {-half_width + 0.1, 0.14, z + 0.24}, {half_width - 0.1, 0.14, z + 0.24});
     }
     for (const double x : {-half_width * 0.5, half_width * 0.5}) {
         mesh.add(box(p.grey, {x - 0.12, -0.9, 0.3}, {x + 0.12, -0.12, height * 0.7}));
@@ -72,17 +73,17 @@ Mesh searchRadar(const dvec3& foot, double half_width, double height, double lea
     mesh.add(box(p.grey, {-half_width * 0.6, -1.1, 0.3}, {half_width * 0.6, -0.5, height * 0.35}));
     const dmat4 leaning{dquat(dvec3(1, 0, 0), -lean), {}}, turned{dquat(dvec3(0, 0, 1), heading), {}};
     Mesh placed = mesh.transformed(leaning).moved(UP(1.5)).transformed(turned).moved(foot);
-    placed.add(cylinder(p.grey, foot, foot + UP(1.5), 0.6, 0.4, 10));
-    return placed.add(cylinder(p.steel, foot + UP(1.2), foot + UP(1.7), 0.75, 12));
+    placed.add(drum(p.grey, foot, foot + UP(1.5), 0.6, 0.4));
+    return placed.add(drum(p.steel, foot + UP(1.2), foot + UP(1.7), 0.75, 0.75, 9));
 }
 
 Mesh aftMast() {
     const Paints& p = paints();
     const dvec3 foot{29.6, -41.6, 36.0};
-    Mesh mesh = cylinder(p.grey, foot, foot + UP(3.0), 1.3, 0.9, 8);
+    Mesh mesh = drum(p.grey, foot, foot + UP(3.0), 1.3, 0.9);
     mesh.add(platform(foot + UP(3.0), 1.9, 1.0));
     const dvec3 pole{31.2, -39.4, 36.2};
-    mesh.add(cylinder(p.grey, pole, pole + UP(9.0), 0.25, 0.1, 6)).add(yard(pole, {6.0, 1.8}));
+    mesh.add(drum(p.grey, pole, pole + UP(9.0), 0.25, 0.1, 6)).add(yard(pole, {6.0, 1.8}));
     return mesh.add(searchRadar(foot + UP(3.0), 2.9, 3.4, 12.0, 28.0));
 }
 
@@ -102,8 +103,8 @@ Mesh domes() {
     const Paints& p = paints();
     Mesh mesh;
     for (const Dome& d : DOMES) {
-        mesh.add(cylinder(p.grey, d.foot, d.foot + UP(d.drum), d.radius * 0.75, d.radius * 0.9, 12));
-        mesh.add(dome(p.white, d.foot + UP(d.drum + 0.35 * d.radius), d.radius, 14));
+        mesh.add(drum(p.grey, d.foot, d.foot + UP(d.drum), d.radius * 0.75, d.radius * 0.9, 7));
+        mesh.add(ball(p.white, d.foot + UP(d.drum + 0.35 * d.radius), d.radius));
     }
     return mesh;
 }
@@ -128,7 +129,7 @@ Mesh cases() {
         mesh.add(prism(p.grey, plan, c.foot.z, c.foot.z + 1.4 * c.half.z, 0.08));
     }
     for (const dvec3& at : {dvec3(23.3, -8.0, 32.5), dvec3(34.3, -8.0, 32.5), dvec3(24.6, -13.6, 38.0)}) {
-        mesh.add(cylinder(p.white, at, at + UP(0.8), 0.28, 0.28, 8));  // jammer drums
+        mesh.add(drum(p.white, at, at + UP(0.8), 0.28, 0.28));  // jammer drums
     }
     return mesh;
 }
@@ -138,8 +139,7 @@ Mesh whips() {
                           {26.6, -37.2, 33.0}, {33.0, -37.2, 33.0}, {23.8, 3.6, 35.5},   {34.2, -46.6, 26.2}};
     Mesh mesh;
     for (const dvec3& foot : feet) {
-        mesh.add(cylinder(paints().white, foot, foot + UP(0.8), 0.14, 0.1, 6));
-        mesh.add(cylinder(paints().grey, foot + UP(0.8), foot + UP(7.5), 0.06, 0.025, 4));
+        mesh.add(drum(paints().grey, foot, foot + UP(7.5), 0.11, 0.02, 3));
     }
     return mesh;
 }

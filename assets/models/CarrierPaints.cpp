@@ -1,5 +1,6 @@
 // The carrier's materials.
 #include "geometry/Canvas.h"
+#include "geometry/Palette.h"
 #include "models/CarrierShape.h"
 
 namespace carrier {
@@ -40,16 +41,20 @@ Paints make() {
     p.wall = pictured("island", wallTexture(), 0.7);
     p.hull = pictured("hull", hullTexture(), 0.7);
     p.deck = pictured("deck", deckTexture(), 0.95);
-    p.floor = paint("floor", {0.085, 0.092, 0.10}, 0.9);
-    p.grey = paint("fittings", {0.27, 0.297, 0.313}, 0.7);
-    p.dark = paint("shadowed", {0.035, 0.037, 0.04}, 0.9);
+    const std::vector<PaintRef> plain = palette("fittings", {{0.085, 0.092, 0.10},
+                                                             {0.27, 0.297, 0.313},
+                                                             {0.035, 0.037, 0.04},
+                                                             {0.56, 0.575, 0.575},
+                                                             {0.012, 0.012, 0.013},
+                                                             {0.68, 0.42, 0.03},
+                                                             {0.42, 0.03, 0.02},
+                                                             {0.75, 0.16, 0.02},
+                                                             {0.16, 0.17, 0.18},
+                                                             {0.016, 0.026, 0.034}});
+    PaintRef* const fields[] = {&p.floor,  &p.grey, &p.dark,   &p.white, &p.black,
+                                &p.yellow, &p.red,  &p.orange, &p.steel, &p.pane};
+    for (std::size_t i = 0; i < std::size(fields); ++i) *fields[i] = plain[i];
     p.glass = paint("glass", {0.012, 0.02, 0.026}, 0.12);
-    p.white = paint("domes", {0.56, 0.575, 0.575}, 0.6);
-    p.black = paint("black", {0.012, 0.012, 0.013}, 0.8);
-    p.yellow = paint("yellow", {0.68, 0.42, 0.03}, 0.6);
-    p.red = paint("red", {0.42, 0.03, 0.02}, 0.6);
-    p.orange = paint("orange", {0.75, 0.16, 0.02}, 0.6);
-    p.steel = paint("steel", {0.16, 0.17, 0.18}, 0.6);
     p.rail = lattice("railing", {0.30, 0.325, 0.34}, 0.36, 0.055, true);
     p.net = lattice("net", {0.05, 0.052, 0.056}, 0.2, 0.06, false);
     return p;

@@ -49,7 +49,9 @@ std::shared_ptr<const Texture> hullTexture();
 std::shared_ptr<const Texture> wallTexture();
 
 struct Paints {
-    PaintRef wall, hull, deck, floor, grey, dark, glass, white, black, yellow, red, orange, steel, rail, net;
+    PaintRef wall, hull, deck, rail, net;
+    PaintRef glass;                                                              ///< the bridges' windows
+    PaintRef floor, grey, dark, white, black, yellow, red, orange, steel, pane;  ///< plain, drawn as one
 };
 /// One set for all models of the ship, so that what is painted alike is drawn together.
 const Paints& paints();

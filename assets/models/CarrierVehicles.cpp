@@ -11,7 +11,7 @@ Mesh wheels(double half_track, double front, double back, double radius) {
     Mesh mesh;
     for (const double y : {front, back}) {
         mesh.addPair(
-            cylinder(paints().black, {half_track - 0.3, y, radius}, {half_track + 0.02, y, radius}, radius, 12));
+            drum(paints().black, {half_track - 0.3, y, radius}, {half_track + 0.02, y, radius}, radius, radius, 7));
     }
     return mesh;
 }
@@ -27,7 +27,7 @@ Mesh tractor() {
         mesh.add(box(p.black, {x - 0.25, -1.05, 0.95}, {x + 0.25, -0.92, 1.65}));
     }
     mesh.add(box(p.steel, {-0.12, -2.45, 0.4}, {0.12, -2.1, 0.55}));
-    mesh.add(cylinder(p.orange, {0.8, -1.7, 0.95}, {0.8, -1.7, 1.25}, 0.09, 8));
+    mesh.add(drum(p.orange, {0.8, -1.7, 0.95}, {0.8, -1.7, 1.25}, 0.09, 0.09));
     for (const double x : {-0.7, 0.7}) mesh.add(box(p.white, {x - 0.14, 2.06, 0.6}, {x + 0.14, 2.12, 0.8}));
     return mesh.add(wheels(1.0, 1.35, -1.35, 0.42));
 }
@@ -36,12 +36,12 @@ Mesh fireTruck() {
     const Paints& p = paints();
     Mesh mesh = prism(p.red, chamfered(-1.1, -2.6, 1.1, 2.5, {0.1, 0.1, 0.3, 0.3}), 0.4, 1.25, 0.03);
     mesh.add(prism(p.red, rectangle(-1.0, 0.7, 1.0, 2.3), 1.25, 2.1, 0.12));
-    mesh.add(prism(p.glass, rectangle(-1.02, 0.8, 1.02, 2.32), 1.45, 1.95, 0.08));
-    mesh.add(cylinder(p.white, {-0.5, -2.2, 1.5}, {-0.5, 0.3, 1.5}, 0.42, 12));
-    mesh.add(cylinder(p.white, {0.5, -2.2, 1.5}, {0.5, 0.3, 1.5}, 0.42, 12));
+    mesh.add(prism(p.pane, rectangle(-1.02, 0.8, 1.02, 2.32), 1.45, 1.95, 0.08));
+    mesh.add(drum(p.white, {-0.5, -2.2, 1.5}, {-0.5, 0.3, 1.5}, 0.42, 0.42, 8, true));
+    mesh.add(drum(p.white, {0.5, -2.2, 1.5}, {0.5, 0.3, 1.5}, 0.42, 0.42, 8, true));
     mesh.add(box(p.steel, {-1.12, -2.5, 0.75}, {1.12, 2.4, 0.85}));
-    mesh.add(cylinder(p.steel, {0, 1.2, 2.1}, {0, 1.2, 2.4}, 0.2, 8));
-    mesh.add(cylinder(p.steel, {0, 1.2, 2.35}, {0, 2.3, 2.6}, 0.09, 6));
+    mesh.add(drum(p.steel, {0, 1.2, 2.1}, {0, 1.2, 2.4}, 0.2, 0.2));
+    mesh.add(drum(p.steel, {0, 1.2, 2.35}, {0, 2.3, 2.6}, 0.09, 0.09, 6));
     return mesh.add(wheels(1.05, 1.6, -1.6, 0.48));
 }
 
@@ -49,7 +49,7 @@ Mesh starterCart() {
     const Paints& p = paints();
     Mesh mesh = prism(p.yellow, rectangle(-0.8, -1.3, 0.8, 1.3), 0.35, 1.5, 0.06);
     mesh.add(box(p.black, {-0.82, -0.9, 0.7}, {0.82, 0.2, 1.25}));
-    mesh.add(cylinder(p.steel, {0.3, 0.9, 1.5}, {0.3, 0.9, 1.9}, 0.14, 8));
+    mesh.add(drum(p.steel, {0.3, 0.9, 1.5}, {0.3, 0.9, 1.9}, 0.14, 0.14));
     mesh.add(bar(p.steel, {0, 1.3, 0.5}, {0, 2.6, 0.3}, 0.09));
     return mesh.add(wheels(0.75, 0.9, -0.9, 0.3));
 }

@@ -33,7 +33,7 @@ Json dust() {
                       {"life", 1.7},
                       {"life_spread", 0.5},
                       {"velocity", {0, 0, 1.0}},
-                      {"velocity_spread", {10, 10, 1.0}},
+                      {"velocity_spread", {13, 13, 1.0}},
                       {"emitter_size", {15, 15, 0.3}},
                       {"size", 1.0},
                       {"size_spread", 0.4},
@@ -41,7 +41,7 @@ Json dust() {
                       {"drag", 0.8},
                       {"buoyancy", 0.15},
                       {"wind", 0.2},
-                      {"color", {0.50, 0.44, 0.34, 0.20}},
+                      {"color", {0.50, 0.44, 0.34, 0.28}},
                       {"end_color", {0.55, 0.50, 0.42, 0}},
                       {"max_particles", 1000}});
 }
@@ -71,7 +71,7 @@ Json spray() {
                       {"life", 1.5},
                       {"life_spread", 0.5},
                       {"velocity", {0, 0, 1.1}},
-                      {"velocity_spread", {10, 10, 1.0}},
+                      {"velocity_spread", {13, 13, 1.0}},
                       {"emitter_size", {16, 16, 0.2}},
                       {"size", 0.9},
                       {"size_spread", 0.4},
@@ -79,7 +79,7 @@ Json spray() {
                       {"drag", 0.9},
                       {"buoyancy", -0.2},
                       {"wind", 0.2},
-                      {"color", {0.88, 0.93, 0.96, 0.26}},
+                      {"color", {0.88, 0.93, 0.96, 0.36}},
                       {"end_color", {0.92, 0.96, 1.0, 0}},
                       {"max_particles", 900}});
 }

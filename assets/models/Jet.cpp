@@ -1,5 +1,6 @@
 // Puts the jet together: models, prefab and aircraft file.
 #include "geometry/Model.h"
+#include "models/AircraftPrefab.h"
 #include "models/Builders.h"
 #include "models/JetControls.h"
 #include "models/JetShape.h"
@@ -35,9 +36,9 @@ void collect(const Part& part, Mesh& into) {
 }
 
 /// The burnt-out shell: what is torn off is left out, the rest is one charred mesh.
-std::vector<Part> wreckParts() {
+std::vector<Part> wreckParts(const std::vector<Part>& intact) {
     Mesh mesh;
-    for (const Part& part : intactParts()) {
+    for (const Part& part : intact) {
         const bool gone = part.name == "canopy" || part.name == "wing_fold_right" || part.name == "rudder_left" ||
                           part.name == "radome" || part.name == "canard_left" || part.name == "afterburner";
         if (!gone) collect(part, mesh);
@@ -45,82 +46,27 @@ std::vector<Part> wreckParts() {
     return {{"wreck", {}, mesh.repainted(paint("charred", {0.025, 0.023, 0.022}, 0.95))}};
 }
 
-Json particles(const std::string& name, const dvec3& position, const Json& settings) {
-    Json node = sceneNode("particles", name, position);
-    node["particles"] = settings;
-    return node;
-}
-
 Json exhaust(int side) {
-    return particles(withSide("exhaust", side), onSide(NOZZLE, side),
-                     {{"spawn_rate", 60},
-                      {"life", 0.5},
-                      {"life_spread", 0.15},
-                      {"velocity", {0, -28, 0}},
-                      {"velocity_spread", {1.5, 4, 1.5}},
-                      {"emitter_size", {0.5, 0.1, 0.5}},
-                      {"size", 0.7},
-                      {"growth", 2.2},
-                      {"drag", 1.2},
-                      {"buoyancy", 1.5},
-                      {"color", {0.55, 0.55, 0.58, 0.10}},
-                      {"end_color", {0.6, 0.6, 0.62, 0}},
-                      {"max_particles", 80}});
-}
-
-Json fire() {
-    Json node = sceneNode("node", "fire", {0.0, -2.0, 0.6});
-    node["enabled"] = false;
-    node["children"] = Json::array({particles("fire_spe", {},
-                                              {{"spawn_rate", 90},
-                                               {"life", 1.6},
-                                               {"life_spread", 0.5},
-                                               {"velocity", {0, 0, 3.5}},
-                                               {"velocity_spread", {1.2, 1.2, 1}},
-                                               {"emitter_size", {2.5, 7, 0.5}},
-                                               {"size", 1.6},
-                                               {"size_spread", 0.5},
-                                               {"growth", 1.8},
-                                               {"drag", 0.4},
-                                               {"buoyancy", 2},
-                                               {"wind", 0.6},
-                                               {"color", {1.0, 0.42, 0.09, 0.7}},
-                                               {"end_color", {0.5, 0.06, 0.01, 0}},
-                                               {"additive", true},
-                                               {"emitting", false},
-                                               {"max_particles", 200}})});
-    return node;
-}
-
-Json lamp(const std::string& name, const dvec3& position, const dvec3& color) {
-    Json node = sceneNode("light", name, position);
-    node["light"] = {{"color", triple(color)}, {"intensity", 25}, {"range", 15}, {"size", 0.12}};
-    return node;
-}
-
-Json landingLight() {
-    Json node = sceneNode("light", "landing_light", {0.0, NOSE_WHEEL.y + 0.2, -0.8});
-    node["hpr"] = {0, -4, 0};
-    node["light"] = {{"kind", "spot"},     {"color", {1.0, 0.96, 0.88}},
-                     {"intensity", 60000}, {"range", 600},
-                     {"angle", 14},        {"size", 0.2}};
-    return node;
-}
-
-Json pilotCamera() {
-    Json node = sceneNode("node", "cam_first_player", PILOT_EYE);
-    node["hpr"] = {0, 90, 0};  // a camera looks along its -Z: turned so that this lies ahead and its Y is up
-    return node;
+    return particleNode(withSide("exhaust", side), onSide(NOZZLE, side),
+                        {{"spawn_rate", 60},
+                         {"life", 0.5},
+                         {"life_spread", 0.15},
+                         {"velocity", {0, -28, 0}},
+                         {"velocity_spread", {1.5, 4, 1.5}},
+                         {"emitter_size", {0.5, 0.1, 0.5}},
+                         {"size", 0.7},
+                         {"growth", 2.2},
+                         {"drag", 1.2},
+                         {"buoyancy", 1.5},
+                         {"color", {0.55, 0.55, 0.58, 0.10}},
+                         {"end_color", {0.6, 0.6, 0.62, 0}},
+                         {"max_particles", 80}});
 }
 
 Json sensor() {
     Json node = sceneNode("node", "body", {0.0, 0.2, 0.4});
     node["sensor"] = {9.0, 21.0, 2.4};
     return node;
-}
-
-Json shape(const std::string& name, const std::string& type, const dvec3& size, const dvec3& position) {
-    return {{"name", name}, {"type", type}, {"size", triple(size)}, {"position", triple(position)}};
 }
 
 Json rigidBody() {
@@ -134,37 +80,24 @@ Json rigidBody() {
             {"linear_damping", 0.02},
             {"angular_damping", 0.1},
             {"shapes",
-             {shape("body_box", "box", {4.6, 20.0, 1.3}, {0.0, 0.2, 0.35}),
-              shape("f_wheel", "sphere", {nose, nose, nose}, NOSE_WHEEL),
-              shape("l_wheel", "sphere", {main, main, main}, onSide(MAIN_WHEEL, -1)),
-              shape("r_wheel", "sphere", {main, main, main}, MAIN_WHEEL)}}};
-}
-
-/// Wheel middles for the physics, ground contacts for the feedback. They do not hang under the legs: retracting those
-/// must not move the places that the host gets heights for.
-void addWheelPlaces(Json& children) {
-    const auto contact = [](const dvec3& middle) { return dvec3(middle.x, middle.y, -STANDING_HEIGHT); };
-    children.push_back(sceneNode("node", "wheel_front", contact(NOSE_WHEEL)));
-    children.push_back(sceneNode("node", "wheel_left", contact(onSide(MAIN_WHEEL, -1))));
-    children.push_back(sceneNode("node", "wheel_right", contact(MAIN_WHEEL)));
-    children.push_back(sceneNode("node", "F_wheel_pos", NOSE_WHEEL));
-    children.push_back(sceneNode("node", "L_wheel_pos", onSide(MAIN_WHEEL, -1)));
-    children.push_back(sceneNode("node", "R_wheel_pos", MAIN_WHEEL));
+             {bodyShape("body_box", "box", {4.6, 20.0, 1.3}, {0.0, 0.2, 0.35}),
+              bodyShape("f_wheel", "sphere", {nose, nose, nose}, NOSE_WHEEL),
+              bodyShape("l_wheel", "sphere", {main, main, main}, onSide(MAIN_WHEEL, -1)),
+              bodyShape("r_wheel", "sphere", {main, main, main}, MAIN_WHEEL)}}};
 }
 
 Json prefab() {
-    Json normal = sceneNode("node", "normal");
-    normal["mesh"] = "FJ_CN_J15.glb";
-    Json destroyed = sceneNode("node", "destroyed");
-    destroyed["enabled"] = false;
-    destroyed["mesh"] = "FJ_CN_J15_destroyed.glb";
-    Json children = {normal, destroyed, fire(), sensor(), pilotCamera()};
-    addWheelPlaces(children);
+    Json children = {lookNode("normal", "FJ_CN_J15.glb", true), lookNode("destroyed", "FJ_CN_J15_destroyed.glb", false),
+                     fireNode({0.0, -2.0, 0.6}, {2.5, 7.0, 0.5}), sensor(), pilotCamera(PILOT_EYE)};
+    const std::vector<dvec3> middles{NOSE_WHEEL, onSide(MAIN_WHEEL, -1), MAIN_WHEEL};
+    std::vector<dvec3> contacts = middles;
+    for (dvec3& place : contacts) place.z = -STANDING_HEIGHT;
+    addWheelPlaces(children, middles, contacts);
     for (const int side : {-1, 1}) children.push_back(exhaust(side));
-    children.push_back(landingLight());
-    children.push_back(lamp("navigation_left", {-7.38, -3.2, 0.3}, {1.0, 0.05, 0.03}));
-    children.push_back(lamp("navigation_right", {7.38, -3.2, 0.3}, {0.05, 1.0, 0.15}));
-    children.push_back(lamp("navigation_tail", {0.0, -10.85, 0.3}, {1.0, 1.0, 1.0}));
+    children.push_back(spotNode("landing_light", {0.0, NOSE_WHEEL.y + 0.2, -0.8}, 4.0, 60000.0, 600.0));
+    children.push_back(lampNode("navigation_left", {-7.38, -3.2, 0.3}, {1.0, 0.05, 0.03}));
+    children.push_back(lampNode("navigation_right", {7.38, -3.2, 0.3}, {0.05, 1.0, 0.15}));
+    children.push_back(lampNode("navigation_tail", {0.0, -10.85, 0.3}, {1.0, 1.0, 1.0}));
     return {{"node", {{"body", rigidBody()}, {"children", children}}}};
 }
 
@@ -194,6 +127,7 @@ void writeJet(const std::string& root) {
               jet::prefab());
     writeText(folder + "FJ_CN_J15.cfg", "The carrier jet's control nodes, addressed by their place in this list.",
               jet::aircraftFile());
-    writeModel(folder + "FJ_CN_J15.glb", jet::intactParts());
-    writeModel(folder + "FJ_CN_J15_destroyed.glb", jet::wreckParts());
+    const std::vector<Part> parts = jet::intactParts();
+    writeModel(folder + "FJ_CN_J15.glb", parts);
+    writeModel(folder + "FJ_CN_J15_destroyed.glb", jet::wreckParts(parts));
 }

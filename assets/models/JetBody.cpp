@@ -6,186 +6,6 @@ namespace jet {
 namespace {
 
 const std::vector<double> NOSE_ANGLES{90, 66, 38, 14, 0, -18, -40, -66, -90};
-constexpr std::size_t EDGE = 4;  // the point of the outline that runs out into the strake and the wing's root
-
-/// The outline's points: top, shoulder, side, fillet above the edge, edge, below it, lower side, lower shoulder,
-/// bottom.
-std::vector<Station> fuselageStations() {
-    const auto nose = [](double y, double z, double width, double up, double down) {
-        return oval(y, z, width, up, down, NOSE_ANGLES);
-    };
-    return {
-        nose(BULKHEAD, 0.26, 0.565, 0.57, 0.55),
-        nose(8.0, 0.32, 0.66, 0.67, 0.64),
-        nose(7.2, 0.37, 0.73, 0.77, 0.75),
-        nose(6.4, 0.42, 0.78, 0.84, 0.83),
-        {5.6,
-         {{0, 1.34},
-          {0.42, 1.20},
-          {0.72, 0.82},
-          {0.81, 0.58},
-          {0.96, 0.50},
-          {0.82, 0.38},
-          {0.75, 0.02},
-          {0.48, -0.34},
-          {0, -0.44}}},
-        {4.8,
-         {{0, 1.46},
-          {0.42, 1.31},
-          {0.72, 0.90},
-          {0.89, 0.62},
-          {1.34, 0.48},
-          {0.90, 0.36},
-          {0.75, 0.02},
-          {0.48, -0.33},
-          {0, -0.44}}},
-        {4.2,
-         {{0, 1.53},
-          {0.41, 1.37},
-          {0.72, 0.94},
-          {0.94, 0.64},
-          {1.60, 0.47},
-          {0.94, 0.35},
-          {0.75, 0.00},
-          {0.47, -0.32},
-          {0, -0.43}}},
-        {3.4,
-         {{0, 1.56},
-          {0.39, 1.40},
-          {0.72, 0.96},
-          {0.99, 0.65},
-          {1.66, 0.45},
-          {1.00, 0.34},
-          {0.76, 0.03},
-          {0.46, -0.27},
-          {0, -0.38}}},
-        {2.4,
-         {{0, 1.52},
-          {0.39, 1.36},
-          {0.75, 0.95},
-          {1.06, 0.66},
-          {1.72, 0.42},
-          {1.10, 0.33},
-          {0.78, 0.10},
-          {0.42, -0.14},
-          {0, -0.24}}},
-        {1.4,
-         {{0, 1.43},
-          {0.41, 1.27},
-          {0.84, 0.90},
-          {1.26, 0.64},
-          {2.12, 0.32},
-          {1.40, 0.26},
-          {0.80, 0.13},
-          {0.40, 0.00},
-          {0, -0.06}}},
-        {0.0,
-         {{0, 1.29},
-          {0.45, 1.12},
-          {0.96, 0.80},
-          {1.52, 0.57},
-          {2.36, 0.30},
-          {1.60, 0.13},
-          {0.80, 0.12},
-          {0.40, 0.05},
-          {0, 0.02}}},
-        {-2.0,
-         {{0, 1.11},
-          {0.45, 0.96},
-          {0.98, 0.71},
-          {1.56, 0.53},
-          {2.40, 0.29},
-          {1.60, 0.10},
-          {0.80, 0.10},
-          {0.40, 0.04},
-          {0, 0.00}}},
-        {-4.0,
-         {{0, 0.93},
-          {0.42, 0.81},
-          {0.92, 0.63},
-          {1.60, 0.49},
-          {2.42, 0.27},
-          {1.60, 0.06},
-          {0.80, 0.06},
-          {0.40, 0.00},
-          {0, -0.04}}},
-        {-6.0,
-         {{0, 0.77},
-          {0.38, 0.66},
-          {0.86, 0.54},
-          {1.60, 0.41},
-          {2.36, 0.24},
-          {1.60, 0.04},
-          {0.80, 0.00},
-          {0.38, -0.06},
-          {0, -0.10}}},
-        {-7.4,
-         {{0, 0.66},
-          {0.33, 0.55},
-          {0.50, 0.42},
-          {0.60, 0.30},
-          {0.66, 0.20},
-          {0.60, 0.08},
-          {0.50, -0.02},
-          {0.32, -0.12},
-          {0, -0.15}}},
-        {-8.6,
-         {{0, 0.59},
-          {0.24, 0.51},
-          {0.36, 0.38},
-          {0.41, 0.28},
-          {0.42, 0.20},
-          {0.41, 0.11},
-          {0.35, 0.00},
-          {0.22, -0.08},
-          {0, -0.11}}},
-        {-9.8,
-         {{0, 0.48},
-          {0.18, 0.43},
-          {0.28, 0.34},
-          {0.32, 0.26},
-          {0.33, 0.20},
-          {0.32, 0.13},
-          {0.27, 0.05},
-          {0.17, -0.01},
-          {0, -0.03}}},
-        {-10.55,
-         {{0, 0.38},
-          {0.13, 0.36},
-          {0.21, 0.30},
-          {0.24, 0.25},
-          {0.25, 0.20},
-          {0.24, 0.15},
-          {0.20, 0.10},
-          {0.12, 0.05},
-          {0, 0.04}}},
-        {-10.75,
-         {{0, 0.28},
-          {0.06, 0.27},
-          {0.09, 0.24},
-          {0.10, 0.22},
-          {0.10, 0.20},
-          {0.10, 0.18},
-          {0.08, 0.16},
-          {0.05, 0.13},
-          {0, 0.12}}},
-    };
-}
-
-/// The cockpit's stretch of the fuselage, open above the rim.
-Mesh openShell(const Paints& paints) {
-    constexpr int ROWS = 26;
-    std::vector<Ring> lines;
-    for (int i = 0; i <= ROWS; ++i) {
-        const double y = WINDSHIELD_FRONT + (CANOPY_END - WINDSHIELD_FRONT) * i / ROWS;
-        const std::vector<Point2> right = fuselage().halfBelow(y, sill(y));
-        Ring line;
-        for (const Point2& p : right) line.emplace_back(p[0], y, p[1]);
-        for (std::size_t k = right.size() - 1; k-- > 0;) line.emplace_back(-right[k][0], y, right[k][1]);
-        lines.push_back(line);
-    }
-    return sheet(paints.skin, lines).facingOutward();
-}
 
 /// The beams beside the engines that carry fins and tailplanes.
 Mesh tailBoom(const Paints& paints) {
@@ -205,15 +25,15 @@ Mesh gearBay(const Paints& paints) {
     Mesh mesh = body(paints.skin,
                      {{2.0, 0.27, 0.06, 0.05, 0.05, 2.4, 2.02},
                       {1.2, 0.22, 0.34, 0.18, 0.26, 2.8, 2.12},
-                      {0.2, 0.20, 0.44, 0.20, 0.36, 3.4, 2.17},
-                      {-1.6, 0.20, 0.44, 0.20, 0.36, 3.4, 2.17},
+                      {0.2, 0.20, 0.44, 0.20, 0.36, 5.0, 2.17},
+                      {-1.6, 0.20, 0.44, 0.20, 0.36, 5.0, 2.17},
                       {-2.6, 0.22, 0.30, 0.16, 0.24, 2.8, 2.15},
                       {-3.6, 0.26, 0.06, 0.05, 0.05, 2.4, 2.12}},
                      28);
     // The open bay is a dark panel a little proud of the skin; the shut door lies below it.
-    mesh.add(box(paints.duct, {1.92, -1.95, -0.175}, {2.50, 0.78, -0.15}));
-    for (const double y : {-1.5, -0.8, -0.1, 0.5}) {
-        mesh.add(box(paints.gear, {1.94, y - 0.03, -0.182}, {2.48, y + 0.03, -0.15}));
+    mesh.add(box(paints.duct, {1.90, -1.70, -0.170}, {2.44, 0.18, -0.15}));
+    for (const double y : {-1.5, -1.0, -0.5, 0.0}) {
+        mesh.add(box(paints.gear, {1.92, y - 0.03, -0.177}, {2.42, y + 0.03, -0.15}));
     }
     return mesh;
 }
@@ -296,29 +116,10 @@ Part afterburner(const Paints& paints) {
 
 }  // namespace
 
-const Hull& fuselage() {
-    static const Hull HULL(fuselageStations(), {EDGE});
-    return HULL;
-}
-
-double sill(double y) {
-    return smoothly(
-        {{CANOPY_END, 1.08}, {5.3, 0.99}, {6.4, 0.97}, {7.0, 1.00}, {7.4, 1.045}, {WINDSHIELD_FRONT, 1.075}}, y);
-}
-
-dvec3 onSide(const dvec3& right, int side) {
-    return {right.x * side, right.y, right.z};
-}
-Mesh onSide(const Mesh& right, int side) {
-    return side > 0 ? right : right.mirrored();
-}
-std::string withSide(const std::string& name, int side) {
-    return name + (side < 0 ? "_left" : "_right");
-}
-
 Part airframe(const Paints& paints) {
     Mesh mesh = fuselage().skin(paints.skin, BULKHEAD, WINDSHIELD_FRONT, 8);
-    mesh.add(openShell(paints)).add(fuselage().skin(paints.skin, CANOPY_END, -10.75, 60, true));
+    mesh.add(fuselage().skinBelow(paints.skin, WINDSHIELD_FRONT, CANOPY_END, 26, sill))
+        .add(fuselage().skin(paints.skin, CANOPY_END, -10.75, 60, true));
     mesh.addPair(tailBoom(paints)).addPair(gearBay(paints)).add(noseBay(paints)).add(probesAndAerials(paints));
     mesh.add(engines(paints)).add(cockpit(paints)).add(windshield(paints)).add(fixedSurfaces(paints));
     return {"airframe", {}, mesh};

@@ -83,7 +83,7 @@ Mesh nozzle(const Paints& paints) {
     mesh.add(petals(paints.burnt, outer, COUNT));
     mesh.add(petals(paints.duct, inner, COUNT));
     // Backing, so that no gap between the plates shows what lies behind.
-    mesh.add(loft(paints.metal,
+    mesh.add(loft(paints.duct,
                   {outline({-8.25, axis.z, 0.655, 0.655, 0.655, 2.0, axis.x}, 32),
                    outline({-9.15, axis.z, 0.555, 0.555, 0.555, 2.0, axis.x}, 32),
                    outline({NOZZLE.y + 0.02, axis.z, 0.488, 0.488, 0.488, 2.0, axis.x}, 32)},

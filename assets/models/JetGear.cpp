@@ -104,10 +104,10 @@ Part noseDoor(const Paints& paints, int side) {
 }
 
 Part mainDoor(const Paints& paints, int side) {
-    Mesh mesh = box(paints.skin, {1.90, -1.25, -0.215}, {2.55, 0.80, -0.190});
-    mesh.add(box(paints.gear, {1.96, -1.19, -0.190}, {2.49, 0.74, -0.183}));
-    for (const double y : {-0.8, -0.2, 0.4}) mesh.add(box(paints.gear, {1.96, y, -0.190}, {2.49, y + 0.05, -0.160}));
-    return {withSide("main_door", side), onSide({2.55, -0.25, -0.20}, side), onSide(mesh, side)};
+    Mesh mesh = box(paints.skin, {1.88, -1.20, -0.205}, {2.46, 0.20, -0.181});
+    mesh.add(box(paints.gear, {1.93, -1.15, -0.181}, {2.41, 0.15, -0.179}));
+    for (const double y : {-0.9, -0.4, 0.1}) mesh.add(box(paints.gear, {1.93, y, -0.181}, {2.41, y + 0.05, -0.1775}));
+    return {withSide("main_door", side), onSide({2.46, -0.50, -0.193}, side), onSide(mesh, side)};
 }
 
 Part rearNoseDoor(const Paints& paints) {
@@ -116,7 +116,7 @@ Part rearNoseDoor(const Paints& paints) {
 
 /// Black and white, its claw at the end.
 Part hook(const Paints& paints) {
-    const dvec3 hinge{0.0, -7.7, -0.24}, tip{0.0, -10.15, -0.17};
+    const dvec3 hinge{0.0, -7.7, -0.22}, tip{0.0, -10.05, -0.15};
     Mesh mesh = cylinder(paints.gear, hinge - dvec3(0.16, 0, 0), hinge + dvec3(0.16, 0, 0), 0.07, 12);
     constexpr int BANDS = 9;
     for (int i = 0; i < BANDS; ++i) {
@@ -124,9 +124,9 @@ Part hook(const Paints& paints) {
         const dvec3 b = hinge + (tip - hinge) * ((i + 1.0) / BANDS);
         mesh.add(cylinder(i % 2 == 0 ? paints.dark : paints.gear, a, b, 0.062 - 0.002 * i, 0.060 - 0.002 * i, 12));
     }
-    mesh.add(loft(paints.steel, {outline({-10.10, -0.17, 0.06, 0.05, 0.05, 3.0}, 12),
-                                 outline({-10.28, -0.20, 0.10, 0.05, 0.06, 3.0}, 12),
-                                 outline({-10.38, -0.26, 0.10, 0.03, 0.05, 3.0}, 12)}));
+    mesh.add(loft(paints.steel, {outline({-10.00, -0.15, 0.06, 0.05, 0.05, 3.0}, 12),
+                                 outline({-10.18, -0.18, 0.10, 0.05, 0.06, 3.0}, 12),
+                                 outline({-10.28, -0.23, 0.10, 0.03, 0.05, 3.0}, 12)}));
     return {"weigou001", hinge, mesh};
 }
 

@@ -3,6 +3,7 @@
 
 #include "geometry/Atlas.h"
 #include "geometry/Lettering.h"
+#include "geometry/Palette.h"
 #include "models/JetShape.h"
 #include "world/Noise.h"
 
@@ -238,11 +239,11 @@ void fromSide(Side side, std::uint32_t seed) {
     finLines(side);
     finMarkings(side);
     side.text("108", 0.22, 8.15, 0.42, NUMBER, 0.12);
-    side.polygon({{-0.9, 2.05}, {-0.55, 2.05}, {-0.725, 1.75}}, RED);
+    side.polygon({{-0.62, 2.05}, {-0.30, 2.05}, {-0.46, 1.75}}, RED);
     side.polygon({{0.74, 6.30}, {0.90, 6.30}, {0.82, 6.12}}, YELLOW);
     side.text("RESCUE", 0.70, 6.62, 0.07, YELLOW);
-    side.text("DANGER", -0.98, 1.45, 0.11, RED);
-    side.text("JET INTAKE", -1.12, 1.45, 0.07, RED);
+    side.text("DANGER", -0.80, 1.45, 0.11, RED);
+    side.text("JET INTAKE", -0.91, 1.45, 0.07, RED);
     hatch(c, side.up(-0.20), 7.4, side.up(0.05), 6.8);
     for (int i = 0; i < 4; ++i) hatch(c, side.up(-0.15), 5.6 - 0.5 * i, side.up(0.02), 5.3 - 0.5 * i);
     corner(c, side.up(0.42), 6.0, side.up(0.32), -6.0, 0.30);
@@ -266,15 +267,6 @@ PaintRef clear(const std::string& name, const std::array<double, 4>& color, doub
     return std::make_shared<const Paint>(result);
 }
 
-PaintRef textured(const std::string& name, const std::shared_ptr<const Texture>& texture, double roughness,
-                  double emission) {
-    Paint result = *paint(name, {1.0, 1.0, 1.0}, roughness);
-    result.texture = texture;
-    result.emission = {emission, emission, emission};
-    result.textured_emission = emission > 0.0;
-    return std::make_shared<const Paint>(result);
-}
-
 }  // namespace
 
 std::shared_ptr<const Texture> livery() {
@@ -292,26 +284,31 @@ std::shared_ptr<const Texture> livery() {
 
 Paints freshPaints() {
     Paints p;
-    p.skin = textured("skin", livery(), 0.52, 0.0);
+    p.skin = texturedPaint("skin", livery(), 0.52, 0.0);
     p.glass = clear("glass", {0.07, 0.085, 0.08, 0.36}, 0.04);
     p.hud = clear("sight", {0.35, 0.55, 0.45, 0.10}, 0.05);
     p.metal = paint("metal", {0.20, 0.19, 0.18}, 0.42, 0.85);
     p.burnt = paint("burnt", {0.17, 0.14, 0.12}, 0.40, 0.8);
+    const std::vector<PaintRef> plain = palette("fittings",
+                                                {{0.55, 0.57, 0.57},
+                                                 {0.022, 0.022, 0.023},
+                                                 {0.035, 0.037, 0.04},
+                                                 {0.10, 0.125, 0.13},
+                                                 {0.55, 0.57, 0.56},
+                                                 {0.10, 0.13, 0.075},
+                                                 {0.06, 0.07, 0.05},
+                                                 {0.45, 0.03, 0.02}},
+                                                0.6);
+    PaintRef* const places[] = {&p.gear, &p.tyre, &p.dark, &p.cockpit, &p.helmet, &p.suit, &p.webbing, &p.red};
+    for (std::size_t i = 0; i < plain.size(); ++i) *places[i] = plain[i];
+    p.hood = made("hood", {0.035, 0.037, 0.04}, 0.7, 0.0, true);
     p.duct = made("duct", {0.018, 0.018, 0.018}, 0.9, 0.0, true);
-    p.gear = paint("gear", {0.55, 0.57, 0.57}, 0.45);
     p.steel = paint("steel", {0.62, 0.62, 0.62}, 0.22, 0.95);
-    p.tyre = paint("tyre", {0.022, 0.022, 0.023}, 0.9);
-    p.dark = paint("dark", {0.035, 0.037, 0.04}, 0.6);
-    p.cockpit = paint("cockpit", {0.10, 0.125, 0.13}, 0.8);
-    p.panel = textured("panel", instruments(), 0.6, 0.0);
-    p.screen = textured("screen", p.panel->texture, 0.25, 0.9);
+    p.panel = texturedPaint("panel", instruments(), 0.6, 0.0);
+    p.screen = texturedPaint("screen", p.panel->texture, 0.25, 0.0012);
     p.mirror = paint("mirror", {0.8, 0.82, 0.84}, 0.03, 1.0);
-    p.helmet = paint("helmet", {0.55, 0.57, 0.56}, 0.3);
-    p.suit = paint("suit", {0.10, 0.13, 0.075}, 0.9);
-    p.red = paint("red", {0.45, 0.03, 0.02}, 0.5);
-    p.green = paint("webbing", {0.06, 0.07, 0.05}, 0.9);
     Paint glow = *paint("afterburner", {0.3, 0.1, 0.05}, 1.0);
-    glow.emission = {1.0, 0.38, 0.12};
+    glow.emission = {0.25, 0.09, 0.03};
     p.glow = std::make_shared<const Paint>(glow);
     return p;
 }

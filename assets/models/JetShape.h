@@ -9,6 +9,7 @@
 #include "geometry/Loft.h"
 #include "geometry/Model.h"
 #include "geometry/Shapes.h"
+#include "models/Sides.h"
 
 namespace jet {
 
@@ -46,17 +47,11 @@ const Hull& fuselage();
 /// The height of the cockpit's rim at a place along the fuselage.
 double sill(double y);
 
-/// The right side for +1; for -1 mirrored.
-dvec3 onSide(const dvec3& right, int side);
-Mesh onSide(const Mesh& right, int side);
-/// "_right" or "_left".
-std::string withSide(const std::string& name, int side);
-
 /// The paints of one jet.
 struct Paints {
     PaintRef skin;  ///< the livery
-    PaintRef glass, metal, burnt, duct, gear, steel, tyre, dark, glow, cockpit, panel, screen, mirror, hud;
-    PaintRef helmet, suit, red, green;
+    PaintRef glass, metal, burnt, duct, gear, steel, tyre, dark, glow, cockpit, panel, screen, mirror, hud, hood;
+    PaintRef helmet, suit, webbing, red;
 };
 Paints freshPaints();
 /// The livery: the whole jet from above, from below and from both sides in one picture.

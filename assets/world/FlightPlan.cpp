@@ -36,8 +36,8 @@ double onsetSum(double t, double ramp) {
 
 /// Changes over a leg; their rates rise and fall within `ramp` seconds at its ends.
 struct Leg {
-    double seconds;
-    double ramp;
+    double seconds = 0.0;
+    double ramp = 0.0;
     double speed = 0.0;  ///< horizontal, metres a second
     double turn = 0.0;   ///< degrees to the left
     double slope = 0.0;  ///< of the path, metres a metre
@@ -48,8 +48,8 @@ struct Leg {
     double rate(double t) const { return (onset(t, ramp) - onset(t - (seconds - ramp), ramp)) / (seconds - ramp); }
 };
 
-/// Height above the level deck, by metres run, lags the deck's own slope by what the undercarriage takes up. Beyond the
-/// bow the path flattens into the climb.
+/// Slope by metres run: the deck's, rounded where the wheels meet the ramp one after the other; beyond the bow it
+/// flattens into the climb.
 double takeOffSlope(double run) {
     constexpr double FLATTENING = 200.0;
     const auto hard = [](double at) {
@@ -80,7 +80,23 @@ public:
     std::vector<FlightState> fly(double states_a_second) const;
 
 private:
-    enum LegName { TAKE_OFF = 1, TO_ISLAND = 5, ALONG_ISLAND = 7, GLIDE_DOWN = 11, TOUCH = 12, STOP = 13 };
+    enum LegName {
+        READY,
+        TAKE_OFF,
+        CLIMB_OUT,
+        LEVEL_OFF,
+        TURN_BACK,
+        TO_ISLAND,
+        TURN_ALONG,
+        ALONG_ISLAND,
+        TURN_IN,
+        LINE_UP,
+        TIP_OVER,
+        GLIDE_DOWN,
+        TOUCH,
+        STOP,
+        REST
+    };
 
     struct Moment {
         double speed, heading, turn_rate, slope;  ///< heading in degrees, turn rate in radians a second
@@ -91,29 +107,27 @@ private:
     dvec3 velocityIn(int leg) const;
     void closeChain();
     static dvec3 stripPlace(double along);
-    FlightState pose(const FlightState& before, const FlightState& now, const FlightState& after, double aloft) const;
+    dvec3 velocityAt(double t, double run) const;
+    FlightState pose(const FlightState& before, const FlightState& now, const FlightState& after, double run) const;
 
     std::vector<Leg> m_legs;
 };
 
 constexpr double SETTLED = 186.0;  ///< metres up the strip where it comes to rest
 
-Flight::Flight()
-    : m_legs{{4.0, 1.0},
-             {11.3, 0.8, 105.0},
-             {4.0, 1.0},
-             {7.0, 3.0, 0.0, 0.0, -CLIMB},
-             {50.0, 4.0, 0.0, 172.0},
-             {0.0, 0.0},
-             {24.0, 4.0, 0.0, 75.0},
-             {0.0, 0.0},
-             {42.0, 4.0, -38.0, 113.0 + carrier::STRIP_ANGLE},
-             {6.0, 1.0},
-             {4.0, 2.0, 0.0, 0.0, -GLIDE},
-             {0.0, 0.0},
-             {0.5, 0.25, 0.0, 0.0, GLIDE},
-             {3.6, 1.4, -67.0},
-             {4.0, 1.0}} {
+Flight::Flight() : m_legs(REST + 1) {
+    m_legs[READY] = {4.0, 1.0};
+    m_legs[TAKE_OFF] = {11.3, 0.8, 105.0};
+    m_legs[CLIMB_OUT] = {4.0, 1.0};
+    m_legs[LEVEL_OFF] = {7.0, 3.0, 0.0, 0.0, -CLIMB};
+    m_legs[TURN_BACK] = {50.0, 4.0, 0.0, 172.0};
+    m_legs[TURN_ALONG] = {24.0, 4.0, 0.0, 75.0};
+    m_legs[TURN_IN] = {42.0, 4.0, -38.0, 113.0 + carrier::STRIP_ANGLE};
+    m_legs[LINE_UP] = {6.0, 1.0};
+    m_legs[TIP_OVER] = {4.0, 2.0, 0.0, 0.0, -GLIDE};
+    m_legs[TOUCH] = {0.5, 0.25, 0.0, 0.0, GLIDE};
+    m_legs[STOP] = {3.6, 1.4, -67.0};
+    m_legs[REST] = {4.0, 1.0};
     closeChain();
 }
 
@@ -166,34 +180,36 @@ void Flight::closeChain() {
     }
 }
 
+dvec3 Flight::velocityAt(double t, double run) const {
+    const Moment now = at(t);
+    const double heading = radians(now.heading);
+    return dvec3(std::cos(heading), std::sin(heading), now.slope + takeOffSlope(run)) * now.speed;
+}
+
+/// By the midpoint rule.
 std::vector<FlightState> Flight::fly(double states_a_second) const {
     constexpr int PARTS = 8;
     const double part = 1.0 / (states_a_second * PARTS);
     const int count = static_cast<int>(duration() * states_a_second) + 1;
-    std::vector<FlightState> states;
-    std::vector<double> aloft;  // metres run
+    std::vector<FlightState> moved;
+    std::vector<double> runs;  // metres
     FlightState state;
     double run = 0.0;
     for (int i = 0; i <= count * PARTS; ++i) {
-        const auto velocityAt = [&](double t, double distance) {
-            const Moment now = at(t);
-            const double heading = radians(now.heading);
-            return dvec3(std::cos(heading), std::sin(heading), now.slope + takeOffSlope(distance)) * now.speed;
-        };
         if (i % PARTS == 0) {
             state.seconds = i * part;
             state.velocity = velocityAt(i * part, run);
-            states.push_back(state);
-            aloft.push_back(run);
+            moved.push_back(state);
+            runs.push_back(run);
         }
-        const double middle = (i + 0.5) * part, speed = at(middle).speed;
-        state.place += velocityAt(middle, run + speed * part / 2.0) * part;
-        run += speed * part;
+        const double middle = (i + 0.5) * part, step = at(middle).speed * part;
+        state.place += velocityAt(middle, run + step / 2.0) * part;
+        run += step;
     }
-    const std::vector<FlightState> moved = states;
-    for (std::size_t i = 0; i < states.size(); ++i) {
-        const std::size_t last = states.size() - 1;
-        states[i] = pose(moved[i > 0 ? i - 1 : 0], moved[i], moved[std::min(i + 1, last)], aloft[i]);
+    std::vector<FlightState> states;
+    for (std::size_t i = 0; i < moved.size(); ++i) {
+        const std::size_t before = i > 0 ? i - 1 : 0, after = std::min(i + 1, moved.size() - 1);
+        states.push_back(pose(moved[before], moved[i], moved[after], runs[i]));
     }
     return states;
 }

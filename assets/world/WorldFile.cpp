@@ -76,9 +76,11 @@ Json prefabNode(const std::string& name, const std::string& file) {
 
 void addCarrier(Json& nodes) {
     const GeodeticPose pose = poseOf(carrierFrame());
-    nodes.push_back(placed(prefabNode("JT_CN_LNJ", "data/assets/Targets/MODELS/JT_CN_LNJ/JT_CN_LNJ.prefab"), pose));
+    Json ship = placed(prefabNode("JT_CN_LNJ", "data/assets/Targets/MODELS/JT_CN_LNJ/JT_CN_LNJ.prefab"), pose);
+    // Below the ship, so that it is on deck wherever the ship is.
+    ship["children"] = Json::array({placed(sceneNode("node", "start_deck"), deckStart())});
+    nodes.push_back(ship);
     nodes.push_back(placed(sceneNode("node", "start_ship1"), pose));
-    nodes.push_back(placed(sceneNode("node", "start_deck"), deckStart()));
     nodes.push_back(placed(sceneNode("node", "start_runway"), runwayStart()));
 }
 

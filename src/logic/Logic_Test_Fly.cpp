@@ -10,6 +10,8 @@
 #include "src/aircraft/PlaneExtra300s.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/kit/UdpDataKit.h"
+#include "src/logic/Target.h"
+#include "src/ship/Ship.h"
 
 extern "C" LogicBase* CreateLogic(World* world, CameraControl* camera) {
     return jNew<Logic_Test_Fly>({"src\\logic\\Logic_Test_Fly", "CreateLogic"}, world, camera);
@@ -26,10 +28,12 @@ Logic_Test_Fly::~Logic_Test_Fly() {
     disconnect_triggers();
     if (m_aircraft_node && m_aircraft_node->getBody()) m_aircraft_node->getBody()->setContactCallback(nullptr);
     Logic_Test_Fly::release();
+    for (const Missile& missile : m_missiles) remove_missile(missile);
     release_tracks();
     jDelete(m_jet);
     jDelete(m_aerobatic);
     jDelete(m_helicopter);
+    jDelete(m_ship);
 }
 
 jString Logic_Test_Fly::getWorldPath() const {
@@ -44,7 +48,10 @@ bool Logic_Test_Fly::init() {
     init_aircraft();
     update_third_view();
     init_ui();
+    init_ships();
+    init_fresnel_light(m_ship ? m_ship->getObject() : nullptr);
     load_tracks();
+    prefab_cache();
     init_udp();
     default_setting();
     init_triggers();
@@ -60,10 +67,13 @@ void Logic_Test_Fly::update(float dt) {
     m_timer_manager.update(dt);
     update_ui_pos();
     local_data_update_fly();
+    m_fresnel_light.updateScale();
     m_action_manager.update(dt);
     send_udp();
     update_input();
     update_aircraft(dt);
+    m_fresnel_light.blink(dt);
+    select_lamp();
     update_helicopter(dt);
 }
 
@@ -74,6 +84,8 @@ void Logic_Test_Fly::release() {
     jDelete(m_sender);
     m_sender = nullptr;
     m_send_ready = false;
+    m_targets.clear();
+    m_target_nodes_stale = true;
 }
 
 void Logic_Test_Fly::render() {}
@@ -90,8 +102,11 @@ void Logic_Test_Fly::processMsg(UiMsg* msg) {
 void Logic_Test_Fly::reset() {
     m_fly_stopwatch.stop();
     local_data_reset_fly();
+    end_missiles();
+    end_glides();
     m_action_manager.removeAllActions();
     reset_plane();
+    clear_all_particles();
     fire(m_signal_2_reset, 25);
     fire(m_signal_2_reset, 26);
 }

@@ -8,10 +8,12 @@
 
 #include "common/LogicBase.h"
 #include "src/aircraft/HeliEffectsKit.h"
+#include "src/deck/FresnelLight.h"
 #include "src/kit/PlaneFlyKit.h"
 #include "src/kit/UdpRecords.h"
 #include "src/logic/HitCallback.h"
 
+class ActionEmitMissile;
 class ControlApp;
 class Helicopter;
 class NodeTrigger;
@@ -20,6 +22,8 @@ class ObjectTerrain;
 class PlaneBase;
 class PlaneExtra300s;
 class PlaneJ15;
+class Ship;
+class Target;
 class UIButton;
 class UIElement;
 class UIGridLayout;
@@ -54,9 +58,11 @@ struct HelicopterPlaces {
 
 /// The scene's behaviour. The engine drives it through `LogicBase`; what lies beyond is for the host application. Node
 /// and object pointers that it hands out are the world's. REQUIRES that nobody removes the aircraft's model, the
-/// terrain, the ocean or the weather's nodes from the world while the logic lives.
+/// carrier, the terrain, the ocean or the weather's nodes from the world while the logic lives.
 class LOGIC_API Logic_Test_Fly final : public LogicBase, public MsgNode {
 public:
+    static constexpr int VISIBILITY_STEP = 300;  ///< metres
+
     Logic_Test_Fly(World* world, CameraControl* camera);
     Logic_Test_Fly(const Logic_Test_Fly&) = delete;
     Logic_Test_Fly& operator=(const Logic_Test_Fly&) = delete;
@@ -106,7 +112,7 @@ public:
     ObjectOcean* getOcean() const { return m_ocean; }  ///< null without one
     /// Visibility in steps of 300 m: tells the fog's value to whoever draws it.
     void setVisibilityDistance(int steps);
-    int getVisibilityDistance() const;  ///< steps of 300 m
+    int getVisibilityDistance() const;         ///< steps of 300 m
     const jString& getVisibilityText() const;  ///< the label's; empty until a visibility was set
     /// Share of light that fog of this density takes over `base` metres: the calibration of the fog's value.
     static double calFog(double base, double density);
@@ -171,6 +177,60 @@ public:
     Object* getAircraftNode() const { return m_aircraft_node; }  ///< the plane's model; null without one
     const dmat4& getStartTransform() const { return m_start_transform; }  ///< where the aircraft was placed
     const jVector<Object*>& getObjects() const { return m_objects; }      ///< models that the logic placed
+
+    // Ships and the landing lens: _ships.cpp
+    /// Makes the ship of the carrier node, at rest where "start_ship1" stands, its body off. Without that carrier there
+    /// is none.
+    void init_ships();
+    /// The ship's step, while the flag is set: wake and forces. For the host application, which enables the ship's
+    /// body; after `update` and before the physics step.
+    void ships_auto_move();
+    void setShipsAutoMove(bool moves) { m_ships_auto_move = moves; }
+    Ship* getShip() const { return m_ship; }             ///< owned by the logic; null without one
+    bool isShipsReady() const { return m_ships_ready; }  ///< `init_ships` has run
+    const dmat4& getShipStartTransform() const { return m_ship_start_transform; }  ///< where the ship was put
+    /// Looks the lens of a ship up; its lamp is chosen for the camera's node.
+    void init_fresnel_light(Object* ship);
+    const FresnelLight& getFresnelLight() const { return m_fresnel_light; }
+
+    // Missiles: _missiles.cpp
+    /// Fires a missile from the aircraft, 5 m ahead of it: 300 m/s for 20 s. Without an aircraft the missile that was
+    /// made stays allocated and nothing happens.
+    void emit_missile();
+    /// Takes the missiles that have ended, seen by their node being switched off, out of the world, and tells of each
+    /// before (notification 4). The last of the list takes the place of one that goes and is looked at with the next
+    /// call.
+    void update_missle();
+    /// A missile's body met something: it is switched off and bursts where it met it (notification 8). A body that is
+    /// switched off already, and null, are ignored.
+    void on_missile_hit(Body* body, int shape);
+    int getNumMissiles() const { return m_missiles.size(); }
+    ObjectPrefab* getMissile(int i) const { return m_missiles[i].prefab; }  ///< in order of the list; the world's
+
+    // Targets: _targets.cpp
+    /// Makes the target of that name or moves it. Its model is the record's path or, without one, that of its type in
+    /// the configuration's "target_type". Tells of a new one (notification 5). False, with one error logged, when there
+    /// is none of that name and none can be made.
+    bool apply_target(TargetInfo info);
+    bool remove_target(const jString& name);        ///< false when there is none
+    Target* get_target(const jString& name) const;  ///< null when there is none; valid until it is removed or made anew
+    int getNumTargets() const { return static_cast<int>(m_targets.size()); }
+    /// The target nearest to the aircraft; of equally far ones the first by name. Null, with a line printed, when none
+    /// is nearer than 100 km or there is no aircraft.
+    Node* get_min_distance_target() const;
+    float get_min_distance_target_dis() const;  ///< metres; 100000 when there is none nearer
+
+    // Effects: _effects.cpp
+    /// Blows the aircraft up: an effect where it is, and its destroyed look 0.2 s later. False without an aircraft.
+    bool plan_explosion();
+    bool isExploded() const { return m_exploded; }  ///< once it was, for good
+    /// Reads the prefabs of weapons and effects once, so that they are there when needed (notification 12, each).
+    void prefab_cache();
+    /// Adds a prefab of that name to the world (notification 5); the world owns it. Null, with an error logged, when it
+    /// cannot be loaded; the failed object stays allocated.
+    ObjectPrefab* create_objectPrefab(jString path, jString name);
+    /// Ends every particle in the world.
+    void clear_all_particles();
 
     // The aircraft's controls: _controls.cpp
     // A control of the panel was moved; the element's id is the position of its control node. The value is stored at
@@ -271,6 +331,10 @@ public:
 private:
     using ClickHandler = void (Logic_Test_Fly::*)(const GUIEventMouse&, UIElement*);
     using ChangeHandler = void (Logic_Test_Fly::*)(const GUIEventChange&, UIElement*);
+    struct Missile {
+        ObjectPrefab* prefab;       ///< the world's
+        ActionEmitMissile* flight;  ///< the action manager's; null once it has ended
+    };
 
     void load_track(const jString& path) override;
     Track* get_track(const jString& path) override;
@@ -291,6 +355,7 @@ private:
     void apply_fly_frame(const FlyFrame* frame);
     void place_at_start();
     void update_helicopter(float dt);
+    void select_lamp();
     void measure_helicopter_surface();
     void measure_gears(UdpSendData& record) const;
     void disconnect_triggers();
@@ -311,6 +376,14 @@ private:
     void show_warning(bool shown);
     void show_visibility(const jString& text);
     void release_tracks();
+    void start_effect(const jString& path, float duration, const dmat4& place);
+    void tell_effect(const jString& path, float duration, const dmat4& place);
+    void end_flight(ObjectPrefab* missile);
+    void remove_missile(const Missile& missile);
+    void end_missiles();
+    void end_glides();
+    const jVector<Node*>& list_targets() const;
+    Node* find_nearest_target(float& distance) const;
 
     jVector<UISlider*> m_sliders;       ///< of the test panel, in row order; the UI root's
     jVector<UILabel*> m_slider_labels;  ///< their values
@@ -328,6 +401,12 @@ private:
     jVector<float> m_control_values;   ///< one a control of the panel, by the position of its node
     jVector<dmat4> m_head_transforms;  ///< the first is the pilot's eye in the aircraft's frame
     HitCallback m_hit_callback;
+    HitCallback m_missile_callback;  ///< of every missile's body
+    jVector<Missile> m_missiles;     ///< in order of firing, but for what `update_missle` moved
+    jMap<jString, std::unique_ptr<Target>> m_targets;
+    mutable jVector<Node*> m_target_nodes;  ///< of the map, in its order; made when asked for after a change
+    mutable bool m_target_nodes_stale = false;
+    bool m_exploded = false;
     TimerManager m_timer_manager;
     UdpRecvKit* m_receiver = nullptr;
     UdpSendKit* m_sender = nullptr;
@@ -339,6 +418,11 @@ private:
     Helicopter* m_helicopter = nullptr;     ///< the aircraft when it is the helicopter; owned
     HelicopterPlaces m_heli_places;
     HeliEffectsKit m_heli_effects;
+    Ship* m_ship = nullptr;
+    dmat4 m_ship_start_transform;
+    bool m_ships_ready = false;
+    bool m_ships_auto_move = false;
+    FresnelLight m_fresnel_light;
     jVector<Node*> m_deflected;  ///< effects that the helicopter's deflector follows, the world's
     jVector<Object*> m_objects;  ///< the world's
     bool m_raining = false;

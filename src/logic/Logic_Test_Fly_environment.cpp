@@ -13,14 +13,13 @@
 
 namespace {
 
-const jString TRACKS = "data/assets/Anim/Fly_simulator/";
+const jString TRACKS = LogicBase::TRACK_FOLDER;
 const jString RUNWAY_WET = TRACKS + "runway_wet.anim";
 const jString SNOW = TRACKS + "snow.anim";
 const jString TIME_OF_DAY = TRACKS + "TOD.anim";
 const jString LIGHT_BRIGHTNESS = TRACKS + "airport_light_brightness.anim";
 
-constexpr int VISIBILITY_STEP = 300;  // metres
-constexpr int MOST_STEPS = std::numeric_limits<std::int32_t>::max() / VISIBILITY_STEP;
+constexpr int MOST_STEPS = std::numeric_limits<std::int32_t>::max() / Logic_Test_Fly::VISIBILITY_STEP;
 
 template <class T>
 T* asType(Node* node, Node::Type type) {
@@ -29,11 +28,6 @@ T* asType(Node* node, Node::Type type) {
 
 void setTrack(Track* track, float position) {
     if (track) track->set(position);
-}
-
-void destroyTrack(Track* track) {
-    track->release();
-    jDelete(track);
 }
 
 /// Hundredths of the fog's density at which half the light is lost over that distance. Thin fog is set back by two of
@@ -67,7 +61,7 @@ void Logic_Test_Fly::load_track(const jString& path) {
     auto* const track = jNew<Track>({"src\\logic\\Logic_Test_Fly", "Logic_Test_Fly::load_track"});
     if (!track->load(path, m_world)) {
         jLog::error("%s:\"%s\" load failed", "Logic_Test_Fly::load_track", path.c_str());
-        destroyTrack(track);
+        destroy_track(track);
         return;
     }
     m_own_tracks.append(track);
@@ -82,7 +76,7 @@ Track* Logic_Test_Fly::get_track(const jString& path) {
 }
 
 void Logic_Test_Fly::release_tracks() {
-    for (Track* track : m_own_tracks) destroyTrack(track);
+    for (Track* track : m_own_tracks) destroy_track(track);
     m_own_tracks.clear();
 }
 

@@ -90,9 +90,10 @@ Object* LogicTest::addPlate(const jString& name, const dvec3& geo, double size) 
     return plate;
 }
 
-void LogicTest::start() {
+void LogicTest::start(const jString& carrier) {
     m_logic = static_cast<Logic_Test_Fly*>(CreateLogic(&world(), engine().getCameraControl()));
     m_logic->set_airport_node("start_deck");
+    m_logic->set_carrier_node(carrier);
     m_logic->set_aircraft_path(TestJet::CONFIG);
     printed = printedBy([this] { m_logic->init(); });
 }

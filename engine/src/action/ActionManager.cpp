@@ -11,21 +11,24 @@ ActionManager::~ActionManager() {
 
 void ActionManager::addAction(Action* action) {
     if (!action) return;
+    action->m_slot = m_actions.size();
     m_actions.append(action);
     action->start();
 }
 
 void ActionManager::remove(int index) {
     Action* const action = m_actions[index];
-    m_actions[index] = nullptr;
     if (!action) return;
+    m_actions[index] = nullptr;
+    action->m_slot = -1;
+    ++m_gaps;
     // The action whose step runs now is still on the stack below: it ends when the update has returned to the manager.
     m_removed.append(action);
 }
 
 void ActionManager::removeAction(Action* action) {
-    const int i = action ? m_actions.find(action) : -1;
-    if (i < 0) return;
+    const int i = action ? action->m_slot : -1;
+    if (i < 0 || i >= m_actions.size() || m_actions[i] != action) return;
     remove(i);
     if (!m_updating) sweep();
 }
@@ -36,7 +39,7 @@ void ActionManager::removeAllActions() {
 }
 
 int ActionManager::getNumActions() const {
-    return static_cast<int>(std::count_if(m_actions.begin(), m_actions.end(), [](const Action* a) { return a; }));
+    return m_actions.size() - m_gaps;
 }
 
 void ActionManager::update(float dt) {
@@ -48,8 +51,7 @@ void ActionManager::update(float dt) {
         if (!action) continue;
         action->step(dt);
         if (m_actions[i] != action || !action->isDone()) continue;
-        m_actions[i] = nullptr;
-        m_removed.append(action);
+        remove(i);
         action->trigger();
     }
     m_updating = false;
@@ -65,11 +67,19 @@ void ActionManager::sweep() {
     }
     m_removed.clear();
     m_updating = false;
+    // Not at every removal: many that are removed one by one cost no more than one walk each time the list has halved.
+    if (2 * m_gaps > m_actions.size()) closeGaps();
+}
+
+void ActionManager::closeGaps() {
     int kept = 0;
-    for (int i = 0; i < m_actions.size(); ++i) {
-        if (m_actions[i]) m_actions[kept++] = m_actions[i];
+    for (Action* action : m_actions) {
+        if (!action) continue;
+        action->m_slot = kept;
+        m_actions[kept++] = action;
     }
     m_actions.resize(kept);
+    m_gaps = 0;
 }
 
 int TimerManager::addTimer(float delay, bool repeat, Function<void()> function) {

@@ -117,6 +117,11 @@ void Body::setContactCallback(BodyContactCallbackBase* callback) {
     if (m_state->physics) m_state->physics->refreshCallback(*m_state);
 }
 
+dvec3 Body::getContactPosition() const {
+    const BodyState& s = *m_state;
+    return s.physics && s.physics->isCurrent(s.contact_frame) ? s.contact_position : getTransform().t;
+}
+
 BodyRigid::BodyRigid(Object* object, const BodySettings& settings) : Body(object, settings) {}
 BodyRigid::~BodyRigid() = default;
 
@@ -205,4 +210,9 @@ void BodyRigid::setMask(int mask) {
 
 int BodyRigid::getMask() const {
     return m_state->mask;
+}
+
+void BodyRigid::setExcluded(const Node* node) {
+    m_state->excluded = node ? node->getId() : -1;
+    if (m_state->physics) m_state->physics->refreshFilter(*m_state);
 }

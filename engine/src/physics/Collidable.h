@@ -41,6 +41,7 @@ struct Collidable {
     const int id;  ///< the object's; orders whatever must not depend on addresses
     int group = 1;
     int mask = -1;
+    int excluded = -1;  ///< id of the node whose subtree it does not meet
     std::unique_ptr<btRigidBody> rigid;  ///< its pose is that of the centre of mass
     btTransform from, to;                ///< this frame's way; equal when it stands
     bool moving = false;                 ///< listed as having a way or a velocity of its own
@@ -78,8 +79,9 @@ struct Support {
 /// One of a body's shapes touching something.
 struct Touch {
     int shape;
-    int other;     ///< id of the other object
-    bool passing;  ///< met on the way, left again before the frame's end
+    int other;        ///< id of the other object
+    bool passing;     ///< met on the way, left again before the frame's end
+    double fraction;  ///< of the frame's way when it was met
 };
 
 /// How a body takes part in a frame.
@@ -126,5 +128,7 @@ struct BodyState final : Collidable {
     std::vector<std::unique_ptr<TerrainPatch>> patches;
     BodyContactCallbackBase* callback = nullptr;
     std::vector<Touch> touches, last_touches;
+    dvec3 contact_position;      ///< geocentric, of the object's origin, in the frame below
+    unsigned contact_frame = 0;  ///< the last in which a contact was told of
     btDbvtNode* leaf = nullptr;
 };

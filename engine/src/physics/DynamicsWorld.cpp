@@ -29,6 +29,13 @@ std::array<int, 5> keyOf(const btPersistentManifold& manifold) {
             point.m_index1};
 }
 
+bool excludes(const Collidable& c, const Collidable& other) {
+    if (c.excluded < 0) return false;
+    const Node* node = other.object;
+    while (node && node->getId() != c.excluded) node = node->getParent();
+    return node != nullptr;
+}
+
 bool isSimulated(Collidable& c) {
     const BodyState* const body = c.asBody();
     return body && body->mode == Mode::SIMULATE;
@@ -50,6 +57,7 @@ private:
 
 bool mayTouch(const Collidable& a, const Collidable& b) {
     if (!(a.group & b.mask) || !(b.group & a.mask)) return false;
+    if (excludes(a, b) || excludes(b, a)) return false;
     if (a.type == Collidable::TERRAIN) return static_cast<const TerrainPatch&>(a).body == &b;
     if (b.type == Collidable::TERRAIN) return static_cast<const TerrainPatch&>(b).body == &a;
     return !isWithin(a.object, b.object) && !isWithin(b.object, a.object);

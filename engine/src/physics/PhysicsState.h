@@ -89,7 +89,7 @@ inline void insertById(std::vector<BodyState*>& list, BodyState* body) {
 }
 
 /// Adds a touch unless it is there; one that lasts replaces one in passing.
-void noteTouch(BodyState& body, int shape, int other, bool passing);
+void noteTouch(BodyState& body, int shape, int other, bool passing, double fraction = 1.0);
 bool hasTouch(const std::vector<Touch>& touches, int shape, int other);
 /// The frame in which things stand on an object; terrain stands on the globe whatever its node does.
 const dmat4& frameOf(const Object& object);

@@ -79,6 +79,10 @@ int PhysicsWorld::getNumStanding() const {
     return m_state->dynamics.getNumCollisionObjects();
 }
 
+bool PhysicsWorld::isCurrent(unsigned frame) const {
+    return frame == m_state->frame && frame > 0;
+}
+
 void PhysicsWorld::step(double dt) {
     m_state->dt = dt > 0.0 && std::isfinite(dt) ? dt : 0.0;
     ++m_state->frame;

@@ -54,6 +54,7 @@ public:
     void refreshFilter(BodyState& body);    ///< its mask changed
     void refreshCallback(BodyState& body);  ///< its contact callback changed
     void wake(BodyState& body);             ///< no effect unless frozen
+    bool isCurrent(unsigned frame) const;   ///< whether a frame is the last one begun
 
 private:
     friend struct PhysicsState;
@@ -106,6 +107,7 @@ private:
     void sweepJump(BodyState& body);
     void compareWays(BodyState& body, Collidable& other);
     void collectEvents(BodyState& body);
+    void keepContactPosition(BodyState& body, double fraction);
     bool stillTouches(const BodyState& body, const Touch& touch) const;
     void freeze(BodyState& body);
 

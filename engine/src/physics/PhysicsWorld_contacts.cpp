@@ -44,10 +44,11 @@ bool crosses(BodyState& a, const btTransform& start, Collidable& b) {
             const btCollisionShape& other =
                 body ? *body->shapes.compound->getChildShape(k) : *b.rigid->getCollisionShape();
             const btTransform pose = body ? there * body->shapes.compound->getChildTransform(k) : there;
-            if (!sweep(shape, start * place, end * place, *b.rigid, other, pose, 0.0).met) continue;
+            const Meeting meeting = sweep(shape, start * place, end * place, *b.rigid, other, pose, 0.0);
+            if (!meeting.met) continue;
             any = true;
-            noteTouch(a, i, b.id, true);
-            if (body) noteTouch(*body, k, a.id, true);
+            noteTouch(a, i, b.id, true, meeting.fraction);
+            if (body) noteTouch(*body, k, a.id, true, meeting.fraction);
         }
     }
     return any;
@@ -60,14 +61,15 @@ bool hasTouch(const std::vector<Touch>& touches, int shape, int other) {
                        [&](const Touch& t) { return t.shape == shape && t.other == other; });
 }
 
-void noteTouch(BodyState& body, int shape, int other, bool passing) {
+void noteTouch(BodyState& body, int shape, int other, bool passing, double fraction) {
     if (!body.callback) return;
     for (Touch& touch : body.touches) {
         if (touch.shape != shape || touch.other != other) continue;
         touch.passing = touch.passing && passing;
+        touch.fraction = std::fmin(touch.fraction, fraction);
         return;
     }
-    body.touches.push_back({shape, other, passing});
+    body.touches.push_back({shape, other, passing, fraction});
 }
 
 void PhysicsWorld::noteTouches() {
@@ -133,6 +135,14 @@ void PhysicsWorld::compareWays(BodyState& body, Collidable& other) {
 
 // Callbacks. ----------------------------------------------------------------------------------------------------------
 
+/// Only what its node moved has a way that it may have gone on.
+void PhysicsWorld::keepContactPosition(BodyState& body, double fraction) {
+    const dvec3 now = body.toWorld(body.rigid->getWorldTransform()).t;
+    const dvec3 before = body.jumped ? body.toWorld(body.from).t : now;
+    body.contact_position = before + (now - before) * fraction;
+    body.contact_frame = m_state->frame;
+}
+
 /// Whether a touch that nothing compared in this frame goes on because neither side moved.
 bool PhysicsWorld::stillTouches(const BodyState& body, const Touch& touch) const {
     if (body.mode == Mode::SIMULATE || body.jumped) return false;
@@ -149,13 +159,16 @@ bool PhysicsWorld::stillTouches(const BodyState& body, const Touch& touch) const
 
 void PhysicsWorld::collectEvents(BodyState& body) {
     const std::size_t first = m_state->events.size();
+    double fraction = 1.0;
     for (const Touch& touch : body.touches) {
         if (hasTouch(body.last_touches, touch.shape, touch.other)) continue;
+        fraction = std::fmin(fraction, touch.fraction);
         const auto told = [&](const ContactEvent& event) { return event.shape == touch.shape; };
         if (std::none_of(m_state->events.begin() + static_cast<std::ptrdiff_t>(first), m_state->events.end(), told)) {
             m_state->events.push_back({body.id, touch.shape});
         }
     }
+    if (m_state->events.size() > first) keepContactPosition(body, fraction);
     for (const Touch& touch : body.last_touches) {
         if (!hasTouch(body.touches, touch.shape, touch.other) && stillTouches(body, touch))
             body.touches.push_back(touch);

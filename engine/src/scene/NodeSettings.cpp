@@ -50,6 +50,8 @@ void readParticles(const DataReader& in, ParticleSettings& s) {
     in.read("end_color", s.end_color);
     in.read("additive", s.additive);
     in.read("emitting", s.emitting);
+    in.read("delay", s.delay);
+    in.read("duration", s.duration);
     if (in.read("max_particles", s.max_particles)) s.max_particles = std::clamp(s.max_particles, 0, MOST_PARTICLES);
 }
 

@@ -67,6 +67,11 @@ void ObjectParticles::worldChanged() {
     m_has_last_frame = false;
 }
 
+void ObjectParticles::play() {
+    if (!m_emitting) m_played = 0.0f;
+    m_emitting = true;
+}
+
 void ObjectParticles::clear() {
     m_particles.clear();
     m_world_box = {};
@@ -81,7 +86,7 @@ bool ObjectParticles::setParameter(const jString& parameter, float value) {
     if (parameter == "spawn_rate")
         setSpawnRate(value);
     else if (parameter == "emitting")
-        m_emitting = value > 0.5f;
+        value > 0.5f ? play() : stop();
     else
         return Object::setParameter(parameter, value);
     return true;
@@ -112,12 +117,20 @@ void ObjectParticles::simulate(float dt, const vec3& wind) {
     updateBox();
 }
 
+/// Moves its playing time on; whether that has come to where it emits.
+bool ObjectParticles::isEmitting(float dt) {
+    if (!m_emitting || !isActive()) return false;
+    m_played += dt;
+    const float begun = m_played - m_settings.delay;
+    return begun > 0.0f && !(m_settings.duration > 0.0f && begun - dt >= m_settings.duration);
+}
+
 /// Particles are born evenly over the step, along the emitter's way through it, and have flown on since.
 void ObjectParticles::emit(const Step& step) {
     const dmat4 to = getWorldTransform();
     const bool is_steady = m_has_last_frame && length(to.t - m_last_frame.t) <= FASTEST_EMITTER * step.dt;
     const dmat4 from = is_steady ? m_last_frame : to;
-    m_has_last_frame = m_emitting && isActive();
+    m_has_last_frame = isEmitting(step.dt);
     m_last_frame = to;
     if (!m_has_last_frame || !(m_settings.spawn_rate > 0.0f)) {
         m_due = 0.0f;

@@ -24,8 +24,11 @@ public:
     jVector<Function<void(Action*)>> done;  ///< called once by `trigger` when the action has ended
 
 private:
+    friend class ActionManager;
+
     bool m_pause = false;
     int m_tag = 0;
+    int m_slot = -1;  ///< in its manager's list
     void* m_data = nullptr;
 };
 
@@ -118,7 +121,7 @@ public:
 
     /// Takes ownership and starts it; null is ignored.
     void addAction(Action* action);
-    /// Ends and destroys it; one that is not here is ignored.
+    /// Ends and destroys it; one of another manager, or of none, is ignored. REQUIRES that it has not ended yet.
     void removeAction(Action* action);
     void removeAllActions();
     int getNumActions() const;
@@ -127,8 +130,10 @@ public:
 private:
     void remove(int index);
     void sweep();
+    void closeGaps();
 
-    jVector<Action*> m_actions;  ///< null where one was removed during an update
+    jVector<Action*> m_actions;  ///< null where one was removed
     jVector<Action*> m_removed;  ///< wait for the end of the update
+    int m_gaps = 0;              ///< nulls in the list
     bool m_updating = false;
 };

@@ -7,6 +7,7 @@
 #include "engine/text/Containers.h"
 
 class Body;
+class Node;
 class Object;
 struct BodyState;
 
@@ -82,6 +83,9 @@ public:
 
     /// Not owned; must outlive the body or be set to null before. Replaces the one set.
     void setContactCallback(BodyContactCallbackBase* callback);
+    /// Where the object's origin was, geocentric, when it began to touch what the last contact callback told of; where
+    /// it is now if none did in this frame. What moves fast has gone on a way since.
+    dvec3 getContactPosition() const;
 
 protected:
     Body(Object* object, const BodySettings& settings);
@@ -118,4 +122,7 @@ public:
     bool isFrozen() const;  ///< at rest, riding
     void setMask(int mask);
     int getMask() const;
+    /// Leaves out, besides what the mask does, the bodies and colliders of a node and all below it; null for none. The
+    /// node may go before the body.
+    void setExcluded(const Node* node);
 };

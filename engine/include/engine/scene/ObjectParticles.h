@@ -24,7 +24,9 @@ struct ParticleSettings {
     vec4 color{1.0f, 1.0f, 1.0f, 1.0f};      ///< at birth
     vec4 end_color{1.0f, 1.0f, 1.0f, 0.0f};  ///< at death
     bool additive = false;
-    bool emitting = true;  ///< plays from the start
+    bool emitting = true;   ///< plays from the start
+    float delay = 0.0f;     ///< seconds from when it begins to play until it emits
+    float duration = 0.0f;  ///< seconds that it then emits; 0 as long as it plays
     int max_particles = 1000;
     jString texture;  ///< image file; empty for a soft disc
 };
@@ -47,9 +49,9 @@ public:
     int getType() const override { return PARTICLES; }
     const ParticleSettings& getSettings() const { return m_settings; }
 
-    void play() { m_emitting = true; }
+    void play();  ///< one that plays goes on
     void stop() { m_emitting = false; }  ///< living particles stay
-    bool isEmitterEnabled() const { return m_emitting; }
+    bool isEmitterEnabled() const { return m_emitting; }  ///< plays, also before and after what it emits
     void clear();  ///< ends every living particle
 
     float getSpawnRate() const { return m_settings.spawn_rate; }  ///< a second
@@ -85,12 +87,14 @@ private:
     struct Step;
 
     void emit(const Step& step);
+    bool isEmitting(float dt);
     Particle makeParticle(const dmat4& frame, const Step& step);
     void updateBox();
 
     ParticleSettings m_settings;
     float m_authored_rate;
     bool m_emitting;
+    float m_played = 0.0f;  ///< seconds since it began to play
     float m_due = 0.0f;  ///< particles owed
     bool m_has_last_frame = false;
     dmat4 m_last_frame;  ///< world transform at the end of the last step that emitted

@@ -1,0 +1,72 @@
+// Driving the carrier, and what moves on its deck.
+#include "Carrier.h"
+
+#include "Options.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "engine/scene/SceneNodes.h"
+#include "engine/scene/World.h"
+#include "engine/text/Log.h"
+#include "src/logic/Logic_Test_Fly.h"
+#include "src/ship/Ship.h"
+
+namespace {
+
+/// Seconds in which what is parked on the deck comes to rest: from then on it rides, however the ship gathers way.
+constexpr float MOORED = 2.0f;
+
+bool isInside(const BoundBox& box, const dvec3& p) {
+    return p.x > box.min.x && p.x < box.max.x && p.y > box.min.y && p.y < box.max.y && p.z > box.min.z &&
+           p.z < box.max.z;
+}
+
+}  // namespace
+
+Carrier::Carrier(const Options& options, World& world, Logic_Test_Fly* logic) : m_logic(logic) {
+    findDeckLife(world);
+    if (!options.drive_ship) return;
+    if (logic && logic->getShip() && logic->getShip()->getObject()->getBodyRigid())
+        castOff(world, *options.drive_ship);
+    else
+        jLog::warning("there is no ship with a body to drive");
+}
+
+void Carrier::findDeckLife(World& world) {
+    m_has_flag = m_flag.init(world.getNodeByName("deck_flag"));
+    Node* const hand = world.getNodeByName("deck_hand");
+    if (hand && hand->getType() == Node::PREFAB) m_hand.init(static_cast<ObjectPrefab*>(hand));
+}
+
+/// Triggers are found as children of their group, so those on the ship cannot hang below it.
+void Carrier::castOff(World& world, int mode) {
+    Ship& ship = *m_logic->getShip();
+    const dmat4 to_ship = inverse(ship.getObject()->getWorldTransform());
+    const BoundBox box = ship.getObject()->getBoundBox();
+    const Node* const group = world.getNodeByTag("all_triggers");
+    for (int i = 0; group && i < group->getNumChildren(); ++i) {
+        Node* const node = group->getChild(i);
+        if (node->getType() != Node::TRIGGER || !isInside(box, to_ship * node->getWorldPosition())) continue;
+        m_aboard.push_back({static_cast<NodeTrigger*>(node), to_ship * node->getWorldTransform()});
+    }
+    ship.setControlMode(mode);
+    m_moored = MOORED;
+    m_driven = true;
+}
+
+void Carrier::update(float dt) {
+    if (m_has_flag) m_flag.update(dt);
+    m_hand.update(dt);
+    if (m_driven) drive(dt);
+}
+
+void Carrier::drive(float dt) {
+    Ship& ship = *m_logic->getShip();
+    if (m_moored > 0.0f) {
+        m_moored -= dt;
+        if (m_moored > 0.0f) return;
+        ship.getObject()->getBodyRigid()->setFreezable(false);
+        ship.getObject()->getBody()->setEnabled(true);
+        m_logic->setShipsAutoMove(true);
+    }
+    m_logic->ships_auto_move();
+    for (const Aboard& a : m_aboard) a.trigger->setWorldTransform(ship.getObject()->getWorldTransform() * a.place);
+}

@@ -1,0 +1,71 @@
+// Nodes of aircraft prefabs.
+#include "models/AircraftPrefab.h"
+
+Json lookNode(const std::string& name, const std::string& model, bool enabled) {
+    Json node = sceneNode("node", name);
+    if (!enabled) node["enabled"] = false;
+    node["mesh"] = model;
+    return node;
+}
+
+Json particleNode(const std::string& name, const dvec3& position, const Json& settings) {
+    Json node = sceneNode("particles", name, position);
+    node["particles"] = settings;
+    return node;
+}
+
+Json fireNode(const dvec3& position, const dvec3& size) {
+    Json node = sceneNode("node", "fire", position);
+    node["enabled"] = false;
+    node["children"] = Json::array({particleNode("fire_spe", {},
+                                                 {{"spawn_rate", 90},
+                                                  {"life", 1.6},
+                                                  {"life_spread", 0.5},
+                                                  {"velocity", {0, 0, 3.5}},
+                                                  {"velocity_spread", {1.2, 1.2, 1}},
+                                                  {"emitter_size", triple(size)},
+                                                  {"size", 1.6},
+                                                  {"size_spread", 0.5},
+                                                  {"growth", 1.8},
+                                                  {"drag", 0.4},
+                                                  {"buoyancy", 2},
+                                                  {"wind", 0.6},
+                                                  {"color", {1.0, 0.42, 0.09, 0.7}},
+                                                  {"end_color", {0.5, 0.06, 0.01, 0}},
+                                                  {"additive", true},
+                                                  {"emitting", false},
+                                                  {"max_particles", 200}})});
+    return node;
+}
+
+Json lampNode(const std::string& name, const dvec3& position, const dvec3& color, double intensity) {
+    Json node = sceneNode("light", name, position);
+    node["light"] = {{"color", triple(color)}, {"intensity", intensity}, {"range", 15}, {"size", 0.12}};
+    return node;
+}
+
+Json spotNode(const std::string& name, const dvec3& position, double down, double intensity, double range) {
+    Json node = sceneNode("light", name, position);
+    node["hpr"] = {0, -down, 0};
+    node["light"] = {
+        {"kind", "spot"}, {"color", {1.0, 0.96, 0.88}}, {"intensity", intensity}, {"range", range}, {"angle", 14},
+        {"size", 0.2}};
+    return node;
+}
+
+Json pilotCamera(const dvec3& eye) {
+    Json node = sceneNode("node", "cam_first_player", eye);
+    node["hpr"] = {0, 90, 0};  // a camera looks along its -Z: turned so that this lies ahead and its Y is up
+    return node;
+}
+
+Json bodyShape(const std::string& name, const std::string& type, const dvec3& size, const dvec3& position) {
+    return {{"name", name}, {"type", type}, {"size", triple(size)}, {"position", triple(position)}};
+}
+
+void addWheelPlaces(Json& children, const std::vector<dvec3>& middles, const std::vector<dvec3>& contacts) {
+    const char* const feedback[] = {"wheel_front", "wheel_left", "wheel_right"};
+    const char* const physics[] = {"F_wheel_pos", "L_wheel_pos", "R_wheel_pos"};
+    for (std::size_t i = 0; i < 3; ++i) children.push_back(sceneNode("node", feedback[i], contacts[i]));
+    for (std::size_t i = 0; i < 3; ++i) children.push_back(sceneNode("node", physics[i], middles[i]));
+}

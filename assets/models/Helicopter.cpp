@@ -1,0 +1,15 @@
+// Puts the helicopter together.
+#include "models/Builders.h"
+#include "models/HelicopterPrefab.h"
+#include "models/HelicopterShape.h"
+
+void writeHelicopter(const std::string& root) {
+    using namespace heli;
+    const std::string folder = root + "/data/assets/Targets/MODELS/HELICOPTER/";
+    std::vector<Part> parts{fuselage(), mainRotor(), tailRotor()};
+    for (std::vector<Part> more : {doors(), fittings()}) {
+        for (Part& part : more) parts.push_back(std::move(part));
+    }
+    writePrefab(folder);
+    writeModel(folder + "HELICOPTER.glb", parts);
+}

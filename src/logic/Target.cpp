@@ -1,0 +1,110 @@
+// Targets: made from a record, moved by the records that follow.
+#include "src/logic/Target.h"
+
+#include <engine/globe/EllipsoidModel.h>
+#include <engine/memory/Allocator.h>
+#include <engine/scene/ObjectPrefab.h>
+#include <engine/scene/World.h>
+#include <engine/text/Log.h>
+
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+constexpr double SMALL_MOVE = 1.0;     ///< metres; up to here a target stays where it is
+constexpr float GLIDE_TIME = 1.0f;     ///< seconds
+constexpr double HIGHEST = 1000000.0;  ///< metres above or below the ellipsoid that a place is believed
+constexpr int HEADING = 4;             ///< in the record's pose
+
+dvec3 placeOf(const TargetInfo& info) {
+    return {info.pose[0], info.pose[1], info.pose[2]};
+}
+
+/// Longitudes are taken up to 360, as a glide over the date line counts on.
+bool isOnGlobe(const TargetInfo& info) {
+    const dvec3 place = placeOf(info);
+    if (std::fabs(place.x) <= 360.0 && std::fabs(place.y) <= 90.0 && std::fabs(place.z) <= HIGHEST) return true;
+    jLog::error("target \"%s\": no place on the globe: %f,%f,%f", info.name.c_str(), place.x, place.y, place.z);
+    return false;
+}
+
+}  // namespace
+
+std::unique_ptr<Target> Target::Create(World* world, ActionManager* actions, const TargetInfo& info,
+                                       const jString& path) {
+    if (info.name.empty()) {
+        jLog::error("target of type %d: it has no name", info.type);
+        return nullptr;
+    }
+    if (!isOnGlobe(info)) return nullptr;
+    if (path.empty()) {
+        jLog::error("target \"%s\": no model for type %d", info.name.c_str(), info.type);
+        return nullptr;
+    }
+    auto* const prefab = jNew<ObjectPrefab>({"src\\logic\\Target", "Target::Create"}, path);
+    if (!prefab->isLoaded()) {
+        jDelete(prefab);
+        return nullptr;  // the loading has said why
+    }
+    prefab->setName(info.name);
+    prefab->addTag(info.name);
+    prefab->setWgsPosition(placeOf(info));
+    prefab->setWgsHPR({std::isfinite(info.pose[HEADING]) ? info.pose[HEADING] : 0.0, 0.0, 0.0});
+    world->addChild(prefab);
+    return std::unique_ptr<Target>(new Target(actions, prefab, info));
+}
+
+Target::Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info)
+    : m_actions(actions), m_prefab(prefab), m_position(placeOf(info)), m_info(info) {}
+
+Target::~Target() {
+    endGlide();
+    if (World* const world = m_prefab->getWorld()) world->removeNode(m_prefab);
+}
+
+int Target::getStatus() const {
+    return m_prefab->getStatus();
+}
+
+Node* Target::getNode() const {
+    return m_prefab;
+}
+
+void Target::update(const TargetInfo& info) {
+    if (!m_prefab->isLoaded()) {
+        std::printf("%s prefab is error \n", m_info.name.c_str());
+        return;
+    }
+    if (!isOnGlobe(info)) return;
+    if (info.type != m_info.type) {
+        jLog::warning("target \"%s\": keeps the model of type %d, not that of %d", info.name.c_str(), m_info.type,
+                      info.type);
+    }
+    const EllipsoidModel globe;
+    if (length(globe.toWorld(placeOf(info)) - globe.toWorld(m_position)) > SMALL_MOVE) glide(placeOf(info));
+    m_info = info;
+}
+
+/// A running glide begins anew: it starts from where the last one leads.
+void Target::glide(const dvec3& place) {
+    dvec3 from = m_position, to = place;
+    if (to.x - from.x > 180.0) from.x += 360.0;  // the short way round; longitudes above 180 wrap
+    if (from.x - to.x > 180.0) to.x += 360.0;
+    m_position = place;
+    if (m_glide) {
+        m_glide->initWithDuration(m_prefab, GLIDE_TIME, from, to);
+        return;
+    }
+    m_glide = ActionMoveAndLookAt::Create(m_prefab, GLIDE_TIME, from, to);
+    m_glide->done.append([this](Action*) { endGlide(); });
+    m_actions->addAction(m_glide);
+}
+
+/// From within `done` the manager has let go of it already.
+void Target::endGlide() {
+    if (!m_glide) return;
+    m_actions->removeAction(m_glide);
+    m_glide = nullptr;
+    m_prefab->setWgsPosition(m_position);
+}

@@ -1,0 +1,89 @@
+// The wake's step, run by the logic's `ships_auto_move` before the ship's own.
+#include "src/ship/Wakes.h"
+
+#include <engine/core/Engine.h>
+#include <engine/scene/ObjectOcean.h>
+#include <engine/scene/ObjectParticles.h>
+#include <engine/scene/SceneNodes.h>
+
+#include <algorithm>
+
+#include "src/ship/Ship.h"
+
+namespace {
+
+constexpr int START_FRAMES = 10;     ///< until then the ship may be put somewhere else
+constexpr double MOST_FOAM = 512.0;  ///< metres
+constexpr double FOAM_MARGIN = 1.1;
+constexpr double NO_FOAM_BEAUFORT = 12.0;
+constexpr float FOAM_LIFE = 30.0f;  ///< seconds
+
+void listParticles(Node& node, jVector<ObjectParticles*>& found) {
+    if (node.getType() == Node::PARTICLES) found.append(static_cast<ObjectParticles*>(&node));
+    for (int i = 0; i < node.getNumChildren(); ++i) listParticles(*node.getChild(i), found);
+}
+
+}  // namespace
+
+Wakes::Wakes(Node* node, Ship* ship, ObjectOcean* ocean)
+    : m_ship(ship), m_wake_offset(node->getTransform()), m_ocean(ocean), m_node(node) {
+    reset();
+    jVector<ObjectParticles*> all;
+    listParticles(*node, all);
+    for (const ObjectParticles* particles : all) {
+        m_authored[particles->getId()] = {particles->getLife(), particles->getLifeSpread(),
+                                          particles->getLinearVelocity(), particles->getLinearVelocitySpread(),
+                                          particles->getSpawnRate()};
+    }
+    Node* const foam = node->getChildByName("foam");
+    if (!foam || foam->getType() != Node::DECAL_ORTHO) return;
+    m_foam = static_cast<DecalOrtho*>(foam);
+    listParticles(*foam, m_foam_particles);
+}
+
+void Wakes::reset() {
+    m_tuning = {20.0f, 8.0f, 10.0f, 8.0f, 10.0f, 12.0f, 10.0f, 10.0f, 10.0f, 10.0f, 1.0f, 0.3f, 0.5f, 0.0f};
+    m_tuning_end = 0;
+    m_foam_life = FOAM_LIFE;
+}
+
+const AuthoredParticles* Wakes::getAuthored(int id) const {
+    const auto found = m_authored.find(id);
+    return found == m_authored.end() ? nullptr : &found->second;
+}
+
+void Wakes::clearParticles() {
+    for (ObjectParticles* particles : m_foam_particles) particles->clear();
+}
+
+void Wakes::update() {
+    if (Engine::get()->getFrame() < START_FRAMES) clearParticles();
+    if (m_foam_particles.empty()) return;
+    sizeFoam();
+    level();
+    shortenLife();
+}
+
+void Wakes::sizeFoam() {
+    BoundBox box;
+    for (const ObjectParticles* particles : m_foam_particles) box.expand(particles->getWorldParticleBox());
+    const auto size = static_cast<float>(std::clamp(length(box.getSize()) * FOAM_MARGIN, 0.0, MOST_FOAM));
+    m_foam->setWidth(size);
+    m_foam->setHeight(size);
+}
+
+/// Upright, whatever the ship does; on its course, unless it stands on end.
+void Wakes::level() {
+    const dmat4& ship = m_ship->getObject()->getWorldTransform();
+    const dvec3 up = m_ship->getObject()->getWGSTransform().getZ();
+    const dvec3 ahead = normalize(ship.getY() - up * dot(ship.getY(), up));
+    if (ahead == dvec3()) return;
+    m_node->setWorldTransform(dmat4(cross(ahead, up), ahead, up, ship.getTranslation()) * m_wake_offset);
+}
+
+void Wakes::shortenLife() {
+    const int beaufort = m_ocean ? m_ocean->getBeaufort() : -1;
+    if (beaufort < 0) return;
+    const auto left = static_cast<float>(jMath::getFadeOut(beaufort, NO_FOAM_BEAUFORT, NO_FOAM_BEAUFORT));
+    for (ObjectParticles* particles : m_foam_particles) particles->setLife(left * getFoamLife());
+}

@@ -1,0 +1,200 @@
+// The timed actions of weapons and effects, stepped by a manager of their own.
+#include "WeaponWorld.h"
+#include "common/actions/ActionAttack.h"
+#include "common/actions/ActionMoveAndLookAt.h"
+#include "src/kit/LogicActions.h"
+
+namespace {
+
+constexpr float DT = 1.0f / 64.0f;  // exact in binary
+
+class ActionsTest : public WeaponTest {
+protected:
+    ActionsTest() : m_blocks(memGetInfos().size()) {}
+
+    void step(int steps, float dt = DT) {
+        for (int i = 0; i < steps; ++i) manager.update(dt);
+    }
+    std::size_t blocksTaken() const { return memGetInfos().size() - m_blocks; }
+    static dvec3 place() { return EllipsoidModel().toWorld({112.0, 17.0, 100.0}); }
+
+    ActionManager manager;
+
+private:
+    std::size_t m_blocks;
+};
+
+TEST_F(ActionsTest, AMissileFliesItsLifeAndIsThenHidden) {
+    Node* const node = addNode("missile");
+    const dmat4 launch = EllipsoidModel().getWGSTransform(place()) * dmat4(dquat(dvec3(30, 20, 10)), {});
+    node->setWorldTransform(launch);
+    ActionEmitMissile* const flight = ActionEmitMissile::Create(node, 300.0f, 10.0f);
+    node->setWorldPosition(place() + dvec3(50, 0, 0));
+    manager.addAction(flight);
+    EXPECT_EQ(node->getWorldTransform(), launch) << "it starts from where it was made";
+    step(320);
+    flight->setPause(true);
+    const dvec3 half = node->getWorldPosition();
+    step(100);
+    EXPECT_EQ(node->getWorldPosition(), half);
+    flight->setPause(false);
+    step(319);
+    EXPECT_TRUE(node->isEnabled());
+    step(1);
+    EXPECT_FALSE(node->isEnabled());
+    EXPECT_EQ(manager.getNumActions(), 0);
+    EXPECT_LT(length(node->getWorldPosition() - (launch.t + launch.y * 3000.0)), 1e-5);
+    EXPECT_EQ(ActionEmitMissile::Create(nullptr, 1.0f, 1.0f), nullptr);
+    EXPECT_EQ(blocksTaken(), 0u);
+}
+
+TEST_F(ActionsTest, AMissileThatIsSwitchedOffStaysWhereItIs) {
+    Node* const node = addNode("missile", place());
+    manager.addAction(ActionEmitMissile::Create(node, 300.0f, 1.0f));
+    step(8);
+    node->setEnabled(false);
+    const dvec3 there = node->getWorldPosition();
+    step(56);
+    EXPECT_EQ(node->getWorldPosition(), there);
+    EXPECT_EQ(manager.getNumActions(), 0);
+}
+
+TEST_F(ActionsTest, ATorpedoShowsOnceAfterItsDelayAndEndsAtItsLifeOrAtTheSea) {
+    const EllipsoidModel globe;
+    const struct {
+        double height;
+        float delay, life;
+        int shown, ended;  // steps after which; 0 never within a second
+    } cases[] = {{5.0, 0.25f, 0.5f, 17, 32}, {5.0, 0.25f, 9.0f, 17, 0}, {0.0, 0.0f, 9.0f, 0, 1},
+                 {-5.0, 0.0f, 9.0f, 0, 1},   {5.0, 0.0f, 9.0f, 1, 0},   {5.0, 0.0f, 0.0f, 0, 1}};
+    for (const auto& c : cases) {
+        Node* const effect = addNode("effect");
+        auto* const body = add(std::make_unique<Object>());
+        body->setWorldTransform(globe.getWGSTransform(globe.toWorld({112.0, 17.0, c.height})));
+        TorpedoRun run;
+        run.effect = effect;
+        run.body = body;
+        run.life = c.life;
+        ActionEmitTorpedo* const action = ActionEmitTorpedo::Create(&run, c.delay);
+        EXPECT_FALSE(effect->isEnabled());
+        action->start();
+        int shown = 0, ended = 0;
+        for (int i = 1; i <= 64; ++i) {
+            EXPECT_TRUE(action->step(DT));
+            if (!shown && effect->isEnabled()) shown = i;
+            if (!ended && action->isDone()) ended = i;
+        }
+        EXPECT_EQ(shown, c.shown) << c.height << " " << c.delay;
+        EXPECT_EQ(ended, c.ended) << c.height << " " << c.delay;
+        EXPECT_EQ(effect->getWorldTransform() == body->getWorldTransform(), c.shown > 0);
+        if (c.ended) EXPECT_FALSE(effect->isEnabled());
+        action->setPause(true);
+        EXPECT_FALSE(action->step(DT));
+        EXPECT_TRUE(action->forceDone() && action->isDone());
+        destroyAction(action);
+        world().removeNode(effect);
+        world().removeNode(body);
+    }
+    TorpedoRun empty;
+    EXPECT_EQ(ActionEmitTorpedo::Create(nullptr, 0.0f), nullptr);
+    EXPECT_EQ(ActionEmitTorpedo::Create(&empty, 0.0f), nullptr);
+}
+
+TEST_F(ActionsTest, AnEffectStartsATenthOfASecondLateAndGoesWithItsAction) {
+    ActionPlaySpe* const play = ActionPlaySpe::Create(world().getRoot(), EXPLOSION, 0.5f, place());
+    ASSERT_NE(play, nullptr);
+    manager.addAction(play);
+    auto* const effect = static_cast<ObjectParticles*>(world().getNodeByName("effect"));
+    auto* const smoke = static_cast<ObjectParticles*>(world().getNodeByName("smoke"));
+    ASSERT_TRUE(effect && smoke);
+    EXPECT_EQ(effect->getWorldTransform(), EllipsoidModel().getWGSTransform(place()));
+    for (int i = 0; i < 32; ++i) {
+        EXPECT_EQ(effect->isEmitterEnabled(), i > 7) << i;  // the eighth step begins at 7/64 s, the first above 0.1
+        EXPECT_EQ(smoke->isEmitterEnabled(), i > 7) << i;
+        step(1);
+        run(1, DT);
+    }
+    EXPECT_EQ(world().getNodeByName("effect"), nullptr);
+    EXPECT_EQ(blocksTaken(), 0u);
+}
+
+TEST_F(ActionsTest, AFileWithoutAnEffectLeavesNothing) {
+    const char* const path = "data/bad.prefab";
+    const int nodes = world().getNumNodes();
+    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr);
+    for (const char* text : {"{ }", R"({ "node": 3 })", R"({ "node": { "type": "light" } })", R"({ "node": { } })"}) {
+        clearLines();
+        write(path, text);
+        EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr) << text;
+        EXPECT_GE(countLines(path), 1) << text;
+    }
+    EXPECT_EQ(world().getNumNodes(), nodes);
+    EXPECT_EQ(blocksTaken(), 0u);
+}
+
+TEST_F(ActionsTest, SenselessDurationsEndWithTheFirstStep) {
+    Node* const node = addNode("target");
+    for (const float duration : {0.0f, -3.0f, NAN}) {
+        clearLines();
+        manager.addAction(ActionPlaySpe::Create(world().getRoot(), EXPLOSION, duration, place()));
+        manager.addAction(ActionMoveAndLookAt::Create(node, duration, {112, 17, 0}, {112, 17, 9}));
+        EXPECT_EQ(countLines("dt <=0 ,make dt = 0.001f"), 1);
+        step(1);
+        EXPECT_EQ(manager.getNumActions(), 0) << duration;
+    }
+}
+
+TEST_F(ActionsTest, AGlideWrapsAboveTheDateLineAlone) {
+    Node* const node = addNode("target");
+    const struct {
+        dvec3 from, to;
+        float t;
+        double longitude;
+    } cases[] = {{{179.5, 0, 0}, {180.5, 0, 0}, 0.4f, 179.9},
+                 {{179.5, 0, 0}, {180.5, 0, 0}, 0.9f, -179.6},
+                 {{-179.5, 0, 0}, {-180.5, 0, 0}, 0.25f, -179.75}};
+    for (const auto& c : cases) {
+        ActionMoveAndLookAt* const glide = ActionMoveAndLookAt::Create(node, 1.0f, c.from, c.to);
+        glide->start();
+        glide->step(c.t);
+        glide->step(0.0f);
+        EXPECT_NEAR(node->getWgsPosition().x, c.longitude, 1e-6);
+        glide->forceDone();
+        EXPECT_LT(length(node->getWorldPosition() - EllipsoidModel().toWorld(c.to)), 1e-6);
+        destroyAction(glide);
+    }
+}
+
+TEST_F(ActionsTest, AGlideFacesItsTravelBeforeItMoves) {
+    const EllipsoidModel globe;
+    Node* const node = addNode("target");
+    const dvec3 here{112.0, 17.0, 50.0};
+    const struct {
+        const char* what;
+        dvec3 to;
+        double heading, pitch;
+    } cases[] = {{"north", {112.0, 17.01, 50.0}, 0.0, 0.0},
+                 {"east", {112.01, 17.0, 50.0}, 90.0, 0.0},
+                 {"west and up", {111.999, 17.0, 156.44}, 270.0, 45.0},
+                 {"nowhere", here, 30.0, 5.0}};
+    for (const auto& c : cases) {
+        node->setWgsPosition(here);
+        node->setWgsHPR({30.0, 5.0, 0.0});
+        destroyAction(ActionMoveAndLookAt::Create(node, 1.0f, here, c.to));
+        EXPECT_LT(length(node->getWorldPosition() - globe.toWorld(here)), 1e-6) << c.what;
+        const dvec3 hpr = node->getWgsHPR();
+        // The vertical is that from the globe's centre, up to 0.2 degrees off the ellipsoid's.
+        EXPECT_NEAR(std::remainder(hpr.x - c.heading, 360.0), 0.0, 0.2) << c.what;
+        EXPECT_NEAR(hpr.y, c.pitch, 0.2) << c.what;
+        EXPECT_NEAR(hpr.z, 0.0, 0.2) << c.what;
+    }
+    node->setWgsHPR({30.0, 0.0, 0.0});
+    const dvec3 x = node->getWorldTransform().x;
+    destroyAction(ActionMoveAndLookAt::Create(node, 1.0f, here, here + dvec3(0, 0, 100)));
+    const dmat4& up = node->getWorldTransform();
+    EXPECT_LT(length(up.x - x), 1e-2) << "straight up keeps the old X axis";
+    EXPECT_NEAR(dot(up.x, up.y), 0.0, 1e-12);
+    EXPECT_NEAR(length(up.z), 1.0, 1e-12);
+}
+
+}  // namespace

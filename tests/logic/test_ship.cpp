@@ -1,0 +1,350 @@
+// The floating ship: its forces against their law on a level sea, where it comes to rest, its wake, bad models, and its
+// place in the logic.
+#include "LogicWorld.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/memory/Allocator.h"
+#include "engine/scene/ObjectOcean.h"
+#include "engine/scene/ObjectParticles.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "engine/scene/SceneNodes.h"
+#include "src/ship/Buoyancy.h"
+#include "src/ship/Ship.h"
+#include "src/ship/Wakes.h"
+
+namespace {
+
+constexpr double LON = 112.4, LAT = 16.8, G = 9.80665, DT = 1.0 / 60.0;
+constexpr vec3 HULL{10.0f, 80.0f, 12.0f};
+constexpr double VOLUME = 10.0 * 80.0 * 12.0, MASS = 100.0 * VOLUME * 0.25;  ///< afloat at half its height
+
+const char* const WAKES = R"({ "name": "ship", "children": [ { "name": "wakes", "position": [0, -40, 0], "children": [
+    { "name": "foam", "type": "decal", "decal": { "width": 5, "height": 5, "depth": 9 }, "children": [
+        { "type": "particles", "particles": { "spawn_rate": 60, "life": 30, "velocity": [0, 0, 0] } },
+        { "children": [ { "type": "particles", "particles": { "spawn_rate": 7, "emitter_size": [9, 9, 0] } } ] } ] },
+    { "name": "spray", "type": "particles", "particles": { "life": 4, "spawn_rate": 3 } } ] } ] })";
+
+class ShipTest : public SceneTest {
+protected:
+    ShipTest() {
+        ocean = add(std::make_unique<ObjectOcean>());
+        ocean->setWgsPosition({112.35, 16.84, 0.0});
+        ocean->setUseGlobalWind(false);
+        ocean->setBeaufort(0);
+        engine().getCameraControl()->getNode()->setWgsPosition({LON, LAT, 20.0});
+    }
+    ~ShipTest() override {
+        for (Ship* s : ships) jDelete(s);
+    }
+
+    Ship& makeShip(Object* object, ObjectOcean* on) {
+        ships.push_back(jNew<Ship>({"test", "test"}, object, on));
+        return *ships.back();
+    }
+    Ship& makeHull(double height, Shape::Type type = Shape::BOX) {
+        BodySettings settings;
+        settings.mass = static_cast<float>(MASS);
+        settings.shapes.append({});
+        settings.shapes[0].type = type;
+        settings.shapes[0].size = HULL;
+        Object* const hull = add(std::make_unique<ObjectPrefab>());
+        hull->setBody(settings);
+        hull->setWgsPosition({LON, LAT, height});
+        hull->setWgsHPR({40.0, 0.0, 0.0});
+        return makeShip(hull, ocean);
+    }
+    void frames(Ship& ship, int count) {
+        for (int i = 0; i < count; ++i) {
+            engine().beginFrame(DT);
+            ship.updateWakes();
+            ship.update();
+            engine().step();
+            engine().endFrame();
+        }
+    }
+    static double heightOf(const Ship& ship) { return ship.getObject()->getWgsPosition().z; }
+
+    ObjectOcean* ocean;
+    std::vector<Ship*> ships;
+};
+
+TEST_F(ShipTest, SamplesTheSeaUnderEightRowsOfThree) {
+    const Ship& ship = makeHull(0.0);
+    const jVector<dvec3>& points = ship.getBuoyancy()->getPoints();
+    ASSERT_EQ(points.size(), 24);
+    for (int n = 0; n < 24; ++n) {
+        EXPECT_NEAR(points[n].x, -5.0 + 5.0 * (n % 3), 1e-9) << n;
+        EXPECT_NEAR(points[n].y, -40.0 + 80.0 / 7.0 * (n / 3), 1e-9) << n;
+        EXPECT_EQ(points[n].z, 0.0);
+    }
+    EXPECT_EQ(ship.getHullVolume(), 9600.0f);
+}
+
+// Accelerations over one short step, along the ship's axes, from 3 m/s to starboard.
+TEST_F(ShipTest, PropulsionDragAndLiftFollowTheirLaw) {
+    const struct {
+        double height, immersed;
+        int mode;
+        int key;
+        float drive_angle;
+    } cases[] = {{6.0, 0.0, Ship::STEADY, 0, 0.0f},
+                 {0.0, 0.5, Ship::STEADY, 0, 0.0f},
+                 {-9.0, 1.0, Ship::STEADY, 0, 0.0f},
+                 {0.0, 0.5, Ship::KEYBOARD, ControlApp::KEY_UP, 0.0f},
+                 {0.0, 0.5, Ship::KEYBOARD, ControlApp::KEY_DOWN, 0.0f},
+                 {0.0, 0.5, Ship::KEYBOARD, 0, 0.0f},
+                 {0.0, 0.5, Ship::NO_INPUT, ControlApp::KEY_UP, 0.0f},
+                 {3.0, 0.25, Ship::STEADY, 0, 0.0f},
+                 {-3.0, 0.75, Ship::STEADY, 0, 0.0f},
+                 {0.0, 0.5, Ship::NO_INPUT, 0, 90.0f},
+                 {6.0, 0.0, Ship::NO_INPUT, 0, -30.0f}};
+    for (const auto& c : cases) {
+        Ship& ship = makeHull(c.height);
+        BodyRigid& body = *ship.getObject()->getBodyRigid();
+        const dmat4 axes = body.getTransform();
+        body.setLinearVelocity(narrow(axes.x * 3.0));
+        ship.setControlMode(c.mode);
+        ship.setDriveAngle(c.drive_angle);
+        if (c.key) engine().getApp()->getControl()->setKey(c.key, true);
+        frames(ship, 1);
+        if (c.key) engine().getApp()->getControl()->setKey(c.key, false);
+        const dvec3 gained = dvec3(body.getLinearVelocity()) - axes.x * 3.0;
+
+        const double f = c.immersed, k = (0.5 - std::abs(0.5 - f)) * (0.5 - std::abs(0.5 - f));
+        const bool on = c.mode == Ship::STEADY || (c.mode == Ship::KEYBOARD && c.key);
+        const double throttle = !on ? 0.0 : c.key == ControlApp::KEY_DOWN ? -2000.0 : 1000.0;
+        const double angle = static_cast<double>(c.drive_angle) * jMath::DEG2RAD,
+                     drive = angle != 0.0 ? 3e5 / MASS : 0.0;
+        const double ahead = throttle * VOLUME * k / MASS + drive * std::sin(angle);
+        const double starboard = drive * std::cos(angle) - 4000.0 * f * 9.0 / MASS - 24.0 * 0.3 * f * f * 3.0 - 0.3 * f;
+        const double up = 100.0 * VOLUME * G * f * f / MASS - G;
+        EXPECT_NEAR(ship.getBuoyancy()->getSubmergedRatio(), f, 1e-4);
+        EXPECT_NEAR(dot(gained, axes.y) / DT, ahead, 0.01 * std::abs(ahead) + 0.02) << c.height << ' ' << c.key;
+        EXPECT_NEAR(dot(gained, axes.x) / DT, starboard, 0.01 * std::abs(starboard) + 0.02) << c.height;
+        EXPECT_NEAR(dot(gained, axes.z) / DT, up, 0.01 * std::abs(up) + 0.02) << c.height;
+        EXPECT_NEAR(body.getAngularDamping(), 1.2 * f, 1e-4);
+        EXPECT_NEAR(body.getLinearDamping(), 0.1 * f, 1e-4);
+        body.setEnabled(false);
+    }
+}
+
+TEST_F(ShipTest, ComesToRestUprightWhereItsWeightIsLifted) {
+    for (const double share : {0.3, 0.5, 0.8}) {
+        BodySettings settings;
+        settings.mass = static_cast<float>(100.0 * VOLUME * share * share);
+        settings.shapes.append({});
+        settings.shapes[0].size = HULL;
+        settings.shapes[0].transform.t.z = 12.0 * (0.5 - share);
+        settings.center_of_mass = {0.0f, 0.0f, static_cast<float>(-12.0 * share)};
+        Object* const hull = add(std::make_unique<ObjectPrefab>());
+        hull->setBody(settings);
+        hull->setWgsPosition({LON, LAT, 2.0});
+        hull->setWgsHPR({40.0, 2.0, 6.0});
+        Ship& ship = makeShip(hull, ocean);
+        frames(ship, 6000);
+        EXPECT_NEAR(heightOf(ship), 0.0, 0.02) << share;
+        EXPECT_NEAR(ship.getBuoyancy()->getSubmergedRatio(), share, 0.002);
+        EXPECT_NEAR(hull->getWgsHPR().y, 0.0, 0.1) << share;
+        EXPECT_NEAR(hull->getWgsHPR().z, 0.0, 0.1) << share;
+        EXPECT_LT(length(ship.getVelocity()), 0.02f);
+        hull->getBody()->setEnabled(false);
+    }
+}
+
+TEST_F(ShipTest, FeelsTheWavesAsFarAsTheyAreDrawnFromTheViewsHeight) {
+    ocean->setBeaufort(8);
+    Ship& ship = makeHull(0.0);
+    ship.getObject()->getBody()->setEnabled(false);
+    ship.getObject()->setWgsHPR({40.0, 4.0, 7.0});
+    const EllipsoidModel globe;
+    const dmat4 hull = ship.getObject()->getWorldTransform();
+    for (const auto& [view, rise] : {std::pair(-5.0, 1.0), {0.0, 1.0}, {400.0, 0.6}, {1000.0, 0.0}, {9000.0, 0.0}}) {
+        engine().getCameraControl()->getNode()->setWgsPosition({LON, LAT, view});
+        frames(ship, 20);
+        double sum = 0.0;
+        for (const dvec3& point : ship.getBuoyancy()->getPoints()) {
+            const dvec3 at = hull * (point - dvec3(0.0, 0.0, 6.0));
+            const double wave = globe.toWGS(ocean->getWorldPoint(at)).z * rise;
+            sum += std::clamp((wave - globe.toWGS(at).z) / 12.0, 0.0, 1.0);
+        }
+        EXPECT_NEAR(ship.getBuoyancy()->getSubmergedRatio(), sum / 24.0, 1e-5) << view;
+    }
+}
+
+TEST_F(ShipTest, BadModelsAndMissingPartsHarmNothing) {
+    Ship& round = makeHull(5.0, Shape::SPHERE);
+    EXPECT_EQ(countLines("Buoyancy::Buoyancy:first shape must be box"), 1);
+    round.setControlMode(Ship::STEADY);
+    clearLines();
+    frames(round, 60);
+    EXPECT_TRUE(std::isnan(round.getBuoyancy()->getSubmergedRatio()));
+    EXPECT_TRUE(isFinite(round.getObject()->getWorldTransform()));
+    EXPECT_EQ(lines().size(), 0u);
+
+    Object* const bare = add(std::make_unique<ObjectPrefab>());
+    Ship& plain = makeShip(bare, ocean);
+    plain.setVelocity({1.0f, 2.0f, 3.0f});
+    frames(plain, 3);
+    EXPECT_EQ(plain.getBuoyancy(), nullptr);
+    EXPECT_EQ(plain.getVelocity().y, 2.0f);
+
+    ObjectPrefab nowhere;
+    BodySettings settings;
+    settings.shapes.append({});
+    nowhere.setBody(settings);
+    Ship& lost = makeShip(&nowhere, ocean);
+    EXPECT_EQ(countLines("Buoyancy::Buoyancy:world"), 1);
+    frames(lost, 3);
+    EXPECT_TRUE(isFinite(nowhere.getWorldTransform()));
+
+    const Ship& lake = makeHull(0.0);
+    Ship& dry = makeShip(lake.getObject(), nullptr);
+    frames(dry, 30);
+    EXPECT_NEAR(heightOf(dry), 0.0, 0.05) << "without an ocean the sea is level";
+    dry.getObject()->setEnabled(false);
+    dry.setControlMode(Ship::STEADY);
+    frames(dry, 1);
+    EXPECT_EQ(dry.getControl().x, 0.0f) << "a ship that is switched off does nothing";
+}
+
+TEST_F(ShipTest, ResetBringsEverySettingBack) {
+    Ship& ship = makeHull(0.0);
+    ship.setForwardThrust(7.0f);
+    ship.setDriveAngle(50.0f);
+    ship.setControlMode(Ship::STEADY);
+    ship.getBuoyancy()->setDensity(1.0f);
+    ship.getBuoyancy()->setDamping(9.0f);
+    ship.reset();
+    EXPECT_EQ(ship.getForwardThrust(), 1000.0f);
+    EXPECT_EQ(ship.getDriveAngle(), 0.0f);
+    EXPECT_EQ(ship.getControlMode(), Ship::NO_INPUT);
+    EXPECT_EQ(ship.getBuoyancy()->getDensity(), 100.0f);
+    EXPECT_EQ(ship.getBuoyancy()->getDamping(), 0.3f);
+}
+
+struct WakeTest : ShipTest {
+    WakeTest() {
+        write("data/ship.prefab", std::string(R"({ "node": )") + WAKES + "}");
+        object = add(std::make_unique<ObjectPrefab>("data/ship.prefab"));
+        object->setWgsPosition({LON, LAT, 0.0});
+        object->setWgsHPR({40.0, 0.0, 0.0});
+        ship = &makeShip(object, ocean);
+        node = object->getChildByName("wakes", true);
+        foam = static_cast<DecalOrtho*>(node->getChildByName("foam"));
+    }
+
+    ObjectPrefab* object;
+    Ship* ship;
+    Node* node;
+    DecalOrtho* foam;
+};
+
+TEST_F(WakeTest, StaysLevelOnTheCourseOfARollingShip) {
+    for (const dvec3& hpr : {dvec3(40, 0, 0), dvec3(130, 8, -25), dvec3(300, -12, 60), dvec3(10, 0, 180)}) {
+        object->setWgsHPR(hpr);
+        frames(*ship, 1);
+        const dvec3 level = node->getWgsHPR();
+        EXPECT_NEAR(level.y, 0.0, 1e-6);
+        EXPECT_NEAR(level.z, 0.0, 1e-6);
+        EXPECT_NEAR(std::remainder(level.x - hpr.x, 360.0), 0.0, 1e-6);
+        const dvec3 astern = node->getWorldPosition() - object->getWorldPosition();
+        EXPECT_NEAR(length(astern), 40.0, 1e-6);
+        EXPECT_NEAR(dot(astern, object->getWGSTransform().getZ()), 0.0, 1e-5);
+    }
+    object->setWgsHPR({0.0, 90.0, 0.0});
+    frames(*ship, 1);
+    EXPECT_TRUE(isFinite(node->getWorldTransform()));
+}
+
+TEST_F(WakeTest, FoamIsAsWideAsItsParticlesReachAndBeginsClean) {
+    const jVector<ObjectParticles*>& particles = ship->getWakes()->getFoamParticles();
+    ASSERT_EQ(particles.size(), 2);
+    EXPECT_EQ(ship->getWakes()->getAuthored(node->getChildByName("spray")->getId())->life, 4.0f);
+    EXPECT_EQ(ship->getWakes()->getAuthored(object->getId()), nullptr);
+    frames(*ship, 9);
+    EXPECT_LE(particles[0]->getParticles().size(), 1u) << "cleared in each of the first frames";
+    for (int i = 0; i < 600; ++i) {
+        object->setWgsPosition(object->getWgsPosition() + dvec3(0.0, 1.5e-6, 0.0));
+        const BoundBox box = [&] {
+            BoundBox all = particles[0]->getWorldParticleBox();
+            all.expand(particles[1]->getWorldParticleBox());
+            return all;
+        }();
+        frames(*ship, 1);
+        const double wanted = std::min(1.1 * length(box.getSize()), 512.0);
+        ASSERT_NEAR(foam->getWidth(), wanted, 1e-3 * wanted) << i;
+        ASSERT_EQ(foam->getWidth(), foam->getHeight());
+    }
+    EXPECT_GT(foam->getWidth(), 50.0f);
+    object->setWgsPosition({LON + 0.1, LAT, 0.0});
+    frames(*ship, 60);
+    EXPECT_EQ(foam->getWidth(), 512.0f);
+    ship->clearWakes();
+    EXPECT_TRUE(particles[0]->getParticles().empty());
+}
+
+TEST_F(WakeTest, FoamLivesShorterInHigherSeas) {
+    const ObjectParticles& particles = *ship->getWakes()->getFoamParticles()[1];
+    for (const auto& [beaufort, life] :
+         {std::pair(0, 30.0f), {4, 20.0f}, {9, 7.5f}, {12, 0.0f}, {99, 0.0f}, {-1, 30.0f}}) {
+        ocean->setBeaufort(beaufort);
+        frames(*ship, 1);
+        EXPECT_NEAR(particles.getLife(), life, 1e-4) << beaufort;
+    }
+    ship->getWakes()->setFoamLife(6.0f);
+    frames(*ship, 1);
+    EXPECT_NEAR(particles.getLife(), 6.0f, 1e-5);
+}
+
+struct CarrierTest : LogicTest {
+    void begin(const jString& carrier) {
+        writeJet();
+        addStart();
+        write("data/carrier.prefab", R"({ "node": { "body": { "mass": 240000, "mask": 0,
+            "shapes": [ { "type": "box", "size": [10, 80, 12] } ] } } })");
+        ship = add(std::make_unique<ObjectPrefab>("data/carrier.prefab"));
+        ship->setName("carrier");
+        ship->setEnabled(false);
+        addNode("start_ship1")->setWgsPosition({LON, LAT, 0.0});
+        addNode("plain");
+        start(carrier);
+    }
+    Object* ship = nullptr;
+};
+
+TEST_F(CarrierTest, RestsAtItsStartUntilItIsDriven) {
+    begin("carrier");
+    ASSERT_NE(logic().getShip(), nullptr);
+    EXPECT_TRUE(ship->isEnabled());
+    EXPECT_FALSE(ship->getBody()->isEnabled());
+    const dmat4 start = world().getNodeByName("start_ship1")->getWorldTransform();
+    EXPECT_EQ(ship->getWorldTransform(), start);
+    EXPECT_EQ(logic().getShipStartTransform(), start);
+    EXPECT_EQ(countLines("Logic_Test_Fly::init_ships complete!"), 1);
+    ship->getBody()->setEnabled(true);
+    logic().getShip()->setControlMode(Ship::STEADY);
+    const auto drive = [&] {
+        ship->setWorldTransform(start);
+        for (int i = 0; i < 60; ++i) {
+            logic().ships_auto_move();
+            frame();
+        }
+        return dot(ship->getWorldPosition() - start.t, start.y);
+    };
+    EXPECT_NEAR(drive(), 0.0, 0.01) << "the flag is off";
+    logic().setShipsAutoMove(true);
+    EXPECT_GT(drive(), 1.0);
+}
+
+TEST_F(CarrierTest, WithoutACarrierThereIsNone) {
+    for (const char* const name : {"nobody", "plain"}) {
+        begin(name);
+        EXPECT_EQ(logic().getShip(), nullptr) << name;
+        EXPECT_TRUE(logic().isShipsReady());
+        logic().setShipsAutoMove(true);
+        logic().ships_auto_move();
+        frame();
+        end();
+    }
+}
+
+}  // namespace
