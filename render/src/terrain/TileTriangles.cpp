@@ -51,7 +51,7 @@ bool TilePosts::isWhole() const {
 }
 
 float seenHeight(float height) {
-    constexpr float SHORE_LOW = -3.0f, SHORE_HIGH = 4.0f, SHORE_GAIN = 4.0f, BED_SHARE = 0.3f;
+    constexpr float SHORE_LOW = -3.0f, SHORE_HIGH = 4.0f, SHORE_GAIN = 14.0f, BED_SHARE = 0.3f;
     const float shore = SHORE_GAIN * std::clamp(height, SHORE_LOW, SHORE_HIGH);
     return shore + (height >= 0.0f ? height : BED_SHARE * std::max(height, DEEPEST_SEEN));
 }
