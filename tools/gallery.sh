@@ -13,7 +13,7 @@ draw() {
     shift
     if [ ${#wanted[@]} -gt 0 ] && [[ " ${wanted[*]} " != *" $name "* ]]; then return; fi
     echo "$name"
-    "$deckview" --headless --step 1/60 --frames 120 --size "${size:-1280x720}" \
+    "$deckview" --headless --step 1/60 --frames "${frames:-120}" --size "${size:-1280x720}" \
         --screenshot "docs/gallery/$name.png" "$@" >/dev/null
 }
 
@@ -41,3 +41,22 @@ scene dusk --camera 112.3990,16.8232,32,290,-1 --track TOD=77.4
 channels=(--camera 112.3935,16.8225,38,99,-3 --track TOD=40)
 size=640x360 scene channel_left "${channels[@]}" --channel left
 size=640x360 scene channel_centre "${channels[@]}" --channel centre
+
+models=data/assets/Targets/MODELS
+aerobatic=(--aircraft $models/EXTRA300S/EXTRA300S.cfg --airport start_runway --track TOD=42)
+helicopter=(--aircraft $models/HELICOPTER/HELICOPTER.cfg --track TOD=42)
+scene jet_front --camera 112.3963627,16.8239389,24.5,292.0,-6.8 --track TOD=42
+scene jet_side --camera 112.3962680,16.8238103,23.2,337.0,-2.4 --track TOD=42
+scene jet_rear --camera 112.3959896,16.8240591,26.0,105.0,-10.8 --track TOD=42
+scene jet_gear --camera 112.3962795,16.8239141,22.2,315.0,-1.5 --track TOD=42 --input tools/gallery/gear.txt
+frames=1900 scene jet_flight --set fly_mode=2 --track TOD=42
+scene aerobatic_front "${aerobatic[@]}" --camera 112.3397621,16.8358263,6.6,285,-6.1
+scene aerobatic_side "${aerobatic[@]}" --camera 112.3397307,16.8357791,6.4,337,-3.8
+scene aerobatic_rear "${aerobatic[@]}" --camera 112.3396352,16.8358591,7.2,105,-9.8
+scene helicopter_front "${helicopter[@]}" --camera 112.3963801,16.8239321,25.0,292.0,-6.2
+scene helicopter_side "${helicopter[@]}" --camera 112.3962717,16.8238019,23.5,337.0,-1.6
+scene helicopter_rear "${helicopter[@]}" --camera 112.3959715,16.8240638,27.0,105.0,-11.5
+frames=1600 scene helicopter_hover "${helicopter[@]}" --input tools/gallery/hover.txt
+frames=2700 scene helicopter_sea "${helicopter[@]}" --input tools/gallery/hover_sea.txt
+frames=1700 scene helicopter_grass "${helicopter[@]}" --airport start_runway --input tools/gallery/hover.txt
+frames=1630 scene helicopter_night --aircraft $models/HELICOPTER/HELICOPTER.cfg --track TOD=80 --input tools/gallery/hover.txt

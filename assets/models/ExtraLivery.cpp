@@ -108,7 +108,7 @@ void fromSide(Canvas& canvas, double sign) {
     }
     canvas.line(sign * -0.2, -3.40, sign * 1.0, -3.40, 0.010, SEAM);
     const double heading = sign > 0 ? 90.0 : 270.0;
-    letter(canvas, "EXTRA 300S", sign * 0.175, 0.98, 0.085, heading, NAVY, 0.17, 0.2);
+    letter(canvas, "AEROBATIC", sign * 0.175, 0.98, 0.085, heading, NAVY, 0.17, 0.2);
     letter(canvas, "DV-300", sign * -0.215, -1.62, 0.21, heading, WHITE, 0.17, 0.15);
     for (const double y : {1.82, 1.05}) canvas.line(sign * -0.5, y, sign * 0.5, y, 0.008, SEAM);
     canvas.weather(3, 0.5, sign > 0 ? 43 : 44);

@@ -1,6 +1,9 @@
 // Meshes of the scene graph beside the world's: made when a node joins, moved when it moved.
 #include "mirror/MeshMirror.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "frame/Convert.h"
@@ -97,6 +100,16 @@ void MeshMirror::remove(int id) {
     if (--shared->second.users == 0) m_meshes.erase(shared);
     m_nodes.erase(found);
     ++m_revision;
+}
+
+double MeshMirror::getDistance(const osg::Vec3d& place) const {
+    double nearest = std::numeric_limits<double>::infinity();
+    for (const auto& [id, node] : m_nodes) {
+        if (node.place->getNodeMask() == 0) continue;
+        const osg::BoundingSphere& bound = node.place->getBound();
+        nearest = std::min(nearest, (osg::Vec3d(bound.center()) - place).length() - bound.radius());
+    }
+    return std::max(nearest, 0.0);
 }
 
 void MeshMirror::setVisible(bool visible) {

@@ -31,6 +31,8 @@ public:
     void setVisible(bool visible);
 
     osg::Group* getGroup() const { return m_group; }
+    /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
+    double getDistance(const osg::Vec3d& place) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
     /// Counts up whenever anything that casts a shadow moved, came or went.
     unsigned getRevision() const { return m_revision; }

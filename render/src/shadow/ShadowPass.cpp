@@ -14,6 +14,8 @@
 namespace {
 
 constexpr double TALLEST = 200.0;    // metres that a caster may stand beyond the area, toward the light
+constexpr double HIGH = 90.0;        // metres above the sea
+constexpr double BESIDE = 45.0;      // metres
 constexpr double LEAST_TURN = 1e-6;  // 1 - cosine of the light's turn that shows: 0.08 degrees
 
 int sizeOf(Quality quality) {
@@ -96,10 +98,13 @@ void ShadowPass::setVisible(bool visible) {
 bool ShadowPass::placeArea(const FrameView& view) {
     const vec3& to_light = view.light.light_direction;
     const dvec3 axis = normalize(rotate(view.local, dvec3(to_light)));
-    const double radius = radiusFor(view.geodetic.z);
+    // High up, beside an aircraft, only that one's own shadows show.
+    const bool is_aloft = view.geodetic.z > HIGH && m_meshes.getDistance(toOsg(view.camera.t)) < BESIDE;
+    const double radius = is_aloft ? BESIDE : radiusFor(view.geodetic.z);
+    const double drop = is_aloft ? 0.0 : std::min(view.geodetic.z, radius);
     // Ahead of the eye and as low as its foot, in steps, so that a small move keeps the map.
     const dvec3 ahead = -view.camera.z - view.local.z * dot(view.local.z, -view.camera.z);
-    const dvec3 middle = view.camera.t + ahead * (radius * 0.6) - view.local.z * std::min(view.geodetic.z, radius);
+    const dvec3 middle = view.camera.t + ahead * (radius * 0.6) - view.local.z * drop;
     const bool is_turned = dot(axis, m_light.z) < 1.0 - LEAST_TURN;
     const bool is_left = length(middle - m_light.t) > radius * 0.25;
     if (radius == m_radius && !is_turned && !is_left) return false;
