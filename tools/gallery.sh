@@ -48,7 +48,7 @@ helicopter=(--aircraft $models/HELICOPTER/HELICOPTER.cfg --track TOD=42)
 scene jet_front --camera 112.3963627,16.8239389,24.5,292.0,-6.8 --track TOD=42
 scene jet_side --camera 112.3962680,16.8238103,23.2,337.0,-2.4 --track TOD=42
 scene jet_rear --camera 112.3959896,16.8240591,26.0,105.0,-10.8 --track TOD=42
-scene jet_gear --camera 112.3962795,16.8239141,22.2,315.0,-1.5 --track TOD=42 --input tools/gallery/gear.txt
+scene jet_gear --camera 112.3962795,16.8239141,22.2,329.0,-1.5 --track TOD=42 --input tools/gallery/gear.txt
 frames=1900 scene jet_flight --set fly_mode=2 --track TOD=42
 scene aerobatic_front "${aerobatic[@]}" --camera 112.3397621,16.8358263,6.6,285,-6.1
 scene aerobatic_side "${aerobatic[@]}" --camera 112.3397307,16.8357791,6.4,337,-3.8
