@@ -2,6 +2,7 @@
 #include "Carrier.h"
 
 #include "Options.h"
+#include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/SceneNodes.h"
 #include "engine/scene/World.h"
@@ -17,6 +18,13 @@ constexpr float MOORED = 2.0f;
 bool isInside(const BoundBox& box, const dvec3& p) {
     return p.x > box.min.x && p.x < box.max.x && p.y > box.min.y && p.y < box.max.y && p.z > box.min.z &&
            p.z < box.max.z;
+}
+
+void playBowWave(const Node& ship) {
+    for (const char* const name : {"bow_wave_port", "bow_wave_starboard"}) {
+        Node* const node = ship.getChildByName(name, true);
+        if (node && node->getType() == Node::PARTICLES) static_cast<ObjectParticles*>(node)->play();
+    }
 }
 
 }  // namespace
@@ -63,9 +71,9 @@ void Carrier::drive(float dt) {
     if (m_moored > 0.0f) {
         m_moored -= dt;
         if (m_moored > 0.0f) return;
-        ship.getObject()->getBodyRigid()->setFreezable(false);
         ship.getObject()->getBody()->setEnabled(true);
         m_logic->setShipsAutoMove(true);
+        playBowWave(*ship.getObject());
     }
     m_logic->ships_auto_move();
     for (const Aboard& a : m_aboard) a.trigger->setWorldTransform(ship.getObject()->getWorldTransform() * a.place);

@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
         writeExtra(root);
         writeHelicopter(root);
         writeCarrier(root);
+        writeDeckCrew(root);
         writeAirfield(root);
         writeWorld(root, island);
         writeFlightPath(root);

@@ -71,6 +71,23 @@ Json missileTrail() {
                           SMOKE_PICTURE);
 }
 
+/// Closes up to the flame: smoke that lives long comes up too slowly for a fast missile.
+Json missilePlume() {
+    return particleSystem("plume", {0, -2.4, 0},
+                          {{"spawn_rate", 150},
+                           {"life", 0.3},
+                           {"life_spread", 0.06},
+                           {"velocity", {0, -10, 0}},
+                           {"size", 1.1},
+                           {"size_spread", 0.2},
+                           {"growth", 2.5},
+                           {"wind", 1.0},
+                           {"color", {0.95, 0.9, 0.84, 0.75}},
+                           {"end_color", {0.85, 0.85, 0.85, 0.1}},
+                           {"max_particles", 60}},
+                          SMOKE_PICTURE);
+}
+
 Json prefab(const std::string& mesh, const dvec3& size, const Json& children) {
     Json look = sceneNode("node", "look");
     look["mesh"] = mesh;
@@ -98,32 +115,32 @@ Part torpedo() {
 
 /// Runs on the water above it.
 Json wake() {
-    return particleSystem("wake", {0, -1.6, 0.1},
-                          {{"spawn_rate", 30},
+    return particleSystem("wake", {0, -1.6, 0.3},
+                          {{"spawn_rate", 40},
                            {"life", 7.0},
                            {"life_spread", 1.5},
                            {"velocity", {0, 0, 0}},
                            {"velocity_spread", {0.35, 0.2, 0}},
                            {"emitter_size", {0.6, 0.4, 0}},
-                           {"size", 1.3},
+                           {"size", 2.2},
                            {"size_spread", 0.4},
                            {"growth", 0.45},
                            {"drag", 0.3},
-                           {"color", {0.8, 0.87, 0.88, 0.5}},
+                           {"color", {0.8, 0.87, 0.88, 0.8}},
                            {"end_color", {0.7, 0.8, 0.82, 0}},
-                           {"max_particles", 260}},
+                           {"max_particles", 350}},
                           SPRAY_PICTURE);
 }
 
 /// Thrown up by the screw just below the surface.
 Json churn() {
-    return particleSystem("churn", {0, -1.5, 0},
+    return particleSystem("churn", {0, -1.5, 0.3},
                           {{"spawn_rate", 70},
                            {"life", 0.7},
                            {"life_spread", 0.25},
-                           {"velocity", {0, 0, 1.6}},
+                           {"velocity", {0, 0, 2.6}},
                            {"velocity_spread", {0.7, 0.5, 0.8}},
-                           {"size", 0.45},
+                           {"size", 0.8},
                            {"size_spread", 0.15},
                            {"growth", 0.5},
                            {"buoyancy", -5},
@@ -139,8 +156,9 @@ void writeWeapons(const std::string& root) {
     const std::string air = root + "/data/assets/Targets/MODELS/ZSJ_CN_Z18_Missile/ZSJ_CN_Z18_Missile",
                       sea = root + "/data/HARBOR_PROJECT/prefabs/yulei_Z18F/yulei";
     writeModel(air + ".glb", {missile(), missileFlame()});
-    writeText(air + ".prefab", "An air-launched missile: origin amidships.",
-              {{"node", prefab("ZSJ_CN_Z18_Missile.glb", {0.3, 3.0, 0.3}, Json::array({missileTrail()}))}});
+    writeText(
+        air + ".prefab", "An air-launched missile: origin amidships.",
+        {{"node", prefab("ZSJ_CN_Z18_Missile.glb", {0.3, 3.0, 0.3}, Json::array({missileTrail(), missilePlume()}))}});
     writeModel(sea + ".glb", {torpedo()});
     writeText(sea + ".prefab", "A torpedo that runs at the surface: origin amidships.",
               {{"node", prefab("yulei.glb", {0.33, 3.1, 0.33}, Json::array({wake(), churn()}))}});

@@ -14,6 +14,8 @@ void writeExtra(const std::string& root);
 void writeHelicopter(const std::string& root);
 /// The carrier with its landing lens: models and prefabs.
 void writeCarrier(const std::string& root);
+/// What moves on its deck, a deck hand and a flag: models and prefabs.
+void writeDeckCrew(const std::string& root);
 /// The airfield's buildings, the hill's mast and the target's vehicle: models and prefabs; the decals' pictures.
 void writeAirfield(const std::string& root);
 /// The recorded flight that automatic flight plays.

@@ -191,7 +191,7 @@ void drawEdges(Canvas& c) {
 void wearPaint(Canvas& c) {
     const Noise coarse(9), fine(21);
     c.repaint([&](double x, double y, const Color& color) {
-        const double patch = coarse.fractal(x / 26.0, y / 13.0, 4), grain = fine.fractal(x / 0.7, y / 0.5, 2);
+        const double patch = coarse.fractal(x / 26.0, y / 13.0, 3), grain = fine.at(x / 0.6, y / 0.45);
         const double bare = std::clamp((grain + 0.5 * patch - 0.28) * 2.2, 0.0, 0.6);
         Color worn = color;
         for (std::size_t i = 0; i < 3; ++i) {

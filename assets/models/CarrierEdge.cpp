@@ -19,7 +19,7 @@ struct Stretch {
 const Stretch WALKS[] = {{-1, -140, -112}, {-1, -104, -67}, {-1, -56, -30}, {-1, -12, 46}, {-1, 50, 64}, {-1, 78, 138},
                          {1, -118, -72},   {1, -49, 14},    {1, 36, 50},    {1, 52, 72},   {1, 90, 138}};
 // Nets in place of a catwalk.
-const Stretch NETS[] = {{-1, -150, -140}, {-1, -30, -12}, {-1, 138, 148}, {1, -150, -134}, {1, 138, 148}};
+const Stretch NETS[] = {{-1, -150, -140}, {-1, -30, -12}, {1, -150, -134}};
 
 dvec3 edgePoint(double side, double y, double out, double down) {
     return {edgeOn(side, y) + side * out, y, deckHeight(y) - down};

@@ -78,7 +78,7 @@ Ring sideOf(double y, double side, bool bay) {
     const double reach = std::clamp((edge - half) / 10.0, 0.0, 1.0);
     const double low = top - 2.6 - 0.8 * reach, shoulder = std::min(low - 0.4, KNUCKLE + 0.3 + 1.6 * reach);
     // A hollow flare at the bow, a flat underside where the deck stands far out.
-    for (const double t : {0.2, 0.45, 0.7}) add(half + 0.42 * (edge - half), shoulder + t * (low - shoulder));
+    for (const double t : {0.35, 0.7}) add(half + std::pow(t, 1.2) * (edge - half), shoulder + t * (low - shoulder));
     add(edge, low);
     add(edge, top);
     return ring;

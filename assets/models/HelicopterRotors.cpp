@@ -62,7 +62,7 @@ std::shared_ptr<const Texture> blur(double radius, int blades, const dvec3& acro
         if (r > 0.995) return {30, 32, 34, 0};
         const double streak = std::pow(0.5 + 0.5 * std::cos(angle * blades), 3.0);
         const bool tip = r > 0.92 && r < 0.958;
-        const double opacity = (r < 0.13 ? 70.0 : 26.0 + 16.0 / (0.5 + 2.0 * r)) + 30.0 * streak * (1.0 - 0.4 * r);
+        const double opacity = (r < 0.13 ? 80.0 : 30.0 + 18.0 / (0.5 + 2.0 * r)) + 46.0 * streak * (1.0 - 0.4 * r);
         const auto alpha = static_cast<std::uint8_t>(std::min(120.0, opacity + (tip ? 14.0 : 0.0)));
         return tip ? Color{150, 128, 52, alpha} : Color{34, 36, 38, alpha};
     });

@@ -76,9 +76,16 @@ Json prefabNode(const std::string& name, const std::string& file) {
 
 void addCarrier(Json& nodes) {
     const GeodeticPose pose = poseOf(carrierFrame());
-    Json ship = placed(prefabNode("JT_CN_LNJ", "data/assets/Targets/MODELS/JT_CN_LNJ/JT_CN_LNJ.prefab"), pose);
-    // Below the ship, so that it is on deck wherever the ship is.
-    ship["children"] = Json::array({placed(sceneNode("node", "start_deck"), deckStart())});
+    const std::string folder = "data/assets/Targets/MODELS/JT_CN_LNJ/";
+    Json ship = placed(prefabNode("JT_CN_LNJ", folder + "JT_CN_LNJ.prefab"), pose);
+    // Looking at the jet's nose; on the starboard edge. Both clear of the landing strip and the launch runs.
+    Json hand = prefabNode("deck_hand", folder + "deck_hand.prefab"),
+         flag = prefabNode("deck_flag", folder + "deck_flag.prefab");
+    hand["position"] = triple(LAUNCH_POINT + dvec3(12.0, 18.0, 0.0));
+    hand["hpr"] = {146, 0, 0};
+    flag["position"] = triple({carrier::starboardEdge(-110.0) - 0.5, -110.0, DECK_HEIGHT});
+    // Below the ship, so that all of it is on deck wherever the ship is.
+    ship["children"] = {placed(sceneNode("node", "start_deck"), deckStart()), hand, flag};
     nodes.push_back(ship);
     nodes.push_back(placed(sceneNode("node", "start_ship1"), pose));
     nodes.push_back(placed(sceneNode("node", "start_runway"), runwayStart()));

@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr double PARALLEL = 1e-6;  ///< sine of the angle to the vertical below which travel is straight up or down
+/// Sine of the angle to the vertical below which travel is straight up or down. The vertical here is that from the
+/// globe's centre, 0.19 degrees off the ellipsoid's at most.
+constexpr double PARALLEL = 4e-3;
 
 /// Axes with Y along the travel and X level; where the travel is vertical, X as near to the old one as that allows.
 dmat4 facing(const dmat4& now, const dvec3& travel) {

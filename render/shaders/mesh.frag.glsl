@@ -39,7 +39,8 @@ void main() {
     vec2 uv = v_uv + u_uv_offset;
     vec4 base = u_base_color;
 #ifdef BASE_TEXTURE
-    base *= texture(u_base_texture, uv);
+    vec4 image = texture(u_base_texture, uv);
+    base *= vec4(reflectanceOf(image.rgb), image.a);
 #endif
 #ifdef MASK
     if (base.a < u_surface.z) discard;
@@ -53,7 +54,7 @@ void main() {
     vec3 radiance = surfaceRadiance(surface, normal, v_position, lightThere(v_position));
     vec3 emission = u_emission;
 #ifdef EMISSION_TEXTURE
-    emission *= texture(u_emission_texture, uv).rgb;
+    emission *= reflectanceOf(texture(u_emission_texture, uv).rgb);
 #endif
     gl_FragColor = vec4(display(mix(v_haze, radiance + emission, airTransmittance(v_position))), base.a);
 }

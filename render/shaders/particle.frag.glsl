@@ -19,7 +19,7 @@ float puff(vec2 at) {
 void main() {
 #ifdef IMAGE
     vec4 sprite = texture(u_sprite, v_uv_gain.xy * 0.5 + 0.5);
-    sprite.a = min(sprite.a * v_uv_gain.z, 1.0);
+    sprite = vec4(reflectanceOf(sprite.rgb), min(sprite.a * v_uv_gain.z, 1.0));
     vec4 color = vec4(display(v_light.rgb * sprite.rgb + v_air), sprite.a * v_light.a);
 #else
     vec4 color = vec4(v_color.rgb, min(puff(v_uv_gain.xy) * v_uv_gain.z, 1.0) * v_color.a);

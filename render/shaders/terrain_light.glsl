@@ -5,11 +5,6 @@
 #pragma import_defines(GROUND_WEATHER, IMAGERY, LAMPS)
 uniform vec3 u_ground;  // wetness, snow and autumn of the ground, 0 to 1
 
-// Reflectance of a picture's sRGB value, after a cubic fit of Hejl's; cheaper than textures that do it themselves.
-vec3 reflectanceOf(vec3 value) {
-    return value * (value * (value * 0.305306011 + 0.682171111) + 0.012522878);
-}
-
 // How much of the snow lies at a place. `patches` (0 to 1, mean 0.5) tells where it lies first.
 float snowThere(float amount, float patches, float upward) {
     return smoothstep(0.40, 0.75, amount * 1.3 + patches * 0.7 - 0.45) * smoothstep(0.6, 0.85, upward);

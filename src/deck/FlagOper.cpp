@@ -62,7 +62,7 @@ void FlagOper::update(float dt) {
     const double near_yaw = signedAngle(forward, from, up) + swung - 90.0;
     const double far_yaw = signedAngle(local.getX(), from, up) + swung + 180.0;
     const double speed = std::hypot(static_cast<double>(wind.x), static_cast<double>(wind.y));
-    if (std::isfinite(near_yaw) && std::isfinite(far_yaw)) {
+    if (std::isfinite(near_yaw + far_yaw + speed)) {
         m_root->setRotation(blend(yawTurn(near_yaw), yawTurn(far_yaw), std::min(speed / FULL_WEIGHT, 1.0)));
     }
     swing(m_angle, m_direction, m_speed, m_limit, dt);

@@ -1,6 +1,8 @@
 // The demonstration's world: that everything which the scene's behaviour relies on is there and where it should be.
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <set>
 
 #include "app/DemoScene.h"
 #include "engine/physics/Body.h"
@@ -10,6 +12,32 @@
 #include "support/TestScene.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+/// Height of an object's highest surface over a place, in its own frame.
+double heightOn(Object& object, const dvec3& place) {
+    double best = -1000.0;
+    for (int s = 0; s < object.getNumSurfaces(); ++s) {
+        dvec3 hit;
+        const dvec3 from{place.x, place.y, 60.0}, to{place.x, place.y, -60.0};
+        if (object.getIntersection(from, to, s, hit)) best = std::max(best, hit.z);
+    }
+    return best;
+}
+
+/// Every vertex of a node and those below it, through `frame` from the world.
+void forEachVertex(const Node& node, const dmat4& frame, const std::function<void(const Node&, const dvec3&)>& visit) {
+    if (node.getType() == Node::MESH_STATIC) {
+        const dmat4 to_frame = frame * node.getWorldTransform();
+        for (const MeshSurface& surface : static_cast<const ObjectMeshStatic&>(node).getMesh().surfaces) {
+            for (const auto& p : surface.positions) visit(node, to_frame * dvec3(p[0], p[1], p[2]));
+        }
+    }
+    for (int i = 0; i < node.getNumChildren(); ++i) forEachVertex(*node.getChild(i), frame, visit);
+}
+
+}  // namespace
 
 TEST_F(DemoScene, LoadsWithoutComplaintAndHasEveryNamedNode) {
     loadWorld();
@@ -46,14 +74,7 @@ TEST_F(DemoScene, CarrierFloatsAtItsStartWithALevelDeck) {
     EXPECT_NEAR(box.min.z, -10.0, 1.0);
 
     Object& deck = *node("LiaoNingJian_zhuTi001")->asObject();
-    const auto deckHeight = [&](double x, double y) {
-        double best = -1000.0;
-        for (int s = 0; s < deck.getNumSurfaces(); ++s) {
-            dvec3 hit;
-            if (deck.getIntersection({x, y, 60.0}, {x, y, -60.0}, s, hit)) best = std::max(best, hit.z);
-        }
-        return best;
-    };
+    const auto deckHeight = [&](double x, double y) { return heightOn(deck, {x, y, 0.0}); };
     for (double y = -150.0; y < 94.0; y += 6.0) {
         for (double x = -18.0; x <= 18.0; x += 4.5) EXPECT_NEAR(deckHeight(x, y), 20.0, 1e-3) << x << ", " << y;
     }
@@ -72,6 +93,33 @@ TEST_F(DemoScene, CarrierFloatsAtItsStartWithALevelDeck) {
     const double lift = 100.0 * size.x * size.y * size.z * immersed * immersed;  // kg, the buoyancy's own law
     EXPECT_NEAR(carrier.asObject()->getBodyRigid()->getMass() / lift, 1.0, 1e-4);
     EXPECT_NEAR(immersed, 0.3, 0.1);
+}
+
+TEST_F(DemoScene, LandingStripAndLaunchRunsAreLevelAndClear) {
+    loadWorld();
+    Node& carrier = *node("JT_CN_LNJ");
+    Object& deck = *node("LiaoNingJian_zhuTi001")->asObject();
+    const dvec3 foot{3.0, -152.0, 0.0};  // of the strip's axis, which points 7 degrees to port
+    const double angle = 7.0 * jMath::DEG2RAD;
+    const dvec3 along{-std::sin(angle), std::cos(angle), 0.0}, right{std::cos(angle), std::sin(angle), 0.0};
+    for (double at = 5.0; at < 198.0; at += 13.0) {
+        for (const double side : {-13.0, 0.0, 13.0}) {
+            EXPECT_NEAR(heightOn(deck, foot + along * at + right * side), 20.0, 1e-3) << at << ", " << side;
+        }
+    }
+    // Nothing stands on the strip or on the runs to the ramp, half the jet's span to either side of them.
+    const double wing = 7.5;
+    int vertices = 0;
+    std::set<std::string> in_the_way;
+    forEachVertex(carrier, inverse(carrier.getWorldTransform()), [&](const Node& at, const dvec3& p) {
+        const double ahead = dot(p - foot, along), aside = std::abs(dot(p - foot, right));
+        const bool on_strip = ahead > 0.0 && ahead < 200.0 && aside < 13.0 + wing;
+        const bool on_run = p.y > 20.0 && p.y < 95.0 && std::abs(p.x) < 7.0 + wing;
+        if ((on_strip || on_run) && p.z > 20.6) in_the_way.insert(at.getName());
+        ++vertices;
+    });
+    EXPECT_TRUE(in_the_way.empty()) << *in_the_way.begin();
+    EXPECT_GT(vertices, 10000);
 }
 
 TEST_F(DemoScene, WakesAndLensHangWhereTheyAreLookedFor) {

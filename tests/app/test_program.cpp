@@ -53,6 +53,7 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--step", "1/60s"}, 2, "seconds above 0"},
         {{"--step", "nan"}, 2, "seconds above 0"},
         {{"--frames", "-3"}, 2, "frames"},
+        {{"--drive-ship", "sideways"}, 2, "drive-ship"},
         {{"--set", "fly_mode"}, 2, "KEY=VALUE"},
         {{"--root", "/nowhere"}, 1, "give it with --root"},
         {{"--plugin", "/nowhere.so"}, 1, "/nowhere.so"},

@@ -52,6 +52,26 @@ TEST_F(ParticlesTest, RateTimesLifeAreAlive) {
     }
 }
 
+TEST_F(ParticlesTest, ABurstComesOnceEachTimeItPlays) {
+    ParticleSettings settings = steady(100, 100);
+    settings.delay = 0.2f;
+    settings.duration = 0.3f;
+    ObjectParticles* const system = addSystem(settings);
+    const auto countAfter = [&](int frames) {
+        run(frames, 0.05);
+        return count(system);
+    };
+    EXPECT_EQ(countAfter(4), 0);
+    EXPECT_NEAR(countAfter(10), 30, 5);
+    const int burst = count(system);
+    EXPECT_EQ(countAfter(10), burst);
+    system->play();
+    EXPECT_EQ(countAfter(10), burst) << "it still plays";
+    system->stop();
+    system->play();
+    EXPECT_NEAR(countAfter(20), 2 * burst, 5);
+}
+
 TEST_F(ParticlesTest, WhatLivesGoesOnWhenTheEmitterStops) {
     ObjectParticles* const system = addSystem(steady(100, 1));
     const std::function<void(bool)> switches[] = {[&](bool on) { on ? system->play() : system->stop(); },

@@ -72,6 +72,23 @@ TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
     EXPECT_GT(heightOf(*rider), heightOf(*cart) - 0.6) << "others do meet them";
 }
 
+TEST_F(PhysicsContacts, WhatIsExcludedIsNotMetAndNorIsWhatHangsBelow) {
+    BodySettings driven = settings({box({1, 4, 1})}, BodySettings::DRIVEN);
+    for (const bool excludes : {false, true}) {
+        Object* const ship = addBody("ship", at(0, 0, 5), settings({box({4, 4, 4})}, BodySettings::STATIC));
+        addMesh("mast", dmat4(dquat(dvec3(0, 90, 0)), dvec3(0, 30, 0)), makeSheet(20), ship);
+        Object* const missile = addBody("missile", at(0, -75, 5), driven);
+        if (excludes) missile->getBodyRigid()->setExcluded(ship);
+        ContactLog log(missile->getBody());
+        fly(missile, 1.0 / 60.0);
+        EXPECT_EQ(log.shapes.size(), excludes ? 0u : 2u);
+        world().removeNode(ship);
+        fly(missile, 1.0 / 60.0);
+        EXPECT_EQ(log.shapes.size(), excludes ? 0u : 2u) << "it may go before the body";
+        world().removeNode(missile);
+    }
+}
+
 TEST_F(PhysicsContacts, ScaledAndMirroredMeshesHold) {
     for (const dvec3 factors : {dvec3(4, 4, 1), dvec3(-4, 2, 1), dvec3(4, 4, -3)}) {
         ObjectMeshStatic* const deck =

@@ -43,7 +43,8 @@ protected:
     Node* addStart(const jString& name = "start_deck");
     /// A flat square of `size` metres, level at a geodetic place; its top faces up.
     Object* addPlate(const jString& name, const dvec3& geo, double size = 200.0);
-    /// Makes the logic and initialises it, with the start node "start_deck" and that carrier. What it printed is in `printed`.
+    /// Makes the logic and initialises it, with the start node "start_deck" and that carrier. What it printed is in
+    /// `printed`.
     void start(const jString& carrier = {});
     void end();  ///< destroys the logic
 

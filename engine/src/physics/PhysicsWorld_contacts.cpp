@@ -5,8 +5,9 @@
 
 namespace {
 
-constexpr double TOUCH = 0.005;      // metres apart: a contact has begun; it lasts while Bullet keeps its points
-constexpr double WAKING_WAY = 1e-3;  // metres that a body moved by its node must go to wake what it meets
+constexpr double TOUCH = 0.005;             // metres apart: a contact has begun; it lasts while Bullet keeps its points
+constexpr double FASTEST_COLLIDER = 400.0;  // m/s that meshes on the way of what nodes move are looked out for
+constexpr double WAKING_WAY = 1e-3;         // metres that a body moved by its node must go to wake what it meets
 
 /// Bodies that overlap where they are now.
 class Overlaps final : public btCollisionWorld::ContactResultCallback {
@@ -29,6 +30,17 @@ private:
     BodyState& m_a;
     Collidable& m_b;
 };
+
+/// Whether a collider comes through a box on its way.
+bool isOnWay(const Collidable& c, const btVector3& lo, const btVector3& hi) {
+    const btCollisionShape& shape = *c.rigid->getCollisionShape();
+    btVector3 from_lo, from_hi, to_lo, to_hi;
+    shape.getAabb(c.from, from_lo, from_hi);
+    shape.getAabb(c.rigid->getWorldTransform(), to_lo, to_hi);
+    from_lo.setMin(to_lo);
+    from_hi.setMax(to_hi);
+    return TestAabbAgainstAabb2(from_lo, from_hi, lo, hi);
+}
 
 /// Whether any shape of `a` on its way met `b`; both end where they are now, `start` is where a's way begins in the
 /// frame in which b stands still.
@@ -105,7 +117,10 @@ void PhysicsWorld::sweepJump(BodyState& body) {
     m_state->findBodies(lo, hi);
     for (BodyState* other : m_state->bodies_near) compareWays(body, *other);
     if (!body.callback) return;
-    const btVector3 margin(NEAR_MARGIN, NEAR_MARGIN, NEAR_MARGIN);
+    // What may be met in the next frame gets its collider now: only then is the way known that it comes.
+    const double way = (body.rigid->getWorldTransform().getOrigin() - body.from.getOrigin()).length();
+    const double reach = NEAR_MARGIN + way + FASTEST_COLLIDER * m_state->dt;
+    const btVector3 margin(reach, reach, reach);
     listObjects(lo - margin, hi + margin);
     for (Object* object : m_state->objects_near) {
         Collidable* c = nullptr;
@@ -113,7 +128,7 @@ void PhysicsWorld::sweepJump(BodyState& body) {
             c = patchOf(body, *object, lo, hi);
         else
             c = colliderOf(*object);
-        if (c) compareWays(body, *c);
+        if (c && (c->type == Collidable::TERRAIN || isOnWay(*c, lo, hi))) compareWays(body, *c);
     }
 }
 

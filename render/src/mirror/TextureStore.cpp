@@ -4,6 +4,7 @@
 #include <osg/Image>
 #include <osgDB/Registry>
 
+#include <cstdint>
 #include <fstream>
 #include <sstream>
 
@@ -52,17 +53,18 @@ osg::ref_ptr<osg::Image> decode(const std::string& bytes, const std::string& nam
     return standIn();
 }
 
-GLint formatOf(const osg::Image& image, bool is_color) {
+GLint formatOf(const osg::Image& image) {
+    if (image.isCompressed()) return image.getInternalTextureFormat();
+    if (image.getDataType() == GL_UNSIGNED_SHORT_5_6_5) return GL_RGB565;
     const unsigned components = osg::Image::computeNumComponents(image.getPixelFormat());
-    if (image.isCompressed() || components < 3) return image.getInternalTextureFormat();
-    if (components == 3) return is_color ? GL_SRGB8 : GL_RGB8;
-    return is_color ? GL_SRGB8_ALPHA8 : GL_RGBA8;
+    return components == 3 ? GL_RGB8 : components == 4 ? GL_RGBA8 : image.getInternalTextureFormat();
 }
 
 osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::string& name, bool is_color) {
     osg::ref_ptr<osg::Image> image = decode(bytes, name);
+    if (is_color && image->getPixelFormat() == GL_RGB && image->getDataType() == GL_UNSIGNED_BYTE) image = pack(*image);
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    texture->setInternalFormat(formatOf(*image, is_color));
+    texture->setInternalFormat(formatOf(*image));
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::REPEAT);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::REPEAT);
     texture->setMaxAnisotropy(g_anisotropy);
@@ -73,6 +75,25 @@ osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::st
 }
 
 }  // namespace
+
+osg::ref_ptr<osg::Image> pack(const osg::Image& image) {
+    // Ordered dither, after Bayer (1973), in sixteenths of a step.
+    constexpr int DITHER[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+    osg::ref_ptr<osg::Image> packed = new osg::Image;
+    packed->allocateImage(image.s(), image.t(), 1, GL_RGB, GL_UNSIGNED_SHORT_5_6_5, 1);
+    auto* out = reinterpret_cast<std::uint16_t*>(packed->data());
+    for (int y = 0; y < image.t(); ++y) {
+        const unsigned char* rgb = image.data(0, static_cast<unsigned>(y));
+        for (int x = 0; x < image.s(); ++x, rgb += 3) {
+            const int step = DITHER[y % 4][x % 4];
+            const auto round = [step](int value, int most) {
+                return (value * most * 16 + step * 255 + 127) / (255 * 16);
+            };
+            *out++ = static_cast<std::uint16_t>(round(rgb[0], 31) << 11 | round(rgb[1], 63) << 5 | round(rgb[2], 31));
+        }
+    }
+    return packed;
+}
 
 void setTextureAnisotropy(float most) {
     g_anisotropy = most;

@@ -92,8 +92,6 @@ void GroundDecals::load(Decal& decal) {
     decal.geometry = makeGeometry();
     decal.place->addChild(decal.geometry);
     const osg::ref_ptr<osg::Texture2D> image = loadTexture(decal.texture);
-    // The shader decodes the colours.
-    image->setInternalFormat(GL_RGBA8);
     osg::StateSet& state = *decal.geometry->getOrCreateStateSet();
     state.setTextureAttribute(0, image);
     state.addUniform(decal.rank);

@@ -100,16 +100,7 @@ osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& plac
 }
 
 osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery) {
-    // Half the memory; the detail hides the steps.
-    osg::ref_ptr<osg::Image> packed = new osg::Image;
-    packed->allocateImage(imagery.s(), imagery.t(), 1, GL_RGB, GL_UNSIGNED_SHORT_5_6_5, 1);
-    auto* const out = reinterpret_cast<std::uint16_t*>(packed->data());
-    const std::size_t pixels = static_cast<std::size_t>(imagery.s()) * static_cast<std::size_t>(imagery.t());
-    for (std::size_t i = 0; i < pixels; ++i) {
-        const unsigned char* const rgb = imagery.data() + 3 * i;
-        out[i] = static_cast<std::uint16_t>((rgb[0] >> 3) << 11 | (rgb[1] >> 2) << 5 | rgb[2] >> 3);
-    }
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(packed);
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(pack(imagery));
     setUp(*texture, osg::Texture::CLAMP_TO_EDGE, GL_RGB565);
     return texture;
 }

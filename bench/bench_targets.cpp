@@ -1,0 +1,198 @@
+// Targets and missiles: the nearest target against the bare loop over positions, records that move every target of the
+// map each frame against what a glide's step does to a node at least, and a frame of missiles in flight.
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "Bench.h"
+#include "CountAllocations.h"
+#include "engine/core/Engine.h"
+#include "engine/memory/Allocator.h"
+#include "engine/scene/ObjectPrefab.h"
+#include "engine/scene/World.h"
+#include "engine/text/Log.h"
+#include "src/logic/Logic_Test_Fly.h"
+#include "src/logic/Target.h"
+#include "support/TestScene.h"
+
+namespace {
+
+constexpr int ROUNDS = 31;
+constexpr float DT = 1.0f / 60.0f;
+constexpr const char* MISSILE = "data/assets/Targets/MODELS/ZSJ_CN_Z18_Missile/ZSJ_CN_Z18_Missile.prefab";
+
+int g_failures = 0;
+double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+
+void limit(const char* what, double cost, double most, double unit, const char* unit_name) {
+    std::printf("%s: %.3f %s (limit %g)\n", what, cost / unit, unit_name, most / unit);
+    if (!(cost <= most)) ++g_failures;
+}
+
+/// A logic with an aircraft over a world of its own.
+class Scene {
+public:
+    Scene() {
+        m_root.write("data/plane.prefab", R"({ "node": { "children": [ { "name": "normal" } ] } })");
+        m_root.write("config/plane.cfg", R"({ "path": "data/plane.prefab", "type": "extra300s" })");
+        m_root.write("data/target.prefab", R"({ "node": { } })");
+        m_root.write(MISSILE, R"({ "node": { "body": { "kind": "driven", "group": 8, "mask": -9, "shapes": [
+            { "type": "box", "size": [0.3, 3, 0.3] } ] } } })");
+        EngineSettings settings;
+        settings.root = m_root.getPath().string();
+        jLog::setSink([](jLog::Level, const jString&) {});
+        jLog::setLevel(static_cast<jLog::Level>(jLog::ERROR + 1));
+        m_engine = std::make_unique<Engine>(settings);
+        auto start = std::make_unique<Node>();
+        start->setName("start_deck");
+        start->setWgsPosition({112.35, 16.84, 3000.0});
+        m_engine->getWorld()->addChild(std::move(start));
+        m_logic = static_cast<Logic_Test_Fly*>(CreateLogic(m_engine->getWorld(), m_engine->getCameraControl()));
+        m_logic->set_airport_node("start_deck");
+        m_logic->set_aircraft_path("config/plane.cfg");
+        const bench::Quiet quiet;
+        m_logic->init();
+        m_logic->set_fly_mode(MANUAL_FLY);
+    }
+    ~Scene() {
+        const bench::Quiet quiet;
+        jDelete(static_cast<LogicBase*>(m_logic));
+        m_engine.reset();
+    }
+
+    Logic_Test_Fly& logic() { return *m_logic; }
+    World& world() { return *m_engine->getWorld(); }
+    void frame() {
+        m_engine->beginFrame(static_cast<double>(DT));
+        m_logic->update(DT);
+        m_engine->step();
+        m_engine->endFrame();
+    }
+
+    /// Records of so many targets spread over some kilometres; `shift` moves all of them northward, metres.
+    std::vector<TargetInfo> records(int count, double shift) const {
+        std::vector<TargetInfo> all(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            TargetInfo& info = all[static_cast<std::size_t>(i)];
+            info.name = ToString(100000 + i);
+            info.type = 1001;
+            info.path = "data/target.prefab";
+            info.pose[0] = 112.3 + 0.001 * (i % 100);
+            info.pose[1] = 16.8 + 0.001 * (i / 100) + shift / 111000.0;
+            info.pose[2] = 100.0;
+        }
+        return all;
+    }
+
+private:
+    TestFolder m_root;
+    std::unique_ptr<Engine> m_engine;
+    Logic_Test_Fly* m_logic = nullptr;
+};
+
+void benchNearest(int count) {
+    Scene scene;
+    for (const TargetInfo& info : scene.records(count, 0.0)) scene.logic().apply_target(info);
+    std::vector<dvec3> positions;
+    for (const TargetInfo& info : scene.records(count, 0.0)) {
+        positions.push_back(scene.logic().get_target(info.name)->getNode()->getWorldPosition());
+    }
+    const dvec3 place = EllipsoidModel().toWorld({112.35, 16.84, 3000.0});
+    constexpr int CALLS = 100;
+    const bench::Costs costs = bench::compare(
+        ROUNDS, CALLS,
+        [&] {
+            for (int i = 0; i < CALLS; ++i) g_sum += scene.logic().get_min_distance_target()->getId();
+        },
+        [&] {
+            for (int i = 0; i < CALLS; ++i) {
+                double best = 1e10;
+                for (const dvec3& p : positions) best = std::min(best, length2(p - place));
+                g_sum += best;
+            }
+        });
+    char what[64];
+    std::snprintf(what, sizeof what, "nearest of %d targets / bare loop over positions", count);
+    bench::printRow(what, costs, bench::NO_LIMIT);
+    limit("nearest target", costs.ours, 1e-8 * count, 1e-6, "us");
+}
+
+/// A frame in which every target gets a record that moves it, glides stepped; seconds.
+double benchRecords(int count) {
+    Scene scene;
+    const std::vector<TargetInfo> sides[2] = {scene.records(count, 0.0), scene.records(count, 50.0)};
+    int turn = 0;
+    const auto frame = [&] {
+        for (const TargetInfo& info : sides[turn++ % 2]) scene.logic().apply_target(info);
+        scene.logic().update(DT);
+    };
+    for (int i = 0; i < 4; ++i) frame();
+    const jVector<Node*> nodes = scene.world().getNodes();
+    const bench::Costs costs = bench::compare(ROUNDS, 1.0, frame, [&] {
+        for (Node* node : nodes) node->setWgsPosition({112.3, 16.8, 100.0});
+    });
+    char what[64];
+    std::snprintf(what, sizeof what, "%d records a frame, all moving / placing as many nodes", count);
+    bench::printRow(what, costs, bench::NO_LIMIT);
+    return costs.ours;
+}
+
+void benchMissiles() {
+    constexpr int MISSILES = 100, FRAMES = 60;
+    std::vector<double> empty, flying;
+    for (int round = 0; round < 7; ++round) {
+        Scene scene;
+        for (const TargetInfo& info : scene.records(1000, 0.0)) scene.logic().apply_target(info);
+        for (int i = 0; i < 10; ++i) scene.frame();
+        const auto frames = [&] {
+            for (int i = 0; i < FRAMES; ++i) scene.frame();
+        };
+        empty.push_back(bench::seconds(frames) / FRAMES);
+        for (int i = 0; i < MISSILES; ++i) {
+            scene.logic().emit_missile();
+            scene.frame();
+        }
+        for (int i = 0; i < 10; ++i) scene.frame();
+        const long before = g_allocations;
+        const double cost = bench::seconds(frames) / FRAMES;
+        if (round == 0) {
+            limit("allocations in their frames", static_cast<double>(g_allocations - before), 0.0, 1.0, "in all");
+        }
+        flying.push_back(cost);
+    }
+    limit("a frame of 100 missiles in flight", bench::median(flying) - bench::median(empty), 0.3e-3, 1e-3, "ms");
+}
+
+void benchFirings() {
+    Scene scene;
+    const auto fly = [&](int firings) {
+        for (int i = 0; i < firings; ++i) {
+            scene.logic().emit_missile();
+            for (int k = 0; k < scene.logic().getNumMissiles(); ++k) {
+                if (i % 50 == 49) scene.logic().getMissile(k)->setEnabled(false);
+            }
+            scene.frame();
+            scene.logic().update_missle();
+        }
+        for (int k = 0; k < 64; ++k) scene.logic().update_missle();
+    };
+    fly(100);
+    const std::size_t blocks = jAllocator::get()->getBlockCount();
+    const double cost = bench::seconds([&] { fly(10000); }) / 10000;
+    std::printf("firing and its frame: %.1f us\n", cost * 1e6);
+    limit("blocks left by 10,000 firings",
+          static_cast<double>(jAllocator::get()->getBlockCount()) - static_cast<double>(blocks), 0.0, 1.0, "blocks");
+}
+
+}  // namespace
+
+int main() {
+    bench::printHeader();
+    benchNearest(1000);
+    const double thousand = benchRecords(1000), ten_thousand = benchRecords(10000);
+    limit("1,000 records a frame", thousand, 3e-3, 1e-3, "ms");
+    limit("growth from 1,000 to 10,000", ten_thousand / thousand, 15.0, 1.0, "times");
+    benchMissiles();
+    benchFirings();
+    return g_failures || std::isnan(g_sum) ? 1 : 0;
+}

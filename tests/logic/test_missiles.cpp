@@ -1,0 +1,249 @@
+// Missiles from the jet to what they hit, explosions, and what is left of all that.
+#include "WeaponWorld.h"
+#include "engine/action/Action.h"
+#include "engine/physics/Body.h"
+#include "engine/physics/Physics.h"
+
+namespace {
+
+class MissileTest : public WeaponTest {
+protected:
+    void fireOne() { logic().emit_missile(); }
+    static std::string bodyText(const char* kind, const char* size) {
+        return std::string(R"({ "node": { "body": { "kind": ")") + kind +
+               R"(", "mass": 50000, "shapes": [ { "size": )" + size + " } ] } } }";
+    }
+    /// A thing of that kind before the jet, turned as it is.
+    ObjectPrefab* addObstacle(const std::string& prefab, const dvec3& place) {
+        const jString path = "data/obstacle_" + ToString(++m_obstacles) + ".prefab";  // files are read once
+        write(path, prefab);
+        auto* const thing = new ObjectPrefab(path);
+        world().addChild(thing);
+        dmat4 pose = jet().getWorldTransform();
+        pose.t = place;
+        thing->setWorldTransform(pose);
+        return thing;
+    }
+    /// An upright plate across the way ahead, of triangles alone.
+    Object* addWall(double metres) {
+        Object* const plate = addPlate("wall", PLACE, 40.0);
+        dmat4 pose = jet().getWorldTransform() * dmat4(dquat(dvec3(0, 90, 0)), {});
+        pose.t = ahead(metres);
+        plate->setWorldTransform(pose);
+        return plate;
+    }
+
+private:
+    int m_obstacles = 0;
+};
+
+TEST_F(MissileTest, StartsAheadOfTheJetAndPassesItsOwnOutline) {
+    begin();
+    std::vector<ObjectPrefab*> created;
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool is_new) {
+        EXPECT_TRUE(is_new);
+        created.push_back(prefab);
+    });
+    fireOne();
+    ASSERT_EQ(logic().getNumMissiles(), 1);
+    ObjectPrefab* const missile = logic().getMissile(0);
+    EXPECT_EQ(created, std::vector{missile});
+    EXPECT_LT(length(missile->getWorldPosition() - ahead(0)), 1e-6);
+    EXPECT_LT(length(missile->getWorldTransform().y - jet().getWorldTransform().y), 1e-12);
+    for (int i = 0; i < 30; ++i) frame(1.0 / 60.0);
+    EXPECT_LT(length(missile->getWorldPosition() - ahead(150)), 1e-3);
+    EXPECT_TRUE(missile->getBody()->isEnabled());
+    EXPECT_TRUE(bursts.empty());
+}
+
+TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
+    begin();
+    world().getPhysics()->setGravity({});
+    struct Case {
+        const char* what;
+        Function<Object*()> make;
+        dvec3 velocity;  // in the jet's frame, m/s
+        double centre;   // of the missile when it touches, metres ahead
+    };
+    const char *const thin = "[40, 0.1, 40]", *const cube = "[14, 6, 6]";
+    const Case cases[] = {
+        {"static", [&] { return addObstacle(bodyText("static", thin), ahead(100)); }, {}, 98.45},
+        {"dynamic", [&] { return addObstacle(bodyText("dynamic", thin), ahead(100)); }, {}, 98.45},
+        {"driven", [&] { return addObstacle(bodyText("driven", cube), ahead(100)); }, {}, 95.5},
+        // These are where the missile is at the time.
+        {"from the side",
+         [&] { return addObstacle(bodyText("driven", cube), ahead(100, 100.0 / 3.0)); },
+         {-100, 0, 0},
+         95.5},
+        {"oncoming", [&] { return addObstacle(bodyText("driven", thin), ahead(275)); }, {0, -250, 0}, 149.15},
+        {"mesh", [&] { return addWall(100); }, {}, 98.5},
+        {"oncoming mesh", [&] { return addWall(275); }, {0, -250, 0}, 149.2},
+        {"oncoming mesh, which would pass within a frame", [&] { return addWall(283); }, {0, -250, 0}, 153.5}};
+    for (const Case& c : cases) {
+        for (const double dt : {1.0 / 60.0, 0.1}) {
+            Object* const thing = c.make();
+            fireOne();
+            const dvec3 velocity = rotate(jet().getWorldTransform(), c.velocity), start = thing->getWorldPosition();
+            double time = 0.0;
+            for (; time < 1.0; time += dt) {
+                if (length(velocity) > 0.0) thing->setWorldPosition(start + velocity * (time + dt));
+                frame(dt);
+            }
+            ASSERT_EQ(bursts.size(), 1u) << c.what << " " << dt;
+            const dmat4& at = bursts[0].transform;
+            EXPECT_NEAR(dot(at.t - ahead(0), jet().getWorldTransform().y), c.centre, 0.3) << c.what << " " << dt;
+            EXPECT_LT(difference(at, EllipsoidModel().getWGSTransform(at.t)), 1e-9);
+            EXPECT_EQ(bursts[0].path, EXPLOSION);
+            EXPECT_EQ(bursts[0].duration, 20.0f);
+            Node* const effect = world().getNodeByName("effect");
+            ASSERT_NE(effect, nullptr);
+            EXPECT_LT(length(effect->getWorldPosition() - at.t), 1e-6);
+            ObjectPrefab* const missile = logic().getMissile(logic().getNumMissiles() - 1);
+            EXPECT_FALSE(missile->getBody()->isEnabled());
+            EXPECT_GT(dot(missile->getWorldPosition() - ahead(0), jet().getWorldTransform().y), 250.0) << "flies on";
+            logic().reset();
+            logic().update_missle();
+            world().removeNode(thing);
+            bursts.clear();
+        }
+    }
+}
+
+TEST_F(MissileTest, TwoFiredTogetherBurstOnceEach) {
+    begin();
+    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    for (int i = 0; i < 2; ++i) fireOne();
+    for (int i = 0; i < 60; ++i) frame();
+    EXPECT_EQ(bursts.size(), 2u);
+    EXPECT_EQ(countNodes("effect"), 2);
+    logic().on_missile_hit(nullptr, 0);
+    logic().on_missile_hit(logic().getMissile(0)->getBody(), 0);
+    EXPECT_EQ(bursts.size(), 2u) << "one that is switched off hits nothing";
+    for (int i = 0; i < 200; ++i) frame(0.1);
+    EXPECT_EQ(countNodes("effect"), 0) << "20 s later";
+}
+
+TEST_F(MissileTest, RetiredOnesGiveTheirPlaceToTheLast) {
+    begin();
+    jVector<Node*> gone, order;
+    logic().m_signal_4_missile_gone.append([&](Node* node) { gone.append(node); });
+    for (int i = 0; i < 5; ++i) fireOne();
+    for (int i = 0; i < 5; ++i) order.append(logic().getMissile(i));
+    for (const int i : {0, 1, 4}) order[i]->setEnabled(false);
+    logic().update_missle();
+    // 4 moves to 0 and waits there; 3 moves to 1.
+    ASSERT_EQ(logic().getNumMissiles(), 3);
+    EXPECT_TRUE(gone.size() == 2 && gone[0] == order[0] && gone[1] == order[1]);
+    EXPECT_TRUE(logic().getMissile(0) == order[4] && logic().getMissile(1) == order[3] &&
+                logic().getMissile(2) == order[2]);
+    logic().update_missle();
+    EXPECT_EQ(gone.size(), 3);
+    frame();
+    for (int i = 0; i < 199; ++i) frame(0.1);
+    EXPECT_TRUE(logic().getMissile(0)->isEnabled());
+    for (int i = 0; i < 2; ++i) frame(0.1);
+    EXPECT_FALSE(logic().getMissile(0)->isEnabled());
+    for (int i = 0; i < 2; ++i) logic().update_missle();
+    EXPECT_EQ(logic().getNumMissiles(), 0);
+}
+
+TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
+    begin();
+    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    fireOne();
+    for (int i = 0; i < 40; ++i) frame();
+    fireOne();
+    for (int i = 0; i < 10; ++i) frame();
+    auto* const effect = static_cast<ObjectParticles*>(world().getNodeByName("effect"));
+    ASSERT_TRUE(effect && !effect->getParticles().empty());
+    auto* const rain = new ObjectParticles(ParticleSettings());
+    world().addChild(rain);
+    frame(0.1);
+    for (int i = 0; i < 10; ++i) frame(0.1);
+    ASSERT_FALSE(rain->getParticles().empty());
+    logic().reset();
+    EXPECT_TRUE(rain->getParticles().empty());
+    EXPECT_EQ(countNodes("effect"), 0);
+    for (int i = 0; i < logic().getNumMissiles(); ++i) EXPECT_FALSE(logic().getMissile(i)->isEnabled());
+}
+
+TEST_F(MissileTest, AnExplosionShowsTheWreckAFifthOfASecondLater) {
+    begin();
+    jet().resetDamage();
+    ASSERT_TRUE(logic().plan_explosion());
+    ASSERT_EQ(bursts.size(), 1u);
+    EXPECT_EQ(bursts[0].path, EXPLOSION_1);
+    EXPECT_EQ(bursts[0].duration, 6.0f);
+    EXPECT_LT(length(bursts[0].transform.t - jet().getWorldTransform().t), 1e-6);
+    EXPECT_EQ(countNodes("effect"), 1);
+    const Node* const wreck = world().getNodeByName("destroyed");
+    for (int i = 0; i < 11; ++i) frame();
+    EXPECT_FALSE(wreck->isEnabled());
+    for (int i = 0; i < 2; ++i) frame();
+    EXPECT_TRUE(wreck->isEnabled());
+    logic().reset();
+    EXPECT_FALSE(wreck->isEnabled());
+    EXPECT_EQ(countNodes("effect"), 0);
+    EXPECT_TRUE(logic().isExploded());
+    ASSERT_TRUE(logic().plan_explosion());
+    logic().reset();
+    for (int i = 0; i < 30; ++i) frame();
+    EXPECT_FALSE(wreck->isEnabled()) << "put back before it was destroyed";
+}
+
+TEST_F(MissileTest, WithoutAnAircraftOrAFileNothingIsHalfMade) {
+    start();
+    clearLines();
+    const std::size_t blocks = memGetInfos().size();
+    const int nodes = world().getNumNodes();
+    EXPECT_FALSE(logic().plan_explosion());
+    logic().emit_missile();
+    logic().update_missle();
+    EXPECT_EQ(logic().getNumMissiles(), 0);
+    EXPECT_EQ(world().getNumNodes(), nodes);
+    EXPECT_EQ(memGetInfos().size(), blocks + 1) << "the missile made in vain";
+    EXPECT_EQ(logic().create_objectPrefab("data/none.prefab", "none"), nullptr);
+    EXPECT_EQ(memGetInfos().size(), blocks + 2) << "and the prefab that failed";
+    EXPECT_EQ(countLines("Logic_Test_Fly::create_objectPrefab: \"data/none.prefab\" can not be loaded"), 1);
+    ObjectPrefab* told = nullptr;
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool) { told = prefab; });
+    ObjectPrefab* const made = logic().create_objectPrefab(TARGET, "made");
+    ASSERT_NE(made, nullptr);
+    EXPECT_EQ(told, made);
+    EXPECT_EQ(world().getNodeByName("made"), made);
+    EXPECT_TRUE(bursts.empty());
+}
+
+TEST_F(MissileTest, WeaponsAreReadAheadInOrder) {
+    start();
+    std::vector<jString> paths;
+    logic().m_signal_12_prefab_preloaded.append([&](const jString& path) { paths.push_back(path); });
+    const std::size_t blocks = memGetInfos().size();
+    logic().prefab_cache();
+    EXPECT_EQ(memGetInfos().size(), blocks);
+    const std::string vfx = "data/HARBOR_PROJECT/prefabs/vfx/";
+    EXPECT_EQ(paths, (std::vector<jString>{"data/HARBOR_PROJECT/prefabs/yulei_Z18F/yulei.prefab", EXPLOSION,
+                                           EXPLOSION_1, vfx + "water_explosion/water_explosion.prefab",
+                                           vfx + "water_drop/water_drop.prefab", MISSILE, vfx + "decoy/decoy.prefab"}));
+}
+
+TEST_F(MissileTest, ManyFiringsLeaveTheBooksLevel) {
+    begin();
+    const auto fly = [&](int firings) {
+        for (int i = 0; i < firings; ++i) {
+            fireOne();
+            if (i % 20 < 19) continue;
+            for (int k = 0; k < 201; ++k) frame(0.1);
+            for (int k = 0; k < 20; ++k) logic().update_missle();
+        }
+    };
+    fly(20);
+    const std::size_t blocks = jAllocator::get()->getBlockCount(), infos = memGetInfos().size();
+    const int nodes = world().getNumNodes();
+    fly(200);
+    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
+    EXPECT_EQ(memGetInfos().size(), infos);
+    EXPECT_EQ(world().getNumNodes(), nodes);
+}
+
+}  // namespace
