@@ -1,4 +1,6 @@
 // deckview: makes the engine, loads the logic and its world, runs the frames.
+#include <malloc.h>
+
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -174,6 +176,9 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
     Options options;
     if (const auto status = parseOptions(argc, argv, options)) return *status;
+    // Large blocks go back to the system as soon as they are free; by itself the threshold rises with the first of
+    // them.
+    mallopt(M_MMAP_THRESHOLD, 1 << 18);
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // keeps traces and log lines in order, also in a file
     stopOnSignals();
     const int status = run(options);
