@@ -49,10 +49,10 @@ public:
     int getType() const override { return PARTICLES; }
     const ParticleSettings& getSettings() const { return m_settings; }
 
-    void play();  ///< one that plays goes on
-    void stop() { m_emitting = false; }  ///< living particles stay
+    void play();                                          ///< one that plays goes on
+    void stop() { m_emitting = false; }                   ///< living particles stay
     bool isEmitterEnabled() const { return m_emitting; }  ///< plays, also before and after what it emits
-    void clear();  ///< ends every living particle
+    void clear();                                         ///< ends every living particle
 
     float getSpawnRate() const { return m_settings.spawn_rate; }  ///< a second
     void setSpawnRate(float rate) { m_settings.spawn_rate = rate; }
@@ -95,7 +95,7 @@ private:
     float m_authored_rate;
     bool m_emitting;
     float m_played = 0.0f;  ///< seconds since it began to play
-    float m_due = 0.0f;  ///< particles owed
+    float m_due = 0.0f;     ///< particles owed
     bool m_has_last_frame = false;
     dmat4 m_last_frame;  ///< world transform at the end of the last step that emitted
     Random m_random;     ///< of its own, so that no system disturbs another
