@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "common/LogicApi.h"
 #include "common/Signals.h"
 
 class CameraControl;
@@ -15,8 +16,6 @@ class Object;
 class ObjectPrefab;
 class Track;
 class World;
-
-#define LOGIC_API __attribute__((visibility("default")))
 
 /// The base of a scene logic, as the engine drives it: `init` once, then each frame `update`, `swap` and `render`,
 /// input callbacks between them, and `release` before its destruction. Frame thread only.

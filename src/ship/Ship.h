@@ -3,6 +3,8 @@
 
 #include <engine/math/Transform.h>
 
+#include "common/LogicApi.h"
+
 class BodyRigid;
 class Buoyancy;
 class Object;
@@ -12,7 +14,7 @@ class Wakes;
 /// Propulsion, steering and the hull's drag on an object's rigid body, with its buoyancy and its wake. The body's axes
 /// are the ship's: +Y ahead, +X to starboard, +Z up. Every force is scaled by how far the hull is immersed: strongest
 /// half-way, none when it is dry or sunk.
-class Ship {
+class LOGIC_API Ship {
 public:
     enum ControlMode {
         NO_INPUT = 0,
