@@ -139,13 +139,14 @@ TEST_F(LifeTest, OnlyTheMulticastSenderAndReplacedKitsOutliveTheLogic) {
 
 const std::string LIBRARY = DECKVIEW_LIB "/libLogic_Test_Fly.so";
 
-/// Whether a symbol is the factory, or one of the two classes' members or tables.
+/// Whether a symbol is the factory, one of the two classes' members or tables, or the ship's tables.
 bool mayBeExported(std::string_view name) {
     if (name == "CreateLogic") return true;
     for (const std::string_view what :
          {"vtable for ", "typeinfo for ", "typeinfo name for ", "non-virtual thunk to "}) {
         if (name.starts_with(what)) name.remove_prefix(what.size());
     }
+    if (name == "Ship") return true;
     for (const std::string_view owner : {"LogicBase", "Logic_Test_Fly"}) {
         if (name == owner || (name.starts_with(owner) && name.substr(owner.size()).starts_with("::"))) return true;
     }

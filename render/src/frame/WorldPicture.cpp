@@ -257,6 +257,7 @@ void WorldPicture::draw() {
     camera.setClearColor({displayOf(haze.x), displayOf(haze.y), displayOf(haze.z), 1.0f});
     camera.setViewMatrix(m_view.view);
     camera.setProjectionMatrix(m_view.projection);
+    camera.setLODScale(static_cast<float>(1.0 / m_view.focal));
     m_root->setNodeMask(world.isEnabled() ? ~0u : 0u);
     // Framebuffers that parts draw into end with this one bound again.
     m_context->setDefaultFboId(m_buffer->getDrawId());

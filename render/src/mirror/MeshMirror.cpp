@@ -11,30 +11,6 @@
 
 namespace {
 
-template <class Array, class Source>
-osg::ref_ptr<Array> makeArray(const Source& source) {
-    using Element = typename Array::ElementDataType;
-    static_assert(sizeof(Element) == sizeof(source[0]));
-    const auto* const from = reinterpret_cast<const Element*>(source.data());
-    osg::ref_ptr<Array> array = new Array(from, from + source.size());
-    array->setBinding(osg::Array::BIND_PER_VERTEX);
-    return array;
-}
-
-osg::ref_ptr<osg::Geometry> makeGeometry(const MeshSurface& surface) {
-    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setUseDisplayList(false);
-    geometry->setUseVertexBufferObjects(true);
-    geometry->setVertexArray(makeArray<osg::Vec3Array>(surface.positions));
-    if (!surface.normals.empty()) geometry->setNormalArray(makeArray<osg::Vec3Array>(surface.normals));
-    if (!surface.uvs.empty()) geometry->setTexCoordArray(0, makeArray<osg::Vec2Array>(surface.uvs));
-    if (!surface.tangents.empty()) {
-        geometry->setVertexAttribArray(TANGENT_ATTRIBUTE, makeArray<osg::Vec4Array>(surface.tangents));
-    }
-    geometry->addPrimitiveSet(new osg::DrawElementsUInt(GL_TRIANGLES, surface.indices.begin(), surface.indices.end()));
-    return geometry;
-}
-
 SurfaceShape shapeOf(const MeshSurface& surface) {
     return {!surface.normals.empty(), !surface.uvs.empty(), !surface.tangents.empty()};
 }
@@ -45,23 +21,22 @@ MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders) : m_group(new o
     root.addChild(m_group);
 }
 
-const MeshMirror::Geometries& MeshMirror::acquire(const MeshData& mesh) {
+const MeshMirror::Surfaces& MeshMirror::acquire(const MeshData& mesh) {
     SharedMesh& shared = m_meshes[&mesh];
     if (shared.users++ == 0) {
-        for (const MeshSurface& surface : mesh.surfaces) shared.geometries.push_back(makeGeometry(surface));
+        for (const MeshSurface& surface : mesh.surfaces) shared.surfaces.push_back(makeLevels(surface));
     }
-    return shared.geometries;
+    return shared.surfaces;
 }
 
 MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     MeshNode& node = m_nodes[mesh.getId()];
     node.mesh = &mesh.getMesh();
     node.place = new Place;
-    for (const auto& geometry : acquire(*node.mesh)) {
-        osg::ref_ptr<osg::Geode> geode = new osg::Geode;
-        geode->addDrawable(geometry);
-        node.place->addChild(geode);
-        node.surfaces.push_back(geode);
+    for (const auto& levels : acquire(*node.mesh)) {
+        osg::ref_ptr<osg::Node> surface = new SurfaceDetail(levels);
+        node.place->addChild(surface);
+        node.surfaces.push_back(surface);
     }
     m_group->addChild(node.place);
     return node;

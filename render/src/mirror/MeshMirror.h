@@ -1,8 +1,6 @@
 // Draws the world's meshes: geometry shared between nodes of one model, states between surfaces of one material.
 #pragma once
 
-#include <osg/Geode>
-#include <osg/Geometry>
 #include <osg/MatrixTransform>
 
 #include <memory>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "mirror/MaterialStates.h"
+#include "mirror/SurfaceDetail.h"
 
 class ObjectMeshStatic;
 class ShaderLibrary;
@@ -38,20 +37,20 @@ public:
     unsigned getRevision() const { return m_revision; }
 
 private:
-    using Geometries = std::vector<osg::ref_ptr<osg::Geometry>>;
+    using Surfaces = std::vector<std::vector<DetailLevel>>;
     struct SharedMesh {
-        Geometries geometries;  ///< one a surface
+        Surfaces surfaces;
         int users = 0;
     };
     struct MeshNode {
         const MeshData* mesh;
         osg::ref_ptr<osg::MatrixTransform> place;
-        std::vector<osg::ref_ptr<osg::Geode>> surfaces;
+        std::vector<osg::ref_ptr<osg::Node>> surfaces;
         std::vector<const Material*> materials;  ///< keys into the states, while held
     };
 
     MeshNode& add(const ObjectMeshStatic& mesh);
-    const Geometries& acquire(const MeshData& mesh);
+    const Surfaces& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
     MaterialStates m_materials;
