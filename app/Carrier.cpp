@@ -1,6 +1,8 @@
 // Driving the carrier, and what moves on its deck.
 #include "Carrier.h"
 
+#include <algorithm>
+
 #include "Options.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
@@ -14,17 +16,16 @@ namespace {
 
 /// Seconds in which what is parked on the deck comes to rest: from then on it rides, however the ship gathers way.
 constexpr float MOORED = 2.0f;
+constexpr double STILL = 1.5, FAST = 12.0;  ///< m/s ahead at which the first foam comes, and all of it
 
 bool isInside(const BoundBox& box, const dvec3& p) {
     return p.x > box.min.x && p.x < box.max.x && p.y > box.min.y && p.y < box.max.y && p.z > box.min.z &&
            p.z < box.max.z;
 }
 
-void playBowWave(const Node& ship) {
-    for (const char* const name : {"bow_wave_port", "bow_wave_starboard"}) {
-        Node* const node = ship.getChildByName(name, true);
-        if (node && node->getType() == Node::PARTICLES) static_cast<ObjectParticles*>(node)->play();
-    }
+void listParticles(Node& node, std::vector<ObjectParticles*>& found) {
+    if (node.getType() == Node::PARTICLES) found.push_back(static_cast<ObjectParticles*>(&node));
+    for (int i = 0; i < node.getNumChildren(); ++i) listParticles(*node.getChild(i), found);
 }
 
 }  // namespace
@@ -55,6 +56,7 @@ void Carrier::castOff(World& world, int mode) {
         if (node->getType() != Node::TRIGGER || !isInside(box, to_ship * node->getWorldPosition())) continue;
         m_aboard.push_back({static_cast<NodeTrigger*>(node), to_ship * node->getWorldTransform()});
     }
+    if (Node* const wakes = ship.getObject()->getChildByName("wakes", true)) listParticles(*wakes, m_foam);
     ship.setControlMode(mode);
     m_moored = MOORED;
     m_driven = true;
@@ -73,8 +75,15 @@ void Carrier::drive(float dt) {
         if (m_moored > 0.0f) return;
         ship.getObject()->getBody()->setEnabled(true);
         m_logic->setShipsAutoMove(true);
-        playBowWave(*ship.getObject());
+        for (ObjectParticles* foam : m_foam) foam->play();
     }
     m_logic->ships_auto_move();
+    const Object& hull = *ship.getObject();
+    foamAsFastAs(dot(dvec3(hull.getBodyRigid()->getLinearVelocity()), hull.getWorldTransform().getY()));
     for (const Aboard& a : m_aboard) a.trigger->setWorldTransform(ship.getObject()->getWorldTransform() * a.place);
+}
+
+void Carrier::foamAsFastAs(double speed) {
+    const auto share = static_cast<float>(std::clamp((speed - STILL) / (FAST - STILL), 0.0, 1.0));
+    for (ObjectParticles* foam : m_foam) foam->setSpawnRate(foam->getAuthoredSpawnRate() * share);
 }

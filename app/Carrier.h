@@ -9,6 +9,7 @@
 
 class Logic_Test_Fly;
 class NodeTrigger;
+class ObjectParticles;
 class World;
 struct Options;
 
@@ -32,12 +33,14 @@ private:
     void findDeckLife(World& world);
     void castOff(World& world, int mode);
     void drive(float dt);
+    void foamAsFastAs(double speed);
 
     Logic_Test_Fly* m_logic;
     FlagOper m_flag;
     HandOper m_hand;
     bool m_has_flag = false;
     bool m_driven = false;
-    float m_moored = 0.0f;         ///< seconds until it gets under way
-    std::vector<Aboard> m_aboard;  ///< triggers that stand on the ship and hang elsewhere in the tree
+    float m_moored = 0.0f;                 ///< seconds until it gets under way
+    std::vector<Aboard> m_aboard;          ///< triggers that stand on the ship and hang elsewhere in the tree
+    std::vector<ObjectParticles*> m_foam;  ///< of the wake; it grows with the speed
 };

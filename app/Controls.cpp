@@ -2,39 +2,36 @@
 #include "Controls.h"
 
 #include "engine/core/Engine.h"
-#include "engine/core/Message.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/input/InputRouter.h"
 #include "render/Picture.h"
 #include "src/logic/Logic_Test_Fly.h"
 
-namespace {
-
-constexpr int LEVEL_CAMERA = 654321;  // message that the logic answers by levelling its camera
-
-}  // namespace
-
-Controls::Controls(Engine& engine, Logic_Test_Fly* logic, Picture* picture, const std::string& language)
-    : m_logic(logic), m_picture(picture), m_texts(language), m_help(*engine.getUIRoot(), m_texts) {
+Controls::Controls(Engine& engine, Logic_Test_Fly* logic, Instructor* instructor, Picture* picture,
+                   const std::string& language)
+    : m_logic(logic),
+      m_instructor(instructor),
+      m_picture(picture),
+      m_texts(language),
+      m_help(*engine.getUIRoot(), m_texts) {
+    if (instructor) m_panel.emplace(*engine.getUIRoot(), m_texts, *instructor);
     engine.getInput()->bindKeyPress([this](const GUIEventKey& event) { press(event.key); });
 }
 
 void Controls::press(int key) {
     if (key == ControlApp::KEY_F10) m_help.toggle();
-    if (!m_logic) return;
-    const GUIEventMouse event;
-    if (key == 'm') m_logic->on_move_foward(event, nullptr);
-    if (key == 'b') m_logic->on_reset_postion(event, nullptr);
-    if (key == 'u') m_logic->on_close_undercarriage(event, nullptr);
-    if (key == 'j') m_logic->on_open_undercarriage(event, nullptr);
-    if (key == 'h') {
-        UiMsg message{LEVEL_CAMERA};
-        MsgNode::send(&message);
-    }
+    if (!m_instructor) return;
+    if (key == ControlApp::KEY_F9) m_panel->toggle();
+    if (key == 'm') m_instructor->setPush(!m_instructor->isPushed());
+    if (key == 'b') m_instructor->backToStart();
+    if (key == 'u') m_instructor->setGear(false);
+    if (key == 'j') m_instructor->setGear(true);
+    if (key == 'h') m_instructor->levelView();
 }
 
 void Controls::update() {
     m_help.update();
+    if (m_panel) m_panel->update();
     if (m_logic && m_picture) updateTitle();
 }
 

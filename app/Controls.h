@@ -1,9 +1,10 @@
-// What the application adds to the logic's own controls: its keys, the help overlay, the window's title.
+// What the application adds to the logic's own controls: its keys, its panels, the window's title.
 #pragma once
 
-#include <memory>
+#include <optional>
 
 #include "HelpPanel.h"
+#include "InstructorPanel.h"
 #include "Texts.h"
 
 class Engine;
@@ -13,8 +14,9 @@ class Picture;
 /// Lives no longer than the logic and the picture. Its panels belong to the engine.
 class Controls {
 public:
-    /// `logic` and `picture` may be null: their keys and the title are off then.
-    Controls(Engine& engine, Logic_Test_Fly* logic, Picture* picture, const std::string& language);
+    /// `logic`, its `instructor` and `picture` may be null: their keys, panel and title are off then.
+    Controls(Engine& engine, Logic_Test_Fly* logic, Instructor* instructor, Picture* picture,
+             const std::string& language);
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
 
@@ -26,8 +28,10 @@ private:
     void updateTitle();
 
     Logic_Test_Fly* m_logic;
+    Instructor* m_instructor;
     Picture* m_picture;
     Texts m_texts;
     HelpPanel m_help;
+    std::optional<InstructorPanel> m_panel;
     int m_fly_mode = -1, m_player_mode = -1;  ///< as the title shows them
 };

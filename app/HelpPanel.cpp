@@ -3,18 +3,15 @@
 
 #include <algorithm>
 
+#include "PanelParts.h"
 #include "Texts.h"
-#include "engine/gui/UILayout.h"
 #include "engine/gui/UIRoot.h"
-#include "engine/gui/UIWidgets.h"
 
 namespace {
 
-constexpr int FONT_SIZE = 15;  // pixels
-const vec4 HEADING_COLOR{1.0f, 0.82f, 0.45f, 1.0f}, KEY_COLOR{0.62f, 0.85f, 1.0f, 1.0f};
-
 constexpr HelpRow VIEW_ROWS[] = {{"", "help.view"},
                                  {"F1", "help.f1"},
+                                 {"F9", "help.f9"},
                                  {"F10", "help.f10"},
                                  {"F11", "help.f11"},
                                  {"", "help.orbit"},
@@ -34,13 +31,6 @@ constexpr HelpRow SCENE_ROWS[] = {{"", "help.aircraft"},   {"M", "help.push"},  
                                   {"Q E", "help.pedals"},  {"", "help.other"},     {"P O", "help.records"},
                                   {"K L", "help.offset"},  {"Alt+F4", "help.quit"}};
 
-UILabel* makeLabel(const jString& text, const vec4& color) {
-    auto* const label = new UILabel(text);
-    label->setFontSize(FONT_SIZE);
-    label->setFontColor(color);
-    return label;
-}
-
 template <std::size_t N>
 UILayout* makeColumn(const HelpRow (&rows)[N], const Texts& texts) {
     auto* const grid = new UIGridLayout;
@@ -48,10 +38,9 @@ UILayout* makeColumn(const HelpRow (&rows)[N], const Texts& texts) {
     grid->setSpace(16, 3);
     for (const HelpRow& row : rows) {
         const bool is_heading = *row.key == '\0';
-        const vec4 plain{0.93f, 0.94f, 0.96f, 1.0f};
-        grid->addChild(
-            makeLabel(is_heading ? texts.get(row.text) : jString(row.key), is_heading ? HEADING_COLOR : KEY_COLOR));
-        grid->addChild(makeLabel(is_heading ? jString() : texts.get(row.text), plain));
+        grid->addChild(parts::makeLabel(is_heading ? texts.get(row.text) : jString(row.key),
+                                        is_heading ? parts::HEADING_COLOR : parts::KEY_COLOR));
+        grid->addChild(parts::makeLabel(is_heading ? jString() : texts.get(row.text)));
     }
     return grid;
 }
@@ -62,7 +51,7 @@ HelpPanel::HelpPanel(UIRoot& panels, const Texts& texts) : m_panels(panels) {
     auto* const columns = new UIHLayout;
     columns->setSpace(36, 0);
     columns->setPadding(18);
-    columns->setBackgroundColor({0.05f, 0.07f, 0.10f, 0.86f});
+    columns->setBackgroundColor(parts::PANEL_COLOR);
     columns->addChild(makeColumn(VIEW_ROWS, texts));
     columns->addChild(makeColumn(SCENE_ROWS, texts));
     columns->setName("help");

@@ -124,6 +124,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     app.add_option("--language", options.language, "Language of the program's own texts, else the environment's")
         ->check(CLI::IsMember({"zh", "en"}));
     app.add_option("--input", options.input, "Play keys, mouse and wheel from a file");
+    app.add_option("--script", options.script, "Do what an instructor does, from a file");
     app.add_option("--channel", options.channel, "Display channel, of the configuration's \"slaves\"");
     app.add_option("--screenshot", screenshots, "Write the picture of a frame (else of the last) as PNG")
         ->type_name("FILE[@FRAME]");

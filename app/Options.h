@@ -38,6 +38,7 @@ struct Options {
     std::string quality = "medium";
     std::string language;  ///< of the application's own texts, "zh" or "en"; empty takes the environment's
     std::string input;     ///< script of input events; empty for none
+    std::string script;    ///< script of the instructor's actions; empty for none
     std::string channel;   ///< of the configuration's "slaves"; empty for the whole view
     std::vector<Screenshot> screenshots;
     std::optional<CameraPlace> camera;                  ///< instead of the logic's view

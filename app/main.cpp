@@ -9,9 +9,11 @@
 #include "Controls.h"
 #include "Frame.h"
 #include "InputScript.h"
+#include "Instructor.h"
 #include "Options.h"
 #include "Plugin.h"
 #include "Report.h"
+#include "SceneScript.h"
 #include "Screen.h"
 #include "Staging.h"
 #include "common/LogicBase.h"
@@ -107,8 +109,10 @@ bool startLogic(const Options& options, Engine& engine, LogicBase& logic, std::s
 
 /// False, with `error` saying why, when a picture could not be written.
 bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, HashWriter& hashes, Screen& screen,
-               InputScript& input, std::string& error) {
-    Controls controls(engine, plugin.getFlyLogic(), screen.getPicture(),
+               InputScript& input, SceneScript& script, std::string& error) {
+    std::optional<Instructor> instructor;
+    if (plugin.getFlyLogic()) instructor.emplace(engine, *plugin.getFlyLogic());
+    Controls controls(engine, plugin.getFlyLogic(), instructor ? &*instructor : nullptr, screen.getPicture(),
                       options.language.empty() ? environmentLanguage() : options.language);
     Carrier carrier(options, *engine.getWorld(), plugin.getFlyLogic());
     FramePacer pacer(options.step, fpsLimit(plugin));
@@ -118,6 +122,10 @@ bool runFrames(const Options& options, Engine& engine, const Plugin& plugin, Has
          ++frame) {
         const double dt = pacer.next();
         input.play(*engine.getInput(), *engine.getUIRoot(), engine.getTime(), frame);
+        if (instructor) {
+            script.play(*instructor, engine.getTime(), frame);
+            instructor->update();
+        }
         const SteadyClock::time_point begin = SteadyClock::now();
         runFrame(
             engine, *plugin.getLogic(), dt, [&](float seconds) { carrier.update(seconds); },
@@ -146,6 +154,8 @@ int run(const Options& options) {
     std::string error;
     InputScript input;
     if (!options.input.empty() && !input.open(options.input, error)) return fail(error);
+    SceneScript script;
+    if (!options.script.empty() && !script.open(options.script, error)) return fail(error);
     HashWriter hashes;
     if (!options.hash_file.empty() && !hashes.open(options.hash_file)) {
         return fail("\"" + options.hash_file + "\" cannot be written");
@@ -161,8 +171,9 @@ int run(const Options& options) {
     screen.connect(*plugin.getLogic());
     if (!startLogic(options, engine, *plugin.getLogic(), error)) return fail(error);
     stageWeather(options, engine, *plugin.getLogic(), plugin.getFlyLogic());
+    if (!options.script.empty() && !plugin.getFlyLogic()) jLog::warning("this logic has nothing for --script to do");
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
-    if (!runFrames(options, engine, plugin, hashes, screen, input, error)) return fail(error);
+    if (!runFrames(options, engine, plugin, hashes, screen, input, script, error)) return fail(error);
     plugin.getLogic()->release();
     screen.disconnect();
     plugin.destroyLogic();

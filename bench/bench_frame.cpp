@@ -1,5 +1,5 @@
-// Whole headless frames in data flight over the deck, feedback included: what they cost, how that grows with the world,
-// what they allocate.
+// Whole headless frames, feedback included: what they cost in data flight over the deck, how that grows with the world
+// and with the aircraft and its mode, what they allocate.
 #include <sys/socket.h>
 
 #include "Bench.h"
@@ -9,6 +9,8 @@
 #include "engine/memory/Allocator.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
+#include "engine/scene/ObjectOcean.h"
+#include "engine/scene/WaveField.h"
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
@@ -24,18 +26,21 @@ void override(const char* key, int value) {
     mjl::setOverride("config/Logic_Test_Fly.cfg", key, std::to_string(value));
 }
 
+constexpr const char* JET = "FJ_CN_J15/FJ_CN_J15.cfg";
+
 /// The demonstration with a host beside it, and `extra` static nodes spread over the sea.
 class Scene {
 public:
-    explicit Scene(int extra) : m_host(findFreePort()) {
+    explicit Scene(int extra, const std::string& aircraft = JET, FLY_MODE mode = DATA_FLY) : m_host(findFreePort()) {
         EngineSettings settings;
         settings.root = DECKVIEW_ROOT;
         m_engine = std::make_unique<Engine>(settings);
         override("local_port", m_host.getViewerPort());
         override("recv_from_flightSimulation_port", m_host.getSendPort());
         override("send_to_flightSimulation_port", m_host.getFeedbackPort());
+        override("fly_mode", mode);
         m_logic = CreateLogic(m_engine->getWorld(), m_engine->getCameraControl());
-        m_logic->set_aircraft_path("data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.cfg");
+        m_logic->set_aircraft_path("data/assets/Targets/MODELS/" + aircraft);
         m_logic->set_airport_node("start_deck");
         m_logic->set_carrier_node("JT_CN_LNJ");
         if (!m_engine->getWorld()->load(m_logic->getWorldPath())) std::exit(1);
@@ -53,12 +58,16 @@ public:
     void frame() {
         m_host.send(m_record);
         m_engine->beginFrame(DT);
+        if (m_ocean) m_ocean->getField();
         m_logic->update(m_engine->getFrameTime());
         m_engine->step();
         m_logic->swap();
         m_logic->render();
         m_engine->endFrame();
     }
+
+    /// The sea as a picture or a floating ship has it: made anew for each frame from now on.
+    void showSea() { m_ocean = dynamic_cast<ObjectOcean*>(m_engine->getWorld()->getNodeByName("ocean")); }
 
     /// Seconds that keys, mouse and camera take of a frame in the third-person view.
     double cameraCost() {
@@ -99,17 +108,18 @@ private:
     FakeHost m_host;
     std::unique_ptr<Engine> m_engine;
     LogicBase* m_logic = nullptr;
+    ObjectOcean* m_ocean = nullptr;  ///< null until it is shown
     packets::Bytes m_record;
 };
 
 /// Seconds a frame, the median over ten rounds; and how many of the frames sent feedback.
-double frameCost(Scene& scene, long& feedback) {
+double frameCost(Scene& scene, long& feedback, int frames = FRAMES) {
     std::vector<double> rounds;
     for (int round = 0; round < 10; ++round) {
         rounds.push_back(bench::seconds([&] {
-                             for (int i = 0; i < FRAMES / 10; ++i) scene.frame();
+                             for (int i = 0; i < frames / 10; ++i) scene.frame();
                          }) /
-                         (FRAMES / 10));
+                         (frames / 10));
         feedback += scene.feedback();
     }
     return bench::median(rounds);
@@ -157,6 +167,39 @@ Result measure(int nodes) {
     return result;
 }
 
+/// Seconds a frame of an aircraft in a mode, alone and beside the sea.
+struct FleetCost {
+    double alone = 0.0, beside_sea = 0.0;
+};
+
+FleetCost fleetCost(const char* aircraft, FLY_MODE mode) {
+    constexpr int SOME = 500;
+    const bench::Quiet quiet;
+    Scene scene(0, aircraft, mode);
+    long feedback = 0;
+    FleetCost cost;
+    cost.alone = frameCost(scene, feedback, SOME);
+    scene.showSea();
+    cost.beside_sea = frameCost(scene, feedback, SOME);
+    return cost;
+}
+
+/// Each aircraft in each mode against the jet in data flight, measured right before it.
+void compareFleet() {
+    const std::pair<const char*, const char*> fleet[] = {
+        {"jet", JET}, {"aerobatic aircraft", "EXTRA300S/EXTRA300S.cfg"}, {"helicopter", "HELICOPTER/HELICOPTER.cfg"}};
+    const std::pair<FLY_MODE, const char*> modes[] = {
+        {DATA_FLY, "data"}, {MANUAL_FLY, "manual"}, {AUTO_FLY, "automatic"}};
+    for (const auto& [name, file] : fleet) {
+        for (const auto& [mode, mode_name] : modes) {
+            const FleetCost jet = fleetCost(JET, DATA_FLY), cost = fleetCost(file, mode);
+            const std::string row = std::string(name) + ", " + mode_name + " flight / jet, data flight";
+            bench::printRow(row.c_str(), {cost.alone, jet.alone}, 1.3);
+            bench::printRow("    both with the sea's waves", {cost.beside_sea, jet.beside_sea}, 1.3);
+        }
+    }
+}
+
 }  // namespace
 
 int main() {
@@ -164,6 +207,7 @@ int main() {
     const Result few = measure(100);
     const Result many = measure(10000);
     bench::printHeader();
+    compareFleet();
     bench::printRow("a frame, 100 static nodes, against its bare datagrams", {few.seconds, bareCost()},
                     bench::NO_LIMIT);
     bench::printRow("a frame, 10,000 static nodes, against 100", {many.seconds, few.seconds}, 1.5);

@@ -49,14 +49,31 @@ scene jet_front --camera 112.3963627,16.8239389,24.5,292.0,-6.8 --track TOD=42
 scene jet_side --camera 112.3962680,16.8238103,23.2,337.0,-2.4 --track TOD=42
 scene jet_rear --camera 112.3959896,16.8240591,26.0,105.0,-10.8 --track TOD=42
 scene jet_gear --camera 112.3962795,16.8239141,22.2,329.0,-1.5 --track TOD=42 --input tools/gallery/gear.txt
+frames=690 scene jet_climb --set fly_mode=2 --track TOD=42
 frames=1900 scene jet_flight --set fly_mode=2 --track TOD=42
 scene aerobatic_front "${aerobatic[@]}" --camera 112.3397621,16.8358263,6.6,285,-6.1
 scene aerobatic_side "${aerobatic[@]}" --camera 112.3397307,16.8357791,6.4,337,-3.8
 scene aerobatic_rear "${aerobatic[@]}" --camera 112.3396352,16.8358591,7.2,105,-9.8
+scene aerobatic_panel "${aerobatic[@]}" --camera 112.3396984,16.8358396,6.458,67.25,-7
 scene helicopter_front "${helicopter[@]}" --camera 112.3963801,16.8239321,25.0,292.0,-6.2
 scene helicopter_side "${helicopter[@]}" --camera 112.3962717,16.8238019,23.5,337.0,-1.6
 scene helicopter_rear "${helicopter[@]}" --camera 112.3959715,16.8240638,27.0,105.0,-11.5
 frames=1600 scene helicopter_hover "${helicopter[@]}" --input tools/gallery/hover.txt
-frames=2700 scene helicopter_sea "${helicopter[@]}" --input tools/gallery/hover_sea.txt
-frames=1700 scene helicopter_grass "${helicopter[@]}" --airport start_runway --input tools/gallery/hover.txt
-frames=1630 scene helicopter_night --aircraft $models/HELICOPTER/HELICOPTER.cfg --track TOD=80 --input tools/gallery/hover.txt
+frames=2820 scene helicopter_sea "${helicopter[@]}" --input tools/gallery/hover_sea.txt
+frames=2220 scene helicopter_grass "${helicopter[@]}" --airport start_runway --input tools/gallery/hover_grass.txt
+frames=1552 scene helicopter_night --aircraft $models/HELICOPTER/HELICOPTER.cfg --track TOD=84 \
+    --input tools/gallery/hover_night.txt --camera 112.3960468,16.8238484,30.0,34.3,-2.8
+
+missile=(--track TOD=42 --script tools/gallery/missile.txt)
+frames=482 scene missile_launch "${missile[@]}" --camera 112.3984861,16.8247670,24.0,317.0,-6.0
+frames=552 scene missile_flight "${missile[@]}" --camera 112.4014772,16.8260875,23.0,305.0,-7.6
+frames=693 scene burst_1 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,120.0,-7.4
+frames=741 scene burst_2 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,120.0,-7.4
+frames=921 scene burst_3 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,120.0,-7.4
+frames=150 scene water_explosion --track TOD=42 --script tools/gallery/water.txt --camera 112.3961394,16.8227490,12.0,70.0,6.4
+frames=150 scene burning --track TOD=42 --script tools/gallery/burning.txt --camera 112.3962680,16.8238103,24.2,337.0,0
+frames=720 scene destroyed --track TOD=42 --script tools/gallery/burning.txt --camera 112.3963627,16.8239389,25.5,292.0,-5
+frames=20 scene targets --track TOD=42 --script tools/gallery/targets.txt --camera 112.3950234,16.8231918,120.0,58.0,-18.4
+instructor=(--track TOD=42 --script tools/gallery/instructor.txt --input tools/gallery/instructor_hand.txt)
+draw instructor_en "${instructor[@]}" --language en
+draw instructor_zh "${instructor[@]}" --language zh

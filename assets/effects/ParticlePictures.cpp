@@ -35,23 +35,24 @@ void writePicture(const std::string& path, const std::function<Color(double x, d
     if (!file) throw std::runtime_error("cannot write " + path);
 }
 
-/// Billows: bumps of several sizes, lighter on top of each, torn at the rim.
+/// Billows: round bumps with darker creases between them, which also shape the torn rim. Without a lit side, since each
+/// is drawn turned another way.
 Color smoke(const Noise& noise, double x, double y) {
-    const double bumps = noise.fractal(3.1 * x + 7.0, 3.1 * y, 4, 0.55), radius = std::hypot(x, y);
-    const double body = 1.0 - smooth(0.25, 0.95, radius - 0.45 * bumps);
-    const double edge = 1.0 - smooth(0.8, 0.98, radius);
-    const double shade = 0.82 + 0.3 * noise.fractal(4.0 * x, 4.0 * y - 0.35, 3);
-    const std::uint8_t grey = level(shade);
-    return {grey, grey, grey, level(body * edge * (0.75 + 0.25 * bumps))};
+    const double radius = std::hypot(x, y), crease = noise.ridged(1.9 * x + 5.0, 1.9 * y, 5, 0.65);
+    const double wisps = noise.fractal(3.1 * x + 7.0, 3.1 * y, 5, 0.6);
+    const double body = 1.0 - smooth(0.15, 0.95, radius + 0.6 * (crease - 0.6) - 0.3 * wisps);
+    const double edge = 1.0 - smooth(0.75, 0.98, radius);
+    const std::uint8_t grey = level(1.05 - 0.42 * crease * crease + 0.16 * wisps);
+    return {grey, grey, grey, level(0.92 * body * edge)};
 }
 
-/// Hot in the middle; tongues run outward.
+/// Hot in the middle; bright threads with gaps between them.
 Color flame(const Noise& noise, double x, double y) {
-    const double radius = std::hypot(x, y), bumps = noise.ridged(2.3 * x + 3.0, 2.3 * y, 4, 0.5);
-    const double heat = 1.0 - smooth(0.05, 0.95, radius + 0.5 * (1.0 - bumps) * radius);
+    const double radius = std::hypot(x, y), crest = noise.ridged(1.7 * x + 3.0, 1.7 * y, 4, 0.6);
+    const double heat = 1.0 - smooth(0.05, 0.95, radius + 0.6 * (1.0 - crest) * radius);
     const double edge = 1.0 - smooth(0.75, 0.98, radius);
-    return {255, level(0.62 + 0.45 * heat * heat), level(0.35 + 0.55 * heat * heat * heat),
-            level(heat * edge * (0.55 + 0.6 * bumps))};
+    return {255, level(0.5 + 0.45 * heat * heat), level(0.2 + 0.5 * heat * heat * heat),
+            level(heat * edge * (0.15 + 0.85 * smooth(0.4, 0.85, crest)))};
 }
 
 /// Drops: what the noise leaves of a soft disc.

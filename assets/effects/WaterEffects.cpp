@@ -5,25 +5,47 @@
 
 namespace {
 
-/// A column thrown `speed` m/s high from a spot `width` metres wide; falls back.
+/// A column thrown up from a spot `width` metres wide: its top leaves at `speed` m/s, its foot hardly rises, so that it
+/// stands on the water until it falls back.
 Json column(const std::string& name, double speed, double width, double rate, double duration) {
     return particleSystem(name, {0, 0, 0},
                           {{"spawn_rate", rate},
                            {"duration", duration},
-                           {"life", 0.16 * speed},
-                           {"life_spread", 0.03 * speed},
-                           {"velocity", {0, 0, 0.72 * speed}},
-                           {"velocity_spread", {0.09 * speed, 0.09 * speed, 0.28 * speed}},
+                           {"life", 0.15 * speed},
+                           {"life_spread", 0.05 * speed},
+                           {"velocity", {0, 0, 0.55 * speed}},
+                           {"velocity_spread", {0.07 * speed, 0.07 * speed, 0.45 * speed}},
                            {"emitter_size", {width, width, 0.5}},
-                           {"size", 0.8 * width},
-                           {"size_spread", 0.3 * width},
-                           {"growth", 0.3 * width},
-                           {"drag", 0.3},
+                           {"size", 0.7 * width},
+                           {"size_spread", 0.4 * width},
+                           {"growth", 0.35 * width},
+                           {"drag", 0.25},
                            {"buoyancy", -9.8},
                            {"wind", 0.15},
-                           {"color", {0.86, 0.9, 0.93, 0.75}},
+                           {"color", {0.86, 0.9, 0.93, 0.8}},
                            {"end_color", {0.9, 0.94, 0.97, 0}},
                            {"max_particles", 420}},
+                          SPRAY_PICTURE);
+}
+
+/// Spray that frays the column.
+Json jets(double speed, double size) {
+    return particleSystem("jets", {0, 0, 0.5},
+                          {{"spawn_rate", 900},
+                           {"duration", 0.4},
+                           {"life", 0.12 * speed},
+                           {"life_spread", 0.04 * speed},
+                           {"velocity", {0, 0, 0.6 * speed}},
+                           {"velocity_spread", {0.13 * speed, 0.13 * speed, 0.45 * speed}},
+                           {"size", size},
+                           {"size_spread", 0.6 * size},
+                           {"growth", 0.4 * size},
+                           {"drag", 0.25},
+                           {"buoyancy", -9.8},
+                           {"wind", 0.2},
+                           {"color", {0.88, 0.92, 0.95, 0.6}},
+                           {"end_color", {0.9, 0.94, 0.97, 0}},
+                           {"max_particles", 360}},
                           SPRAY_PICTURE);
 }
 
@@ -50,24 +72,24 @@ Json skirt(double speed, double size, double rate) {
 
 /// What hangs in the air when the column has fallen.
 Json mist(double size) {
-    return particleSystem("mist", {0, 0, size},
-                          {{"spawn_rate", 22},
-                           {"delay", 0.5},
-                           {"duration", 1.6},
+    return particleSystem("mist", {0, 0, 1.6 * size},
+                          {{"spawn_rate", 26},
+                           {"delay", 0.9},
+                           {"duration", 2.2},
                            {"life", 5.0},
-                           {"life_spread", 1.2},
-                           {"velocity", {0, 0, size}},
-                           {"velocity_spread", {0.4 * size, 0.4 * size, 0.9 * size}},
-                           {"emitter_size", {size, size, 2 * size}},
-                           {"size", size},
-                           {"size_spread", 0.3 * size},
-                           {"growth", 0.25 * size},
+                           {"life_spread", 1.5},
+                           {"velocity", {0, 0, 0.8 * size}},
+                           {"velocity_spread", {0.5 * size, 0.5 * size, 0.8 * size}},
+                           {"emitter_size", {size, size, 3 * size}},
+                           {"size", 1.2 * size},
+                           {"size_spread", 0.4 * size},
+                           {"growth", 0.3 * size},
                            {"drag", 0.9},
-                           {"buoyancy", -0.5},
+                           {"buoyancy", -0.8},
                            {"wind", 0.9},
-                           {"color", {0.82, 0.87, 0.9, 0.28}},
+                           {"color", {0.82, 0.87, 0.9, 0.3}},
                            {"end_color", {0.86, 0.9, 0.94, 0}},
-                           {"max_particles", 60}},
+                           {"max_particles", 80}},
                           SMOKE_PICTURE);
 }
 
@@ -90,17 +112,17 @@ Json foam(double size) {
                           SPRAY_PICTURE);
 }
 
-/// A magnesium light: too bright to look at, on a thread of white smoke.
-Json flare() {
-    return particleSystem("flare", {0, 0, 0.8},
+/// A magnesium light: a core too bright to look at within a halo, on a thread of white smoke.
+Json flare(const std::string& name, double size, double alpha) {
+    return particleSystem(name, {0, 0, 1.0},
                           {{"spawn_rate", 50},
                            {"life", 0.16},
                            {"life_spread", 0.06},
                            {"velocity_spread", {2, 2, 2}},
                            {"velocity", {0, 0, 1}},
-                           {"size", 0.9},
-                           {"size_spread", 0.35},
-                           {"color", {1.0, 0.86, 0.66, 1}},
+                           {"size", size},
+                           {"size_spread", 0.4 * size},
+                           {"color", {1.0, 0.86, 0.66, alpha}},
                            {"end_color", {1.0, 0.4, 0.2, 0}},
                            {"additive", true},
                            {"max_particles", 16}},
@@ -131,9 +153,10 @@ Json flareSmoke() {
 void writeWaterEffects(const std::string& root) {
     const std::string folder = root + "/data/HARBOR_PROJECT/prefabs/vfx/";
     writeEffect(folder + "water_explosion/water_explosion.prefab", "An explosion under water: a column 40 m high.",
-                column("column", 34, 4.2, 700, 0.5), Json::array({skirt(15, 2.4, 420), mist(6), foam(7)}));
+                column("column", 36, 4.6, 520, 0.8),
+                Json::array({jets(37, 1.0), skirt(15, 2.4, 420), mist(6), foam(7)}));
     writeEffect(folder + "water_drop/water_drop.prefab", "Something small falls into the water.",
-                column("column", 9, 0.6, 400, 0.2), Json::array({skirt(4, 0.5, 200), foam(1.6)}));
-    writeEffect(folder + "decoy/decoy.prefab", "A burning decoy.", flare(),
-                Json::array({glow({0, 0, 0.5}, {1.0, 0.85, 0.7}, 20000, 80), flareSmoke()}));
+                column("column", 10, 0.8, 400, 0.3), Json::array({jets(10, 0.3), skirt(4, 0.6, 220), foam(1.8)}));
+    writeEffect(folder + "decoy/decoy.prefab", "A burning decoy.", flare("flare", 0.6, 1.0),
+                Json::array({flare("halo", 1.8, 0.1), glow({0, 0, 0.5}, {1.0, 0.85, 0.7}, 20000, 80), flareSmoke()}));
 }

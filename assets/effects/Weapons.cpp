@@ -52,22 +52,23 @@ Part missileFlame() {
     return {"flame", {}, revolve(hot, {}, {{-2.9, 0.0}, {-2.3, 0.05}, {-1.75, 0.085}, {-1.5, 0.07}}, 12)};
 }
 
+/// Puffs 2 m apart at 300 m/s, which grow into one another.
 Json missileTrail() {
     return particleSystem("exhaust", {0, -2.4, 0},
-                          {{"spawn_rate", 90},
+                          {{"spawn_rate", 150},
                            {"life", 1.9},
-                           {"life_spread", 0.4},
+                           {"life_spread", 0.5},
                            {"velocity", {0, -10, 0}},
-                           {"velocity_spread", {0.5, 2, 0.5}},
-                           {"size", 1.5},
-                           {"size_spread", 0.4},
-                           {"growth", 1.6},
+                           {"velocity_spread", {0.3, 0.5, 0.3}},
+                           {"size", 2.9},
+                           {"size_spread", 0.5},
+                           {"growth", 1.8},
                            {"drag", 1.0},
                            {"wind", 1.0},
                            {"buoyancy", 0.1},
-                           {"color", {0.82, 0.82, 0.82, 0.5}},
+                           {"color", {0.82, 0.82, 0.82, 0.65}},
                            {"end_color", {0.86, 0.86, 0.87, 0}},
-                           {"max_particles", 220}},
+                           {"max_particles", 320}},
                           SMOKE_PICTURE);
 }
 
@@ -113,22 +114,22 @@ Part torpedo() {
     return {"torpedo", {}, mesh};
 }
 
-/// Runs on the water above it.
+/// Runs on the water above it: high and wide enough that waves do not hide it.
 Json wake() {
-    return particleSystem("wake", {0, -1.6, 0.3},
+    return particleSystem("wake", {0, -2.5, 0.7},
                           {{"spawn_rate", 40},
-                           {"life", 7.0},
-                           {"life_spread", 1.5},
+                           {"life", 8.0},
+                           {"life_spread", 2.0},
                            {"velocity", {0, 0, 0}},
-                           {"velocity_spread", {0.35, 0.2, 0}},
+                           {"velocity_spread", {0.3, 0.2, 0}},
                            {"emitter_size", {0.6, 0.4, 0}},
-                           {"size", 2.2},
-                           {"size_spread", 0.4},
-                           {"growth", 0.45},
+                           {"size", 3.4},
+                           {"size_spread", 0.8},
+                           {"growth", 0.4},
                            {"drag", 0.3},
-                           {"color", {0.8, 0.87, 0.88, 0.8}},
+                           {"color", {0.8, 0.87, 0.88, 0.55}},
                            {"end_color", {0.7, 0.8, 0.82, 0}},
-                           {"max_particles", 350}},
+                           {"max_particles", 400}},
                           SPRAY_PICTURE);
 }
 

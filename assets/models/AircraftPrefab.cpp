@@ -1,6 +1,9 @@
 // Nodes of aircraft prefabs.
 #include "models/AircraftPrefab.h"
 
+#include "effects/FireEffects.h"
+#include "effects/ParticleNodes.h"
+
 Json lookNode(const std::string& name, const std::string& model, bool enabled) {
     Json node = sceneNode("node", name);
     if (!enabled) node["enabled"] = false;
@@ -15,26 +18,11 @@ Json particleNode(const std::string& name, const dvec3& position, const Json& se
 }
 
 Json fireNode(const dvec3& position, const dvec3& size) {
+    Json burning = flames("fire_spe", size, 0.0);
+    burning["particles"]["emitting"] = false;
     Json node = sceneNode("node", "fire", position);
     node["enabled"] = false;
-    node["children"] = Json::array({particleNode("fire_spe", {},
-                                                 {{"spawn_rate", 90},
-                                                  {"life", 1.6},
-                                                  {"life_spread", 0.5},
-                                                  {"velocity", {0, 0, 3.5}},
-                                                  {"velocity_spread", {1.2, 1.2, 1}},
-                                                  {"emitter_size", triple(size)},
-                                                  {"size", 1.6},
-                                                  {"size_spread", 0.5},
-                                                  {"growth", 1.8},
-                                                  {"drag", 0.4},
-                                                  {"buoyancy", 2},
-                                                  {"wind", 0.6},
-                                                  {"color", {1.0, 0.42, 0.09, 0.7}},
-                                                  {"end_color", {0.5, 0.06, 0.01, 0}},
-                                                  {"additive", true},
-                                                  {"emitting", false},
-                                                  {"max_particles", 200}})});
+    node["children"] = Json::array({burning, plume(size, 18, 0.0, 8.0), glow({0, 0, 2}, {1.0, 0.62, 0.3}, 4000, 60)});
     return node;
 }
 

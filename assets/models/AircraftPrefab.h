@@ -9,7 +9,7 @@
 /// The look of a node: an empty one that names a model file beside the prefab.
 Json lookNode(const std::string& name, const std::string& model, bool enabled);
 Json particleNode(const std::string& name, const dvec3& position, const Json& settings);
-/// "fire" with "fire_spe", switched off; flames from an area of `size` metres.
+/// "fire" with "fire_spe", its smoke and its glow, switched off; flames from an area of `size` metres.
 Json fireNode(const dvec3& position, const dvec3& size);
 /// A navigation light.
 Json lampNode(const std::string& name, const dvec3& position, const dvec3& color, double intensity = 25.0);

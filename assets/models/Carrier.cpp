@@ -5,7 +5,6 @@
 #include "geometry/Prism.h"
 #include "models/Builders.h"
 #include "models/CarrierShape.h"
-#include "text/SceneText.h"
 #include "world/Layout.h"
 
 namespace carrier {
@@ -34,58 +33,6 @@ Json hullBody() {
             {"mask", 0},
             {"enabled", false},
             {"shapes", Json::array({box})}};
-}
-
-Json foamSystem(const std::string& name, const dvec3& position, const dvec3& area, double rate, double size) {
-    Json node = sceneNode("particles", name, position);
-    node["particles"] = {{"spawn_rate", rate},
-                         {"life", 30},
-                         {"life_spread", 6},
-                         {"velocity", {0, -1.5, 0}},
-                         {"velocity_spread", {0.6, 0.8, 0}},
-                         {"emitter_size", triple(area)},
-                         {"size", size},
-                         {"size_spread", size * 0.4},
-                         {"growth", 0.25},
-                         {"color", {0.92, 0.96, 0.97, 0.42}},
-                         {"end_color", {0.85, 0.93, 0.95, 0}},
-                         {"max_particles", static_cast<int>(rate * 40)}};
-    return node;
-}
-
-/// What the bow throws up on one side of the ship; plays while the ship is driven.
-Json bowWave(double side) {
-    constexpr double BACK = 18.0;  // of the bow's highest point, at the waterline
-    const double y = BOW - BACK - STERN;
-    Json node = sceneNode("particles", side < 0.0 ? "bow_wave_port" : "bow_wave_starboard", {side * 5.0, y, 0.4});
-    node["hpr"] = {side * 10.0, 0, 0};
-    node["particles"] = {{"emitting", false},
-                         {"spawn_rate", 110},
-                         {"life", 2.6},
-                         {"life_spread", 0.8},
-                         {"velocity", {side * 3.5, 3.0, 2.6}},
-                         {"velocity_spread", {1.5, 1.5, 1.0}},
-                         {"emitter_size", {2, 24, 0.6}},
-                         {"size", 2.2},
-                         {"size_spread", 0.8},
-                         {"growth", 1.6},
-                         {"drag", 0.5},
-                         {"buoyancy", -2.6},
-                         {"color", {0.93, 0.97, 0.98, 0.5}},
-                         {"end_color", {0.9, 0.95, 0.97, 0}},
-                         {"max_particles", 400}};
-    return node;
-}
-
-Json wakes() {
-    Json foam = sceneNode("decal", "foam");
-    foam["decal"] = {{"width", 120}, {"height", 120}, {"depth", 12}};
-    foam["children"] = {foamSystem("foam_stern", {0.0, -18.0, 0.1}, {30, 30, 0.2}, 14, 7.0),
-                        foamSystem("foam_port", {-19.5, 140.0, 0.1}, {3, 250, 0.2}, 12, 4.0),
-                        foamSystem("foam_starboard", {19.5, 140.0, 0.1}, {3, 250, 0.2}, 12, 4.0)};
-    Json node = sceneNode("node", "wakes", {0.0, STERN, 0.0});
-    node["children"] = {foam, bowWave(-1.0), bowWave(1.0)};
-    return node;
 }
 
 Json lens() {

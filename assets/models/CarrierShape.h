@@ -6,6 +6,7 @@
 
 #include "geometry/Model.h"
 #include "geometry/Shapes.h"
+#include "text/SceneText.h"
 
 namespace carrier {
 
@@ -66,5 +67,7 @@ Mesh deckVehicles();  ///< tractors and the like beside the island
 
 std::vector<Part> lensUnit();  ///< the landing lens, its foot's middle at the origin, shining aft
 Mesh lensStand();              ///< what the lens stands on, always drawn in its true size
+
+Json wakes();  ///< the node "wakes": foam and bow wave, at rest until they are played
 
 }  // namespace carrier

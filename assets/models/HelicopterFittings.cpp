@@ -134,7 +134,7 @@ Part sonar() {
 
 Part flashingLight() {
     const dvec3 foot{0.0, -10.02, 3.36};
-    return {"anticollision_tail_light", foot, ball(paints().lamp, foot + dvec3(0, 0, 0.05), 0.1, 10)};
+    return {"anticollision_tail_light", foot, ball(paints().lamp, foot + dvec3(0, 0, 0.08), 0.17, 10)};
 }
 
 }  // namespace
@@ -179,7 +179,8 @@ Mesh antennas() {
     const dvec3 search{0.0, 6.0, -1.02};
     mesh.add(drum(p.dark, search + dvec3(0, -0.1, 0.06), search + dvec3(0, 0.12, -0.02), 0.14, 0.16, 12));
     mesh.add(drum(p.light, search + dvec3(0, 0.11, -0.02), search + dvec3(0, 0.13, -0.024), 0.13, 0.13, 12));
-    mesh.add(ball(p.red, {-1.22, 0.0, -0.2}, 0.07, 8)).add(ball(p.green, {1.22, 0.0, -0.2}, 0.07, 8));
+    const dvec3& lamp = NAVIGATION_LIGHT;
+    mesh.add(ball(p.red, {-lamp.x, lamp.y, lamp.z}, 0.07, 8)).add(ball(p.green, lamp, 0.07, 8));
     return mesh.add(ball(p.light, {0.0, -10.46, 1.36}, 0.06, 8));
 }
 

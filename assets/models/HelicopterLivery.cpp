@@ -134,7 +134,7 @@ const Paints& paints() {
         glass.color[3] = 0.36;
         p.glass = std::make_shared<const Paint>(glass);
         Paint lamp = *paint("flash", {0.3, 0.02, 0.01}, 0.4);
-        lamp.emission = {6.0, 0.2, 0.1};
+        lamp.emission = {8.0, 0.0, 0.0};
         p.lamp = std::make_shared<const Paint>(lamp);
         const std::vector<PaintRef> plain = palette("parts", {{0.018, 0.019, 0.021},
                                                               {0.24, 0.235, 0.22},

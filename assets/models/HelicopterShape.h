@@ -17,6 +17,8 @@ inline const dvec3 SCREEN_FOOT{0.0, 6.05, 0.25}, SCREEN_HEAD{0.0, 5.2, 1.25};
 inline const dvec3 NOSE_GEAR{0.0, 4.6, -1.65}, MAIN_GEAR{2.0, -2.2, -1.55};  ///< the wheels' middles
 constexpr double NOSE_WHEEL = 0.35, MAIN_WHEEL = 0.45;                       ///< their radii
 
+inline const dvec3 NAVIGATION_LIGHT{2.26, -2.0, -0.72};  ///< the right one, on its sponson
+
 struct Paints {
     PaintRef skin, glass, lamp;                                           ///< lamp: of the flashing light alone
     PaintRef dark, metal, rubber, grey, light, red, green, yellow, seat;  ///< plain, drawn as one

@@ -229,6 +229,8 @@ public:
     /// Adds a prefab of that name to the world (notification 5); the world owns it. Null, with an error logged, when it
     /// cannot be loaded; the failed object stays allocated.
     ObjectPrefab* create_objectPrefab(jString path, jString name);
+    /// Plays an effect once for so many seconds and tells of it (notification 8). `place`: world frame.
+    void start_effect(const jString& path, float duration, const dmat4& place);
     /// Ends every particle in the world.
     void clear_all_particles();
 
@@ -376,7 +378,6 @@ private:
     void show_warning(bool shown);
     void show_visibility(const jString& text);
     void release_tracks();
-    void start_effect(const jString& path, float duration, const dmat4& place);
     void tell_effect(const jString& path, float duration, const dmat4& place);
     void end_flight(ObjectPrefab* missile);
     void remove_missile(const Missile& missile);

@@ -26,7 +26,6 @@ void clearParticles(Node* node) {
 
 }  // namespace
 
-/// Plays an effect once and tells of it.
 void Logic_Test_Fly::start_effect(const jString& path, float duration, const dmat4& place) {
     m_action_manager.addAction(ActionPlaySpe::Create(m_world->getRoot(), path, duration, place.t));
     tell_effect(path, duration, place);

@@ -264,10 +264,10 @@ TEST_F(DemoScene, ConfigurationNamesFilesThatLoad) {
     ASSERT_TRUE(mjl::open("config/string.txt", texts, true));
     const Package* const targets = config.getPackage("target_type");
     ASSERT_NE(targets, nullptr);
-    for (const jString& path : {config.getString("first_ship_path"), config.getString("plane_path"),
-                                config.getString("third_ship_path"), targets->getString("_1001")}) {
-        EXPECT_TRUE(ObjectPrefab(path).isLoaded()) << path;
-    }
+    std::vector<jString> paths{config.getString("first_ship_path"), config.getString("plane_path"),
+                               config.getString("third_ship_path")};
+    for (const Item& target : *targets) paths.push_back(target.getString());
+    for (const jString& path : paths) EXPECT_TRUE(ObjectPrefab(path).isLoaded()) << path;
     EXPECT_NE(config.getInt("recv_from_flightSimulation_port"), config.getInt("local_port"))
         << "host and viewer share a machine";
     EXPECT_TRUE(complaints().empty()) << complaints().front();

@@ -3,6 +3,8 @@
 #include "engine/action/Action.h"
 #include "engine/physics/Body.h"
 #include "engine/physics/Physics.h"
+#include "engine/scene/ObjectTerrain.h"
+#include "src/logic/Target.h"
 
 namespace {
 
@@ -106,6 +108,44 @@ TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
             world().removeNode(thing);
             bursts.clear();
         }
+    }
+}
+
+TEST_F(MissileTest, BurstsOnATargetInItsGlide) {
+    begin();
+    const auto apply = [&](double right) {
+        logic().apply_target(record("a", EllipsoidModel().toWGS(ahead(100, right))));
+    };
+    for (const double dt : {1.0 / 60.0, 0.1}) {
+        apply(100.0 / 3.0);
+        apply(-200.0 / 3.0);  // within a second: before the jet when the missile comes
+        fireOne();
+        const Node* const target = logic().get_target("a")->getNode();
+        for (double time = 0.0; time < 0.5 && bursts.empty(); time += dt) frame(dt);
+        ASSERT_EQ(bursts.size(), 1u) << dt;
+        EXPECT_TRUE(logic().get_target("a")->isGliding());
+        EXPECT_LT(length(bursts[0].transform.t - target->getWorldPosition()), 28.0) << "a cube of 20 m, 10 m a frame";
+        logic().reset();
+        logic().remove_target("a");
+        bursts.clear();
+    }
+}
+
+TEST_F(MissileTest, BurstsOnTheGround) {
+    std::string ground = "ncols 5\nnrows 5\nxllcorner 112.34\nyllcorner 16.83\ncellsize 0.004\n";
+    for (int i = 0; i < 25; ++i) ground += i % 5 == 4 ? "0\n" : "0 ";
+    write("data/ground.asc", ground);
+    write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+                             R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
+    add(std::make_unique<ObjectTerrain>("data/ground.asc", ""));
+    begin();
+    jet().setWorldTransform(jet().getWorldTransform() * dmat4(dquat(dvec3(1, 0, 0), -50.0), {}));
+    for (const double dt : {1.0 / 60.0, 0.1}) {
+        fireOne();
+        for (double time = 0.0; time < 0.5; time += dt) frame(dt);
+        ASSERT_EQ(bursts.size(), 1u) << dt;
+        EXPECT_NEAR(EllipsoidModel().toWGS(bursts[0].transform.t).z, 1.1, 0.5) << "its nose is below its middle";
+        bursts.clear();
     }
 }
 

@@ -146,6 +146,20 @@ TEST_F(TargetTest, WhatCannotBeMadeLeavesOneLineAndNothingElse) {
     EXPECT_EQ(memGetInfos().size(), blocks);
 }
 
+TEST_F(TargetTest, ManyOfThemComeAndGo) {
+    constexpr int COUNT = 10000;
+    begin();
+    const int nodes = world().getNumNodes();
+    const std::size_t blocks = memGetInfos().size();
+    for (int i = 0; i < COUNT; ++i)
+        logic().apply_target(record(ToString(i), {112.0 + 1e-3 * (i % 300), 17.0 + 1e-3 * (i / 300), 0.0}));
+    EXPECT_EQ(logic().getNumTargets(), COUNT);
+    EXPECT_LT(logic().get_min_distance_target_dis(), 100000.0f);
+    for (int i = 0; i < COUNT; ++i) logic().remove_target(ToString(i));
+    EXPECT_EQ(world().getNumNodes(), nodes);
+    EXPECT_EQ(memGetInfos().size(), blocks);
+}
+
 TEST_F(TargetTest, TheNearestByNameWithinAHundredKilometres) {
     begin();
     const dvec3 jet_place = jet().getWorldTransform().t;

@@ -240,6 +240,7 @@ void PhysicsWorld::removeCollider(Collidable& c) {
 }
 
 void PhysicsWorld::removePatches(const Object& terrain) {
+    if (terrain.getType() != Node::TERRAIN) return;  // a walk over every body
     for (const auto& [id, body] : m_state->bodies) {
         for (std::size_t i = body->patches.size(); i-- > 0;) {
             if (body->patches[i]->object != &terrain) continue;

@@ -21,6 +21,12 @@ bool isFlat(const ParticleSettings& settings) {
            !settings.additive;
 }
 
+/// Such foam is shown by its decal.
+bool isBelowDecal(const Node& node) {
+    const Node* const above = node.getParent();
+    return above && (above->getType() == Node::DECAL_ORTHO || isBelowDecal(*above));
+}
+
 /// How many times over particles may cover the picture.
 double fillLimit(Quality quality) {
     return quality == Quality::LOW ? 0.6 : quality == Quality::MEDIUM ? 1.3 : 10.0;
@@ -118,6 +124,7 @@ ParticleDrawing::ParticleDrawing(osg::Group& parent, ShaderLibrary& shaders)
 }
 
 void ParticleDrawing::add(const ObjectParticles& particles) {
+    if (isBelowDecal(particles)) return;
     const auto [at, is_new] = m_systems.try_emplace(particles.getId());
     if (!is_new) return;
     const ParticleSettings& settings = particles.getSettings();

@@ -16,10 +16,10 @@
 class ObjectParticles;
 class ShaderLibrary;
 
-/// Particles face the eye; those of a system that gives them no way to rise or sink (foam) lie flat. Additive ones glow
-/// by themselves, the others are lit. What has no living particle is not drawn; the first of them make a node, which
-/// stays until the system goes. Where thick smoke would cover the picture too many times over, some of its largest
-/// particles stand for all of them.
+/// Particles face the eye, but for those below a decal, which the sea shows; those of a system that gives them no way
+/// to rise or sink (foam) lie flat. Additive ones glow by themselves, the others are lit. What has no living particle
+/// is not drawn; the first of them make a node, which stays until the system goes. Where thick smoke would cover the
+/// picture too many times over, some of its largest particles stand for all of them.
 class ParticleDrawing {
 public:
     ParticleDrawing(osg::Group& parent, ShaderLibrary& shaders);

@@ -16,28 +16,13 @@
 #include "sea/SeaFoam.h"
 #include "sea/SeaGround.h"
 #include "sea/SeaUniforms.h"
+#include "sea/SeaWake.h"
 
 namespace {
 
 enum SeaTextures { UNIT_LARGE, UNIT_SMALL, UNIT_FOAM, UNIT_GROUND };
 
 constexpr std::size_t MAX_VERTICES = std::size_t(SeaMesh::MAX_PATCHES) * SeaMesh::VERTICES;
-
-using PatchIndices = std::array<unsigned, SeaMesh::TRIANGLES * 3>;
-
-/// Counter-clockwise from above, each cell split from its south-west to its north-east.
-PatchIndices indexPatch() {
-    PatchIndices indices;
-    constexpr unsigned SIDE = SeaMesh::CELLS + 1;
-    unsigned* next = indices.data();
-    for (unsigned row = 0; row < SeaMesh::CELLS; ++row) {
-        for (unsigned column = 0; column < SeaMesh::CELLS; ++column) {
-            const unsigned sw = row * SIDE + column, se = sw + 1, nw = sw + SIDE, ne = nw + 1;
-            for (const unsigned corner : {sw, se, ne, sw, ne, nw}) *next++ = corner;
-        }
-    }
-    return indices;
-}
 
 /// Planes through the sides of the view's pyramid.
 void setSides(SeaMeshView& eye, const osg::Matrixd& local_to_clip) {
@@ -72,6 +57,7 @@ SeaLayer::SeaLayer(osg::Group& root, ShaderLibrary& shaders)
         m_shore[static_cast<std::size_t>(band)] = makePart(band, true, shaders);
     }
     setUpState();
+    m_wake = std::make_unique<SeaWake>(*m_local, *m_places, *m_rests, shaders);
     m_group->addChild(m_local);
     root.addChild(m_group);
 }
@@ -151,6 +137,7 @@ void SeaLayer::update(const FrameView& view) {
     const SeaMeshView eye = lookAt(view);
     m_mesh.update(eye, field, m_slopes, m_ground.get());
     takeMesh();
+    m_wake->update(view, m_ocean->getWorld(), m_mesh);
     m_uniforms->update(view, eye, *m_ocean, m_slopes);
     m_local->setMatrix(toOsg(view.local));
 }
@@ -205,14 +192,14 @@ void SeaLayer::takeMesh() {
 }
 
 void SeaLayer::fillPart(Part& part, const std::vector<int>& patches) {
-    static const PatchIndices PATCH = indexPatch();
     part.geode->setNodeMask(patches.empty() ? 0u : ~0u);
     if (patches.empty()) return;
-    part.indices->resize(patches.size() * PATCH.size());
+    const auto& corners = SeaMesh::getPatchIndices();
+    part.indices->resize(patches.size() * corners.size());
     unsigned* out = &part.indices->front();
     for (const int patch : patches) {
         const unsigned first = static_cast<unsigned>(patch * SeaMesh::VERTICES);
-        for (const unsigned index : PATCH) *out++ = first + index;
+        for (const unsigned index : corners) *out++ = first + index;
     }
     part.indices->dirty();
 }

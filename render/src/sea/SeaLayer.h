@@ -17,6 +17,7 @@ class ObjectOcean;
 class ObjectTerrain;
 class SeaGround;
 class SeaUniforms;
+class SeaWake;
 class ShaderLibrary;
 
 class SeaLayer {
@@ -51,6 +52,7 @@ private:
     std::array<Part, SeaMesh::NUM_BANDS> m_open, m_shore;
     osg::ref_ptr<osg::Texture2D> m_ground_texture;
     std::unique_ptr<SeaUniforms> m_uniforms;
+    std::unique_ptr<SeaWake> m_wake;
     SeaMesh m_mesh;
     SeaSlopes m_slopes;
     std::unique_ptr<SeaGround> m_ground;

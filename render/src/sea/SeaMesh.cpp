@@ -47,7 +47,24 @@ double gapTo(double at, double size) {
     return std::max({at, -at - size, 0.0});
 }
 
+std::array<unsigned, SeaMesh::TRIANGLES * 3> indexPatch() {
+    std::array<unsigned, SeaMesh::TRIANGLES * 3> indices;
+    unsigned* next = indices.data();
+    for (unsigned row = 0; row < SeaMesh::CELLS; ++row) {
+        for (unsigned column = 0; column < SeaMesh::CELLS; ++column) {
+            const unsigned sw = row * SIDE + column, se = sw + 1, nw = sw + SIDE, ne = nw + 1;
+            for (const unsigned corner : {sw, se, ne, sw, ne, nw}) *next++ = corner;
+        }
+    }
+    return indices;
+}
+
 }  // namespace
+
+const std::array<unsigned, SeaMesh::TRIANGLES * 3>& SeaMesh::getPatchIndices() {
+    static const std::array<unsigned, TRIANGLES* 3> INDICES = indexPatch();
+    return INDICES;
+}
 
 void SeaVertex::slide(const SeaVertex& to, float part) {
     const auto mix = [part](float from, float end) { return part < 1.0f ? from + part * (end - from) : end; };

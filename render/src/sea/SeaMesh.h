@@ -73,6 +73,9 @@ public:
     const std::vector<SeaVertex>& getVertices() const { return m_vertices; }
     int getNumPatches() const { return m_num_patches; }
     const PatchList& getPatches(int band) const { return m_bands[static_cast<std::size_t>(band)]; }
+    /// Corners of a patch's triangles among its vertices: counter-clockwise from above, each cell split from its
+    /// south-west to its north-east.
+    static const std::array<unsigned, TRIANGLES * 3>& getPatchIndices();
 
 private:
     struct Patch {

@@ -1,0 +1,64 @@
+// The instructor's panel: weather, aircraft, targets and the host link, by mouse.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Instructor.h"
+#include "PanelParts.h"
+#include "TargetTypes.h"
+
+class Texts;
+class UIRoot;
+
+/// Hidden until it is switched on; stands at the upper right. Its elements belong to the panels, which must not be used
+/// once this is gone.
+class InstructorPanel {
+public:
+    InstructorPanel(UIRoot& panels, const Texts& texts, Instructor& instructor);
+    InstructorPanel(const InstructorPanel&) = delete;
+    InstructorPanel& operator=(const InstructorPanel&) = delete;
+
+    void toggle();
+    /// Once a frame, before the panels are drawn: keeps its place and, a few times a second, its values.
+    void update();
+
+private:
+    void addRow(UILayout& grid, const char* name, parts::SliderRow::Range range, parts::SliderRow::Read read,
+                parts::SliderRow::Write write, parts::SliderRow::Show show);
+    void addWeather(UILayout& column);
+    void addAircraft(UILayout& column);
+    void addTargets(UILayout& column);
+    void addPlace(UILayout& group);
+    void addLink(UILayout& column);
+    UILayout& addGroup(UILayout& column, const char* key);
+    UIButton* addChoice(UILayout& group, const char* name, std::function<void()> next);
+    UILabel* makeName(const std::string& key);
+    void addLabels(UILayout& group, std::initializer_list<std::pair<const char*, UILabel**>> rows);
+    void refresh();
+    void refreshLink();
+    void addTarget();
+    void chooseNextType();
+    void chooseNextTarget();
+    void removeTarget();
+
+    UIRoot& m_panels;
+    const Texts& m_texts;
+    Instructor& m_instructor;
+    UILayout* m_panel;
+    std::deque<parts::SliderRow> m_rows;  ///< their sliders know where they lie
+    int m_frames = 0;                     ///< until the values are shown anew
+
+    UICheckBox* m_navigation_lights = nullptr;
+    UIButton* m_type_button = nullptr;
+    UIButton* m_target_button = nullptr;
+    UILabel *m_nearest = nullptr, *m_records = nullptr, *m_feedback = nullptr, *m_refused = nullptr, *m_age = nullptr;
+
+    std::vector<TargetType> m_types;
+    std::size_t m_type = 0;
+    TargetPlace m_place{0.0, 1000.0, 0.0, 0.0};
+    std::string m_target;   ///< the one that is moved and removed; empty for none
+    int m_last_number = 0;  ///< in the names of targets that were added here
+};
