@@ -21,12 +21,16 @@ vec3 skyRadiance(vec3 direction) {
     return texture(u_sky, vec2(around, above)).rgb;
 }
 
-// How much of a radiance at that place reaches the eye.
-float airTransmittance(vec3 position) {
-    float distance = length(position);
+// Mean extinction of the air on the way to that place, a metre.
+float airExtinction(vec3 position) {
     float climb = dot(position, u_up) * u_air.y;
     float thinning = abs(climb) > 1e-3 ? (1.0 - exp(-climb)) / climb : 1.0 - 0.5 * climb;
-    return exp(-u_air.x * thinning * distance);
+    return u_air.x * thinning;
+}
+
+// How much of a radiance at that place reaches the eye.
+float airTransmittance(vec3 position) {
+    return exp(-airExtinction(position) * length(position));
 }
 
 // Radiance of the air that far away hides what lies there; it varies little, so that vertices may carry it.

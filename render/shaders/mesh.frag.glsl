@@ -13,7 +13,7 @@ uniform sampler2D u_emission_texture;
 in vec3 v_position;
 in vec3 v_normal;
 in vec2 v_uv;
-in vec3 v_haze;
+in vec4 v_air;
 #ifdef NORMAL_TEXTURE
 in vec4 v_tangent;
 #endif
@@ -56,5 +56,6 @@ void main() {
 #ifdef EMISSION_TEXTURE
     emission *= reflectanceOf(texture(u_emission_texture, uv).rgb);
 #endif
-    gl_FragColor = vec4(display(mix(v_haze, radiance + emission, airTransmittance(v_position))), base.a);
+    float arriving = exp(-v_air.w * length(v_position));
+    gl_FragColor = vec4(display(mix(v_air.rgb, radiance + emission, arriving)), base.a);
 }

@@ -2,7 +2,7 @@
 out vec3 v_position;  // in the eye's frame
 out vec3 v_normal;
 out vec2 v_uv;
-out vec3 v_haze;
+out vec4 v_air;  // haze in front of it, extinction on the way
 #ifdef NORMAL_TEXTURE
 in vec4 a_tangent;
 out vec4 v_tangent;
@@ -12,7 +12,7 @@ void main() {
     vec4 position = gl_ModelViewMatrix * gl_Vertex;
     v_position = position.xyz;
     v_normal = gl_NormalMatrix * gl_Normal;
-    v_haze = hazeRadiance(v_position);
+    v_air = vec4(hazeRadiance(v_position), airExtinction(v_position));
     v_uv = gl_MultiTexCoord0.xy;
 #ifdef NORMAL_TEXTURE
     v_tangent = vec4(mat3(gl_ModelViewMatrix) * a_tangent.xyz, a_tangent.w);

@@ -15,7 +15,7 @@ namespace {
 constexpr float STEPS[] = {0.004f, 0.016f, 0.06f, 0.25f};  // metres off the level before
 constexpr std::size_t FEWEST = 3 * 64;                     // indices below which nothing is gained
 constexpr double WORTHWHILE = 0.75;                        // share of the level before
-constexpr float PIXELS = 0.5f;                             // off the true shape
+constexpr float PIXELS = 0.6f;                             // off the true shape
 constexpr float SHADOW_ERROR = 0.03f;                      // metres; less than a texel of the finest shadow map
 
 template <class Array, class Source>

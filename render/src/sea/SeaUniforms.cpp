@@ -13,6 +13,7 @@
 namespace {
 
 constexpr double FOAM_TILE = 4.0, FOAM_STRETCH = 1.5;  // metres across the wind; times as many along it
+constexpr double WAKE_TILE = 7.0;                      // metres either way: a ship's foam is not drawn out by the wind
 constexpr double FOAM_TURNS = 16.0;                    // wind directions that the foam tells apart
 constexpr double SAMPLES = WaveCascade::SIZE;
 constexpr double STRETCH = 0.6;   // textures are read somewhat finer than a pixel is long where the view is flat
@@ -43,6 +44,8 @@ struct TextureMap {
     double east_u, east_v, north_u, north_v;
 };
 
+const TextureMap WAKE_MAP(20.0, 1.0 / WAKE_TILE, 1.0 / WAKE_TILE);
+
 }  // namespace
 
 SeaUniforms::LayerUniforms::LayerUniforms(osg::StateSet& state, const std::string& name, const Layer& values)
@@ -69,6 +72,7 @@ SeaUniforms::SeaUniforms(osg::StateSet& state)
       m_pixel(addUniform(state, "u_pixel", 0.0f)),
       m_foam_map(addUniform(state, "u_foam_map", osg::Matrix2())),
       m_foam_place(addUniform(state, "u_foam_place", osg::Vec2f())),
+      m_wake_place(addUniform(state, "u_wake_place", osg::Vec2f())),
       m_gusts_place(addUniform(state, "u_gusts_place", osg::Vec4f())),
       m_lap(addUniform(state, "u_lap", 0.0f)),
       m_mean_square(addUniform(state, osg::Uniform::FLOAT, "u_mean_square", 2 * SeaSlopes::NUM_LEVELS)),
@@ -84,6 +88,7 @@ SeaUniforms::SeaUniforms(osg::StateSet& state)
     }
     state.addUniform(new osg::Uniform("u_gusts_east", gusts_east));
     state.addUniform(new osg::Uniform("u_gusts_north", gusts_north));
+    state.addUniform(new osg::Uniform("u_wake_map", WAKE_MAP.getMatrix()));
     for (auto& levels : m_levels) levels = makeUniform("u_levels", osg::Vec3f());
 }
 
@@ -135,6 +140,7 @@ void SeaUniforms::updateFoam(const SeaMeshView& eye, const ObjectOcean& ocean) {
     const double step = 360.0 / FOAM_TURNS;
     const double direction = std::round(std::atan2(wind.y, wind.x) * jMath::RAD2DEG / step) * step;
     const TextureMap to_texture(direction, 1.0 / (FOAM_TILE * FOAM_STRETCH), 1.0 / FOAM_TILE);
+    m_wake_place->set(WAKE_MAP.getPlace(eye));
     m_foam_map->set(to_texture.getMatrix());
     m_foam_place->set(to_texture.getPlace(eye));
 }

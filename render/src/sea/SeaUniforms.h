@@ -39,8 +39,8 @@ private:
     void updateLevels(const SeaMeshView& eye, double pixel, double large, double small);
     void updateFoam(const SeaMeshView& eye, const ObjectOcean& ocean);
 
-    osg::ref_ptr<osg::Uniform> m_per_metre, m_place, m_slope_scale, m_pixel, m_foam_map, m_foam_place, m_gusts_place,
-        m_lap, m_mean_square;
+    osg::ref_ptr<osg::Uniform> m_per_metre, m_place, m_slope_scale, m_pixel, m_foam_map, m_foam_place, m_wake_place,
+        m_gusts_place, m_lap, m_mean_square;
     std::array<osg::ref_ptr<osg::Uniform>, SeaMesh::NUM_BANDS> m_levels;
     LayerUniforms m_ripples, m_swell;
 };
