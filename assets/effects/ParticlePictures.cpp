@@ -1,13 +1,11 @@
 // Pictures of particles: opacity drawn from noise within a soft round edge, so that overlapping ones make billows.
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 #include "effects/Effects.h"
 #include "effects/ParticleNodes.h"
 #include "geometry/Canvas.h"
+#include "text/Files.h"
 #include "world/Noise.h"
 
 namespace {
@@ -27,12 +25,7 @@ std::uint8_t level(double v) {
 void writePicture(const std::string& path, const std::function<Color(double x, double y)>& made) {
     Canvas canvas(SIZE, SIZE, -1.0, -1.0, 1.0, 1.0, {255, 255, 255, 0});
     canvas.repaint([&](double x, double y, const Color&) { return made(x, y); });
-    const std::vector<unsigned char> png = canvas.toPng();
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream file(path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + path);
+    writeFile(path, canvas.toPng());
 }
 
 /// Billows: round bumps with darker creases between them, which also shape the torn rim. Without a lit side, since each

@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <sstream>
 #include <stdexcept>
 
 #include "geometry/Normals.h"
+#include "text/Files.h"
 
 namespace {
 
@@ -38,10 +40,12 @@ public:
     void addTop(const Part& part) { m_model.scenes[0].nodes.push_back(addNode(part, {})); }
 
     void write(const std::string& path) {
-        tinygltf::TinyGLTF file;
-        if (!file.WriteGltfSceneToFile(&m_model, path, true, true, false, true)) {
-            throw std::runtime_error("cannot write " + path);
+        // Written to memory first: the library's own file writing does not notice a file that it cannot write.
+        std::ostringstream bytes;
+        if (!tinygltf::TinyGLTF().WriteGltfSceneToStream(&m_model, bytes, false, true)) {
+            throw std::runtime_error("cannot make " + path);
         }
+        writeFile(path, bytes.str());
     }
 
 private:

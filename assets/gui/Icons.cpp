@@ -3,11 +3,9 @@
 #include "gui/Icons.h"
 
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 #include "geometry/Canvas.h"
+#include "text/Files.h"
 
 namespace {
 
@@ -100,18 +98,11 @@ std::vector<unsigned char> toDds(const Canvas& canvas) {
     return bytes;
 }
 
-void write(const std::string& path, const std::vector<unsigned char>& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    if (!out) throw std::runtime_error("cannot write " + path);
-}
-
 }  // namespace
 
 void writeIcons(const std::string& root) {
     const std::string folder = root + "/data/core/editor/gui/";
-    std::filesystem::create_directories(folder);
-    write(folder + "run.dds", toDds(speedIcon()));
-    write(folder + "position.dds", toDds(placeIcon()));
-    write(folder + "thr.png", leverIcon().toPng());
+    writeFile(folder + "run.dds", toDds(speedIcon()));
+    writeFile(folder + "position.dds", toDds(placeIcon()));
+    writeFile(folder + "thr.png", leverIcon().toPng());
 }

@@ -1,14 +1,11 @@
 // The airfield's buildings, the hill's mast, the target's vehicle, and the pictures of the pavement.
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
-
 #include "engine/math/jMath.h"
 #include "geometry/Canvas.h"
 #include "geometry/Model.h"
 #include "geometry/Shapes.h"
 #include "models/AirfieldPlan.h"
 #include "models/Builders.h"
+#include "text/Files.h"
 #include "text/SceneText.h"
 #include "world/Layout.h"
 
@@ -169,14 +166,6 @@ std::vector<unsigned char> pavementPicture() {
     return canvas.toPng();
 }
 
-void writeBytes(const std::string& path, const std::vector<unsigned char>& bytes) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream file(path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + path);
-}
-
 /// A model with a prefab of the same name that holds nothing else.
 void writePlainPrefab(const std::string& folder, const std::string& name, const std::string& comment,
                       const Part& part) {
@@ -193,6 +182,6 @@ void writeAirfield(const std::string& root) {
     writePlainPrefab(prefabs + "mast/", "mast", "A radio mast. Origin at its foot.", mast());
     writePlainPrefab(root + "/data/assets/Targets/MODELS/CL_radar_lorry/", "CL_radar_lorry",
                      "A radar lorry, the target of type 1001. Origin on the ground.", lorry());
-    writeBytes(terrain + "runway.png", runwayPicture());
-    writeBytes(terrain + "pavement.png", pavementPicture());
+    writeFile(terrain + "runway.png", runwayPicture());
+    writeFile(terrain + "pavement.png", pavementPicture());
 }

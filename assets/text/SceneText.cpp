@@ -3,9 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
+
+#include "text/Files.h"
 
 namespace {
 
@@ -59,11 +58,7 @@ Json sceneNode(const std::string& type, const std::string& name, const dvec3& po
 }
 
 void writeText(const std::string& path, const std::string& comment, const Json& value) {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::string text = "// " + comment + "\n";
     print(value, 0, text);
-    std::ofstream file(path, std::ios::binary);
-    file << text << "\n";
-    file.close();
-    if (!file) throw std::runtime_error("cannot write " + path);
+    writeFile(path, text + "\n");
 }

@@ -2,12 +2,11 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <fstream>
-#include <stdexcept>
 #include <string_view>
 
 #include "engine/math/Bounds.h"
 #include "models/Builders.h"
+#include "text/Files.h"
 #include "world/FlightPlan.h"
 
 namespace {
@@ -124,7 +123,5 @@ void writeFlightPath(const std::string& root) {
         const bool moves_next = i + 1 < states.size() && length2(states[i + 1].velocity) > 0.0;
         if (moving || moves_next || i == 0 || i + 1 == states.size()) appendFrame(text, time, rounding.get(), state);
     }
-    std::ofstream file(root + "/data/www.dat", std::ios::binary);
-    file << text;
-    if (!file.flush()) throw std::runtime_error("cannot write " + root + "/data/www.dat");
+    writeFile(root + "/data/www.dat", text);
 }
