@@ -131,6 +131,32 @@ TEST_F(Surfaces, WhatStandsInTheSunThrowsAShadow) {
     EXPECT_GT(same, 8000);
 }
 
+TEST_F(Surfaces, ShadowsOfWhatMovesAreThoseOfItsPlace) {
+    add(makeWall(60.0f, 60.0f, true), {0.0, 25.0, -4.0});
+    Node* const mover = add(makeWall(8.0f, 8.0f, true), {-6.0, 20.0, 10.0});
+    Node* const goer = add(makeWall(3.0f, 3.0f, true), {6.0, 20.0, 10.0});
+    // Pixels of the large wall that differ.
+    const auto countChanged = [](const Snapshot& a, const Snapshot& b) {
+        int changed = 0;
+        for (int y = 108; y < 180; ++y) {
+            for (int x = 40; x < 280; ++x) changed += std::fabs(luminanceAt(a, x, y) - luminanceAt(b, x, y)) > 0.02;
+        }
+        return changed;
+    };
+    Snapshot before = shoot();
+    for (int i = 0; i < 6; ++i) {
+        mover->setPosition(mover->getPosition() + mover->getTransform().x * 1.5);
+        goer->setEnabled(i < 3);
+        const Snapshot moved = shoot();
+        EXPECT_GT(countChanged(before, moved), 100) << i;
+        scene.picture->setParts(PART_ALL & ~PART_SHADOW);
+        shoot();
+        scene.picture->setParts(PART_ALL);  // shadows are drawn anew, as a whole
+        EXPECT_EQ(countChanged(shoot(), moved), 0) << i;
+        before = moved;
+    }
+}
+
 /// The radiance that the display shows, times the exposure: the picture's tone curve turned round.
 double radianceOf(double shown) {
     double low = 0.0, high = 100.0;

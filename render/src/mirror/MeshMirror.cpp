@@ -42,8 +42,18 @@ MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     return node;
 }
 
+void MeshMirror::disturb(const MeshNode& node) {
+    if (node.place->getNodeMask() != 0) m_disturbed.push_back(node.place->getBound());
+}
+
+void MeshMirror::takeDisturbed(std::vector<osg::BoundingSphere>& bounds) {
+    bounds.clear();
+    bounds.swap(m_disturbed);
+}
+
 void MeshMirror::update(ObjectMeshStatic& mesh) {
     const auto found = m_nodes.find(mesh.getId());
+    if (found != m_nodes.end()) disturb(found->second);
     MeshNode& node = found != m_nodes.end() ? found->second : add(mesh);
     releaseMaterials(mesh.getId());
     for (int i = 0; i < mesh.getNumSurfaces(); ++i) {
@@ -56,7 +66,7 @@ void MeshMirror::update(ObjectMeshStatic& mesh) {
     }
     node.place->setMatrix(toOsg(mesh.getWorldTransform()));
     node.place->setNodeMask(mesh.isActive() ? ~0u : 0u);
-    ++m_revision;
+    disturb(node);
 }
 
 void MeshMirror::releaseMaterials(int id) {
@@ -69,12 +79,12 @@ void MeshMirror::releaseMaterials(int id) {
 void MeshMirror::remove(int id) {
     const auto found = m_nodes.find(id);
     if (found == m_nodes.end()) return;
+    disturb(found->second);
     releaseMaterials(id);
     m_group->removeChild(found->second.place);
     const auto shared = m_meshes.find(found->second.mesh);
     if (--shared->second.users == 0) m_meshes.erase(shared);
     m_nodes.erase(found);
-    ++m_revision;
 }
 
 double MeshMirror::getDistance(const osg::Vec3d& place) const {

@@ -33,8 +33,8 @@ public:
     /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
-    /// Counts up whenever anything that casts a shadow moved, came or went.
-    unsigned getRevision() const { return m_revision; }
+    /// Bounds in the world of all that moved, came or went since the last call: where it was and where it is.
+    void takeDisturbed(std::vector<osg::BoundingSphere>& bounds);
 
 private:
     using Surfaces = std::vector<std::vector<DetailLevel>>;
@@ -50,11 +50,12 @@ private:
     };
 
     MeshNode& add(const ObjectMeshStatic& mesh);
+    void disturb(const MeshNode& node);
     const Surfaces& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
     MaterialStates m_materials;
     std::unordered_map<const MeshData*, SharedMesh> m_meshes;
     std::unordered_map<int, MeshNode> m_nodes;  ///< by node id
-    unsigned m_revision = 0;
+    std::vector<osg::BoundingSphere> m_disturbed;
 };

@@ -54,15 +54,15 @@ dmat4 frameAlong(const dvec3& z, const dvec3& origin) {
 
 }  // namespace
 
-ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, const MeshMirror& meshes, ShaderLibrary& shaders,
+ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, MeshMirror& meshes, ShaderLibrary& shaders,
                        Quality quality)
     : m_meshes(meshes),
       m_scene(scene),
       m_quality(quality),
+      m_size(sizeOf(quality)),
       m_camera(new osg::Camera),
       m_matrix(new osg::Uniform("u_shadow_matrix", osg::Matrixf())) {
-    const int size = sizeOf(quality);
-    const osg::ref_ptr<osg::Texture2D> map = makeMap(size);
+    const osg::ref_ptr<osg::Texture2D> map = makeMap(m_size);
     m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
     m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
     m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT);
@@ -70,7 +70,7 @@ ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, const Mes
     m_camera->setImplicitBufferAttachmentMask(0, 0);  // no colours
     m_camera->setDrawBuffer(GL_NONE);
     m_camera->setReadBuffer(GL_NONE);
-    m_camera->setViewport(0, 0, size, size);
+    m_camera->setViewport(0, 0, m_size, m_size);
     m_camera->setClearMask(GL_DEPTH_BUFFER_BIT);
     m_camera->setClearDepth(1.0);
     m_camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
@@ -113,21 +113,42 @@ bool ShadowPass::placeArea(const FrameView& view) {
     return true;
 }
 
+ShadowPass::Texels ShadowPass::findDisturbed() const {
+    const osg::Matrixd to_light = toOsg(inverse(m_light));
+    osg::BoundingBoxd box;
+    for (const osg::BoundingSphere& bound : m_disturbed) {
+        const osg::Vec3d middle = osg::Vec3d(bound.center()) * to_light;
+        const osg::Vec3d reach(bound.radius(), bound.radius(), bound.radius());
+        box.expandBy(osg::BoundingBoxd(middle - reach, middle + reach));
+    }
+    if (!box.valid()) return {};
+    const auto texel = [this](double metres) { return std::clamp((metres / m_radius + 1.0) * 0.5, 0.0, 1.0) * m_size; };
+    return {static_cast<int>(texel(box.xMin())), static_cast<int>(texel(box.yMin())),
+            static_cast<int>(std::ceil(texel(box.xMax()))), static_cast<int>(std::ceil(texel(box.yMax())))};
+}
+
+void ShadowPass::aim(const Texels& part) {
+    const auto metres = [this](int texel) { return (2.0 * texel / m_size - 1.0) * m_radius; };
+    const double depth = m_radius + TALLEST;
+    m_camera->setViewport(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
+    m_camera->setViewMatrix(toOsg(inverse(m_light)));
+    m_camera->setProjectionMatrixAsOrtho(metres(part.left), metres(part.right), metres(part.bottom), metres(part.top),
+                                         -depth, depth);
+}
+
 void ShadowPass::update(const FrameView& view) {
+    m_meshes.takeDisturbed(m_disturbed);
     if (!m_visible) {
         m_camera->setNodeMask(0);
         return;
     }
-    const bool is_moved = placeArea(view);
-    const bool is_stale = is_moved || m_revision != m_meshes.getRevision();
-    m_revision = m_meshes.getRevision();
+    const Texels part = placeArea(view) ? Texels{0, 0, m_size, m_size} : findDisturbed();
+    const bool is_stale = part.left < part.right && part.bottom < part.top;
     m_camera->setNodeMask(is_stale ? ~0u : 0u);
+    if (is_stale) aim(part);
+    // The frame's own place in the whole map, whatever part of it is drawn.
     const double depth = m_radius + TALLEST;
-    if (is_moved) {
-        m_camera->setViewMatrix(toOsg(inverse(m_light)));
-        m_camera->setProjectionMatrixAsOrtho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth);
-    }
-    const osg::Matrixd to_map =
-        osg::Matrixd(0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.0, 0.0, 0.0, 0.5, 0.0, 0.5, 0.5, 0.5, 1.0);
-    m_matrix->set(osg::Matrixf(toOsg(inverse(m_light) * view.camera) * m_camera->getProjectionMatrix() * to_map));
+    const osg::Matrixd to_map = osg::Matrixd::ortho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth) *
+                                osg::Matrixd::translate(1.0, 1.0, 1.0) * osg::Matrixd::scale(0.5, 0.5, 0.5);
+    m_matrix->set(osg::Matrixf(toOsg(inverse(m_light) * view.camera) * to_map));
 }
