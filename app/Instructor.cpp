@@ -10,6 +10,7 @@
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
+#include "src/aircraft/Helicopter.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "src/logic/Target.h"
 #include "src/logic/WeaponFiles.h"
@@ -19,6 +20,9 @@ namespace {
 constexpr int LEVEL_CAMERA = 654321;  // message that the logic answers by levelling its camera
 constexpr std::uint8_t CTRL = 1;      // flag of a key event
 
+constexpr double TORPEDO_SPEED = 20.0, TORPEDO_RUN = 60.0;  // m/s; seconds
+constexpr double WAKE_LIFE = 10.0;                          // seconds that its wake outlives it
+
 constexpr struct {
     const char* name;
     const char* path;
@@ -26,7 +30,7 @@ constexpr struct {
 } EFFECTS[] = {{"explosion", weapons::EXPLOSION, 20.0f},
                {"aircraft_explosion", weapons::AIRCRAFT_EXPLOSION, 6.0f},
                {"water_explosion", weapons::WATER_EXPLOSION, 12.0f},
-               {"water_drop", weapons::WATER_DROP, 6.0f},
+               {"water_drop", weapons::WATER_DROP, 12.0f},
                {"decoy", weapons::DECOY, 12.0f}};
 
 void switchLamps(Node& node, bool on) {
@@ -45,6 +49,7 @@ void setPose(TargetInfo& info, const dvec3& geo, const TargetPlace& place) {
 
 void Instructor::update() {
     m_logic.update_missle();
+    runTorpedoes(static_cast<double>(m_engine.getFrameTime()));
     const std::uint64_t records = m_logic.getLinkCounts().records;
     if (records != m_records) m_record_time = m_engine.getTime();
     m_records = records;
@@ -85,10 +90,16 @@ double Instructor::getSea() const {
     return ocean ? ocean->getBeaufort() : 0;
 }
 
+/// The model of the plane or the helicopter; null without either.
+Object* Instructor::findAircraft() const {
+    if (const Helicopter* const helicopter = m_logic.getHelicopter()) return helicopter->getModel();
+    return m_logic.getAircraftNode();
+}
+
 void Instructor::setNavigationLights(bool on) {
     m_navigation_lights = on;
     m_logic.setNaviLight(on ? 1 : 0);
-    if (Object* const model = m_logic.getAircraftNode()) switchLamps(*model, on);
+    if (Object* const model = findAircraft()) switchLamps(*model, on);
 }
 
 void Instructor::sendKey(int key, int modifier) {
@@ -125,8 +136,13 @@ void Instructor::backToStart() {
     m_logic.on_reset_postion({}, nullptr);
 }
 
-void Instructor::fire() {
-    m_logic.emit_missile();
+bool Instructor::fire() {
+    if (m_logic.getAircraftNode()) {
+        m_logic.emit_missile();
+        return true;
+    }
+    jLog::warning("there is no aircraft that fires missiles");
+    return false;
 }
 
 bool Instructor::explode() {
@@ -136,6 +152,7 @@ bool Instructor::explode() {
 }
 
 void Instructor::reset() {
+    for (Torpedo& torpedo : m_torpedoes) torpedo.left = -WAKE_LIFE;
     m_logic.reset();
 }
 
@@ -171,7 +188,7 @@ double Instructor::findGround(const dvec3& geo, double from) const {
 
 /// False, with one log line, without an aircraft to measure from.
 bool Instructor::findPlace(const TargetPlace& place, const std::string& what, dvec3& geo) const {
-    const Object* const aircraft = m_logic.getAircraftNode();
+    const Object* const aircraft = findAircraft();
     if (!aircraft) {
         jLog::warning("%s: there is no aircraft to measure from", what.c_str());
         return false;
@@ -249,6 +266,34 @@ std::vector<std::string> Instructor::getEffects() {
     std::vector<std::string> names;
     for (const auto& effect : EFFECTS) names.emplace_back(effect.name);
     return names;
+}
+
+bool Instructor::launchTorpedo(const TargetPlace& place) {
+    dvec3 geo;
+    if (!findPlace(place, "torpedo", geo)) return false;
+    Node* const torpedo = m_logic.create_objectPrefab(weapons::TORPEDO, "torpedo");
+    if (!torpedo) return false;
+    torpedo->setWgsPosition(geo);
+    torpedo->setWgsHPR({place.heading, 0.0, 0.0});
+    m_torpedoes.push_back({torpedo, TORPEDO_RUN});
+    return true;
+}
+
+void Instructor::runTorpedoes(double dt) {
+    const EllipsoidModel& globe = m_engine.getEllipsoid();
+    for (Torpedo& torpedo : m_torpedoes) {
+        torpedo.left -= dt;
+        if (torpedo.left < 0.0) torpedo.node->setEnabled(false);
+        const dmat4& now = torpedo.node->getWorldTransform();
+        dvec3 geo = globe.toWGS(now.t + now.y * (TORPEDO_SPEED * dt));
+        geo.z = globe.toWGS(now.t).z;
+        torpedo.node->setWgsPosition(geo);
+    }
+    std::erase_if(m_torpedoes, [this](const Torpedo& torpedo) {
+        if (torpedo.left > -WAKE_LIFE) return false;
+        m_engine.getWorld()->removeNode(torpedo.node);
+        return true;
+    });
 }
 
 LinkHealth Instructor::getLinkHealth() const {

@@ -10,6 +10,7 @@
 class Engine;
 class Logic_Test_Fly;
 class Node;
+class Object;
 
 /// A place seen from the aircraft, over level ground.
 struct TargetPlace {
@@ -35,7 +36,7 @@ public:
     Instructor(const Instructor&) = delete;
     Instructor& operator=(const Instructor&) = delete;
 
-    /// Once a frame, before the logic's update: retires spent missiles and watches the link.
+    /// Once a frame, before the logic's update: retires spent missiles, runs torpedoes and watches the link.
     void update();
 
     // Weather. Values outside the range are taken into it.
@@ -58,7 +59,7 @@ public:
     void setPush(bool on);  ///< ahead at 30 m/s
     bool isPushed() const;
     void backToStart();
-    void fire();
+    bool fire();
     bool explode();
     void reset();  ///< the whole scene
 
@@ -81,17 +82,27 @@ public:
     /// Plays an effect once at a place; names are those of `getEffects`.
     bool playEffect(const std::string& name, const TargetPlace& place);
     static std::vector<std::string> getEffects();
+    /// A torpedo runs from a place along its heading for a minute, at 20 m/s; its wake shows it.
+    bool launchTorpedo(const TargetPlace& place);
 
     LinkHealth getLinkHealth() const;
 
 private:
+    struct Torpedo {
+        Node* node;   ///< the world's
+        double left;  ///< seconds of its run; below 0 its wake dies away
+    };
+
+    Object* findAircraft() const;
     bool findPlace(const TargetPlace& place, const std::string& what, dvec3& geo) const;
     double findGround(const dvec3& geo, double from) const;
     void sendKey(int key, int modifier);
+    void runTorpedoes(double dt);
 
     Engine& m_engine;
     Logic_Test_Fly& m_logic;
     std::vector<std::string> m_targets;
+    std::vector<Torpedo> m_torpedoes;
     double m_rain = 0.0, m_snow = 0.0;
     bool m_navigation_lights = true;
     std::uint64_t m_records = 0;  ///< seen

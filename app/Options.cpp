@@ -51,12 +51,15 @@ std::string checkCamera(const std::string& text) {
 }
 
 bool readDate(const std::string& text, std::array<int, 3>& date) {
+    auto& [year, month, day] = date;
     int end = 0;
-    if (std::sscanf(text.c_str(), "%d-%d-%d%n", &date[0], &date[1], &date[2], &end) != 3) return false;
-    const std::chrono::year_month_day day{std::chrono::year(date[0]),
-                                          std::chrono::month(static_cast<unsigned>(date[1])),
-                                          std::chrono::day(static_cast<unsigned>(date[2]))};
-    return static_cast<std::size_t>(end) == text.size() && day.ok() && date[0] >= 1;
+    if (std::sscanf(text.c_str(), "%d-%d-%d%n", &year, &month, &day, &end) != 3) return false;
+    // The calendar's types hold fewer bits and would wrap round.
+    const bool is_near = year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
+    return is_near && static_cast<std::size_t>(end) == text.size() &&
+           std::chrono::year_month_day{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                                       std::chrono::day(static_cast<unsigned>(day))}
+               .ok();
 }
 
 std::string checkDate(const std::string& text) {

@@ -15,10 +15,12 @@ namespace {
 
 using Action = SceneScript::Action;
 
+using Types = std::vector<TargetType>;
+
 /// The words behind a line's verb, taken one by one.
 class Words {
 public:
-    explicit Words(const std::string& text) : m_text(text) {}
+    Words(const std::string& text, const Types& types) : m_text(text), m_types(types) {}
 
     bool word(std::string& word) { return static_cast<bool>(m_text >> word); }
     bool number(double& value, double low, double high) {
@@ -36,10 +38,22 @@ public:
         index = static_cast<int>(found - names.begin());
         return found != names.end();
     }
+    /// A type of target by its code or its English name.
+    bool type(int& code) {
+        std::string text;
+        if (!word(text)) return false;
+        const auto found = std::find_if(m_types.begin(), m_types.end(), [&](const TargetType& type) {
+            return text == type.name || text == std::to_string(type.code);
+        });
+        if (found == m_types.end()) return false;
+        code = found->code;
+        return true;
+    }
     bool atEnd() { return (m_text >> std::ws).eof(); }
 
 private:
     std::istringstream m_text;
+    const Types& m_types;
 };
 
 template <class Operation>
@@ -102,23 +116,11 @@ bool readPlace(Words& words, TargetPlace& place) {
     return words.atEnd() || words.number(place.heading, -360.0, 360.0);
 }
 
-/// A type by its code or its English name.
-bool readType(Words& words, int& type) {
-    std::string text;
-    if (!words.word(text)) return false;
-    for (const TargetType& known : readTargetTypes(Texts("en"))) {
-        if (text != known.name && text != std::to_string(known.code)) continue;
-        type = known.code;
-        return true;
-    }
-    return false;
-}
-
 bool readTarget(Words& words, Action& action) {
     std::string name;
     int type = 0;
     TargetPlace place;
-    if (!words.word(name) || !readType(words, type) || !readPlace(words, place)) return false;
+    if (!words.word(name) || !words.type(type) || !readPlace(words, place)) return false;
     action = [=](Instructor& instructor) { return instructor.addTarget(name, type, place); };
     return true;
 }
@@ -148,8 +150,17 @@ bool readEffect(Words& words, Action& action) {
     return true;
 }
 
-bool readExplode(Words&, Action& action) {
-    action = [](Instructor& instructor) { return instructor.explode(); };
+bool readTorpedo(Words& words, Action& action) {
+    TargetPlace place;
+    if (!readPlace(words, place)) return false;
+    action = [=](Instructor& instructor) { return instructor.launchTorpedo(place); };
+    return true;
+}
+
+/// A verb without words behind it whose operation may fail.
+template <auto Operation>
+bool readAttempt(Words&, Action& action) {
+    action = std::mem_fn(Operation);
     return true;
 }
 
@@ -166,8 +177,8 @@ constexpr struct {
              {"gear", readGear},
              {"push", readSwitch<&Instructor::setPush>},
              {"back", readPlain<&Instructor::backToStart>},
-             {"fire", readPlain<&Instructor::fire>},
-             {"explode", readExplode},
+             {"fire", readAttempt<&Instructor::fire>},
+             {"explode", readAttempt<&Instructor::explode>},
              {"reset", readPlain<&Instructor::reset>},
              {"view", readView},
              {"level", readPlain<&Instructor::levelView>},
@@ -175,11 +186,12 @@ constexpr struct {
              {"target", readTarget},
              {"move", readMove},
              {"remove", readRemove},
-             {"effect", readEffect}};
+             {"effect", readEffect},
+             {"torpedo", readTorpedo}};
 
-bool readAction(const TimedLine& line, Action& action) {
+bool readAction(const TimedLine& line, const Types& types, Action& action) {
     for (const auto& verb : VERBS) {
-        Words words(line.rest);
+        Words words(line.rest, types);
         if (line.verb == verb.name) return verb.read(words, action) && words.atEnd();
     }
     return false;
@@ -188,16 +200,20 @@ bool readAction(const TimedLine& line, Action& action) {
 }  // namespace
 
 bool SceneScript::open(const std::string& file, std::string& error) {
-    m_file = file;
     std::vector<TimedLine> lines;
     if (!readTimedLines(file, lines, error)) return false;
+    const Types types = readTargetTypes(Texts("en"));
+    std::vector<Action> actions;
     for (const TimedLine& line : lines) {
-        if (readAction(line, m_actions.emplace_back())) continue;
+        if (readAction(line, types, actions.emplace_back())) continue;
         error = file + ":" + std::to_string(line.number) + ": \"" + line.verb + " " + line.rest +
                 "\" is no action; docs/user_guide.md lists what is";
         return false;
     }
+    m_file = file;
     m_queue.set(std::move(lines));
+    m_actions = std::move(actions);
+    m_next = 0;
     return true;
 }
 

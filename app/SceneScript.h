@@ -15,8 +15,9 @@ public:
     /// Does something; false when the scene did not let it.
     using Action = std::function<bool(Instructor&)>;
 
-    /// False, with `error` naming file and line, when the file cannot be read or says what is unknown. REQUIRES the
-    /// engine: the types of targets are the configuration's.
+    /// From now on plays this file in place of another. False, with `error` naming file and line and nothing changed,
+    /// when it cannot be read or says what is unknown. REQUIRES the engine: the types of targets are the
+    /// configuration's.
     bool open(const std::string& file, std::string& error);
     /// Does what is due in the frame that comes, counted from 1; `time`: seconds of the engine's clock.
     void play(Instructor& instructor, double time, long frame);

@@ -117,10 +117,10 @@ void Screen::disconnect() {
 
 bool Screen::draw(long frame, std::string& error) {
     if (!m_picture) return true;
+    if (m_shows_rate) showRate();
     const bool due = std::any_of(m_screenshots.begin(), m_screenshots.end(),
                                  [&](const Screenshot& shot) { return shot.frame == frame; });
     if (!m_draws_always && !due) return true;
-    if (m_shows_rate) showRate();
     if (m_shows_panels) m_engine->updateGui();
     m_picture->draw();
     return saveDue(frame, error);
@@ -135,14 +135,18 @@ bool Screen::saveDue(long frame, std::string& error) {
 }
 
 bool Screen::finish(std::string& error) {
-    if (!m_picture || m_screenshots.empty()) return true;
+    bool wants_last = false;
+    for (const Screenshot& shot : m_screenshots) {
+        if (shot.frame == 0) {
+            wants_last = true;
+        } else {
+            jLog::warning("the run ended before frame %ld: %s was not written", shot.frame, shot.file.c_str());
+        }
+    }
+    if (!wants_last) return true;
     if (m_shows_panels) m_engine->updateGui();
     m_picture->draw();
-    if (!saveDue(0, error)) return false;
-    for (const Screenshot& shot : m_screenshots) {
-        jLog::warning("the run ended before frame %ld: %s was not written", shot.frame, shot.file.c_str());
-    }
-    return true;
+    return saveDue(0, error);
 }
 
 void Screen::showRate() {

@@ -20,7 +20,10 @@ bool readTimedLines(const std::string& file, std::vector<TimedLine>& lines, std:
 /// Hands out lines in the file's order once their times have come; a line waits for those before it.
 class TimedQueue {
 public:
-    void set(std::vector<TimedLine> lines) { m_lines = std::move(lines); }
+    void set(std::vector<TimedLine> lines) {
+        m_lines = std::move(lines);
+        m_next = 0;
+    }
     /// The next line that is due as this frame begins, null when none is. Valid until the lines are set anew.
     const TimedLine* next(double time, long frame);
     int getNumWaiting() const { return static_cast<int>(m_lines.size() - m_next); }

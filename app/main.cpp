@@ -173,6 +173,8 @@ int run(const Options& options) {
     stageWeather(options, engine, *plugin.getLogic(), plugin.getFlyLogic());
     if (!options.script.empty() && !plugin.getFlyLogic()) jLog::warning("this logic has nothing for --script to do");
     if (plugin.getFlyLogic()) tellShortAircraft(options, *plugin.getFlyLogic());
+    // No other view is to move the eye that the landing lens is set for.
+    if (options.camera && plugin.getFlyLogic()) plugin.getFlyLogic()->set_player_mode(FREE_VIEW);
     if (!runFrames(options, engine, plugin, hashes, screen, input, script, error)) return fail(error);
     plugin.getLogic()->release();
     screen.disconnect();

@@ -49,9 +49,10 @@ class Picture {
 public:
     virtual ~Picture() = default;
 
-    /// Takes in what the window has to tell. False once it was closed or lost; always true off screen.
+    /// Takes in what the window has to tell. False once it was closed or lost; always true off screen. After it was
+    /// closed the last picture can still be drawn and saved.
     virtual bool poll() = 0;
-    /// Draws the world as it is now and shows it.
+    /// Draws the world as it is now and shows it; nothing once the window was lost.
     virtual void draw() = 0;
 
     /// The distance, in metres, at which a dark object's contrast against the horizon has fallen to 2 %.
@@ -62,7 +63,7 @@ public:
     virtual void setParts(unsigned parts) = 0;  ///< of `PictureParts`
     virtual void setFullscreen(bool fullscreen) = 0;
 
-    /// The picture drawn last.
+    /// The picture drawn last; empty once the window was lost.
     virtual Snapshot capture(bool with_distance = false) = 0;
     /// Writes the picture drawn last as a PNG file, its folder made when missing. False, with `error` saying why, when
     /// that fails.

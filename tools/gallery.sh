@@ -71,6 +71,7 @@ frames=693 scene burst_1 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,12
 frames=741 scene burst_2 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,120.0,-7.4
 frames=921 scene burst_3 "${missile[@]}" --camera 112.4059873,16.8284548,38.0,120.0,-7.4
 frames=150 scene water_explosion --track TOD=42 --script tools/gallery/water.txt --camera 112.3961394,16.8227490,12.0,70.0,6.4
+frames=600 scene torpedo --track TOD=42 --script tools/gallery/torpedo.txt --camera 112.3980188,16.8223784,5.5,305.0,-11.6
 frames=150 scene burning --track TOD=42 --script tools/gallery/burning.txt --camera 112.3962680,16.8238103,24.2,337.0,0
 frames=720 scene destroyed --track TOD=42 --script tools/gallery/burning.txt --camera 112.3963627,16.8239389,25.5,292.0,-5
 frames=20 scene targets --track TOD=42 --script tools/gallery/targets.txt --camera 112.3950234,16.8231918,120.0,58.0,-18.4

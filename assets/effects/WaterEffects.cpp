@@ -112,10 +112,13 @@ Json foam(double size) {
                           SPRAY_PICTURE);
 }
 
+constexpr double BURNING = 6.5;  ///< seconds of a decoy
+
 /// A magnesium light: a core too bright to look at within a halo, on a thread of white smoke.
 Json flare(const std::string& name, double size, double alpha) {
     return particleSystem(name, {0, 0, 1.0},
                           {{"spawn_rate", 50},
+                           {"duration", BURNING},
                            {"life", 0.16},
                            {"life_spread", 0.06},
                            {"velocity_spread", {2, 2, 2}},
@@ -132,6 +135,7 @@ Json flare(const std::string& name, double size, double alpha) {
 Json flareSmoke() {
     return particleSystem("smoke", {0, 0, 1.0},
                           {{"spawn_rate", 28},
+                           {"duration", BURNING},
                            {"life", 4.0},
                            {"life_spread", 1.0},
                            {"velocity", {0, 0, 1.6}},
@@ -157,6 +161,6 @@ void writeWaterEffects(const std::string& root) {
                 Json::array({jets(37, 1.0), skirt(15, 2.4, 420), mist(6), foam(7)}));
     writeEffect(folder + "water_drop/water_drop.prefab", "Something small falls into the water.",
                 column("column", 10, 0.8, 400, 0.3), Json::array({jets(10, 0.3), skirt(4, 0.6, 220), foam(1.8)}));
-    writeEffect(folder + "decoy/decoy.prefab", "A burning decoy.", flare("flare", 0.6, 1.0),
+    writeEffect(folder + "decoy/decoy.prefab", "A burning decoy: plays for 12 s.", flare("flare", 0.6, 1.0),
                 Json::array({flare("halo", 1.8, 0.1), glow({0, 0, 0.5}, {1.0, 0.85, 0.7}, 20000, 80), flareSmoke()}));
 }

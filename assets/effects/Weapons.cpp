@@ -52,10 +52,10 @@ Part missileFlame() {
     return {"flame", {}, revolve(hot, {}, {{-2.9, 0.0}, {-2.3, 0.05}, {-1.75, 0.085}, {-1.5, 0.07}}, 12)};
 }
 
-/// Puffs 2 m apart at 300 m/s, which grow into one another.
+/// Puffs 3 m apart at 300 m/s, which grow into one another.
 Json missileTrail() {
     return particleSystem("exhaust", {0, -2.4, 0},
-                          {{"spawn_rate", 150},
+                          {{"spawn_rate", 105},
                            {"life", 1.9},
                            {"life_spread", 0.5},
                            {"velocity", {0, -10, 0}},
@@ -68,14 +68,14 @@ Json missileTrail() {
                            {"buoyancy", 0.1},
                            {"color", {0.82, 0.82, 0.82, 0.65}},
                            {"end_color", {0.86, 0.86, 0.87, 0}},
-                           {"max_particles", 320}},
+                           {"max_particles", 240}},
                           SMOKE_PICTURE);
 }
 
 /// Closes up to the flame: smoke that lives long comes up too slowly for a fast missile.
 Json missilePlume() {
     return particleSystem("plume", {0, -2.4, 0},
-                          {{"spawn_rate", 150},
+                          {{"spawn_rate", 120},
                            {"life", 0.3},
                            {"life_spread", 0.06},
                            {"velocity", {0, -10, 0}},

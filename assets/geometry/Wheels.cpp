@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr int SEGMENTS = 24;  // round
+
 std::vector<Turn> tyreProfile(double radius, double half) {
     const double groove = 0.035 * radius;
     std::vector<Turn> profile{{-half * 0.80, radius * 0.60},
@@ -17,8 +19,7 @@ std::vector<Turn> tyreProfile(double radius, double half) {
                               {-half * 0.72, radius * 0.98}};
     for (const double at : {-0.42, 0.0, 0.42}) {
         profile.push_back({half * (at - 0.10), radius});
-        profile.push_back({half * (at - 0.07), radius - groove});
-        profile.push_back({half * (at + 0.07), radius - groove});
+        profile.push_back({half * at, radius - groove});
         profile.push_back({half * (at + 0.10), radius});
     }
     for (std::size_t i = 5; i-- > 0;) profile.push_back({-profile[i].along, profile[i].radius});
@@ -30,7 +31,7 @@ std::vector<Turn> tyreProfile(double radius, double half) {
 Mesh aircraftWheel(const WheelPaints& paints, const dvec3& middle, double radius, double width) {
     const double half = width / 2.0;
     const dmat4 axle_along_x({0, 1, 0}, {-1, 0, 0}, {0, 0, 1}, middle);
-    Mesh mesh = revolve(paints.tyre, {}, tyreProfile(radius, half), 32);
+    Mesh mesh = revolve(paints.tyre, {}, tyreProfile(radius, half), SEGMENTS);
     mesh.add(revolve(paints.rim, {},
                      {{-half * 0.80, radius * 0.60},
                       {-half * 0.88, radius * 0.57},
@@ -44,12 +45,12 @@ Mesh aircraftWheel(const WheelPaints& paints, const dvec3& middle, double radius
                       {half * 0.62, radius * 0.50},
                       {half * 0.88, radius * 0.57},
                       {half * 0.80, radius * 0.60}},
-                     32));
+                     SEGMENTS));
     for (int i = 0; i < 8; ++i) {
         const double a = 2.0 * jMath::PI * i / 8;
         const dvec3 hole(std::cos(a) * radius * 0.37, 0.0, std::sin(a) * radius * 0.37);
         mesh.add(
-            cylinder(paints.hub, hole - dvec3(0, half * 0.67, 0), hole + dvec3(0, half * 0.67, 0), radius * 0.07, 8));
+            cylinder(paints.hub, hole - dvec3(0, half * 0.67, 0), hole + dvec3(0, half * 0.67, 0), radius * 0.07, 6));
     }
     return mesh.transformed(axle_along_x);
 }

@@ -146,7 +146,7 @@ std::vector<unsigned char> runwayPicture() {
 /// Taxiway, its links to the runway, and the apron, over ground that shows through elsewhere.
 std::vector<unsigned char> pavementPicture() {
     using namespace airfield;
-    Canvas canvas(384, 4096, PAVEMENT_LEFT, -PAVEMENT_LENGTH / 2.0, PAVEMENT_RIGHT, PAVEMENT_LENGTH / 2.0, CLEAR);
+    Canvas canvas(320, 3072, PAVEMENT_LEFT, -PAVEMENT_LENGTH / 2.0, PAVEMENT_RIGHT, PAVEMENT_LENGTH / 2.0, CLEAR);
     const double end = RUNWAY_LENGTH / 2.0;
     canvas.rectangle(APRON_LEFT, APRON_BACK, APRON_RIGHT, APRON_FRONT, CONCRETE);
     canvas.rectangle(TAXIWAY - 11.0, -end, TAXIWAY + 11.0, end, ASPHALT);

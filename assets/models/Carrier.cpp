@@ -91,12 +91,11 @@ void writeCarrier(const std::string& root) {
     using namespace carrier;
     const std::string folder = root + "/" + FOLDER;
     writeText(folder + "JT_CN_LNJ.prefab", "The carrier. Origin at the waterline amidships.", prefab());
-    // Drawn up to 25 times its size far away: nothing may run into it.
     writeText(folder + "Fresnel_light.prefab", "The landing lens: deng01 is the top lamp, deng05 the bottom one.",
-              {{"node", {{"collider", false}, {"mesh", "Fresnel_light.glb"}}}});
+              lensPrefab());
     writeModel(folder + "JT_CN_LNJ.glb", {{"LiaoNingJian_zhuTi001", {}, hullAndDeck()},
                                           {"LiaoNingJian_jianDao001", {29.0, -20.0, DECK_HEIGHT}, island()},
                                           {"LiaoNingJian_pingTai001", {0.0, 0.0, 15.0}, sponsons()}});
     writeModel(folder + "JT_CN_LNJ_fittings.glb", fittings());
-    writeModel(folder + "Fresnel_light.glb", lensUnit());
+    writeLensModels(folder);
 }

@@ -145,7 +145,7 @@ std::array<double, 2> place(const dvec3& p, const dvec3& normal) {
 }  // namespace
 
 std::shared_ptr<const Texture> hullTexture() {
-    Canvas canvas(4096, 640, BACK, -TALL, RIGHT, TALL, GREY);
+    Canvas canvas(3072, 480, BACK, -TALL, RIGHT, TALL, GREY);
     for (const double base : {0.0, -TALL}) {
         plateSeams(canvas, {BACK, base - KEEL, RIGHT, base + TALL}, 9.0, 2.5, 0.14, SEAM);
         waterline(canvas, BACK, RIGHT, base);

@@ -65,8 +65,9 @@ Mesh sponsons();      ///< platforms below the deck's edge
 Mesh armament();      ///< the weapons on them
 Mesh deckVehicles();  ///< tractors and the like beside the island
 
-std::vector<Part> lensUnit();  ///< the landing lens, its foot's middle at the origin, shining aft
-Mesh lensStand();              ///< what the lens stands on, always drawn in its true size
+Json lensPrefab();  ///< the landing lens, its foot's middle at the origin, shining aft
+void writeLensModels(const std::string& folder);
+Mesh lensStand();  ///< what the lens stands on, always drawn in its true size
 
 Json wakes();  ///< the node "wakes": foam and bow wave, at rest until they are played
 

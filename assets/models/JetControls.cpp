@@ -51,8 +51,8 @@ void addSurfaces(std::vector<Control>& list) {
 
 void addLegsAndHook(std::vector<Control>& list) {
     list.push_back({"前起落架", "nose_leg", NONE, {0, 97, 0}, X});
-    list.push_back({"左主起落架", "main_leg_left", NONE, {90, 0, -90}, X});
-    list.push_back({"右主起落架", "main_leg_right", NONE, {-90, 0, 90}, X});
+    list.push_back({"左主起落架", "main_leg_left", NONE, {75, 0, -90}, X});
+    list.push_back({"右主起落架", "main_leg_right", NONE, {-75, 0, 90}, X});
     list.push_back({"尾钩", "weigou001", {0, 40, 0}, NONE, X});
 }
 

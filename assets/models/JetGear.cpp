@@ -53,7 +53,7 @@ Part noseLeg(const Paints& paints) {
 }
 
 Part mainLeg(const Paints& paints, int side) {
-    const dvec3 hinge{MAIN_WHEEL.x + 0.25, MAIN_WHEEL.y, 0.15}, knee{hinge.x, hinge.y, -0.85};
+    const dvec3 hinge{MAIN_WHEEL.x + 0.25, MAIN_WHEEL.y, -0.06}, knee{hinge.x, hinge.y, -0.85};
     const dvec3 foot{hinge.x, hinge.y, MAIN_WHEEL.z};
     Mesh mesh = cylinder(paints.gear, hinge, knee, 0.125, 16);
     mesh.add(cylinder(paints.gear, knee + dvec3(0, 0, 0.14), knee, 0.145, 0.145, 16));

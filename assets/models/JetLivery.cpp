@@ -272,7 +272,7 @@ PaintRef clear(const std::string& name, const std::array<double, 4>& color, doub
 std::shared_ptr<const Texture> livery() {
     const dvec3 x(1, 0, 0), y(0, 1, 0), z(0, 0, 1);
     constexpr double TAIL = -11.0, NOSE = 11.3;
-    Atlas atlas(2048, 80.5, GREY);
+    Atlas atlas(1536, 60.3, GREY);
     fromAbove(atlas.add({z, x, y, 0.0, TAIL, 7.4, NOSE, true}));
     Canvas& below = atlas.add({-z, x, y, 0.0, TAIL, 7.4, NOSE, true});
     below.rectangle(-1.0, -12.0, 8.0, 12.0, BELLY);

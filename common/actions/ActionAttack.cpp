@@ -4,6 +4,7 @@
 #include <engine/globe/EllipsoidModel.h>
 #include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectParticles.h>
+#include <engine/scene/ObjectPrefab.h>
 #include <engine/scene/World.h>
 #include <engine/text/Log.h>
 #include <engine/text/Package.h>
@@ -32,9 +33,9 @@ void setPlaying(Node& effect, bool plays) {
 
 /// The effect of a file; null, with one error logged, when it holds none.
 std::unique_ptr<Node> loadEffect(const jString& path) {
-    Package file;
-    if (!mjl::open(path, file, true)) return nullptr;
-    const Package* const node = file.getPackage("node");
+    const Package* const file = ObjectPrefab::openFile(path);
+    if (!file) return nullptr;
+    const Package* const node = file->getPackage("node");
     if (!node) {
         jLog::error("%s: no \"node\" in it", path.c_str());
         return nullptr;
@@ -74,16 +75,23 @@ void ActionPlaySpe::shine(float brightness) {
     });
 }
 
+/// The last call leaves the lights dark, however long its frame was.
+void ActionPlaySpe::flash() {
+    const float left = std::max(0.0f, 1.0f - (m_elapsed - LAG) / FLASH);
+    shine(left * left);
+    m_flashing = left > 0.0f;
+}
+
 bool ActionPlaySpe::start() {
     m_elapsed = 0.0f;
+    m_flashing = true;
     return true;
 }
 
 bool ActionPlaySpe::step(float dt) {
     if (m_elapsed > LAG && m_effect) {
         if (!m_effect->isEmitterEnabled()) setPlaying(*m_effect, true);
-        const float left = 1.0f - (m_elapsed - LAG) / FLASH;
-        if (left > -dt / FLASH) shine(std::max(0.0f, left) * std::max(0.0f, left));
+        if (m_flashing) flash();
     }
     return ActionInterval::step(dt);
 }

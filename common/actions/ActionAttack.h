@@ -27,7 +27,9 @@ public:
 
 private:
     void shine(float brightness);
+    void flash();
 
     float m_effect_duration = 0.0f;       ///< seconds
     ObjectParticles* m_effect = nullptr;  ///< the world's
+    bool m_flashing = false;              ///< its lights have not died away yet
 };

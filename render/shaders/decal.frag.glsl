@@ -2,6 +2,7 @@
 #include "terrain_light.glsl"
 uniform sampler2D u_image;
 uniform sampler2D u_detail;
+uniform vec2 u_size;  // of the image on the ground, metres
 in vec3 v_position;
 in vec3 v_normal;
 in vec4 v_ground;
@@ -14,9 +15,11 @@ void main() {
     vec3 base = reflectanceOf(image.rgb) * (0.6 + 0.8 * grain);
     float lit = lightThere(v_position);
 #ifdef GROUND_WEATHER
-    // Swept now and then, so that less snow lies here; worn in wide patches where water stands.
+    // Worn in wide patches where water stands. Cleared of snow, which is left along the edges.
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
-    float snow = 0.9 * snowThere(u_ground.y * 0.55, worn, 1.0);
+    vec2 inward = (0.5 - abs(v_ground.xy - 0.5)) * u_size;
+    float edge = smoothstep(8.0, 2.0, min(inward.x, inward.y) + 16.0 * (worn - 0.5));
+    float snow = 0.9 * snowThere(u_ground.y * (0.2 + 0.7 * edge), worn, 0.25, 1.0);
     vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, 1.0, lit);
 #else
     vec3 sun = u_light_color * (max(dot(v_normal, u_light_direction), 0.0) * lit);

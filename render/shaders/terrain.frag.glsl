@@ -9,12 +9,15 @@ in vec3 v_haze;
 #if defined(NEAR) || defined(GROUND_WEATHER)
 in vec3 v_position;
 in vec3 v_normal;
-#endif
-#ifdef NEAR
 in vec2 v_place;
-in float v_passed;
 
 const mat2 TURNED = mat2(0.6, 0.8, -0.8, 0.6) * (1.0 / 83.0);
+// Two together repeat nowhere.
+const mat2 DRIFTS = mat2(0.96, -0.28, 0.28, 0.96) * (1.0 / 610.0);
+const mat2 FIELDS = mat2(0.28, 0.96, -0.96, 0.28) * (1.0 / 1730.0);
+#endif
+#ifdef NEAR
+in float v_passed;
 #endif
 
 vec3 baseColor() {
@@ -28,7 +31,7 @@ vec3 baseColor() {
 
 void main() {
     vec3 base = baseColor();
-    float patches = 0.5;
+    float patches = 0.5, fine = 0.0;
 #if defined(NEAR) || defined(GROUND_WEATHER)
     float green = clamp((base.g - max(base.r, base.b)) / base.g * 5.0, 0.0, 1.0);
 #endif
@@ -44,6 +47,7 @@ void main() {
 #endif
     float lightness = 1.0 + (mix(detail.g, detail.r, green) - 0.5) * strength;
     patches = detail.r;
+    fine = (patches - 0.5) * min(strength, 1.0);
     // Wet sand where the waves run up.
     base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + 0.5 * patches) * (1.0 - green));
     float lit = lightThere(v_position);
@@ -52,12 +56,18 @@ void main() {
 #endif
 #ifdef GROUND_WEATHER
     base = mix(base, base * vec3(2.3, 1.0, 0.4), u_ground.z * green);
-    float snow = snowThere(u_ground.y, patches, dot(v_normal, u_up));
+    // Crowns show dark through it, and none lies where the waves run up.
+    float woods = green * smoothstep(0.063, 0.038, dot(base, vec3(0.25, 0.5, 0.25)));
+    float drifts = texture(u_detail, DRIFTS * v_place).r + texture(u_detail, FIELDS * v_place).r - 0.5;
+    drifts = clamp(drifts + 0.7 * fine, 0.0, 1.0);
+    float snow = snowThere(u_ground.y, drifts, 0.12 + 0.2 * smoothstep(500.0, 5000.0, length(v_position)),
+                           dot(v_normal, u_up)) *
+                 (1.0 - 0.45 * woods) * smoothstep(0.4, 1.4, v_ground.z);
 #ifdef NEAR
     vec3 radiance = v_passed * weatheredRadiance(base, snow, normalize(v_normal), v_position, patches - 0.2 * green,
                                                  1.0 - 0.85 * green, lit);
 #else
-    base = mix(base * (1.0 - 0.5 * u_ground.x), vec3(0.86, 0.88, 0.92), snow);
+    base = snowy(base * (1.0 - 0.5 * u_ground.x), snow, drifts);
     vec3 radiance = base * (v_sun + v_sky);
 #endif
 #else

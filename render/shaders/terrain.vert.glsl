@@ -10,10 +10,12 @@ out vec3 v_haze;  // what the air adds
 out vec3 v_position;  // in the eye's frame
 out vec3 v_normal;
 #endif
-#ifdef NEAR
+#if defined(NEAR) || defined(GROUND_WEATHER)
 uniform vec2 u_extent;  // of the imagery, metres
 out vec2 v_place;       // metres east and north
-out float v_passed;     // share of the radiance that reaches the eye
+#endif
+#ifdef NEAR
+out float v_passed;  // share of the radiance that reaches the eye
 #endif
 
 void main() {
@@ -28,8 +30,10 @@ void main() {
     v_position = position.xyz;
     v_normal = normal;
 #endif
-#ifdef NEAR
+#if defined(NEAR) || defined(GROUND_WEATHER)
     v_place = a_ground.xy * u_extent;
+#endif
+#ifdef NEAR
     v_passed = passed;
 #endif
     gl_Position = gl_ProjectionMatrix * position;

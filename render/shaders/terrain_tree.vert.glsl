@@ -29,7 +29,8 @@ void main() {
     leaf = leaf * leaf * (0.75 + 0.5 * a_tree.w) * mix(vec3(1.0), vec3(1.15, 1.0, 0.75), fract(a_tree.w * 7.0));
 #ifdef GROUND_WEATHER
     leaf = mix(leaf, leaf * mix(vec3(2.6, 1.2, 0.4), vec3(3.4, 0.8, 0.3), a_tree.w), u_ground.z);
-    leaf = mix(leaf * (1.0 - 0.3 * u_ground.x), vec3(0.75, 0.78, 0.82), 0.75 * u_ground.y * u_ground.y * a_tree.y);
+    float snow = 0.85 * smoothstep(0.0, 0.7, u_ground.y) * smoothstep(-0.1, 0.9, dot(normal, u_up));
+    leaf = mix(leaf * (1.0 - 0.3 * u_ground.x), vec3(0.75, 0.78, 0.82), snow);
 #endif
     float passed = airTransmittance(position);
     vec3 light = u_light_color * max(dot(normal, u_light_direction), 0.0) + ambientLight(normal);

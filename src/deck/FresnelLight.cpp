@@ -38,6 +38,9 @@ void setEnabled(Node* node, bool enabled) {
 
 void FresnelLight::fresnelLightInit(Object* ship, Node* observer) {
     m_observer = observer;
+    m_ready = false;
+    m_lens = m_green = m_deck_1 = m_deck_2 = nullptr;
+    for (Node*& lamp : m_lamps) lamp = nullptr;
     if (!ship) return;
     m_lens = ship->getChildByName("Fresnel_light", false);
     if (m_lens) {
@@ -81,9 +84,8 @@ void FresnelLight::setState(int state) {
 
 void FresnelLight::resetLamps() {
     m_blink_time = 0.0f;
-    if (!m_green) return;
     for (Node* lamp : m_lamps) setEnabled(lamp, false);
-    m_green->setEnabled(false);
+    setEnabled(m_green, false);
 }
 
 void FresnelLight::lightSteady(int state) {

@@ -84,7 +84,8 @@ void Logic_Test_Fly::release() {
     jDelete(m_sender);
     m_sender = nullptr;
     m_send_ready = false;
-    m_targets.clear();
+    while (!m_targets.empty())
+        m_targets.erase(std::prev(m_targets.end()));  // the world gives up its last nodes fastest
     m_target_nodes_stale = true;
 }
 

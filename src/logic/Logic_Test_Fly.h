@@ -62,6 +62,7 @@ struct HelicopterPlaces {
 class LOGIC_API Logic_Test_Fly final : public LogicBase, public MsgNode {
 public:
     static constexpr int VISIBILITY_STEP = 300;  ///< metres
+    using MissileCallback = HitCallback;
 
     Logic_Test_Fly(World* world, CameraControl* camera);
     Logic_Test_Fly(const Logic_Test_Fly&) = delete;
@@ -402,8 +403,8 @@ private:
     jVector<float> m_control_values;   ///< one a control of the panel, by the position of its node
     jVector<dmat4> m_head_transforms;  ///< the first is the pilot's eye in the aircraft's frame
     HitCallback m_hit_callback;
-    HitCallback m_missile_callback;  ///< of every missile's body
-    jVector<Missile> m_missiles;     ///< in order of firing, but for what `update_missle` moved
+    MissileCallback m_missile_callback;  ///< of every missile's body
+    jVector<Missile> m_missiles;         ///< in order of firing, but for what `update_missle` moved
     jMap<jString, std::unique_ptr<Target>> m_targets;
     mutable jVector<Node*> m_target_nodes;  ///< of the map, in its order; made when asked for after a change
     mutable bool m_target_nodes_stale = false;

@@ -38,10 +38,10 @@ void Logic_Test_Fly::emit_missile() {
     missile->setTransform(m_aircraft->getWorldTransform() * dmat4::translation(LAUNCH_POINT));
     auto* const flight = ActionEmitMissile::Create(missile, SPEED, LIFE);
     flight->done.append([this, missile](Action*) { end_flight(missile); });
-    m_missiles.append({missile, flight});
-    m_action_manager.addAction(flight);
     m_world->addChild(missile);
     fire(m_signal_5_prefab_created, missile, true);
+    m_missiles.append({missile, flight});
+    m_action_manager.addAction(flight);  // only now: a handler may have reset the scene
 }
 
 /// The flight's action has ended by itself: nothing is left to remove.
@@ -58,9 +58,9 @@ void Logic_Test_Fly::remove_missile(const Missile& missile) {
 
 void Logic_Test_Fly::update_missle() {
     for (int i = 0; i < m_missiles.size(); ++i) {
-        const Missile missile = m_missiles[i];
-        if (missile.prefab->isEnabled()) continue;
-        fire(m_signal_4_missile_gone, missile.prefab);
+        if (m_missiles[i].prefab->isEnabled()) continue;
+        fire(m_signal_4_missile_gone, m_missiles[i].prefab);
+        const Missile missile = m_missiles[i];  // only now: a handler may have ended its flight
         m_missiles.removeFast(i);
         remove_missile(missile);
     }

@@ -23,12 +23,13 @@ bool Logic_Test_Fly::apply_target(TargetInfo info) {
     const jString path = info.path.empty() ? AppData::get().getTargetPath(info.type) : info.path;
     std::unique_ptr<Target> target = Target::Create(m_world, &m_action_manager, info, path);
     if (!target) return false;
-    Target& made = *(m_targets[info.name] = std::move(target));
+    fire(m_signal_5_prefab_created, target->getPrefab(), true);  // a handler may change the map
     m_target_nodes_stale = true;
-    fire(m_signal_5_prefab_created, made.getPrefab(), true);
-    const dvec3 place = made.getNode()->getWgsPosition();
+    const Node& node = *target->getNode();
+    m_targets[info.name] = std::move(target);
+    const dvec3 place = node.getWgsPosition();
     jLog::message("---apply_target start \n");
-    jLog::message("apply_target create:%s \n", made.getNode()->getName().c_str());
+    jLog::message("apply_target create:%s \n", node.getName().c_str());
     jLog::message("wgs pos:%f,%f,%f \n", place.x, place.y, place.z);
     jLog::message("path:%s \n", path.c_str());
     jLog::message("type:%d \n", info.type);

@@ -56,7 +56,7 @@ std::unique_ptr<Target> Target::Create(World* world, ActionManager* actions, con
 }
 
 Target::Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info)
-    : m_actions(actions), m_prefab(prefab), m_position(placeOf(info)), m_info(info) {}
+    : m_actions(actions), m_prefab(prefab), m_position(placeOf(info)), m_type(info.type), m_info(info) {}
 
 Target::~Target() {
     endGlide();
@@ -77,9 +77,10 @@ void Target::update(const TargetInfo& info) {
         return;
     }
     if (!isOnGlobe(info)) return;
-    if (info.type != m_info.type) {
-        jLog::warning("target \"%s\": keeps the model of type %d, not that of %d", info.name.c_str(), m_info.type,
+    if (info.type != m_type && !m_type_told) {
+        jLog::warning("target \"%s\": keeps the model of type %d, not that of %d", info.name.c_str(), m_type,
                       info.type);
+        m_type_told = true;
     }
     const EllipsoidModel globe;
     if (length(globe.toWorld(placeOf(info)) - globe.toWorld(m_position)) > SMALL_MOVE) glide(placeOf(info));
@@ -88,9 +89,9 @@ void Target::update(const TargetInfo& info) {
 
 /// A running glide begins anew: it starts from where the last one leads.
 void Target::glide(const dvec3& place) {
-    dvec3 from = m_position, to = place;
-    if (to.x - from.x > 180.0) from.x += 360.0;  // the short way round; longitudes above 180 wrap
-    if (from.x - to.x > 180.0) to.x += 360.0;
+    const dvec3 from = m_position;
+    dvec3 to = place;
+    to.x = from.x + std::remainder(to.x - from.x, 360.0);  // the short way round
     m_position = place;
     if (m_glide) {
         m_glide->initWithDuration(m_prefab, GLIDE_TIME, from, to);

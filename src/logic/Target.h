@@ -43,5 +43,7 @@ private:
     ObjectPrefab* m_prefab;                  ///< the world's
     ActionMoveAndLookAt* m_glide = nullptr;  ///< the manager's, while it runs
     dvec3 m_position;
+    int m_type;                ///< that its model was made by
+    bool m_type_told = false;  ///< that a record had another
     TargetInfo m_info;
 };

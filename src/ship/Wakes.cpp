@@ -18,6 +18,13 @@ constexpr double FOAM_MARGIN = 1.1;
 constexpr double NO_FOAM_BEAUFORT = 12.0;
 constexpr float FOAM_LIFE = 30.0f;  ///< seconds
 
+/// A node's transform in the frame of one above it.
+dmat4 placeIn(const Node* top, const Node* node) {
+    dmat4 place = node->getTransform();
+    for (node = node->getParent(); node && node != top; node = node->getParent()) place = node->getTransform() * place;
+    return place;
+}
+
 void listParticles(Node& node, jVector<ObjectParticles*>& found) {
     if (node.getType() == Node::PARTICLES) found.append(static_cast<ObjectParticles*>(&node));
     for (int i = 0; i < node.getNumChildren(); ++i) listParticles(*node.getChild(i), found);
@@ -26,7 +33,7 @@ void listParticles(Node& node, jVector<ObjectParticles*>& found) {
 }  // namespace
 
 Wakes::Wakes(Node* node, Ship* ship, ObjectOcean* ocean)
-    : m_ship(ship), m_wake_offset(node->getTransform()), m_ocean(ocean), m_node(node) {
+    : m_ship(ship), m_wake_offset(placeIn(ship->getObject(), node)), m_ocean(ocean), m_node(node) {
     reset();
     jVector<ObjectParticles*> all;
     listParticles(*node, all);

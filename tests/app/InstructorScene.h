@@ -14,14 +14,14 @@
 
 class InstructorScene : public DemoScene {
 protected:
-    InstructorScene() {
+    explicit InstructorScene(const std::string& aircraft = Options().aircraft) {
         loadWorld();
         const auto set = [](const char* key, int port) { mjl::setOverride(CONFIG_PATH, key, std::to_string(port)); };
         set("local_port", host.getViewerPort());
         set("recv_from_flightSimulation_port", host.getSendPort());
         set("send_to_flightSimulation_port", host.getFeedbackPort());
         m_logic = jMakeLogic();
-        logic().set_aircraft_path(Options().aircraft);
+        logic().set_aircraft_path(aircraft);
         logic().set_airport_node(Options().airport);
         logic().set_carrier_node(Options().carrier);
         logic().init();

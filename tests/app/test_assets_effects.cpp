@@ -1,32 +1,34 @@
 // The effects of weapons: what a timed one emits has burnt out before it is taken away.
-#include "DemoScene.h"
+#include "InstructorScene.h"
 #include "engine/scene/ObjectParticles.h"
 
 namespace {
 
-TEST_F(DemoScene, TimedEffectsAreOverBeforeTheyAreTakenAway) {
-    const struct {
-        const char* path;
-        int seconds;  // that the logic plays it
-    } effects[] = {{"data/art/prefab/vfx/explosion/explosion.prefab", 20},
-                   {"data/art/prefab/vfx/explosion_1/explosion_1.prefab", 6},
-                   {"data/HARBOR_PROJECT/prefabs/vfx/water_explosion/water_explosion.prefab", 20},
-                   {"data/HARBOR_PROJECT/prefabs/vfx/water_drop/water_drop.prefab", 20}};
+std::size_t countParticles(const ObjectPrefab& prefab) {
+    std::size_t count = 0;
+    for (Node* node : prefab.getNodes()) {
+        if (node->getType() == Node::PARTICLES) count += static_cast<ObjectParticles*>(node)->getParticles().size();
+    }
+    return count;
+}
+
+TEST_F(InstructorScene, TimedEffectsAreOverBeforeTheyAreTakenAway) {
+    std::vector<SynCoder::CMDPlaySpeOnceInfo> effects;
+    logic().m_signal_8_effect_started.append([&](SynCoder::CMDPlaySpeOnceInfo* info) { effects.push_back(*info); });
+    for (const std::string& name : Instructor::getEffects()) {
+        ASSERT_TRUE(instructor().playEffect(name, {90.0, 300.0})) << name;
+    }
+    ASSERT_GE(effects.size(), 5u);
     for (const auto& effect : effects) {
         auto* const prefab = new ObjectPrefab(effect.path);
         world().addChild(prefab);
-        std::size_t most = 0, left = 0;
-        for (int i = 0; i < effect.seconds * 60 - 6; ++i) {  // it starts 0.1 s late
+        std::size_t most = 0;
+        for (int i = 0; i < static_cast<int>(effect.duration) * 60 - 6; ++i) {  // it starts 0.1 s late
             run(1);
-            left = 0;
-            for (Node* node : prefab->getNodes()) {
-                if (node->getType() != Node::PARTICLES) continue;
-                left += static_cast<ObjectParticles*>(node)->getParticles().size();
-            }
-            most = std::max(most, left);
+            most = std::max(most, countParticles(*prefab));
         }
         EXPECT_GT(most, 50u) << effect.path;
-        EXPECT_EQ(left, 0u) << effect.path;
+        EXPECT_EQ(countParticles(*prefab), 0u) << effect.path;
         world().removeNode(prefab);
     }
     EXPECT_TRUE(complaints().empty());

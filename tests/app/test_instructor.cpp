@@ -3,8 +3,15 @@
 #include "app/Texts.h"
 #include "engine/net/SocketUDP.h"
 #include "engine/scene/ObjectOcean.h"
+#include "engine/scene/ObjectParticles.h"
+#include "src/aircraft/Helicopter.h"
 
 namespace {
+
+class HelicopterInstructor : public InstructorScene {
+protected:
+    HelicopterInstructor() : InstructorScene("data/assets/Targets/MODELS/HELICOPTER/HELICOPTER.cfg") {}
+};
 
 class InstructorTest : public InstructorScene {
 protected:
@@ -105,6 +112,50 @@ TEST_F(InstructorTest, ATargetMovesOverItselfWithoutClimbing) {
     EXPECT_FALSE(instructor().removeTarget("nobody"));
     EXPECT_FALSE(instructor().addTarget("ghost", 4711, {})) << "there is no such type";
     EXPECT_EQ(logic().getNumTargets(), 1);
+}
+
+TEST_F(InstructorTest, ATorpedoRunsAtTheSurfaceAndLeavesAWake) {
+    const EllipsoidModel& globe = engine().getEllipsoid();
+    ASSERT_TRUE(instructor().launchTorpedo({157.0, 200.0, 0.0, 90.0}));
+    Node* const torpedo = world().getNodeByName("torpedo");
+    ASSERT_NE(torpedo, nullptr);
+    const dmat4 start = torpedo->getWorldTransform();
+    EXPECT_NEAR(torpedo->getWgsHPR().x, 90.0, 1e-6);
+    frames(180);
+    EXPECT_NEAR(dot(torpedo->getWorldPosition() - start.t, start.y), 60.0, 0.5);
+    EXPECT_NEAR(globe.toWGS(torpedo->getWorldPosition()).z, 0.0, 1e-3) << "the globe's curve is followed";
+    const auto* const wake = static_cast<ObjectParticles*>(torpedo->getChildByName("wake", true));
+    ASSERT_NE(wake, nullptr);
+    double longest = 0.0;
+    for (const Particle& p : wake->getParticles()) {
+        EXPECT_NEAR(globe.toWGS(p.position).z, 0.5, 0.5) << "on the water";
+        longest = std::max(longest, length(torpedo->getWorldPosition() - p.position));
+    }
+    EXPECT_NEAR(longest, 60.0, 5.0) << "back to where it began";
+    frames(580, 0.1);
+    EXPECT_FALSE(torpedo->isEnabled()) << "a minute later";
+    EXPECT_FALSE(wake->getParticles().empty());
+    frames(100, 0.1);
+    EXPECT_EQ(world().getNodeByName("torpedo"), nullptr);
+    ASSERT_TRUE(instructor().launchTorpedo({157.0, 200.0}));
+    instructor().reset();
+    frames(2);
+    EXPECT_EQ(world().getNodeByName("torpedo"), nullptr) << "a reset ends it";
+}
+
+TEST_F(HelicopterInstructor, MeasuresFromTheHelicopterAndFiresNothing) {
+    const Object* const model = logic().getHelicopter()->getModel();
+    Node* const lamp = const_cast<Object*>(model)->getChildByName("navigation_left", true);
+    instructor().setNavigationLights(false);
+    EXPECT_FALSE(lamp->isEnabled());
+    ASSERT_TRUE(instructor().addTarget("ship", 1002, {90.0, 3000.0}));
+    EXPECT_NEAR(length(world().getNodeByName("ship")->getWorldPosition() - model->getWorldPosition()), 3000.0, 1.0);
+    EXPECT_TRUE(complaints().empty());
+    const std::size_t blocks = memGetInfos().size();
+    EXPECT_FALSE(instructor().fire());
+    EXPECT_FALSE(instructor().explode());
+    EXPECT_EQ(complaints().size(), 2u) << "one line each";
+    EXPECT_EQ(memGetInfos().size(), blocks);
 }
 
 TEST_F(InstructorTest, LinkHealthIsThatOfTheLink) {

@@ -67,6 +67,9 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--quality", "best"}, 2, "medium"},
         {{"--track", "TOD"}, 2, "PERCENT"},
         {{"--date", "2026-2-30"}, 2, "YEAR-MONTH-DAY"},
+        {{"--date", "2026-257-15"}, 2, "YEAR-MONTH-DAY"},
+        {{"--date", "2026-1-271"}, 2, "YEAR-MONTH-DAY"},
+        {{"--date", "67562-1-15"}, 2, "YEAR-MONTH-DAY"},
         {{"--camera", "1,2"}, 2, "LON,LAT,HEIGHT"},
         {{"--camera", "1,95,3"}, 2, "LON,LAT,HEIGHT"},
         {{"--headless", "--screenshot", "/proc/none/a.png@1", "--size", "8x8"}, 1, "/proc/none/a.png"},
@@ -137,6 +140,22 @@ TEST(Deckview, SignalsEndTheRunCleanlyAndLittleIsLeft) {
         EXPECT_EQ(countLines(report, "Logic_Test_Fly::init_udp"), 1) << report;
         EXPECT_EQ(countLines(report, "UdpSendKit::init"), 1) << report;
     }
+}
+
+TEST(Deckview, AScriptedFightLeavesLittleBehind) {
+    const TestFolder folder;
+    std::string script = "@1 target alpha ship 68.65 1185 0 247.25\n@1 target bravo jet 40 500 200\n";
+    for (int i = 2; i <= 60; ++i) script += '@' + std::to_string(i) + " fire\n";
+    script += "@60 torpedo 157 200 0 67\n@60 effect water_explosion 157 130\n@100 explode\n";
+    script += "@110 move bravo 40 900 200\n@120 remove alpha\n@150 reset\n@160 fire\n@170 explode\n";
+    folder.write("fight.txt", script);
+    Program program("deckview", withPorts({"--headless", "--step", "0.05", "--frames", "240", "--memory-report",
+                                           "--script", folder.getPath() / "fight.txt"},
+                                          findFreePort(), findFreePort(), findFreePort()));
+    EXPECT_EQ(program.wait(), 0);
+    const std::string report = program.getOutput();
+    EXPECT_NE(report.find("memory: 2 blocks left"), std::string::npos) << report;
+    EXPECT_EQ(countLines(report, "could not be done"), 0) << report;
 }
 
 TEST(Deckview, GraphicsLibrariesAreLoadedForPicturesOnly) {

@@ -43,6 +43,7 @@ TEST_F(SceneScriptTest, DoesItsLinesInTime) {
 @1 target bravo 1003 45 500 300 180
 @2 move bravo 45 800 300
 @2 effect water_explosion 90 400
+@2 torpedo 157 300 0 45
 0.5 fire
 @60 remove alpha
 1.5 explode
@@ -59,6 +60,7 @@ TEST_F(SceneScriptTest, DoesItsLinesInTime) {
     EXPECT_EQ(logic().getNaviLight(), 0);
     EXPECT_EQ(logic().getPlayerMode(), FREE_VIEW);
     EXPECT_EQ(effects, 1);
+    EXPECT_NE(world().getNodeByName("torpedo"), nullptr);
     EXPECT_EQ(instructor().getTargets().size(), 2u);
     EXPECT_EQ(logic().getNumMissiles(), 0);
     const dvec3 heading = world().getNodeByName("alpha")->getWgsHPR();
@@ -90,6 +92,17 @@ TEST_F(SceneScriptTest, WhatCannotBeDoneIsToldAndTheRestGoesOn) {
     EXPECT_EQ(logic().getNumMissiles(), 1);
 }
 
+TEST_F(SceneScriptTest, AnotherScriptTakesThePlaceOfTheFirst) {
+    ASSERT_TRUE(open("@1 snow 50\n@1 sea 3\n@3 fire\n"));
+    play(1);
+    ASSERT_TRUE(open("@1 sea 6\n@3 rain 100\n"));
+    EXPECT_FALSE(open("@1 fire\n@1 dance\n"));
+    play(4);
+    EXPECT_EQ(logic().getOcean()->getBeaufort(), 6);
+    EXPECT_TRUE(logic().isRaining()) << "one that cannot be read changes nothing";
+    EXPECT_EQ(logic().getNumMissiles(), 0);
+}
+
 TEST_F(SceneScriptTest, SaysWhichLineIsWrong) {
     const char* const lines[] = {
         "1 dance",
@@ -116,6 +129,8 @@ TEST_F(SceneScriptTest, SaysWhichLineIsWrong) {
         "1 move a 0 1e9",
         "1 remove",
         "1 effect smoke 0 1",
+        "1 torpedo",
+        "1 torpedo 90",
         "1 target a 4711 0 1",
         "1 remove a b",
         "1 target a ship 0 1 inf",

@@ -133,7 +133,8 @@ TEST_F(ModelTest, MaterialsAndImages) {
     EXPECT_TRUE(m.double_sided);
     ASSERT_TRUE(m.base_texture);
     EXPECT_EQ(m.base_texture, m.emission_texture);
-    EXPECT_EQ(std::string(m.base_texture->bytes.begin(), m.base_texture->bytes.end()), "PNG?");
+    const std::vector<unsigned char> image = m.base_texture->read();
+    EXPECT_EQ(std::string(image.begin(), image.end()), "PNG?");
 }
 
 TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {

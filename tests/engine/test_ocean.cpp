@@ -98,35 +98,6 @@ double measureMeanPeriod(int beaufort) {
     return m0 / m1;
 }
 
-TEST(WaveSpectrum, HoldsTheHeightAndPeriodsOfItsTable) {
-    for (int beaufort = 1; beaufort <= 9; ++beaufort) {
-        const WaveSpectrum spectrum(getBeaufortSpeed(beaufort), -2.0, 1.0);
-        const double height = HEIGHTS[beaufort];
-        EXPECT_NEAR(spectrum.getHeight(), height, 1e-9);
-        const double peak = 2.0 * PI / (5.0 * std::sqrt(height));
-        double m0 = 0.0, m1 = 0.0, top = 0.0, top_at = 0.0, along = 0.0, across = 0.0;
-        for (double omega = 0.4 * peak; omega < 20.0 * peak; omega += 0.01 * peak) {
-            const double k = omega * omega / WaveSpectrum::GRAVITY;
-            double here = 0.0;  // over all directions, per frequency
-            for (int i = 0; i < 120; ++i) {
-                const double angle = 2.0 * PI * i / 120.0, east = std::cos(angle), north = std::sin(angle);
-                const double part = static_cast<double>(spectrum.getDensity(float(k * east), float(k * north))) * k *
-                                    (2.0 * omega / WaveSpectrum::GRAVITY) * (2.0 * PI / 120.0);
-                here += part;
-                along += part * (-2.0 * east + north);
-                across += part * (east + 2.0 * north);
-            }
-            m0 += here * 0.01 * peak;
-            m1 += here * omega * 0.01 * peak;
-            if (here > top) top = here, top_at = omega;
-        }
-        EXPECT_NEAR(4.0 * std::sqrt(m0), height, 0.01 * height) << beaufort;
-        EXPECT_NEAR(2.0 * PI * m0 / m1, meanPeriod(beaufort), 0.02 * meanPeriod(beaufort)) << beaufort;
-        EXPECT_NEAR(top_at, peak, 0.02 * peak) << beaufort;
-        EXPECT_GT(along, 10.0 * std::abs(across)) << "waves run with the wind";
-    }
-}
-
 TEST(WaveField, WavesAreAsHighAsTheTableHasThem) {
     for (int beaufort = 1; beaufort <= 9; ++beaufort) {
         for (const auto& [seed, time] : {std::pair(1ULL, 0.0), {2ULL, 77.7}, {3ULL, 4.0e5}}) {
@@ -175,7 +146,7 @@ TEST(WaveField, CrestsAreNarrowAndRunWithTheWind) {
 
 // What the water at a place at rest was moved to is the way back that heights have to find.
 TEST(WaveField, HeightsAreThoseOfTheWaterThatIsThere) {
-    for (int beaufort = 1; beaufort <= 7; ++beaufort) {
+    for (int beaufort = 1; beaufort <= 12; ++beaufort) {
         const Field field(beaufort, 10.0 * beaufort);
         Random random(3);
         double worst = 0.0;
@@ -185,7 +156,7 @@ TEST(WaveField, HeightsAreThoseOfTheWaterThatIsThere) {
             const float height = field.getHeight(east + static_cast<double>(d.x), north + static_cast<double>(d.y));
             worst = std::max(worst, static_cast<double>(std::abs(height - d.z)));
         }
-        EXPECT_LT(worst, 0.01) << beaufort;
+        EXPECT_LT(worst, beaufort < 8 ? 0.01 : 0.02) << beaufort;
     }
 }
 
@@ -355,7 +326,13 @@ TEST_F(OceanTest, FollowsTheWorldsWindOrItsOwnState) {
     ocean.setUseGlobalWind(true);
     EXPECT_EQ(ocean.getBeaufort(), 0);
     EXPECT_EQ(heightOf(ocean), 0.0);
+    for (const vec3& wind : {vec3(NAN, 3, 0), vec3(1, HUGE_VALF, 0)}) {
+        world().getEnvironment().wind = wind;
+        EXPECT_EQ(ocean.getBeaufort(), 0);
+        EXPECT_EQ(heightOf(ocean), 0.0) << "taken for a calm";
+    }
     ocean.setUseGlobalWind(false);
+    EXPECT_NEAR(heightOf(ocean), HEIGHTS[4], 0.1 * HEIGHTS[4]) << "its own sea needs no wind";
     for (const auto& [value, wanted] : {std::pair(6.4f, 6), {-3.0f, 0}, {99.0f, 12}}) {
         EXPECT_TRUE(ocean.setParameter("beaufort", value));
         EXPECT_EQ(ocean.getBeaufort(), wanted);

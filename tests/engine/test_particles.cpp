@@ -111,6 +111,9 @@ TEST_F(ParticlesTest, FlightFollowsVelocityBuoyancyDragAndWind) {
     s.wind = 0.5f;
     world().getEnvironment().wind = {4, 0, 0};
     EXPECT_NEAR(toLocal(flyOne(s).position).x, 4.0, 0.2) << "half the wind's 4 m/s for 2 s, to the east";
+    world().getEnvironment().wind = {NAN, 2, 0};
+    EXPECT_LT(length(toLocal(flyOne(s).position)), 0.2) << "taken for a calm";
+    EXPECT_EQ(countLines("not finite"), 1);
 }
 
 TEST_F(ParticlesTest, AMovingEmitterLaysAnEvenTrail) {

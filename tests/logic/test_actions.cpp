@@ -2,6 +2,7 @@
 #include "WeaponWorld.h"
 #include "common/actions/ActionAttack.h"
 #include "common/actions/ActionMoveAndLookAt.h"
+#include "engine/scene/SceneNodes.h"
 #include "src/kit/LogicActions.h"
 
 namespace {
@@ -118,12 +119,41 @@ TEST_F(ActionsTest, AnEffectStartsATenthOfASecondLateAndGoesWithItsAction) {
     EXPECT_EQ(blocksTaken(), 0u);
 }
 
+TEST_F(ActionsTest, ItsLightIsOutWhateverTheFramesAre) {
+    write("data/flash.prefab",
+          R"({ "node": { "type": "particles", "children": [ { "type": "light", "name": "glow" } ] } })");
+    const std::vector<float> patterns[] = {
+        {0.1f}, {1.0f / 60.0f}, {0.11f, 0.65f, 0.001f}, {0.5f, 0.4f, 0.01f}, {0.79f, 0.1f, 1e-4f}};
+    for (const std::vector<float>& pattern : patterns) {
+        manager.addAction(ActionPlaySpe::Create(world().getRoot(), "data/flash.prefab", 2.0f, place()));
+        const auto* const glow = static_cast<NodeLight*>(world().getNodeByName("glow"));
+        EXPECT_EQ(glow->getIntensity(), 0.0f) << "before it starts";
+        float brightest = 0.0f, time = 0.0f;
+        for (std::size_t i = 0; time < 1.3f; time += pattern[i++ % pattern.size()]) {
+            step(1, pattern[i % pattern.size()]);
+            brightest = std::max(brightest, glow->getIntensity());
+        }
+        EXPECT_GT(brightest, 0.0f) << pattern[0];
+        EXPECT_EQ(glow->getIntensity(), 0.0f) << pattern[0];
+        manager.removeAllActions();
+    }
+}
+
+TEST_F(ActionsTest, ItsFileIsReadOnce) {
+    write("data/effect.prefab", R"({ "node": { "type": "particles", "name": "first" } })");
+    ObjectPrefab("data/effect.prefab").release();  // as weapons are read ahead
+    write("data/effect.prefab", R"({ "node": { "type": "particles", "name": "second" } })");
+    manager.addAction(ActionPlaySpe::Create(world().getRoot(), "data/effect.prefab", 1.0f, place()));
+    EXPECT_NE(world().getNodeByName("first"), nullptr);
+}
+
 TEST_F(ActionsTest, AFileWithoutAnEffectLeavesNothing) {
-    const char* const path = "data/bad.prefab";
     const int nodes = world().getNumNodes();
-    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr);
+    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), "data/none.prefab", 1.0f, place()), nullptr);
+    int files = 0;
     for (const char* text : {"{ }", R"({ "node": 3 })", R"({ "node": { "type": "light" } })", R"({ "node": { } })"}) {
         clearLines();
+        const jString path = "data/bad_" + ToString(++files) + ".prefab";  // files are read once
         write(path, text);
         EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr) << text;
         EXPECT_GE(countLines(path), 1) << text;

@@ -103,15 +103,15 @@ TEST_F(LensTest, GrowsWithDistance) {
 
 TEST_F(LensTest, BlinksOncePerPeriodFarOffThePath) {
     init();
+    light.setBlinkPeriod(0.25f);
     for (const auto& [angle, lamp] : {std::pair(6.0f, "1"), {2.0f, "5"}}) {
         light.selectByAngle(angle);
         std::string seen;
         for (int i = 0; i < 15; ++i) {
-            light.blink(0.0625f);  // adds up exactly: over 0.2 s with every fourth
+            light.blink(0.0625f);  // adds up exactly: the period with every fourth, over it with the fifth
             seen += lit().empty() ? '.' : lit()[0];
         }
-        const std::string on(4, lamp[0]);
-        EXPECT_EQ(seen, "..." + on + "...." + on) << angle;
+        EXPECT_EQ(seen, "...." + std::string(5, lamp[0]) + "....." + lamp) << angle;
     }
     light.selectByAngle(4.0f);
     light.blink(1.0f);
@@ -133,6 +133,13 @@ TEST_F(LensTest, WhatIsMissingIsLeftOut) {
     EXPECT_EQ(light.getState(), FresnelLight::OFF);
     light.selectByAngle(4.0f);
     EXPECT_TRUE(lens->getChildByName("green_light", true)->isEnabled());
+    delete lens->getChild(0)->takeChild(lens->getChildByName("green_light", true)).release();
+    init();
+    for (const int state : {FresnelLight::BOTTOM, FresnelLight::OFF, FresnelLight::TOP, FresnelLight::FAR_ABOVE}) {
+        light.setState(state);
+        EXPECT_EQ(lens->getChildByName("deng01", true)->isEnabled(), state == FresnelLight::TOP) << state;
+        EXPECT_EQ(lens->getChildByName("deng05", true)->isEnabled(), state == FresnelLight::BOTTOM) << state;
+    }
     const dmat4 before = lens->getTransform();
     eye->getParent()->takeChild(eye);
     Object* const raft = add(std::make_unique<ObjectPrefab>());
@@ -141,6 +148,11 @@ TEST_F(LensTest, WhatIsMissingIsLeftOut) {
     EXPECT_FALSE(blind.isReady());
     blind.updateScale();
     EXPECT_EQ(lens->getTransform(), before);
+    light.setState(FresnelLight::TOP);
+    printedBy([&] { light.fresnelLightInit(raft, nullptr); });
+    EXPECT_FALSE(light.isReady()) << "another ship's lamps are let go";
+    light.setState(FresnelLight::BOTTOM);
+    EXPECT_TRUE(lens->getChildByName("deng01", true)->isEnabled());
 }
 
 TEST_F(LensTest, TheFrameChoosesForTheCamera) {

@@ -187,6 +187,29 @@ TEST_F(MissileTest, RetiredOnesGiveTheirPlaceToTheLast) {
     EXPECT_EQ(logic().getNumMissiles(), 0);
 }
 
+TEST_F(MissileTest, HandlersMayResetTheSceneWhenAMissileComesOrGoes) {
+    begin();
+    int resets = 0;
+    const auto reset = [&] {
+        ++resets;
+        logic().reset();
+    };
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab*, bool) {
+        EXPECT_EQ(logic().getNumMissiles(), resets) << "it is not among them yet";
+        reset();
+    });
+    for (int i = 0; i < 2; ++i) fireOne();
+    frame();
+    EXPECT_FALSE(logic().getMissile(0)->isEnabled());
+    EXPECT_TRUE(logic().getMissile(1)->isEnabled()) << "fired after the reset";
+    logic().m_signal_4_missile_gone.append([&](Node*) { reset(); });
+    logic().getMissile(1)->setEnabled(false);
+    for (int i = 0; i < 2; ++i) logic().update_missle();
+    EXPECT_EQ(logic().getNumMissiles(), 0);
+    EXPECT_EQ(resets, 4);
+    for (int i = 0; i < 201; ++i) frame(0.1);
+}
+
 TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
     begin();
     addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
@@ -196,13 +219,15 @@ TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
     for (int i = 0; i < 10; ++i) frame();
     auto* const effect = static_cast<ObjectParticles*>(world().getNodeByName("effect"));
     ASSERT_TRUE(effect && !effect->getParticles().empty());
+    write("data/burning.prefab", R"({ "node": { "children": [ { "type": "particles" } ] } })");
+    auto* const wreck = new ObjectPrefab("data/burning.prefab");
     auto* const rain = new ObjectParticles(ParticleSettings());
-    world().addChild(rain);
-    frame(0.1);
-    for (int i = 0; i < 10; ++i) frame(0.1);
-    ASSERT_FALSE(rain->getParticles().empty());
+    for (Node* node : {static_cast<Node*>(wreck), static_cast<Node*>(rain)}) world().addChild(node);
+    auto* const fire = static_cast<ObjectParticles*>(wreck->getChild(0));
+    for (int i = 0; i < 11; ++i) frame(0.1);
+    ASSERT_FALSE(rain->getParticles().empty() || fire->getParticles().empty());
     logic().reset();
-    EXPECT_TRUE(rain->getParticles().empty());
+    EXPECT_TRUE(rain->getParticles().empty() && fire->getParticles().empty());
     EXPECT_EQ(countNodes("effect"), 0);
     for (int i = 0; i < logic().getNumMissiles(); ++i) EXPECT_FALSE(logic().getMissile(i)->isEnabled());
 }
@@ -269,11 +294,12 @@ TEST_F(MissileTest, WeaponsAreReadAheadInOrder) {
 
 TEST_F(MissileTest, ManyFiringsLeaveTheBooksLevel) {
     begin();
+    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(500));
     const auto fly = [&](int firings) {
         for (int i = 0; i < firings; ++i) {
             fireOne();
             if (i % 20 < 19) continue;
-            for (int k = 0; k < 201; ++k) frame(0.1);
+            for (int k = 0; k < 225; ++k) frame(0.1);  // what bursts last burns for 20 s
             for (int k = 0; k < 20; ++k) logic().update_missle();
         }
     };
@@ -284,6 +310,7 @@ TEST_F(MissileTest, ManyFiringsLeaveTheBooksLevel) {
     EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
     EXPECT_EQ(memGetInfos().size(), infos);
     EXPECT_EQ(world().getNumNodes(), nodes);
+    EXPECT_EQ(bursts.size(), 220u);
 }
 
 }  // namespace

@@ -18,11 +18,12 @@ constexpr double LON = 112.4, LAT = 16.8, G = 9.80665, DT = 1.0 / 60.0;
 constexpr vec3 HULL{10.0f, 80.0f, 12.0f};
 constexpr double VOLUME = 10.0 * 80.0 * 12.0, MASS = 100.0 * VOLUME * 0.25;  ///< afloat at half its height
 
-const char* const WAKES = R"({ "name": "ship", "children": [ { "name": "wakes", "position": [0, -40, 0], "children": [
+const char* const WAKES = R"({ "name": "ship", "children": [ { "position": [0, -30, 0], "children": [
+  { "name": "wakes", "position": [0, -10, 0], "children": [
     { "name": "foam", "type": "decal", "decal": { "width": 5, "height": 5, "depth": 9 }, "children": [
         { "type": "particles", "particles": { "spawn_rate": 60, "life": 30, "velocity": [0, 0, 0] } },
         { "children": [ { "type": "particles", "particles": { "spawn_rate": 7, "emitter_size": [9, 9, 0] } } ] } ] },
-    { "name": "spray", "type": "particles", "particles": { "life": 4, "spawn_rate": 3 } } ] } ] })";
+    { "name": "spray", "type": "particles", "particles": { "life": 4, "spawn_rate": 3 } } ] } ] } ] })";
 
 class ShipTest : public SceneTest {
 protected:
@@ -41,8 +42,9 @@ protected:
         ships.push_back(jNew<Ship>({"test", "test"}, object, on));
         return *ships.back();
     }
-    Ship& makeHull(double height, Shape::Type type = Shape::BOX) {
+    Ship& makeHull(double height, Shape::Type type = Shape::BOX, float moment = 0.0f) {
         BodySettings settings;
+        settings.inertia = {moment, moment, moment};
         settings.mass = static_cast<float>(MASS);
         settings.shapes.append({});
         settings.shapes[0].type = type;
@@ -80,13 +82,15 @@ TEST_F(ShipTest, SamplesTheSeaUnderEightRowsOfThree) {
     EXPECT_EQ(ship.getHullVolume(), 9600.0f);
 }
 
-// Accelerations over one short step, along the ship's axes, from 3 m/s to starboard.
+// Accelerations over one short step, along the ship's axes, from 3 m/s to starboard and a vertical speed: the hull's
+// drag acts level, that of the points every way.
 TEST_F(ShipTest, PropulsionDragAndLiftFollowTheirLaw) {
     const struct {
         double height, immersed;
         int mode;
         int key;
         float drive_angle;
+        double rise = 0.0;
     } cases[] = {{6.0, 0.0, Ship::STEADY, 0, 0.0f},
                  {0.0, 0.5, Ship::STEADY, 0, 0.0f},
                  {-9.0, 1.0, Ship::STEADY, 0, 0.0f},
@@ -97,18 +101,21 @@ TEST_F(ShipTest, PropulsionDragAndLiftFollowTheirLaw) {
                  {3.0, 0.25, Ship::STEADY, 0, 0.0f},
                  {-3.0, 0.75, Ship::STEADY, 0, 0.0f},
                  {0.0, 0.5, Ship::NO_INPUT, 0, 90.0f},
+                 {0.0, 0.5, Ship::STEADY, 0, 0.0f, 6.0},
+                 {-9.0, 1.0, Ship::STEADY, 0, 0.0f, -6.0},
                  {6.0, 0.0, Ship::NO_INPUT, 0, -30.0f}};
     for (const auto& c : cases) {
         Ship& ship = makeHull(c.height);
         BodyRigid& body = *ship.getObject()->getBodyRigid();
         const dmat4 axes = body.getTransform();
-        body.setLinearVelocity(narrow(axes.x * 3.0));
+        const dvec3 velocity = axes.x * 3.0 + axes.z * c.rise;
+        body.setLinearVelocity(narrow(velocity));
         ship.setControlMode(c.mode);
         ship.setDriveAngle(c.drive_angle);
         if (c.key) engine().getApp()->getControl()->setKey(c.key, true);
         frames(ship, 1);
         if (c.key) engine().getApp()->getControl()->setKey(c.key, false);
-        const dvec3 gained = dvec3(body.getLinearVelocity()) - axes.x * 3.0;
+        const dvec3 gained = dvec3(body.getLinearVelocity()) - velocity;
 
         const double f = c.immersed, k = (0.5 - std::abs(0.5 - f)) * (0.5 - std::abs(0.5 - f));
         const bool on = c.mode == Ship::STEADY || (c.mode == Ship::KEYBOARD && c.key);
@@ -116,8 +123,9 @@ TEST_F(ShipTest, PropulsionDragAndLiftFollowTheirLaw) {
         const double angle = static_cast<double>(c.drive_angle) * jMath::DEG2RAD,
                      drive = angle != 0.0 ? 3e5 / MASS : 0.0;
         const double ahead = throttle * VOLUME * k / MASS + drive * std::sin(angle);
-        const double starboard = drive * std::cos(angle) - 4000.0 * f * 9.0 / MASS - 24.0 * 0.3 * f * f * 3.0 - 0.3 * f;
-        const double up = 100.0 * VOLUME * G * f * f / MASS - G;
+        const double water = 24.0 * 0.3 * f * f + 0.1 * f;
+        const double starboard = drive * std::cos(angle) - (4000.0 * f * length(velocity) / MASS + water) * 3.0;
+        const double up = 100.0 * VOLUME * G * f * f / MASS - G - water * c.rise;
         EXPECT_NEAR(ship.getBuoyancy()->getSubmergedRatio(), f, 1e-4);
         EXPECT_NEAR(dot(gained, axes.y) / DT, ahead, 0.01 * std::abs(ahead) + 0.02) << c.height << ' ' << c.key;
         EXPECT_NEAR(dot(gained, axes.x) / DT, starboard, 0.01 * std::abs(starboard) + 0.02) << c.height;
@@ -125,6 +133,41 @@ TEST_F(ShipTest, PropulsionDragAndLiftFollowTheirLaw) {
         EXPECT_NEAR(body.getAngularDamping(), 1.2 * f, 1e-4);
         EXPECT_NEAR(body.getLinearDamping(), 0.1 * f, 1e-4);
         body.setEnabled(false);
+    }
+}
+
+// On a body that is light to turn: radians a second gained in one step, about the ship's axes. Two keys at once share
+// the control.
+TEST_F(ShipTest, RudderAndThrottleTurnTheShip) {
+    constexpr float MOMENT = 1000.0f;
+    constexpr int UP = ControlApp::KEY_UP, DOWN = ControlApp::KEY_DOWN, RIGHT = ControlApp::KEY_RIGHT,
+                  LEFT = ControlApp::KEY_LEFT;
+    const double half = std::sqrt(0.5);
+    const struct {
+        std::vector<int> keys;
+        double throttle, rudder;
+    } cases[] = {{{UP}, 1, 0},
+                 {{DOWN}, -1, 0},
+                 {{RIGHT}, 0, 1},
+                 {{LEFT}, 0, -1},
+                 {{UP, RIGHT}, half, half},
+                 {{DOWN, LEFT}, -half, -half},
+                 {{UP, DOWN, LEFT}, 0, -1}};
+    ControlApp& control = *engine().getApp()->getControl();
+    for (const auto& c : cases) {
+        Ship& ship = makeHull(0.0, Shape::BOX, MOMENT);
+        const dmat4 axes = ship.getObject()->getBodyRigid()->getTransform();
+        ship.setControlMode(Ship::KEYBOARD);
+        for (const int key : c.keys) control.setKey(key, true);
+        frames(ship, 1);
+        for (const int key : c.keys) control.setKey(key, false);
+        const dvec3 turn(ship.getObject()->getBodyRigid()->getAngularVelocity());
+        const double per_torque = 0.25 * DT / static_cast<double>(MOMENT);
+        const std::string name = ::testing::PrintToString(c.keys);
+        EXPECT_NEAR(dot(turn, axes.x), c.throttle * 2000.0 * per_torque, 5e-4) << name;
+        EXPECT_NEAR(dot(turn, axes.y), -c.rudder * 3000.0 * per_torque, 5e-4) << name;
+        EXPECT_NEAR(dot(turn, axes.z), c.rudder * 5400.0 * per_torque, 5e-4) << name;
+        ship.getObject()->getBody()->setEnabled(false);
     }
 }
 
@@ -294,6 +337,23 @@ TEST_F(WakeTest, FoamLivesShorterInHigherSeas) {
     ship->getWakes()->setFoamLife(6.0f);
     frames(*ship, 1);
     EXPECT_NEAR(particles.getLife(), 6.0f, 1e-5);
+}
+
+TEST_F(WakeTest, WithoutADecalOfFoamNothingMoves) {
+    for (const std::string foams : {"", R"({ "name": "foam", "children": [ { "type": "particles" } ] })"}) {
+        write("data/bare.prefab",
+              R"({ "node": { "children": [ { "name": "wakes", "position": [0, -40, 3], "children": [)" + foams +
+                  "] } ] } }");
+        Object* const bare = add(std::make_unique<ObjectPrefab>("data/bare.prefab"));
+        bare->setWgsPosition({LON, LAT, 0.0});
+        bare->setWgsHPR({0.0, 5.0, 9.0});
+        const Node& wakes = *bare->getChildByName("wakes");
+        Ship& boat = makeShip(bare, ocean);
+        const dmat4 before = wakes.getTransform();
+        frames(boat, 20);
+        EXPECT_TRUE(boat.getWakes()->getFoamParticles().empty()) << foams;
+        EXPECT_EQ(wakes.getTransform(), before) << foams;
+    }
 }
 
 struct CarrierTest : LogicTest {

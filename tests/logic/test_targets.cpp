@@ -89,17 +89,55 @@ TEST_F(TargetTest, ANewGlideTakesOverFromTheRunningOne) {
     frames(61);
 }
 
-TEST_F(TargetTest, GlidesTheShortWayOverTheDateLine) {
+TEST_F(TargetTest, GlidesTheShortWayRound) {
     begin();
-    const dvec3 west(179.999, 0.0, 0.0), east(-179.999, 0.0, 0.0);
-    for (const auto& [from, to] : {std::pair(west, east), std::pair(east, west)}) {
-        logic().apply_target(record("a", from));
-        logic().apply_target(record("a", to));
+    const struct {
+        double from, to, middle;  // longitudes
+    } cases[] = {{179.999, -179.999, 180.0},
+                 {-179.999, 179.999, 180.0},
+                 {179.999, 180.001, 180.0},
+                 {-359.999, 359.999, 0.0},
+                 {359.999, 0.001, 0.0}};
+    for (const auto& c : cases) {
+        logic().apply_target(record("a", {c.from, 0.0, 0.0}));
+        logic().apply_target(record("a", {c.to, 0.0, 0.0}));
         frames(31);
-        EXPECT_LT(distanceTo("a", {180.0, 0.0, 0.0}), 1.0);
+        EXPECT_LT(distanceTo("a", {c.middle, 0.0, 0.0}), 1.0) << c.from << " to " << c.to;
         frames(31);
-        EXPECT_LT(distanceTo("a", to), 1e-6);
+        EXPECT_LT(distanceTo("a", {c.to, 0.0, 0.0}), 1e-6) << c.from << " to " << c.to;
         logic().remove_target("a");
+    }
+}
+
+TEST_F(TargetTest, AHandlerMayChangeTheTargetsBeforeTheNewOneIsAmongThem) {
+    begin();
+    const auto apply = [&](const jString& name) { return logic().apply_target(record(name, north(0))); };
+    const struct {
+        const char* what;
+        Function<void()> act;
+        std::vector<jString> left;
+    } cases[] = {{"removes all", [&] { logic().remove_target("old"), logic().remove_target("new"); }, {"new"}},
+                 {"release", [&] { logic().release(); }, {"new"}},
+                 {"another", [&] { apply("more"); }, {"more", "new", "old"}},
+                 {"its namesake", [&] { apply("new"); }, {"new", "old"}}};
+    Function<void()> act;
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool) {
+        const Function<void()> once = std::exchange(act, nullptr);
+        if (!once) return;
+        EXPECT_EQ(prefab->getWorld(), &world());
+        EXPECT_EQ(logic().get_target("new"), nullptr);
+        once();
+    });
+    for (const auto& c : cases) {
+        apply("old");
+        act = c.act;
+        EXPECT_TRUE(apply("new")) << c.what;
+        EXPECT_EQ(logic().getNumTargets(), static_cast<int>(c.left.size())) << c.what;
+        for (const jString& name : c.left) {
+            EXPECT_EQ(world().getNodeByTag(name), logic().get_target(name)->getNode()) << c.what;
+            logic().remove_target(name);
+        }
+        EXPECT_EQ(world().getNodeByTag("new"), nullptr) << c.what;
     }
 }
 
@@ -133,9 +171,12 @@ TEST_F(TargetTest, WhatCannotBeMadeLeavesOneLineAndNothingElse) {
     EXPECT_EQ(countLines("\"here\": no place on the globe"), 1);
     EXPECT_EQ(logic().get_target("here")->getInfo().pose[1], north(0).y) << "the old record stays";
     TargetInfo other = record("here", north(0), "");
-    other.type = 9;
-    for (int i = 0; i < 2; ++i) EXPECT_TRUE(logic().apply_target(other));
-    EXPECT_EQ(countLines("keeps the model of type 1001"), 1);
+    for (const int type : {9, 1001, 9, 1001, 10}) {  // two senders that do not agree
+        other.type = static_cast<std::uint16_t>(type);
+        EXPECT_TRUE(logic().apply_target(other));
+    }
+    EXPECT_EQ(countLines("keeps the model of type"), 1);
+    EXPECT_EQ(countLines("keeps the model of type 1001, not that of 9"), 1);
     EXPECT_EQ(logic().get_target("here")->getPrefab()->getPath(), TARGET);
 
     logic().get_target("here")->getPrefab()->release();
@@ -147,15 +188,20 @@ TEST_F(TargetTest, WhatCannotBeMadeLeavesOneLineAndNothingElse) {
 }
 
 TEST_F(TargetTest, ManyOfThemComeAndGo) {
-    constexpr int COUNT = 10000;
+    constexpr int COUNT = 100000;
+    const char* const plain = "data/plain.prefab";
+    write(plain, R"({ "node": { } })");
     begin();
+    logic().release();  // so that the link's blocks are gone before the count
     const int nodes = world().getNumNodes();
     const std::size_t blocks = memGetInfos().size();
     for (int i = 0; i < COUNT; ++i)
-        logic().apply_target(record(ToString(i), {112.0 + 1e-3 * (i % 300), 17.0 + 1e-3 * (i / 300), 0.0}));
+        logic().apply_target(record(ToString(i), {112.0 + 1e-3 * (i % 300), 17.0 + 1e-3 * (i / 300), 0.0}, plain));
     EXPECT_EQ(logic().getNumTargets(), COUNT);
     EXPECT_LT(logic().get_min_distance_target_dis(), 100000.0f);
-    for (int i = 0; i < COUNT; ++i) logic().remove_target(ToString(i));
+    for (int i = 0; i < COUNT; i += 10) EXPECT_TRUE(logic().remove_target(ToString(i)));
+    EXPECT_EQ(world().getNumNodes(), nodes + COUNT - COUNT / 10);
+    logic().release();
     EXPECT_EQ(world().getNumNodes(), nodes);
     EXPECT_EQ(memGetInfos().size(), blocks);
 }

@@ -5,6 +5,7 @@
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectParticles.h"
+#include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/SceneNodes.h"
 #include "frame/ShaderLibrary.h"
 #include "mirror/WorldMirror.h"
@@ -22,6 +23,13 @@ std::shared_ptr<const MeshData> makeTriangle() {
     return std::make_shared<MeshData>(std::vector<MeshSurface>{surface});
 }
 
+/// 5 x 5 posts, 30 m high.
+std::string flatGround() {
+    std::string text = "ncols 5\nnrows 5\nxllcenter 112\nyllcenter 16\ncellsize 0.001\n";
+    for (int i = 0; i < 25; ++i) text += "30 ";
+    return text;
+}
+
 class MirrorTest : public SceneTest {
 protected:
     MirrorTest()
@@ -30,14 +38,20 @@ protected:
           effects(*root, shaders),
           mirror(world(), *root, shaders, terrain, sea, effects) {}
 
-    /// Nodes below `node`, itself included.
+    /// Nodes below `node`, itself included, and textures on them.
     static int count(const osg::Node& node) {
         int sum = 1;
+        if (const osg::StateSet* const state = node.getStateSet()) {
+            for (const auto& unit : state->getTextureAttributeList()) sum += static_cast<int>(unit.size());
+        }
         if (const osg::Group* const group = node.asGroup()) {
             for (unsigned i = 0; i < group->getNumChildren(); ++i) sum += count(*group->getChild(i));
         }
         return sum;
     }
+
+    /// The drawn surface of the only mesh.
+    osg::Node& surface() { return *mirror.getMeshes().getGroup()->getChild(0)->asGroup()->getChild(0); }
 
     osg::ref_ptr<osg::Group> root = new osg::Group;
     ShaderLibrary shaders;
@@ -48,6 +62,8 @@ protected:
 };
 
 TEST_F(MirrorTest, TenThousandNodesLeaveNothingBehind) {
+    write("data/ground.asc", flatGround());
+    write("data/ground.prj", "EPSG:4326");
     mirror.update();
     const int before = count(*root);
     for (int round = 0; round < 100; ++round) {
@@ -63,14 +79,47 @@ TEST_F(MirrorTest, TenThousandNodesLeaveNothingBehind) {
             nodes.push_back(world().addChild(new NodeLight(light)));
             nodes.push_back(world().addChild(new NodeText("12", 1.0f, {1.0f, 1.0f, 1.0f, 1.0f})));
         }
+        nodes.push_back(world().addChild(new ObjectTerrain("data/ground.asc", "data/ground.asc")));
+        nodes.push_back(world().addChild(new DecalOrtho(300.0f, 300.0f, 50.0f, "data/none.png")));
+        nodes.back()->setWgsPosition({112.002, 16.002, 20.0});
         mirror.update();
         EXPECT_EQ(mirror.getMeshes().getNumNodes(), 25);
+        EXPECT_EQ(mirror.getMeshes().getNumModels(), 1);
+        EXPECT_EQ(mirror.getMeshes().getNumMaterials(), 1 + 9);
         for (Node* node : nodes) world().removeNode(node);
         if (round % 2 == 0) mirror.update();  // else new ones come before the old are forgotten
     }
     mirror.update();
     EXPECT_EQ(mirror.getMeshes().getNumNodes(), 0);
+    EXPECT_EQ(mirror.getMeshes().getNumModels(), 0);
+    EXPECT_EQ(mirror.getMeshes().getNumMaterials(), 0);
     EXPECT_EQ(count(*root), before);
+}
+
+TEST_F(MirrorTest, ASurfaceKeepsItsStateUntilItsMaterialIsAnother) {
+    const auto mesh = makeTriangle();
+    mesh->surfaces[0].material->emission = {1.0f, 2.0f, 3.0f};
+    auto* const object = new ObjectMeshStatic(mesh);
+    world().addChild(object);
+    mirror.update();
+    const osg::ref_ptr<osg::StateSet> first = surface().getStateSet();
+    object->setPosition({1.0, 2.0, 3.0});
+    object->setEnabled(false);
+    mirror.update();
+    EXPECT_EQ(surface().getStateSet(), first);
+    object->setSurfaceMaterialInherit(0, true);
+    mirror.update();
+    const osg::ref_ptr<osg::StateSet> own = surface().getStateSet();
+    EXPECT_NE(own, first);
+    EXPECT_EQ(mirror.getMeshes().getNumMaterials(), 1) << "nobody wears the model's any more";
+    for (const float glow : {0.5f, 3.0f}) {
+        object->setParameter("emission", glow);
+        mirror.update();
+        osg::Vec3f shown;
+        surface().getStateSet()->getUniform("u_emission")->get(shown);
+        EXPECT_EQ(shown, osg::Vec3f(1.0f, 2.0f, 3.0f) * glow);
+        EXPECT_EQ(surface().getStateSet(), own);
+    }
 }
 
 TEST_F(MirrorTest, OnlyWhatChangedIsWritten) {

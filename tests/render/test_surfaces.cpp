@@ -185,7 +185,7 @@ TEST_F(Surfaces, ContrastFallsToTwoPercentOverTheVisibility) {
         }
         scene.world().removeNode(node);
         const double contrast = 1.0 - wall_sum / horizon_sum;
-        EXPECT_GT(contrast * contrast, 0.017) << visibility;
+        EXPECT_GT(contrast * contrast, 0.019) << visibility;
         EXPECT_LT(contrast * contrast, 0.05) << visibility;
     }
 }

@@ -158,6 +158,10 @@ TEST(TerrainPicture, GroundComesAndGoesWithItsNode) {
     EXPECT_FALSE(isDrawn());
     ground.terrain->setEnabled(true);
     EXPECT_TRUE(isDrawn());
+    Node* const second = ground.scene.world().addChild(std::make_unique<ObjectTerrain>("data/ground.asc", ""));
+    EXPECT_TRUE(isDrawn());
+    ground.scene.world().removeNode(second);
+    EXPECT_TRUE(isDrawn()) << "the first is still there";
     ground.scene.world().removeNode(ground.terrain);
     EXPECT_FALSE(isDrawn());
     ground.scene.world().addChild(std::make_unique<ObjectTerrain>("data/none.asc", ""));

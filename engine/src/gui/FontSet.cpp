@@ -41,7 +41,6 @@ FontSet::Size& FontSet::getSize(int size) {
 }
 
 void FontSet::readFile() {
-    m_read = true;
     if (m_file.empty()) {
         const FontFile found = findFont();
         m_file = found.path;
@@ -82,12 +81,15 @@ bool FontSet::addFonts() {
 void FontSet::build() {
     if (!m_changed) return;
     m_changed = false;
-    if (!m_read) readFile();
+    if (!m_failed) readFile();
     if (!addFonts()) {
         jLog::warning("font \"%s\": is no font; the panels lack Chinese characters", m_file.c_str());
         m_bytes.clear();
         addFonts();
     }
+    m_failed = m_bytes.empty();
+    // Some megabytes, wanted again only when a text brings a new glyph.
+    m_bytes = std::vector<char>();
     m_published = false;
 }
 

@@ -40,10 +40,10 @@ private:
 
     jString m_file;
     int m_index = 0;
-    bool m_read = false;
+    bool m_failed = false;  ///< the file is no font: not tried again
     bool m_changed = true;
     bool m_published = false;
-    std::vector<char> m_bytes;  ///< of the font file; empty for ImGui's own font
+    std::vector<char> m_bytes;  ///< of the font file while fonts are built; empty for ImGui's own font
     std::map<int, Size> m_sizes;
     ImFontAtlas m_atlas;
     UIFontAtlas m_picture;

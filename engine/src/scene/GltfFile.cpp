@@ -120,7 +120,7 @@ T load(const unsigned char* bytes) {
 
 }  // namespace
 
-void readFile(const jString& path, tinygltf::Model& model) {
+std::size_t readFile(const jString& path, tinygltf::Model& model) {
     std::error_code error;
     Folder folder{fs::canonical(fs::path(std::string(path)).parent_path(), error), {}};
     std::vector<unsigned char> bytes;
@@ -133,8 +133,10 @@ void readFile(const jString& path, tinygltf::Model& model) {
     const unsigned size = static_cast<unsigned>(bytes.size());
     const bool binary = size >= 20 && std::memcmp(bytes.data(), "glTF", 4) == 0;
     bool good;
+    std::size_t text = 0;
     if (binary) {
-        checkDepth(bytes.data() + 20, std::min<std::size_t>(load<std::uint32_t>(bytes.data() + 12), size - 20));
+        text = load<std::uint32_t>(bytes.data() + 12);
+        checkDepth(bytes.data() + 20, std::min<std::size_t>(text, size - 20));
         good = reader.LoadBinaryFromMemory(&model, &problem, &warnings, bytes.data(), size, folder.base.string());
     } else {
         checkDepth(bytes.data(), size);
@@ -144,6 +146,8 @@ void readFile(const jString& path, tinygltf::Model& model) {
     if (!folder.left.empty()) fail("refers to a file outside its folder: " + folder.left);
     if (!good) fail(problem.empty() ? "not a sound glTF file" : problem);
     checkExtensions(model);
+    // After the text comes a chunk's length and type, then the first buffer unless that names a file.
+    return binary && !model.buffers.empty() && model.buffers[0].uri.empty() ? 20 + text + 8 : 0;
 }
 
 Elements getElements(const tinygltf::Model& model, int index) {
@@ -217,8 +221,14 @@ std::vector<std::uint32_t> readIndices(const tinygltf::Model& model, int accesso
     return out;
 }
 
-std::vector<unsigned char> readView(const tinygltf::Model& model, int index) {
+const tinygltf::BufferView& getView(const tinygltf::Model& model, int index) {
     const tinygltf::BufferView& view = at(model.bufferViews, index, "buffer view");
+    bufferOf(model, view);
+    return view;
+}
+
+std::vector<unsigned char> readView(const tinygltf::Model& model, int index) {
+    const tinygltf::BufferView& view = getView(model, index);
     const unsigned char* const first = bufferOf(model, view).data.data() + view.byteOffset;
     return {first, first + view.byteLength};
 }

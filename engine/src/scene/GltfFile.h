@@ -16,8 +16,9 @@ namespace gltf {
 
 /// Reads a .glb or .gltf file (by its content, not its name) and the buffers and images beside or below it. Images keep
 /// their encoded bytes; one that is missing stays empty. References that leave the file's folder, extensions that this
-/// engine lacks and files above 64 MiB are refused.
-void readFile(const jString& path, tinygltf::Model& model);
+/// engine lacks and files above 64 MiB are refused. Gives where in the file the first buffer begins, 0 when that is a file
+/// of its own.
+std::size_t readFile(const jString& path, tinygltf::Model& model);
 
 /// The elements of an accessor, every byte of which lies in its buffer.
 struct Elements {
@@ -52,7 +53,9 @@ std::vector<std::array<float, N>> readVectors(const tinygltf::Model& model, int 
 /// An accessor of whole numbers, each below `limit`.
 std::vector<std::uint32_t> readIndices(const tinygltf::Model& model, int accessor, std::size_t limit);
 
-/// The bytes of a buffer view.
+/// A buffer view, which lies in its buffer.
+const tinygltf::BufferView& getView(const tinygltf::Model& model, int view);
+/// Its bytes.
 std::vector<unsigned char> readView(const tinygltf::Model& model, int view);
 
 /// The element of an array of the file; throws for an index outside it. `what` names it in the message.

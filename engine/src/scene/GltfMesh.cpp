@@ -187,17 +187,31 @@ std::shared_ptr<const ImageData> MeshBuilder::getTexture(int texture) {
 
 std::shared_ptr<const ImageData> MeshBuilder::getImage(int index) {
     if (index < 0) return nullptr;
-    const tinygltf::Image& from = at(m_model.images, index, "image");
+    at(m_model.images, index, "image");
     m_images.resize(m_model.images.size());
     std::shared_ptr<const ImageData>& slot = m_images[static_cast<std::size_t>(index)];
-    if (!slot) {
-        auto image = std::make_shared<ImageData>();
-        image->name = m_file + "#" + std::to_string(index);
-        image->bytes = from.bufferView >= 0 ? readView(m_model, from.bufferView) : from.image;
+    if (!slot) slot = makeImage(index);
+    return slot->size == 0 && slot->bytes.empty() ? nullptr : slot;
+}
+
+std::shared_ptr<const ImageData> MeshBuilder::makeImage(int index) const {
+    const tinygltf::Image& from = m_model.images[static_cast<std::size_t>(index)];
+    auto image = std::make_shared<ImageData>();
+    image->name = m_file + "#" + std::to_string(index);
+    if (from.bufferView < 0) {
+        image->bytes = from.image;
         if (image->bytes.empty()) jLog::warning("%s: image missing: %s", m_file.c_str(), from.uri.c_str());
-        slot = std::move(image);
+        return image;
     }
-    return slot->bytes.empty() ? nullptr : slot;
+    const tinygltf::BufferView& view = getView(m_model, from.bufferView);
+    if (m_start > 0 && view.buffer == 0) {
+        image->file = m_file;
+        image->offset = m_start + view.byteOffset;
+        image->size = view.byteLength;
+    } else {
+        image->bytes = readView(m_model, from.bufferView);
+    }
+    return image;
 }
 
 }  // namespace gltf

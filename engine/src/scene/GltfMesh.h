@@ -14,8 +14,9 @@ namespace gltf {
 /// the file is not sound. The model must outlive it.
 class MeshBuilder {
 public:
-    /// `file` names the file in log lines and images.
-    MeshBuilder(const tinygltf::Model& model, const jString& file) : m_model(model), m_file(file) {}
+    /// `file`: the model's; its first buffer begins at `start`, 0 for nowhere.
+    MeshBuilder(const tinygltf::Model& model, const jString& file, std::size_t start)
+        : m_model(model), m_file(file), m_start(start) {}
 
     /// Null for a mesh without triangles.
     std::shared_ptr<const MeshData> getMesh(int index);
@@ -28,9 +29,11 @@ private:
     std::shared_ptr<Material> getMaterial(int index);
     std::shared_ptr<const ImageData> getTexture(int texture);
     std::shared_ptr<const ImageData> getImage(int index);
+    std::shared_ptr<const ImageData> makeImage(int index) const;
 
     const tinygltf::Model& m_model;
     const jString m_file;
+    const std::size_t m_start;
     std::vector<std::shared_ptr<const MeshData>> m_meshes;
     std::vector<bool> m_made;
     std::vector<std::shared_ptr<Material>> m_materials;

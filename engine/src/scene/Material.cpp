@@ -1,6 +1,17 @@
 // Named material parameters, set by the logic and read by the picture.
 #include "engine/scene/Material.h"
 
+#include <fstream>
+
+std::vector<unsigned char> ImageData::read() const {
+    if (size == 0) return bytes;
+    std::vector<unsigned char> out(size);
+    std::ifstream in(file, std::ios::binary);
+    in.seekg(static_cast<std::streamoff>(offset));
+    if (!in.read(reinterpret_cast<char*>(out.data()), static_cast<std::streamsize>(size))) out.clear();
+    return out;
+}
+
 void Material::setParameter(const jString& parameter, const vec4& value) {
     ++m_revision;
     for (auto& entry : m_parameters) {

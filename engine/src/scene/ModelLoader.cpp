@@ -92,8 +92,8 @@ private:
 
 std::shared_ptr<const Model> readModel(const jString& file) {
     tinygltf::Model data;
-    gltf::readFile(file, data);
-    gltf::MeshBuilder meshes(data, file);
+    const std::size_t start = gltf::readFile(file, data);
+    gltf::MeshBuilder meshes(data, file, start);
     auto model = std::make_shared<Model>();
     model->nodes = TreeBuilder(data, meshes).makeRoots();
     if (meshes.getSkipped() > 0) {

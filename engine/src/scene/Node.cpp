@@ -1,6 +1,7 @@
 // The tree itself: names, places, activity, and what a node tells its world when they change.
 #include "engine/scene/Node.h"
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 
@@ -74,9 +75,11 @@ Node* Node::addChild(std::unique_ptr<Node> child) {
 
 std::unique_ptr<Node> Node::takeChild(Node* child) {
     if (!child || child->m_parent != this) return nullptr;
-    // From the end: what came last goes first, most of the time.
-    auto found = std::prev(m_children.end());
-    while (found->get() != child) --found;
+    // In a world children lie in the order of joining it; outside there are few.
+    const auto found = m_world ? std::lower_bound(m_children.begin(), m_children.end(), child->m_join_order,
+                                                  [](const auto& c, auto order) { return c->m_join_order < order; })
+                               : std::find_if(m_children.begin(), m_children.end(),
+                                              [child](const auto& c) { return c.get() == child; });
     std::unique_ptr<Node> node = std::move(*found);
     m_children.erase(found);
     World* const world = m_world;

@@ -43,8 +43,7 @@ bool ObjectMeshStatic::setParameter(const jString& parameter, float value) {
         const vec3& authored = m_mesh->surfaces[static_cast<std::size_t>(i)].material->emission;
         if (dot(authored, authored) == 0.0f) continue;
         setSurfaceMaterialInherit(i, true);
-        m_materials[i]->emission = authored * value;
+        m_materials[i]->setEmission(authored * value);
     }
-    contentChanged();
     return true;
 }

@@ -16,6 +16,12 @@ constexpr std::uint64_t SEED = 0x5EA;
 
 constexpr double NORTH_PER_DEGREE = jMath::DEG2RAD * EllipsoidModel::SEMI_MAJOR;
 
+/// The world's; calm where that is not finite.
+vec3 windOver(const ObjectOcean& ocean) {
+    World* const world = ocean.getWorld();
+    return world && isFinite(dvec3(world->getEnvironment().wind)) ? world->getEnvironment().wind : vec3();
+}
+
 }  // namespace
 
 ObjectOcean::ObjectOcean() : m_field(SEED) {
@@ -31,7 +37,7 @@ dvec3 ObjectOcean::getWorldPoint(const dvec3& world) const {
 }
 
 const WaveField& ObjectOcean::getField() const {
-    const vec3 wind = getWorld() ? getWorld()->getEnvironment().wind : vec3();
+    const vec3 wind = windOver(*this);
     m_field.setWind(isGlobal() ? std::hypot(wind.x, wind.y) : getBeaufortSpeed(m_beaufort), wind.x, wind.y);
     m_field.update(Engine::get() ? Engine::get()->getTime() : 0.0);
     return m_field;
@@ -53,7 +59,7 @@ void ObjectOcean::readOrigin() const {
 
 int ObjectOcean::getBeaufort() const {
     if (!isGlobal()) return m_beaufort;
-    const vec3& wind = getWorld()->getEnvironment().wind;
+    const vec3 wind = windOver(*this);
     return static_cast<int>(std::lround(std::min(getBeaufortNumber(std::hypot(wind.x, wind.y)), 12.0)));
 }
 

@@ -11,14 +11,24 @@ namespace {
 
 constexpr int DEEPEST = 32;  // files within files
 
-/// The file's content, read once for each world; null, with one log line, when it cannot be read.
-const Package* openPrefab(const PrefabChain& chain) {
+/// The path that tells one file from another; empty, with one log line, when there is none.
+jString findFile(const jString& path) {
+    if (!Engine::get()) {
+        jLog::error("%s: no engine to load it", path.c_str());
+        return {};
+    }
+    const jString absolute_path = path.empty() ? jString() : Engine::get()->resolvePath(path);
+    if (absolute_path.empty()) jLog::error("\"%s\": not a file under the runtime root", path.c_str());
+    return absolute_path;
+}
+
+const Package* readFile(const jString& path, const jString& absolute_path) {
     auto& files = Engine::get()->getWorld()->getState().prefab_files;
-    const auto known = files.find(chain.absolute_path);
+    const auto known = files.find(absolute_path);
     if (known != files.end()) return &known->second;
     Package package;
-    if (!mjl::open(chain.path, package, true)) return nullptr;
-    return &files.emplace(chain.absolute_path, std::move(package)).first->second;
+    if (!mjl::open(path, package, true)) return nullptr;
+    return &files.emplace(absolute_path, std::move(package)).first->second;
 }
 
 jString describe(const PrefabChain& chain) {
@@ -46,17 +56,15 @@ bool checkChain(const PrefabChain& chain) {
 }  // namespace
 
 ObjectPrefab::ObjectPrefab(const jString& path) : m_path(path) {
-    if (!Engine::get()) {
-        jLog::error("%s: no engine to load it", path.c_str());
-        return;
-    }
-    const jString absolute_path = Engine::get()->resolvePath(path);
-    if (path.empty() || absolute_path.empty()) {
-        jLog::error("\"%s\": not a file under the runtime root", path.c_str());
-        return;
-    }
+    const jString absolute_path = findFile(path);
+    if (absolute_path.empty()) return;
     PrefabChain::Shared shared;
     load(PrefabChain{path, absolute_path, nullptr, &shared});
+}
+
+const Package* ObjectPrefab::openFile(const jString& path) {
+    const jString absolute_path = findFile(path);
+    return absolute_path.empty() ? nullptr : readFile(path, absolute_path);
 }
 
 ObjectPrefab::~ObjectPrefab() = default;
@@ -64,7 +72,7 @@ ObjectPrefab::~ObjectPrefab() = default;
 void ObjectPrefab::load(const PrefabChain& chain) {
     m_path = chain.path;
     if (!checkChain(chain)) return;
-    const Package* const file = openPrefab(chain);
+    const Package* const file = readFile(chain.path, chain.absolute_path);
     if (!file) return;
     const Item* const item = file->getItem("node");
     const Package* const node = item ? item->getPackage() : nullptr;

@@ -4,6 +4,7 @@
 
 #include <cpl_error.h>
 #include <gdal.h>
+#include <gdal_frmts.h>
 #include <gdal_utils.h>
 #include <ogr_srs_api.h>
 
@@ -40,14 +41,22 @@ private:
     jString m_text;
 };
 
-void registerDrivers() {
+constexpr const char* FIRST_DRIVERS[] = {"GTiff", nullptr};
+
+/// The usual format alone: the other hundred and more cost 8 MB, and wait until a file is none of it.
+void registerFirstDrivers() {
     // What is read is kept by whoever asked: the library's own copies would be held twice.
     constexpr GIntBig CACHE_BYTES = 2 << 20;
     static std::once_flag once;
     std::call_once(once, [] {
-        GDALAllRegister();
+        GDALRegister_GTiff();
         GDALSetCacheMax64(CACHE_BYTES);
     });
+}
+
+void registerAllDrivers() {
+    static std::once_flag once;
+    std::call_once(once, [] { GDALAllRegister(); });
 }
 
 // The horizontal part of a system with longitude before latitude; the caller releases it.
@@ -72,7 +81,7 @@ bool isWgs84(OGRSpatialReferenceH system) {
 }  // namespace
 
 std::unique_ptr<RasterSource> RasterSource::open(const jString& path, const char* kind) {
-    registerDrivers();
+    registerFirstDrivers();
     std::unique_ptr<RasterSource> source(new RasterSource);
     source->m_path = path;
     source->m_kind = kind;
@@ -88,8 +97,12 @@ RasterSource::~RasterSource() {
 
 bool RasterSource::openFile() {
     const QuietErrors errors;
-    m_file = GDALOpenEx(m_path.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr,
-                        nullptr);
+    constexpr unsigned HOW = GDAL_OF_RASTER | GDAL_OF_READONLY;
+    m_file = GDALOpenEx(m_path.c_str(), HOW, FIRST_DRIVERS, nullptr, nullptr);
+    if (m_file == nullptr) {
+        registerAllDrivers();
+        m_file = GDALOpenEx(m_path.c_str(), HOW | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr, nullptr);
+    }
     if (m_file == nullptr || GDALGetRasterCount(m_file) < 1) {
         jLog::error("%s: no %s raster: %s", m_path.c_str(), m_kind, errors.getText());
         return false;
@@ -122,6 +135,7 @@ bool RasterSource::turnToWgs84() {
         m_grid = m_file;
         return true;
     }
+    registerAllDrivers();
     const QuietErrors errors;
     const char* arguments[] = {"-of",       "VRT",     "-t_srs",     "+proj=longlat +datum=WGS84 +no_defs",
                                "-ot",       "Float64", "-r",         "bilinear",

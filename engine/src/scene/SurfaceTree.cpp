@@ -28,6 +28,17 @@ dvec3 toDouble(const std::array<float, 3>& p) {
     return {p[0], p[1], p[2]};
 }
 
+// 0, 1, 2 ... of at least so many: corners lie in order in every tree, so all trees share the longest.
+std::shared_ptr<const std::vector<std::uint32_t>> countUp(std::size_t count) {
+    static std::shared_ptr<const std::vector<std::uint32_t>> longest;
+    if (!longest || longest->size() < count) {
+        std::vector<std::uint32_t> numbers(count);
+        std::iota(numbers.begin(), numbers.end(), 0u);
+        longest = std::make_shared<const std::vector<std::uint32_t>>(std::move(numbers));
+    }
+    return longest;
+}
+
 // The part of the segment inside the box, as fractions of it; false when it stays outside.
 bool clip(const BoundBox& box, const dvec3& from, const dvec3& step, double& first, double& last) {
     first = 0.0;
@@ -50,7 +61,7 @@ bool clip(const BoundBox& box, const dvec3& from, const dvec3& step, double& fir
 struct SurfaceTreeScene {
     RTCScene handle = rtcNewScene(getDevice());
 
-    SurfaceTreeScene() { rtcSetSceneFlags(handle, RTC_SCENE_FLAG_ROBUST); }
+    SurfaceTreeScene() { rtcSetSceneFlags(handle, RTC_SCENE_FLAG_ROBUST | RTC_SCENE_FLAG_COMPACT); }
     ~SurfaceTreeScene() { rtcReleaseScene(handle); }
     SurfaceTreeScene(const SurfaceTreeScene&) = delete;
     SurfaceTreeScene& operator=(const SurfaceTreeScene&) = delete;
@@ -76,9 +87,9 @@ SurfaceTree::SurfaceTree(const MeshSurface& surface) {
     const RTCGeometry geometry = rtcNewGeometry(getDevice(), RTC_GEOMETRY_TYPE_TRIANGLE);
     rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3, m_triangles.data(), 0,
                                3 * sizeof(float), 3 * count);
-    auto* const indices = static_cast<std::uint32_t*>(rtcSetNewGeometryBuffer(
-        geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, 3 * sizeof(std::uint32_t), count));
-    std::iota(indices, indices + 3 * count, 0u);
+    m_indices = countUp(3 * count);
+    rtcSetSharedGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3, m_indices->data(), 0,
+                               3 * sizeof(std::uint32_t), count);
     rtcCommitGeometry(geometry);
     rtcAttachGeometry(m_scene->handle, geometry);
     rtcReleaseGeometry(geometry);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -34,6 +35,7 @@ private:
     /// One triangle after the other, so that looking at the one that was hit costs one trip to memory, not four. The
     /// last is a spare: the pick library reads a little beyond a vertex.
     std::vector<Corners> m_triangles;
+    std::shared_ptr<const std::vector<std::uint32_t>> m_indices;
     BoundBox m_bounds;
     BoundBox m_reach;      ///< the bounds and the slack round them
     double m_slack = 0.0;  ///< metres within which single precision places a hit

@@ -97,6 +97,9 @@ bool World::getIntersection(const dvec3& from, const dvec3& to, jVector<Node*>& 
 Physics* World::getPhysics() const {
     return m_state->physics.get();
 }
+const Environment& World::getEnvironment() const {
+    return m_state->environment;
+}
 Environment& World::getEnvironment() {
     return m_state->environment;
 }
@@ -141,6 +144,11 @@ void World::takeChanges(WorldChanges& changes) {
 }
 
 void World::step(double dt) {
+    vec3& wind = getEnvironment().wind;
+    if (!isFinite(dvec3(wind))) {
+        jLog::error("environment: a wind that is not finite is taken for a calm");
+        wind = {};
+    }
     m_state->physics->step(dt);
     m_state->stepParticles(static_cast<float>(dt));
     m_state->stepTriggers();

@@ -13,7 +13,7 @@ Lamp readLamp(const NodeLight& light) {
     Lamp lamp;
     lamp.position = place.t;
     lamp.axis = normalize(narrow(normalize(place.y)));
-    lamp.range = std::fmax(settings.range, 0.1f);
+    lamp.range = std::fmax(settings.range, 0.0f);
     lamp.size = std::fmax(settings.size, 0.0f);
     const float strongest = std::max({settings.color.x, settings.color.y, settings.color.z, 0.0f});
     const float intensity = light.getIntensity() * strongest;

@@ -38,7 +38,7 @@ LampLights::LampLights(osg::StateSet& root_state)
       m_axes(addUniform(root_state, osg::Uniform::FLOAT_VEC3, "u_lamp_axes", MAX_LAMPS)) {}
 
 void LampLights::set(int id, const Lamp& lamp) {
-    if (!(lamp.intensity > 0.0f)) return remove(id);
+    if (!(lamp.intensity > 0.0f && lamp.range > 0.0f)) return remove(id);
     const auto [slot, is_new] = m_slots.try_emplace(id, m_lamps.size());
     if (is_new) {
         m_lamps.push_back(lamp);

@@ -49,7 +49,7 @@ double wrap(double v, double period) {
     return rest < 0.0 ? rest + period : rest;
 }
 
-const ObjectParticles* findActive(const World& world, const char* name) {
+const ObjectParticles* findActive(const World& world, const jString& name) {
     const Node* const node = world.getNodeByName(name);
     if (!node || node->getType() != Node::PARTICLES || !node->isActive()) return nullptr;
     return static_cast<const ObjectParticles*>(node);
@@ -96,7 +96,8 @@ Precipitation::Precipitation(osg::Group& parent, ShaderLibrary& shaders) : m_gro
 
 Precipitation::Kind Precipitation::makeKind(int index, ShaderLibrary& shaders, osg::Vec4Array* seeds) {
     const Style& style = STYLES[index];
-    Kind kind{FallMotion(style.box), new osg::Geometry, new osg::DrawArrays(GL_QUADS, 0, 0), {}, {}, {}, {}, {}};
+    Kind kind{style.node, FallMotion(style.box), new osg::Geometry, new osg::DrawArrays(GL_QUADS, 0, 0), {}, {}, {}, {},
+              {}};
     kind.geometry->setUseDisplayList(false);
     kind.geometry->setUseVertexBufferObjects(true);
     kind.geometry->setCullingActive(false);
@@ -133,10 +134,10 @@ void Precipitation::setUniforms(Kind& kind, int index, const ObjectParticles& no
 }
 
 void Precipitation::update(const FrameView& view, const World& world) {
-    const vec3 wind = const_cast<World&>(world).getEnvironment().wind;
+    const vec3 wind = world.getEnvironment().wind;
     for (int i = 0; i < NUM_KINDS; ++i) {
         Kind& kind = m_kinds[static_cast<std::size_t>(i)];
-        const ObjectParticles* const node = findActive(world, STYLES[i].node);
+        const ObjectParticles* const node = findActive(world, kind.node);
         const double density = node ? densityOf(*node) * shareOf(view.quality) : 0.0;
         const int count = static_cast<int>(std::lround(density * STYLES[i].most));
         kind.geometry->setNodeMask(count > 0 ? ~0u : 0u);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "effects/SpriteStates.h"
+#include "engine/text/Containers.h"
 #include "frame/FrameView.h"
 
 class ObjectParticles;
@@ -44,6 +45,7 @@ public:
 
 private:
     struct Kind {
+        jString node;  ///< its name
         FallMotion motion;
         osg::ref_ptr<osg::Geometry> geometry;
         osg::ref_ptr<osg::DrawArrays> quads;

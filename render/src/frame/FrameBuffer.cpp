@@ -46,6 +46,7 @@ bool FrameBuffer::resize(int width, int height) {
     } else {
         m_result = m_draw;
     }
+    if (!good) release();
     return good;
 }
 
@@ -75,6 +76,7 @@ void FrameBuffer::show(int width, int height) {
 
 Snapshot FrameBuffer::read(bool with_distance, double near) {
     Snapshot shot;
+    if (m_width == 0) return shot;
     shot.width = m_width;
     shot.height = m_height;
     const std::size_t row = static_cast<std::size_t>(m_width), rows = static_cast<std::size_t>(m_height);

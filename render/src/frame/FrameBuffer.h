@@ -15,14 +15,14 @@ public:
     FrameBuffer(const FrameBuffer&) = delete;
     FrameBuffer& operator=(const FrameBuffer&) = delete;
 
-    /// Makes the buffers anew when the size is another. False when the driver cannot.
+    /// Makes the buffers anew when the size is another. False when the driver cannot; there are none then.
     bool resize(int width, int height);
     GLuint getDrawId() const { return m_draw; }  ///< framebuffer that the scene is drawn into
     /// Folds the samples together and binds what holds the result, for drawing over it.
     void resolve();
     /// Copies the result to the window's own buffer.
     void show(int width, int height);
-    /// Reads the result; REQUIRES that it was resolved. Distances are near / depth.
+    /// Reads the result; REQUIRES that it was resolved. Distances are near / depth. Empty without buffers.
     Snapshot read(bool with_distance, double near);
 
 private:

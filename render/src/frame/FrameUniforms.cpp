@@ -22,10 +22,6 @@ FrameUniforms::FrameUniforms(osg::StateSet& state)
     state.addUniform(new osg::Uniform("u_shadow", static_cast<int>(UNIT_SHADOW)));
 }
 
-void FrameUniforms::setDefine(const char* name, bool on) {
-    m_state.setDefine(name, on ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
-}
-
 void FrameUniforms::update(const FrameView& view) {
     // Rows of the rotation from the eye's frame to east, north, up: the local axes seen from the eye.
     const auto toEye = [&](const dvec3& v) {
@@ -46,7 +42,11 @@ void FrameUniforms::update(const FrameView& view) {
     m_exposure->set(view.light.exposure);
     const double thinning = std::exp(-std::fmax(view.geodetic.z, 0.0) / HAZE_HEIGHT);
     m_air->set(osg::Vec3f(f(view.extinction * thinning), f(1.0 / HAZE_HEIGHT), f(view.geodetic.z)));
-    setDefine("WEATHER", view.wetness > 0.0f || view.snow > 0.0f);
+    const bool has_weather = view.wetness > 0.0f || view.snow > 0.0f;
+    if (has_weather != m_has_weather) {
+        m_has_weather = has_weather;
+        m_state.setDefine("WEATHER", has_weather ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
+    }
     m_weather->set(osg::Vec2f(view.wetness, view.snow));
     const vec3& sun = view.light.sun_direction;
     const float side = std::hypot(sun.x, sun.y);

@@ -12,9 +12,8 @@ public:
     void update(const FrameView& view);
 
 private:
-    void setDefine(const char* name, bool on);
-
     osg::StateSet& m_state;
+    bool m_has_weather = false;
     osg::ref_ptr<osg::Uniform> m_up, m_eye_to_local, m_light_direction, m_light_color, m_ambient_above, m_ambient_below,
         m_exposure, m_air, m_sun_side, m_weather;
 };

@@ -9,6 +9,7 @@
 #include <osg/DisplaySettings>
 #include <osgGA/GUIEventHandler>
 #include <osgViewer/GraphicsWindow>
+#include <osgViewer/Renderer>
 #include <osgViewer/api/X11/GraphicsWindowX11>
 
 #include <algorithm>
@@ -101,21 +102,24 @@ WorldPicture::WorldPicture(Engine& engine, const PictureSettings& settings)
 
 WorldPicture::~WorldPicture() {
     if (!m_context) return;
-    if (m_is_lost) {
+    if (!takeContext()) {
         abandonContext();
         return;
     }
-    m_context->makeCurrent();
     m_buffer.reset();
     m_viewer.setSceneData(nullptr);
     m_context->close();
 }
 
 void WorldPicture::abandonContext() {
-    // Nothing that belongs to the lost display can be given back.
+    // Nothing that belongs to a lost window can be given back.
     m_buffer.release();
     m_context->ref();
     m_viewer.getCamera()->setGraphicsContext(nullptr);
+}
+
+bool WorldPicture::takeContext() {
+    return !m_is_lost && m_context->valid() && m_context->makeCurrent();
 }
 
 bool WorldPicture::open(std::string& error) {
@@ -148,6 +152,7 @@ bool WorldPicture::open(std::string& error) {
         error = "the graphics driver has no memory for a picture of that size";
         return false;
     }
+    osg::setGLExtensionFuncPtr(m_release_compiler, "glReleaseShaderCompiler");
     setTextureAnisotropy(m_settings.quality == Quality::HIGH ? 8.0f : 1.0f);
     buildScene();
     m_engine.getInput()->resize(m_settings.width, m_settings.height);
@@ -191,13 +196,30 @@ void WorldPicture::buildScene() {
     passes->addChild(m_root);
     passes->addChild(GuiDrawable::makeOverlay(*m_engine.getUIRoot(), m_shaders));
     m_viewer.setSceneData(passes);
+    // Programs are made as they are drawn: made ahead they lack what the nodes above define, and would be made twice.
+    static_cast<osgViewer::Renderer*>(m_viewer.getCamera()->getRenderer())->setCompileOnNextDraw(false);
+}
+
+// The scene graph would close the window in its traversal, before its last picture could be saved. What comes in after
+// this look is newer than the frame and waits for the next traversal.
+bool WorldPicture::isClosing() {
+    auto* const window = dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
+    if (!window || !m_settings.window) return false;
+    window->checkEvents();
+    osgGA::EventQueue::Events events;
+    window->getEventQueue()->copyEvents(events);
+    return std::any_of(events.begin(), events.end(), [](const osg::ref_ptr<osgGA::Event>& event) {
+        const osgGA::GUIEventAdapter* const input = event->asGUIEventAdapter();
+        return input && input->getEventType() == osgGA::GUIEventAdapter::CLOSE_WINDOW;
+    });
 }
 
 bool WorldPicture::poll() {
     m_viewer.advance(m_engine.getTime());
+    if (isClosing()) return false;
     m_viewer.eventTraversal();
     if (m_is_lost) jLog::error("the window was lost: its display server has gone");
-    if (m_is_lost || m_viewer.done() || !m_context->valid()) return false;
+    if (m_is_lost || !m_context->valid()) return false;
     const osg::GraphicsContext::Traits& traits = *m_context->getTraits();
     if (m_settings.window) {
         m_settings.width = std::clamp(traits.width, 1, MAX_SIZE);
@@ -234,11 +256,13 @@ void WorldPicture::updateView() {
 }
 
 void WorldPicture::draw() {
-    if (m_is_lost) return;
-    m_context->makeCurrent();
-    if (!m_buffer->resize(m_settings.width, m_settings.height)) jLog::error("the picture cannot take its new size");
+    if (!takeContext()) return;
     World& world = *m_engine.getWorld();
     m_mirror->update();
+    if (!m_buffer->resize(m_settings.width, m_settings.height)) {
+        jLog::error("the graphics driver has no memory for a picture of %dx%d", m_settings.width, m_settings.height);
+        return;
+    }
     updateView();
     m_view.wetness = world.getEnvironment().wetness;
     m_view.snow = world.getEnvironment().snow;
@@ -265,7 +289,10 @@ void WorldPicture::draw() {
     m_viewer.renderingTraversals();
     // Images and shaders are made in the first frames; what that took goes back to the system.
     ++m_frames_drawn;
-    if (m_frames_drawn <= 256 && std::has_single_bit(m_frames_drawn)) malloc_trim(0);
+    if (m_frames_drawn <= 256 && std::has_single_bit(m_frames_drawn)) {
+        if (m_release_compiler) m_release_compiler();
+        malloc_trim(0);
+    }
 }
 
 void WorldPicture::beginPass() {
@@ -279,7 +306,7 @@ void WorldPicture::endPass() {
 
 void WorldPicture::setVisibility(double metres) {
     // Koschmieder's law: contrast falls to 2 % at the visibility distance.
-    m_view.extinction = 3.912 / std::max(metres, 1.0);
+    m_view.extinction = 3.912 / (metres >= 1.0 ? metres : 1.0);
 }
 
 void WorldPicture::setStatusLine(const std::string& text) {
@@ -289,7 +316,7 @@ void WorldPicture::setStatusLine(const std::string& text) {
 void WorldPicture::setTitle(const std::string& title) {
     m_settings.title = title;
     auto* const window = dynamic_cast<osgViewer::GraphicsWindowX11*>(m_context.get());
-    if (!window || m_is_lost) return;
+    if (!window || !takeContext()) return;
     // The scene graph's own call knows Latin letters only.
     Display* const display = window->getEventDisplay();
     XChangeProperty(display, window->getWindow(), XInternAtom(display, "_NET_WM_NAME", False),
@@ -309,27 +336,31 @@ void WorldPicture::setParts(unsigned parts) {
 
 void WorldPicture::setFullscreen(bool fullscreen) {
     auto* const window = dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
-    if (!window || !m_settings.window || fullscreen == m_settings.fullscreen) return;
+    if (!window || !m_settings.window || fullscreen == m_settings.fullscreen || !takeContext()) return;
     m_settings.fullscreen = fullscreen;
     window->setWindowDecoration(!fullscreen);
     if (!fullscreen) {
         window->setWindowRectangle(WINDOW_CORNER, WINDOW_CORNER, m_window_width, m_window_height);
         return;
     }
-    m_window_width = m_settings.width;
-    m_window_height = m_settings.height;
+    const osg::GraphicsContext::Traits& traits = *m_context->getTraits();
+    m_window_width = traits.width;
+    m_window_height = traits.height;
     unsigned width = 0, height = 0;
-    osg::GraphicsContext::getWindowingSystemInterface()->getScreenResolution(*m_context->getTraits(), width, height);
+    osg::GraphicsContext::getWindowingSystemInterface()->getScreenResolution(traits, width, height);
     window->setWindowRectangle(0, 0, static_cast<int>(width), static_cast<int>(height));
 }
 
 Snapshot WorldPicture::capture(bool with_distance) {
-    m_context->makeCurrent();
-    return m_buffer->read(with_distance, NEAR);
+    return takeContext() ? m_buffer->read(with_distance, NEAR) : Snapshot();
 }
 
 bool WorldPicture::save(const std::string& file, std::string& error) {
-    return writePng(capture(false), file, error);
+    const Snapshot shot = capture(false);
+    if (!shot.rgb.empty()) return writePng(shot, file, error);
+    error = "\"" + file + "\" was not written: ";
+    error += takeContext() ? "the graphics driver has no memory for the picture" : "the window is gone";
+    return false;
 }
 
 extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error) {

@@ -40,7 +40,11 @@ private:
     void buildScene();
     void setUpCamera();
     void updateView();
+    /// Makes the context current; false once the window is gone.
+    bool takeContext();
     void abandonContext();
+    /// Whether the user closed the window; it is still there.
+    bool isClosing();
     void beginPass();
     void endPass();
 
@@ -49,6 +53,8 @@ private:
     FrameView m_view;
     int m_window_width = 0, m_window_height = 0;  ///< while the screen is filled: before that
     unsigned m_frames_drawn = 0;
+    void (*m_release_compiler)() =
+        nullptr;             ///< what the driver's compiler holds between shaders, where it can be let go
     bool m_is_lost = false;  ///< the display went under an open window
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;

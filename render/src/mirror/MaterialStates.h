@@ -22,12 +22,12 @@ struct SurfaceShape {
 class MaterialStates {
 public:
     explicit MaterialStates(ShaderLibrary& shaders) : m_shaders(shaders) {}
-    /// The material's state for surfaces of that shape; counts a user.
+    /// The material's state for surfaces of that shape; counts a user. The material outlives its release.
     osg::StateSet* acquire(const Material& material, const SurfaceShape& shape);
-    /// Counts a user off; the material itself may be gone.
     void release(const Material* material);
     /// Writes the states of materials whose parameters changed.
     void update();
+    int getNumMaterials() const { return static_cast<int>(m_entries.size()); }
 
 private:
     struct Entry {

@@ -38,6 +38,7 @@ MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
         node.place->addChild(surface);
         node.surfaces.push_back(surface);
     }
+    node.materials.resize(node.surfaces.size());
     m_group->addChild(node.place);
     return node;
 }
@@ -55,32 +56,29 @@ void MeshMirror::update(ObjectMeshStatic& mesh) {
     const auto found = m_nodes.find(mesh.getId());
     if (found != m_nodes.end()) disturb(found->second);
     MeshNode& node = found != m_nodes.end() ? found->second : add(mesh);
-    releaseMaterials(mesh.getId());
     for (int i = 0; i < mesh.getNumSurfaces(); ++i) {
-        const Material& material = *mesh.getSurfaceMaterial(i);
-        const auto surface = static_cast<std::size_t>(i);
-        node.surfaces[surface]->setNodeMask(material.alpha == Material::BLEND ? MASK_DRAWN
-                                                                              : MASK_DRAWN | MASK_CASTS_SHADOW);
-        node.surfaces[surface]->setStateSet(m_materials.acquire(material, shapeOf(node.mesh->surfaces[surface])));
-        node.materials.push_back(&material);
+        dress(node, static_cast<std::size_t>(i), mesh.getMaterials()[i]);
     }
     node.place->setMatrix(toOsg(mesh.getWorldTransform()));
     node.place->setNodeMask(mesh.isActive() ? ~0u : 0u);
     disturb(node);
 }
 
-void MeshMirror::releaseMaterials(int id) {
-    const auto found = m_nodes.find(id);
-    if (found == m_nodes.end()) return;
-    for (const Material* material : found->second.materials) m_materials.release(material);
-    found->second.materials.clear();
+void MeshMirror::dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material) {
+    std::shared_ptr<const Material>& worn = node.materials[surface];
+    if (worn == material) return;
+    osg::Node& drawn = *node.surfaces[surface];
+    drawn.setNodeMask(material->alpha == Material::BLEND ? MASK_DRAWN : MASK_DRAWN | MASK_CASTS_SHADOW);
+    drawn.setStateSet(m_materials.acquire(*material, shapeOf(node.mesh->surfaces[surface])));
+    if (worn) m_materials.release(worn.get());
+    worn = material;
 }
 
 void MeshMirror::remove(int id) {
     const auto found = m_nodes.find(id);
     if (found == m_nodes.end()) return;
     disturb(found->second);
-    releaseMaterials(id);
+    for (const auto& material : found->second.materials) m_materials.release(material.get());
     m_group->removeChild(found->second.place);
     const auto shared = m_meshes.find(found->second.mesh);
     if (--shared->second.users == 0) m_meshes.erase(shared);

@@ -23,8 +23,6 @@ public:
     MeshMirror(osg::Group& root, ShaderLibrary& shaders);
     void update(ObjectMeshStatic& mesh);
     void remove(int id);
-    /// The node's materials may be gone; `update` takes them again.
-    void releaseMaterials(int id);
     /// Writes materials whose parameters changed.
     void updateMaterials() { m_materials.update(); }
     void setVisible(bool visible);
@@ -33,6 +31,8 @@ public:
     /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
+    int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< whose geometry is kept
+    int getNumMaterials() const { return m_materials.getNumMaterials(); }   ///< whose states are kept
     /// Bounds in the world of all that moved, came or went since the last call: where it was and where it is.
     void takeDisturbed(std::vector<osg::BoundingSphere>& bounds);
 
@@ -46,10 +46,11 @@ private:
         const MeshData* mesh;
         osg::ref_ptr<osg::MatrixTransform> place;
         std::vector<osg::ref_ptr<osg::Node>> surfaces;
-        std::vector<const Material*> materials;  ///< keys into the states, while held
+        std::vector<std::shared_ptr<const Material>> materials;  ///< whose states the surfaces have
     };
 
     MeshNode& add(const ObjectMeshStatic& mesh);
+    void dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material);
     void disturb(const MeshNode& node);
     const Surfaces& acquire(const MeshData& mesh);
 

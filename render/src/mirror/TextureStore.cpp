@@ -108,7 +108,8 @@ osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const Image
     Entry& entry = m_entries[{image.get(), is_color}];
     osg::ref_ptr<osg::Texture2D> texture;
     if (entry.texture.lock(texture)) return texture;
-    texture = makeTexture(std::string(image->bytes.begin(), image->bytes.end()), image->name, is_color);
+    const std::vector<unsigned char> bytes = image->read();
+    texture = makeTexture(std::string(bytes.begin(), bytes.end()), image->name, is_color);
     texture->getImage()->flipVertical();  // meshes count from the image's top
     entry = {image, texture.get()};
     std::erase_if(m_entries, [](const auto& item) { return !item.second.texture.valid(); });

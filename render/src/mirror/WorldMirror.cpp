@@ -19,10 +19,6 @@ WorldMirror::WorldMirror(World& world, osg::Group& root, ShaderLibrary& shaders,
 void WorldMirror::update() {
     m_world.takeChanges(m_changes);
     for (const int id : m_changes.left) forget(id);
-    // All at once, before any is taken: a material's address may have gone to another node's.
-    for (const Node* node : m_changes.changed) {
-        if (node->getType() == Node::MESH_STATIC) m_meshes.releaseMaterials(node->getId());
-    }
     for (Node* node : m_changes.changed) take(*node);
     m_meshes.updateMaterials();
 }
@@ -30,7 +26,9 @@ void WorldMirror::update() {
 void WorldMirror::forget(int id) {
     const auto found = m_types.find(id);
     if (found == m_types.end()) return;
-    switch (found->second) {
+    const int type = found->second;
+    m_types.erase(found);
+    switch (type) {
         case Node::MESH_STATIC:
             m_meshes.remove(id);
             break;
@@ -38,9 +36,12 @@ void WorldMirror::forget(int id) {
             if (id != m_terrain_id) break;
             m_terrain.setTerrain(nullptr);
             m_sea.setTerrain(nullptr);
+            takeLast(type);
             break;
         case Node::OCEAN:
-            if (id == m_ocean_id) m_sea.setOcean(nullptr);
+            if (id != m_ocean_id) break;
+            m_sea.setOcean(nullptr);
+            takeLast(type);
             break;
         case Node::DECAL_ORTHO:
             m_terrain.removeDecal(id);
@@ -49,7 +50,14 @@ void WorldMirror::forget(int id) {
             m_effects.remove(id);
             break;
     }
-    m_types.erase(found);
+}
+
+void WorldMirror::takeLast(int type) {
+    Node* last = nullptr;
+    for (Node* const node : m_world.getNodes()) {
+        if (node->getType() == type) last = node;
+    }
+    if (last) take(*last);
 }
 
 void WorldMirror::take(Node& node) {
@@ -82,5 +90,5 @@ void WorldMirror::take(Node& node) {
             return;
     }
     node.getWorldTransform();
-    m_types.emplace(node.getId(), node.getType());
+    m_types.try_emplace(node.getId(), node.getType());
 }

@@ -23,6 +23,8 @@ public:
 
 private:
     void forget(int id);
+    /// Draws the last node of that type, if there is one: the one drawn is gone.
+    void takeLast(int type);
     void take(Node& node);
 
     World& m_world;

@@ -38,17 +38,17 @@ void setSides(SeaMeshView& eye, const osg::Matrixd& local_to_clip) {
 SeaLayer::SeaLayer(osg::Group& root, ShaderLibrary& shaders)
     : m_group(new osg::Group),
       m_local(new osg::MatrixTransform),
-      m_places(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
-      m_rests(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
-      m_waves(new osg::Vec4Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
-      m_grounds(new osg::Vec2Array(osg::Array::BIND_PER_VERTEX, MAX_VERTICES)),
+      m_places(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX)),
+      m_rests(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX)),
+      m_waves(new osg::Vec4Array(osg::Array::BIND_PER_VERTEX)),
+      m_grounds(new osg::Vec2Array(osg::Array::BIND_PER_VERTEX)),
       m_ground_texture(new osg::Texture2D) {
     osg::ref_ptr<osg::VertexBufferObject> buffer = new osg::VertexBufferObject;
     buffer->setUsage(GL_STREAM_DRAW);
-    for (osg::Array* array : {static_cast<osg::Array*>(m_places.get()), static_cast<osg::Array*>(m_rests.get()),
-                              static_cast<osg::Array*>(m_waves.get()), static_cast<osg::Array*>(m_grounds.get())}) {
+    for (osg::Array* array : getArrays()) {
         array->setVertexBufferObject(buffer);
         array->setDataVariance(osg::Object::DYNAMIC);
+        array->reserveArray(MAX_VERTICES);
     }
     m_group->setCullingActive(false);
     m_uniforms = std::make_unique<SeaUniforms>(*m_local->getOrCreateStateSet());
@@ -171,7 +171,17 @@ SeaMeshView SeaLayer::lookAt(const FrameView& view) const {
     return eye;
 }
 
+std::array<osg::Array*, 4> SeaLayer::getArrays() const {
+    return {m_places.get(), m_rests.get(), m_waves.get(), m_grounds.get()};
+}
+
 void SeaLayer::takeMesh() {
+    // Only those in use go to the device; in steps, so that its buffer keeps its layout over many frames.
+    constexpr int STEP = 128;
+    const int room = std::min((m_mesh.getNumPatches() / STEP + 1) * STEP, SeaMesh::MAX_PATCHES);
+    for (osg::Array* array : getArrays()) {
+        array->resizeArray(static_cast<unsigned>(room * SeaMesh::VERTICES));
+    }
     const std::size_t count = static_cast<std::size_t>(m_mesh.getNumPatches()) * SeaMesh::VERTICES;
     for (std::size_t i = 0; i < count; ++i) {
         const SeaVertex& vertex = m_mesh.getVertices()[i];
@@ -180,10 +190,7 @@ void SeaLayer::takeMesh() {
         (*m_waves)[i].set(vertex.slope_east, vertex.slope_north, vertex.foam, vertex.heave);
         (*m_grounds)[i].set(vertex.ground_column, vertex.ground_row);
     }
-    m_places->dirty();
-    m_rests->dirty();
-    m_waves->dirty();
-    m_grounds->dirty();
+    for (osg::Array* array : getArrays()) array->dirty();
     for (std::size_t band = 0; band < SeaMesh::NUM_BANDS; ++band) {
         const SeaMesh::PatchList& patches = m_mesh.getPatches(static_cast<int>(band));
         fillPart(m_open[band], patches.open);

@@ -42,6 +42,7 @@ private:
     static void fillPart(Part& part, const std::vector<int>& patches);
     void setUpState();
     SeaMeshView lookAt(const FrameView& view) const;
+    std::array<osg::Array*, 4> getArrays() const;
     void takeMesh();
 
     osg::ref_ptr<osg::Group> m_group;

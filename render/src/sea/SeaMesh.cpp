@@ -82,7 +82,8 @@ void SeaVertex::slide(const SeaVertex& to, float part) {
     ground_row = mix(ground_row, to.ground_row);
 }
 
-SeaMesh::SeaMesh() : m_vertices(std::size_t(MAX_PATCHES) * VERTICES) {
+SeaMesh::SeaMesh() {
+    m_vertices.reserve(std::size_t(MAX_PATCHES) * VERTICES);
     // A level's vertices must not move yet where the finer level's have ended their move: that is within a patch's side
     // of the finer level's range. Up to 90 m waves are still seen one by one.
     constexpr double START = 0.82;  // of the range
@@ -184,7 +185,9 @@ void SeaMesh::emit(const Patch& patch, double gap) {
     const auto* const range = std::upper_bound(BAND_RANGES.begin(), BAND_RANGES.end(), gap);
     PatchList& list = m_bands[static_cast<std::size_t>(range - BAND_RANGES.begin())];
     (shore ? list.shore : list.open).push_back(m_num_patches);
-    SeaVertex* const out = &m_vertices[static_cast<std::size_t>(m_num_patches++) * VERTICES];
+    const std::size_t first = static_cast<std::size_t>(m_num_patches++) * VERTICES;
+    if (m_vertices.size() < first + VERTICES) m_vertices.resize(first + VERTICES);
+    SeaVertex* const out = &m_vertices[first];
     fill(patch, out, shore);
     const double farthest = getDistance(std::max(std::abs(patch.east), std::abs(patch.east + patch.size)),
                                         std::max(std::abs(patch.north), std::abs(patch.north + patch.size)));

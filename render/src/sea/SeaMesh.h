@@ -69,7 +69,7 @@ public:
     /// Makes the mesh anew; `ground` may be null.
     void update(const SeaMeshView& view, const WaveField& field, const SeaSlopes& slopes, const SeaGround* ground);
 
-    /// Rows of patches from the south-west, VERTICES each. Room for MAX_PATCHES, of which the first are in use.
+    /// Rows of patches from the south-west, VERTICES each, of which the first are in use. They stay where they are.
     const std::vector<SeaVertex>& getVertices() const { return m_vertices; }
     int getNumPatches() const { return m_num_patches; }
     const PatchList& getPatches(int band) const { return m_bands[static_cast<std::size_t>(band)]; }

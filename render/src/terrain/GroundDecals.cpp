@@ -95,6 +95,7 @@ void GroundDecals::load(Decal& decal) {
     osg::StateSet& state = *decal.geometry->getOrCreateStateSet();
     state.setTextureAttribute(0, image);
     state.addUniform(decal.rank);
+    state.addUniform(decal.size);
     if (!image->getImage()->isImageTranslucent()) {
         state.setRenderBinDetails(DRAW_OPAQUE, "RenderBin");
         return;
@@ -212,6 +213,7 @@ void GroundDecals::clip(const Decal& decal) {
 void GroundDecals::write(Decal& decal) const {
     if (!m_triangles.empty()) {
         if (!decal.geometry) load(decal);
+        decal.size->set(osg::Vec2f(osg::Vec2d(decal.width, decal.height)));
         auto& places = static_cast<osg::Vec3Array&>(*decal.geometry->getVertexArray());
         auto& normals = static_cast<osg::Vec3Array&>(*decal.geometry->getNormalArray());
         auto& ground = static_cast<osg::Vec4Array&>(*decal.geometry->getTexCoordArray(0));

@@ -42,6 +42,7 @@ private:
         osg::ref_ptr<osg::MatrixTransform> place;
         osg::ref_ptr<osg::Geometry> geometry;  ///< null while there is no ground under it
         osg::ref_ptr<osg::Uniform> rank = new osg::Uniform("u_rank", 0.0f);
+        osg::ref_ptr<osg::Uniform> size = new osg::Uniform("u_size", osg::Vec2f());
     };
 
     void cut(Decal& decal);

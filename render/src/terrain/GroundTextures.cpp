@@ -106,7 +106,7 @@ osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery) {
 }
 
 osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery) {
-    constexpr int LARGEST = 1024;
+    constexpr int LARGEST = 512;
     const int width = std::min(imagery.s(), LARGEST), height = std::min(imagery.t(), LARGEST);
     osg::ref_ptr<osg::Image> overview = new osg::Image;
     overview->allocateImage(width, height, 1, GL_RGB, GL_UNSIGNED_BYTE, 1);

@@ -58,6 +58,9 @@ void TerrainLayer::setTerrain(const ObjectTerrain* terrain) {
     m_decals.setGround(nullptr, nullptr);
     m_tiles->removeChildren(0, m_tiles->getNumChildren());
     m_tree.reset();
+    osg::StateSet& state = *m_tiles->getStateSet();
+    state.removeTextureAttribute(UNIT_IMAGERY, osg::StateAttribute::TEXTURE);
+    state.removeDefine("IMAGERY");
     if (m_terrain && m_terrain->isLoaded()) makeTree();
 }
 
@@ -66,9 +69,10 @@ void TerrainLayer::makeTree() {
     ImageryPlace place{raster.getWest(), raster.getSouth(), raster.getLongitude(raster.getNumColumns() - 1),
                        raster.getLatitude(raster.getNumRows() - 1)};
     const osg::ref_ptr<osg::Image> imagery = loadImagery(m_terrain->getImagery(), place);
-    osg::StateSet& state = *m_tiles->getOrCreateStateSet();
-    state.setDefine("IMAGERY", imagery ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
-    if (imagery) state.setTextureAttribute(UNIT_IMAGERY, makeImageryTexture(*imagery));
+    if (imagery) {
+        m_tiles->getStateSet()->setDefine("IMAGERY");
+        m_tiles->getStateSet()->setTextureAttribute(UNIT_IMAGERY, makeImageryTexture(*imagery));
+    }
     m_extent->set(extentOf(place));
     const osg::ref_ptr<osg::Image> overview = imagery ? makeOverview(*imagery) : nullptr;
     m_tree = std::make_unique<TerrainTree>(raster, overview, place, m_states);
@@ -91,11 +95,17 @@ void TerrainLayer::update(const FrameView& view) {
     m_group->setNodeMask(is_drawn ? ~0u : 0u);
     if (!is_drawn) return;
     const osg::Vec3f weather(m_terrain->getWetness(), m_terrain->getSnow(), m_terrain->getAutumn());
-    const bool is_plain = weather == osg::Vec3f();
     m_weather->set(weather);
-    m_group->getStateSet()->setDefine("GROUND_WEATHER", is_plain ? osg::StateAttribute::OFF : osg::StateAttribute::ON);
+    setDefine("GROUND_WEATHER", weather != osg::Vec3f(), m_has_weather);
+    setDefine("GROUND_WET", weather.x() > 0.0f, m_is_wet);
     m_pixel->set(static_cast<float>(1.0 / view.focal));
     m_tree->update(view);
+}
+
+void TerrainLayer::setDefine(const char* name, bool on, bool& was_on) {
+    if (on == was_on) return;
+    was_on = on;
+    m_group->getStateSet()->setDefine(name, on ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
 }
 
 void TerrainLayer::setVisible(bool visible) {

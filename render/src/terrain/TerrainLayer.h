@@ -24,10 +24,9 @@ public:
     void update(const FrameView& view);
     void setVisible(bool visible);
 
-    /// The tiles of the terrain that is set; null without one that could be read.
-
 private:
     void makeTree();
+    void setDefine(const char* name, bool on, bool& was_on);
 
     osg::ref_ptr<osg::Group> m_group, m_tiles;
     TileStates m_states;
@@ -36,4 +35,5 @@ private:
     const ObjectTerrain* m_terrain = nullptr;
     std::unique_ptr<TerrainTree> m_tree;
     bool m_visible = true;
+    bool m_has_weather = false, m_is_wet = false;  ///< what the shaders' defines tell
 };

@@ -3,14 +3,21 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "engine/math/Vec.h"
 #include "engine/text/Containers.h"
 
-/// An image as it stands in its file (PNG or JPEG bytes); decoded by the picture alone.
+/// An image as it stands in its file (PNG, JPEG or DDS bytes); decoded by the picture alone, and not held in memory
+/// where a file has it.
 struct ImageData {
-    jString name;  ///< file and index, unique
-    std::vector<unsigned char> bytes;
+    jString name;                      ///< file and index, unique
+    std::vector<unsigned char> bytes;  ///< empty when they are in the file
+    jString file;                      ///< as the system opens it
+    std::size_t offset = 0, size = 0;  ///< in the file, bytes
+
+    /// The bytes, wherever they are. Empty when the file cannot be read.
+    std::vector<unsigned char> read() const;
 };
 
 /// Metallic-roughness material after glTF 2.0. Surfaces share a material until one of them gets its own
@@ -27,6 +34,11 @@ public:
     bool double_sided = false;
     std::shared_ptr<const ImageData> base_texture, normal_texture, metal_rough_texture, emission_texture;
 
+    /// Sets `emission` so that a picture that has drawn the material sees it.
+    void setEmission(const vec3& value) {
+        emission = value;
+        ++m_revision;
+    }
     /// Sets the parameter of that name, made when missing. "ui_offset" moves the texture coordinates, "density" scales
     /// the emission.
     void setParameter(const jString& parameter, const vec4& value);

@@ -21,8 +21,10 @@ public:
     bool setParameter(const jString& parameter, float value) override;
 
     const MeshData& getMesh() const { return *m_mesh; }
+    /// One a surface, never null; shared with the model until inherited.
+    const jVector<std::shared_ptr<Material>>& getMaterials() const { return m_materials; }
 
 private:
     std::shared_ptr<const MeshData> m_mesh;
-    jVector<std::shared_ptr<Material>> m_materials;  ///< one a surface; shared with the model until inherited
+    jVector<std::shared_ptr<Material>> m_materials;
 };

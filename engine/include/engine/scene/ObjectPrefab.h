@@ -18,6 +18,9 @@ public:
     /// Loads the file; `isLoaded` tells whether that went well. A failed prefab has no content.
     explicit ObjectPrefab(const jString& path);
     ~ObjectPrefab() override;
+    /// The content of a file under the runtime root, from the same store. The engine owns it; null, with one log line,
+    /// when it cannot be read.
+    static const Package* openFile(const jString& path);
 
     int getType() const override { return PREFAB; }
     const jString& getPath() const { return m_path; }

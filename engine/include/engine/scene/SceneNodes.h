@@ -27,7 +27,7 @@ struct LightSettings {
     enum Kind { POINT, SPOT } kind = POINT;
     vec3 color{1.0f, 1.0f, 1.0f};  ///< linear
     float intensity = 100.0f;      ///< candela
-    float range = 50.0f;           ///< metres
+    float range = 50.0f;           ///< metres; at 0 it lights nothing and is only seen
     float angle = 45.0f;           ///< full cone of a spot along +Y, degrees
     float size = 0.0f;             ///< diameter of the visible lamp, metres; 0 shows none
 };

@@ -61,6 +61,7 @@ public:
 
     Physics* getPhysics() const;
     Environment& getEnvironment();
+    const Environment& getEnvironment() const;
     /// Whether the world is drawn.
     bool isEnabled() const;
     void setEnabled(bool enabled);
