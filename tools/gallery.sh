@@ -78,3 +78,25 @@ frames=20 scene targets --track TOD=42 --script tools/gallery/targets.txt --came
 instructor=(--track TOD=42 --script tools/gallery/instructor.txt --input tools/gallery/instructor_hand.txt)
 draw instructor_en "${instructor[@]}" --language en
 draw instructor_zh "${instructor[@]}" --language zh
+
+under_way=(--track TOD=42 --drive-ship steady)
+size=960x540 frames=2700 scene ship_wake "${under_way[@]}" --camera 112.3985133,16.8217683,190.011,23.937,-21.554
+size=960x540 frames=2700 scene bow_wave "${under_way[@]}" --camera 112.4029932,16.8263405,6.051,283.162,1.594
+for beaufort in 0 4 7; do
+    size=960x540 scene sea_$beaufort --track TOD=42 --script tools/gallery/sea_$beaufort.txt --camera 112.3926453,16.8235627,9.009,80.939,0.425
+done
+size=960x540 scene deck_hand --track TOD=42 --camera 112.3964658,16.8239592,22.600,282.613,-4.213
+size=960x540 scene deck_flag --track TOD=42 --camera 112.3948672,16.8233430,22.501,104.944,3.703
+
+# lens NAME TIME PLACE: the landing lens from 400 m up the glide path, through a long lens; what blinks is lit in this frame
+lens() {
+    size=480x270 frames=20 scene "$1" --track TOD="$2" --camera "$3" --set 'slaves={"lens":{"fov":1.6}}' --channel lens
+}
+lens lens_1 42 112.3919225,16.8222463,56.269,60.249,-5.154
+lens lens_2 42 112.3919199,16.8222449,52.653,60.249,-4.634
+lens lens_3 42 112.3919184,16.8222441,50.286,60.249,-4.294
+lens lens_4 42 112.3919170,16.8222433,47.919,60.249,-3.954
+lens lens_5 42 112.3919157,16.8222426,45.551,60.249,-3.614
+lens lens_6 42 112.3919145,16.8222420,43.181,60.249,-3.274
+lens lens_7 42 112.3919132,16.8222412,40.254,60.249,-2.854
+lens lens_night 92 112.3919170,16.8222433,47.919,60.249,-3.954

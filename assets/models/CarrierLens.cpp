@@ -6,10 +6,9 @@
 namespace carrier {
 namespace {
 
+/// Glass; the points give what is seen from afar.
 PaintRef lampPaint(const std::string& name, const dvec3& color) {
-    Paint lit = *paint(name, {color.x * 0.3, color.y * 0.3, color.z * 0.3}, 0.4);
-    lit.emission = {0.01 * color.x, 0.01 * color.y, 0.01 * color.z};  // the points give what is seen from afar
-    return std::make_shared<const Paint>(lit);
+    return paint(name, {color.x * 0.6, color.y * 0.6, color.z * 0.6}, 0.4);
 }
 
 /// A round lamp that faces aft.

@@ -19,7 +19,7 @@ void main() {
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
     vec2 inward = (0.5 - abs(v_ground.xy - 0.5)) * u_size;
     float edge = smoothstep(8.0, 2.0, min(inward.x, inward.y) + 16.0 * (worn - 0.5));
-    float snow = 0.9 * snowThere(u_ground.y * (0.2 + 0.7 * edge), worn, 0.25, 1.0);
+    float snow = 0.12 * u_ground.y + 0.8 * snowThere(u_ground.y * (0.2 + 0.7 * edge), worn, 0.25, 1.0);
     vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, 1.0, lit);
 #else
     vec3 sun = u_light_color * (max(dot(v_normal, u_light_direction), 0.0) * lit);

@@ -48,28 +48,28 @@ vec3 lampLight(vec3 normal, vec3 position) {
 // (GGX) with Karis' approximation of visibility and the Fresnel term (2013).
 vec3 surfaceRadiance(Surface surface, vec3 normal, vec3 position, float lit) {
     vec3 to_eye = -normalize(position);
-    float facing = max(dot(normal, to_eye), 0.02);
-    float sun = max(dot(normal, u_light_direction), 0.0) * lit;
-    vec3 direct = u_light_color * sun;
+    float to_light = dot(normal, u_light_direction), across = dot(normal, to_eye);
+    float facing = max(across, 0.02);
+    vec3 direct = u_light_color * (max(to_light, 0.0) * lit);
     vec3 f0 = mix(vec3(0.04), surface.base, surface.metallic);
     vec3 diffuse = surface.base * (1.0 - surface.metallic) * INV_PI;
     vec3 radiance = diffuse * (direct + ambientLight(normal) + lampLight(normal, position));
 
-    vec3 mirrored = reflect(-to_eye, normal);
     float a2 = max(surface.roughness * surface.roughness, 0.002);
     a2 *= a2;
-    vec3 half_way = normalize(u_light_direction + to_eye);
-    float nh = max(dot(normal, half_way), 0.0);
-    float d = nh * nh * (a2 - 1.0) + 1.0;
-    float hv = max(dot(half_way, to_eye), 0.05);
-    radiance += direct * f0 * (a2 / (12.566 * d * d * hv * hv * (surface.roughness + 0.5)));
+    // Squares of the half way vector's length and of its cosines to normal and eye, without the vector.
+    float half2 = max(2.0 + 2.0 * dot(u_light_direction, to_eye), 0.01);
+    float nh = max(to_light + across, 0.0), hv2 = 0.25 * half2;
+    float d = nh * nh / half2 * (a2 - 1.0) + 1.0;
+    radiance += direct * f0 * (a2 / (12.566 * d * d * hv2 * (surface.roughness + 0.5)));
 
     float smooth_part = 1.0 - surface.roughness;
     float grazing = 1.0 - facing;
     vec3 fresnel = f0 + (max(vec3(smooth_part), f0) - f0) * (grazing * grazing * grazing * grazing * grazing);
-    vec3 sky = ambientLight(mirrored) * INV_PI;
+    float mirrored_up = 2.0 * across * dot(normal, u_up) - dot(to_eye, u_up);
+    vec3 sky = mix(u_ambient_below, u_ambient_above, 0.5 + 0.5 * mirrored_up) * INV_PI;
 #if !defined(MATTE) || defined(WEATHER)
-    vec3 around = u_eye_to_local * mirrored;
+    vec3 around = u_eye_to_local * reflect(-to_eye, normal);
     sky = mix(sky, skyRadiance(around), smooth_part * step(0.0, around.z));
 #endif
     return radiance + fresnel * sky;

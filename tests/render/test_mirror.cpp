@@ -63,7 +63,8 @@ protected:
 
 TEST_F(MirrorTest, TenThousandNodesLeaveNothingBehind) {
     write("data/ground.asc", flatGround());
-    write("data/ground.prj", "EPSG:4326");
+    write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+                             R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
     mirror.update();
     const int before = count(*root);
     for (int round = 0; round < 100; ++round) {

@@ -170,10 +170,12 @@ double radianceOf(double shown) {
 TEST_F(Surfaces, ContrastFallsToTwoPercentOverTheVisibility) {
     for (const double visibility : {300.0, 1500.0, 6000.0, 20000.0}) {
         scene.picture->setVisibility(visibility);
-        // Eight bits tell 2 % from 5 % badly: over half the way it is the root of that.
+        // Eight bits tell 2 % from 5 % badly: over half the way it is the root of that, which they round by up to 0.003
+        // when it is squared.
         const double way = 0.5 * visibility;
         MeshSurface wall = makeWall(static_cast<float>(0.2 * way), static_cast<float>(0.2 * way));
         wall.material->base_color = {0.0f, 0.0f, 0.0f, 1.0f};
+        wall.material->metallic = 1.0f;  // mirrors nothing either
         Node* const node = add(std::move(wall), {0.0, way, 0.0});
         const Snapshot shot = shoot();
         double wall_sum = 0.0, horizon_sum = 0.0;
@@ -185,7 +187,7 @@ TEST_F(Surfaces, ContrastFallsToTwoPercentOverTheVisibility) {
         }
         scene.world().removeNode(node);
         const double contrast = 1.0 - wall_sum / horizon_sum;
-        EXPECT_GT(contrast * contrast, 0.019) << visibility;
+        EXPECT_GT(contrast * contrast, 0.017) << visibility;
         EXPECT_LT(contrast * contrast, 0.05) << visibility;
     }
 }

@@ -170,7 +170,6 @@ TEST(TerrainPicture, GroundComesAndGoesWithItsNode) {
 
 TEST(TerrainPicture, WeatherShows) {
     GroundScene ground(roughHeight);
-    ground.scene.look(GroundScene::above(100.0, 100.0, 160.0), {0.0, -60.0, 0.0});
     const auto brightness = [&](const char* parameter, float value) {
         ground.terrain->setParameter(parameter, value);
         ground.scene.draw();
@@ -180,12 +179,17 @@ TEST(TerrainPicture, WeatherShows) {
         for (int i = 0; i < shot.width; ++i) sum += luminanceAt(shot, i, i * shot.height / shot.width);
         return sum / shot.width;
     };
-    const double dry = brightness("wetness", 0.0f);
-    EXPECT_GT(dry, 0.05);
-    EXPECT_LT(brightness("wetness", 1.0f), dry * 0.97);
-    const double dusted = brightness("snow", 0.5f), covered = brightness("snow", 1.0f);
-    EXPECT_GT(dusted, dry * 1.05);
-    EXPECT_GT(covered, dusted * 1.05);
+    for (const double height : {160.0, 2000.0}) {
+        ground.scene.look(GroundScene::above(130.0, 130.0, height), {0.0, -80.0, 0.0});
+        const double dry = brightness("wetness", 0.0f);
+        EXPECT_GT(dry, 0.05) << height;
+        EXPECT_LT(brightness("wetness", 1.0f), dry * 0.97) << height;
+        const double dusted = brightness("snow", 0.25f), half = brightness("snow", 0.5f);
+        const double white = brightness("snow", 1.0f);
+        EXPECT_GT(dusted, dry * 1.05) << height;
+        EXPECT_LT(dusted, 0.9 * white) << height;
+        EXPECT_GT(half, dry + 0.7 * (white - dry)) << height << ": half of the snow covers most of the ground";
+    }
 }
 
 TEST(TerrainPicture, TheRunwayCoversItsGroundFromNearAndFar) {

@@ -12,7 +12,7 @@
 osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& place);
 /// Its values stay as they are: shaders turn them to reflectances.
 osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery);
-/// The same in at most 1024 x 1024 pixels, for keeping in memory.
+/// The same in at most 512 x 512 pixels, for keeping in memory.
 osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery);
 
 /// A square of ground as it looks from near, which repeats without a seam. Red: lightness of what grows. Green: of bare
