@@ -55,12 +55,12 @@ Part missileFlame() {
 /// Puffs 3 m apart at 300 m/s, which grow into one another.
 Json missileTrail() {
     return particleSystem("exhaust", {0, -2.4, 0},
-                          {{"spawn_rate", 95},
-                           {"life", 1.9},
-                           {"life_spread", 0.5},
+                          {{"spawn_rate", 105},
+                           {"life", 1.4},
+                           {"life_spread", 0.4},
                            {"velocity", {0, -10, 0}},
                            {"velocity_spread", {0.3, 0.5, 0.3}},
-                           {"size", 3.4},
+                           {"size", 3.2},
                            {"size_spread", 0.5},
                            {"growth", 1.8},
                            {"drag", 1.0},
@@ -68,25 +68,25 @@ Json missileTrail() {
                            {"buoyancy", 0.1},
                            {"color", {0.82, 0.82, 0.82, 0.65}},
                            {"end_color", {0.86, 0.86, 0.87, 0}},
-                           {"max_particles", 240}},
+                           {"max_particles", 210}},
                           SMOKE_PICTURE);
 }
 
 /// Closes up to the flame: smoke that lives long comes up too slowly for a fast missile.
 Json missilePlume() {
     return particleSystem("plume", {0, -2.4, 0},
-                          {{"spawn_rate", 250},
+                          {{"spawn_rate", 300},
                            {"life", 0.13},
                            {"life_spread", 0.03},
                            {"velocity", {0, -10, 0}},
                            {"velocity_spread", {0.5, 0.5, 0.5}},
-                           {"size", 0.6},
+                           {"size", 0.8},
                            {"size_spread", 0.15},
                            {"growth", 14},
                            {"wind", 1.0},
                            {"color", {0.95, 0.9, 0.84, 0.75}},
                            {"end_color", {0.85, 0.85, 0.85, 0.15}},
-                           {"max_particles", 45}},
+                           {"max_particles", 55}},
                           SMOKE_PICTURE);
 }
 

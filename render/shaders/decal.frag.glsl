@@ -18,7 +18,7 @@ void main() {
     // Worn in wide patches where water stands. Cleared of snow, which is left along the edges.
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
     vec2 inward = (0.5 - abs(v_ground.xy - 0.5)) * u_size;
-    float edge = smoothstep(8.0, 2.0, min(inward.x, inward.y) + 16.0 * (worn - 0.5));
+    float edge = 1.0 - smoothstep(2.0, 8.0, min(inward.x, inward.y) + 16.0 * (worn - 0.5));
     float snow = 0.12 * u_ground.y + 0.8 * snowThere(u_ground.y * (0.2 + 0.7 * edge), worn, 0.25, 1.0);
     vec3 radiance = weatheredRadiance(base, snow, v_normal, v_position, worn, 1.0, lit);
 #else

@@ -49,7 +49,8 @@ void main() {
     patches = detail.r;
     fine = (patches - 0.5) * min(strength, 1.0);
     // Wet sand where the waves run up.
-    base *= lightness * (1.0 - 0.4 * smoothstep(1.1, 0.3, v_ground.z + 0.5 * patches) * (1.0 - green));
+    float dry = smoothstep(0.3, 1.1, v_ground.z + 0.5 * patches);
+    base *= lightness * (1.0 - 0.4 * (1.0 - dry) * (1.0 - green));
     float lit = lightThere(v_position);
 #else
     float lit = 1.0;
@@ -57,7 +58,7 @@ void main() {
 #ifdef GROUND_WEATHER
     base = mix(base, base * vec3(2.3, 1.0, 0.4), u_ground.z * green);
     // Crowns show dark through it, and none lies where the waves run up.
-    float woods = green * smoothstep(0.063, 0.038, dot(base, vec3(0.25, 0.5, 0.25)));
+    float woods = green * (1.0 - smoothstep(0.038, 0.063, dot(base, vec3(0.25, 0.5, 0.25))));
     float drifts = texture(u_detail, DRIFTS * v_place).r + texture(u_detail, FIELDS * v_place).r - 0.5;
     drifts = clamp(drifts + 0.7 * fine, 0.0, 1.0);
     float snow = snowThere(u_ground.y, drifts, 0.12 + 0.2 * smoothstep(500.0, 5000.0, length(v_position)),

@@ -7,11 +7,20 @@
 class HitCallback final : public BodyContactCallbackBase {
 public:
     void contact(Body* body, int shape) override {
-        for (int i = 0; i < handlers.size(); ++i) {
+        m_body = body;
+        for (int i = 0; i < handlers.size() && m_body; ++i) {
             const Function<void(Body*, int)> handler = handlers[i];  // it may register others
             handler(body, shape);
         }
+        m_body = nullptr;
+    }
+    /// The body goes: handlers that have not heard of its touch yet do not.
+    void forget(const Body* body) {
+        if (m_body == body) m_body = nullptr;
     }
 
     jVector<Function<void(Body*, int)>> handlers;  ///< called in order
+
+private:
+    const Body* m_body = nullptr;  ///< whose touch is being told
 };

@@ -53,6 +53,7 @@ void Logic_Test_Fly::end_flight(ObjectPrefab* missile) {
 
 void Logic_Test_Fly::remove_missile(const Missile& missile) {
     m_action_manager.removeAction(missile.flight);
+    m_missile_callback.forget(missile.prefab->getBody());
     m_world->removeNode(missile.prefab);
 }
 

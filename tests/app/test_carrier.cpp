@@ -125,7 +125,7 @@ void CarrierScene::expectThatTheDeckCarries(bool has_feedback) {
         ASSERT_LT(length(aboard(aircraft).t - parked), 0.05) << i;
         ASSERT_EQ(logic().getFresnelLight().getState(), FresnelLight::ON_PATH) << i;
         for (const float height : logic().getLastFeedback().fTerrainHeightLG) {
-            ASSERT_NEAR(height, has_feedback ? under : 0.0, 0.02) << i;
+            ASSERT_NEAR(height, has_feedback ? under : 0.0, 0.002) << i;
         }
         rolled = std::max(rolled, std::abs(ship().getWgsHPR().z));
     }

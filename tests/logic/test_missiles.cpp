@@ -210,6 +210,19 @@ TEST_F(MissileTest, HandlersMayResetTheSceneWhenAMissileComesOrGoes) {
     for (int i = 0; i < 201; ++i) frame(0.1);
 }
 
+TEST_F(MissileTest, AHandlerOfAHitMayTakeTheMissileAway) {
+    begin();
+    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    logic().m_signal_8_effect_started.append([&](SynCoder::CMDPlaySpeOnceInfo*) {
+        logic().reset();
+        while (logic().getNumMissiles() > 0) logic().update_missle();
+    });
+    for (int i = 0; i < 2; ++i) fireOne();
+    for (int i = 0; i < 60; ++i) frame();
+    EXPECT_EQ(bursts.size(), 1u);
+    EXPECT_EQ(logic().getNumMissiles(), 0);
+}
+
 TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
     begin();
     addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));

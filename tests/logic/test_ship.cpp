@@ -250,21 +250,6 @@ TEST_F(ShipTest, BadModelsAndMissingPartsHarmNothing) {
     EXPECT_EQ(dry.getControl().x, 0.0f) << "a ship that is switched off does nothing";
 }
 
-TEST_F(ShipTest, ResetBringsEverySettingBack) {
-    Ship& ship = makeHull(0.0);
-    ship.setForwardThrust(7.0f);
-    ship.setDriveAngle(50.0f);
-    ship.setControlMode(Ship::STEADY);
-    ship.getBuoyancy()->setDensity(1.0f);
-    ship.getBuoyancy()->setDamping(9.0f);
-    ship.reset();
-    EXPECT_EQ(ship.getForwardThrust(), 1000.0f);
-    EXPECT_EQ(ship.getDriveAngle(), 0.0f);
-    EXPECT_EQ(ship.getControlMode(), Ship::NO_INPUT);
-    EXPECT_EQ(ship.getBuoyancy()->getDensity(), 100.0f);
-    EXPECT_EQ(ship.getBuoyancy()->getDamping(), 0.3f);
-}
-
 struct WakeTest : ShipTest {
     WakeTest() {
         write("data/ship.prefab", std::string(R"({ "node": )") + WAKES + "}");
@@ -357,7 +342,7 @@ TEST_F(WakeTest, WithoutADecalOfFoamNothingMoves) {
 }
 
 struct CarrierTest : LogicTest {
-    void begin(const jString& carrier, const std::function<void()>& furnish = {}) {
+    void begin(const jString& carrier) {
         writeJet();
         addStart();
         write("data/carrier.prefab", R"({ "node": { "body": { "mass": 240000, "mask": 0, "center_of_mass": [0, 0, -6],
@@ -369,7 +354,6 @@ struct CarrierTest : LogicTest {
         at->setWgsPosition({LON, LAT, 0.0});
         at->setWgsHPR({40.0, 0.0, 0.0});
         addNode("plain");
-        if (furnish) furnish();
         start(carrier);
     }
     Object* ship = nullptr;
@@ -397,45 +381,6 @@ TEST_F(CarrierTest, RestsAtItsStartUntilItIsDriven) {
     EXPECT_NEAR(drive(), 0.0, 0.01) << "the flag is off";
     logic().setShipsAutoMove(true);
     EXPECT_GT(drive(), 1.0);
-}
-
-// A deck 8 m up, with the jet on it, in a sea that rolls the ship.
-TEST_F(CarrierTest, WhatStandsOnDeckGoesWithItInTheSameFrame) {
-    auto* const sea = add(std::make_unique<ObjectOcean>());
-    sea->setName("ocean");
-    sea->setBeaufort(7);
-    writeConfig(R"(, "ignore_order": true)");
-    begin("carrier", [this] {
-        Node* const at = world().getNodeByName("start_ship1");
-        ship->setWorldTransform(at->getWorldTransform());
-        Node* const deck = ship->addChild(world().getRoot()->takeChild(addPlate("LiaoNingJian_zhuTi001", {}, 120.0)));
-        deck->setTransform(dmat4::translation({0.0, 0.0, 8.0}));
-        Node* const start = ship->addChild(world().getRoot()->takeChild(world().getNodeByName("start_deck")));
-        start->setTransform(dmat4::translation({3.0, 10.0, 9.7}));
-    });
-    for (int i = 0; i < 120; ++i) frame();
-    ship->getBody()->setEnabled(true);
-    logic().setShipsAutoMove(true);
-    logic().getShip()->setControlMode(Ship::STEADY);
-    const dvec3 parked = inverse(ship->getWorldTransform()) * logic().getAircraftNode()->getWorldPosition();
-    EXPECT_NEAR(parked.z, 9.5, 0.05);
-    double rolled = 0.0;
-    for (int i = 0; i < 1800; ++i) {
-        const dmat4 frame_of_ship = ship->getWorldTransform();
-        const dvec3 jet = logic().getAircraftNode()->getWorldPosition();
-        engine().beginFrame(DT);
-        logic().update(static_cast<float>(DT));
-        const dvec3 under = EllipsoidModel().toWGS(frame_of_ship * dvec3(parked.x, parked.y, 8.0));
-        EXPECT_NEAR(logic().getLastFeedback().fTerrainHeightLG[1], under.z, 0.02) << i;
-        logic().ships_auto_move();
-        engine().step();
-        logic().swap();
-        engine().endFrame();
-        ASSERT_LT(length(inverse(frame_of_ship) * jet - parked), 0.05) << i;
-        rolled = std::max(rolled, std::abs(ship->getWgsHPR().z));
-    }
-    EXPECT_GT(rolled, 0.3);
-    EXPECT_GT(length(ship->getWorldPosition() - logic().getShipStartTransform().t), 50.0);
 }
 
 TEST_F(CarrierTest, WithoutACarrierThereIsNone) {

@@ -1,5 +1,6 @@
 // The demonstration's landing lens as it is seen over the sea from the approach.
 #include "PictureScene.h"
+#include "effects/LampLights.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectPrefab.h"
@@ -67,6 +68,19 @@ TEST(LensPicture, EachLampShowsItsColourUpToSixKilometresByDayAndNight) {
                 EXPECT_LE(share, l.most);
             }
         }
+    }
+}
+
+TEST(LampLights, PointsWithoutARangeTakeNoLampsPlace) {
+    const osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
+    LampLights lights(*state);
+    LampLights::Chosen chosen[LampLights::MAX_LAMPS];
+    Lamp lamp;
+    lamp.intensity = 100000.0f;
+    for (const float range : {0.0f, 5.0f, 0.0f}) {
+        lamp.range = range;
+        lights.set(1, lamp);
+        EXPECT_EQ(lights.choose({}, chosen), range > 0.0f ? 1 : 0);
     }
 }
 

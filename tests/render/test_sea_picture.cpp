@@ -80,7 +80,8 @@ protected:
     /// Wanted are the ocean's waves as far as they are left at the eye's height.
     Heights compare(double farthest) {
         Heights heights;
-        const double rise = jMath::getFadeOut(m_scene.engine.getCameraControl()->getNode()->getWgsPosition().z, 1000.0, 1000.0);
+        const double rise =
+            jMath::getFadeOut(m_scene.engine.getCameraControl()->getNode()->getWgsPosition().z, 1000.0, 1000.0);
         for (int row = 1; row < m_shot.height; row += 7) {
             for (int column = 1; column < m_shot.width; column += 7) {
                 if (!(static_cast<double>(distanceAt(column, row)) < farthest)) continue;
