@@ -10,7 +10,6 @@
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
-#include "src/aircraft/Helicopter.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "src/logic/Target.h"
 #include "src/logic/WeaponFiles.h"
@@ -90,16 +89,10 @@ double Instructor::getSea() const {
     return ocean ? ocean->getBeaufort() : 0;
 }
 
-/// The model of the plane or the helicopter; null without either.
-Object* Instructor::findAircraft() const {
-    if (const Helicopter* const helicopter = m_logic.getHelicopter()) return helicopter->getModel();
-    return m_logic.getAircraftNode();
-}
-
 void Instructor::setNavigationLights(bool on) {
     m_navigation_lights = on;
     m_logic.setNaviLight(on ? 1 : 0);
-    if (Object* const model = findAircraft()) switchLamps(*model, on);
+    if (Object* const model = m_logic.getModel()) switchLamps(*model, on);
 }
 
 void Instructor::sendKey(int key, int modifier) {
@@ -188,7 +181,7 @@ double Instructor::findGround(const dvec3& geo, double from) const {
 
 /// False, with one log line, without an aircraft to measure from.
 bool Instructor::findPlace(const TargetPlace& place, const std::string& what, dvec3& geo) const {
-    const Object* const aircraft = findAircraft();
+    const Object* const aircraft = m_logic.getModel();
     if (!aircraft) {
         jLog::warning("%s: there is no aircraft to measure from", what.c_str());
         return false;

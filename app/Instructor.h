@@ -10,7 +10,6 @@
 class Engine;
 class Logic_Test_Fly;
 class Node;
-class Object;
 
 /// A place seen from the aircraft, over level ground.
 struct TargetPlace {
@@ -93,7 +92,6 @@ private:
         double left;  ///< seconds of its run; below 0 its wake dies away
     };
 
-    Object* findAircraft() const;
     bool findPlace(const TargetPlace& place, const std::string& what, dvec3& geo) const;
     double findGround(const dvec3& geo, double from) const;
     void sendKey(int key, int modifier);

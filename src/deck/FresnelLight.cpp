@@ -79,11 +79,16 @@ void FresnelLight::setState(int state) {
     if (!m_ready || state == m_state) return;
     resetLamps();
     m_state = state;
+    if (state == OFF || state == FAR_ABOVE || state == FAR_BELOW) darken();
     lightSteady(state);
 }
 
 void FresnelLight::resetLamps() {
     m_blink_time = 0.0f;
+    if (m_green) darken();
+}
+
+void FresnelLight::darken() {
     for (Node* lamp : m_lamps) setEnabled(lamp, false);
     setEnabled(m_green, false);
 }

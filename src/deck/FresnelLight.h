@@ -34,7 +34,7 @@ public:
     void selectByAngle(float angle);
     /// The same for a state; values that are none darken the lens.
     void setState(int state);
-    /// All dark; the blinking begins anew.
+    /// All dark, where there is a green light; the blinking begins anew.
     void resetLamps();
     /// dt seconds more of the blinking of states 1 and 7.
     void blink(float dt);
@@ -46,6 +46,7 @@ public:
 private:
     static constexpr int LAMPS = 5;
 
+    void darken();
     void lightSteady(int state);
 
     Node* m_lens = nullptr;

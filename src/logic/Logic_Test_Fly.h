@@ -176,6 +176,7 @@ public:
     const HelicopterPlaces& getHelicopterPlaces() const { return m_heli_places; }
     int getControlCount() const;                                 ///< control nodes that the aircraft's model has
     Object* getAircraftNode() const { return m_aircraft_node; }  ///< the plane's model; null without one
+    Object* getModel() const;  ///< the plane's or the helicopter's; null without either
     const dmat4& getStartTransform() const { return m_start_transform; }  ///< where the aircraft was placed
     const jVector<Object*>& getObjects() const { return m_objects; }      ///< models that the logic placed
 
@@ -350,7 +351,6 @@ private:
     bool is_jet() const;
     bool is_aerobatic() const;
     bool is_helicopter() const;
-    Node* get_third_target() const;
     void update_deflectors();
     void store_control(int position, double value);
     float scale_control(int position, double value) const;

@@ -141,8 +141,7 @@ int Logic_Test_Fly::getControlCount() const {
     return m_aerobatic ? m_aerobatic->getNumNodes() : 0;
 }
 
-/// What the third-person camera orbits; null without an aircraft.
-Node* Logic_Test_Fly::get_third_target() const {
+Object* Logic_Test_Fly::getModel() const {
     return is_helicopter() ? m_helicopter->getModel() : m_aircraft_node;
 }
 

@@ -41,7 +41,7 @@ void Logic_Test_Fly::set_player_mode(PLAYER_MODE mode) {
             set_view_text("第一视角");
             break;
         case THIRD_VIEW:
-            if (Node* const target = get_third_target()) m_third_target = target;
+            if (Node* const target = getModel()) m_third_target = target;
             place_camera(m_third_position, m_third_rotation);
             set_view_text("第三视角");
             break;

@@ -5,7 +5,6 @@
 #include "engine/camera/CameraControl.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "src/aircraft/Helicopter.h"
 #include "src/ship/Ship.h"
 #include "support/TestScene.h"
 
@@ -112,7 +111,7 @@ void CarrierScene::expectThatTheDeckCarries(bool has_feedback) {
     logic().set_player_mode(FREE_VIEW);
     begin(Ship::STEADY);
     sail(130);
-    Node& aircraft = logic().getHelicopter() ? *logic().getHelicopter()->getModel() : *logic().getAircraftNode();
+    Node& aircraft = *logic().getModel();
     Node* const eye = engine().getCameraControl()->getNode();
     const dvec3 parked = aboard(aircraft).t, start = aboard(*node("start_deck")).t;
     const dvec3 lens = aboard(*node("Fresnel_light")).t, trigger = aboard(*node("trigger_carrier_island")).t;

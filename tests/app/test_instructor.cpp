@@ -4,7 +4,6 @@
 #include "engine/net/SocketUDP.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "src/aircraft/Helicopter.h"
 
 namespace {
 
@@ -144,7 +143,7 @@ TEST_F(InstructorTest, ATorpedoRunsAtTheSurfaceAndLeavesAWake) {
 }
 
 TEST_F(HelicopterInstructor, MeasuresFromTheHelicopterAndFiresNothing) {
-    const Object* const model = logic().getHelicopter()->getModel();
+    const Object* const model = logic().getModel();
     Node* const lamp = const_cast<Object*>(model)->getChildByName("navigation_left", true);
     instructor().setNavigationLights(false);
     EXPECT_FALSE(lamp->isEnabled());
