@@ -26,7 +26,10 @@ const struct {
      STANDARD + R"(|engine/\w+/\w+\.h|render/\w+\.h|(effects|frame|gui|mirror|sea|shadow|sky|terrain)/\w+\.h)" +
          R"(|osg\w*/.*|EGL/\w+\.h|imgui\.h|fontconfig/fontconfig\.h|shader_texts\.inc)"},
     {{"host"}, STANDARD + R"(|\w+\.h)"},
-    {{"app"}, STANDARD + R"(|engine/\w+/\w+\.h|(src|common|render|app)(/\w+)+\.h|\w+\.h|CLI/\w+\.hpp)"},
+    // Of the plug-in only what it exports.
+    {{"app"},
+     STANDARD + R"(|engine/\w+/\w+\.h|src/(logic|ship|deck)/\w+\.h|(common|render|app)(/\w+)+\.h|\w+\.h)" +
+         R"(|CLI/\w+\.hpp)"},
 };
 const struct {
     const char* folder;
