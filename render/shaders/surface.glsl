@@ -1,4 +1,5 @@
-// How a surface of a material answers the light of sun, sky and lamps. MATTE: it mirrors nothing while it is dry.
+// How a surface of a material answers the light of sun, sky and lamps. MATTE: neither metal nor a
+// mirror while it is dry.
 #pragma import_defines(LAMPS, WEATHER)
 uniform vec2 u_weather;  // wetness and snow on upward surfaces, 0 to 1
 const int MAX_LAMPS = 4;
@@ -48,29 +49,31 @@ vec3 lampLight(vec3 normal, vec3 position) {
 // (GGX) with Karis' approximation of visibility and the Fresnel term (2013).
 vec3 surfaceRadiance(Surface surface, vec3 normal, vec3 position, float lit) {
     vec3 to_eye = -normalize(position);
-    float to_light = dot(normal, u_light_direction), across = dot(normal, to_eye);
-    float facing = max(across, 0.02);
+    float to_light = dot(normal, u_light_direction), across = dot(normal, to_eye), upward = dot(normal, u_up);
     vec3 direct = u_light_color * (max(to_light, 0.0) * lit);
-    vec3 f0 = mix(vec3(0.04), surface.base, surface.metallic);
-    vec3 diffuse = surface.base * (1.0 - surface.metallic) * INV_PI;
-    vec3 radiance = diffuse * (direct + ambientLight(normal) + lampLight(normal, position));
+    vec3 ambient = mix(u_ambient_below, u_ambient_above, 0.5 + 0.5 * upward);
+    vec3 arriving = (direct + ambient + lampLight(normal, position)) * INV_PI;
 
     float a2 = max(surface.roughness * surface.roughness, 0.002);
     a2 *= a2;
     // Squares of the half way vector's length and of its cosines to normal and eye, without the vector.
     float half2 = max(2.0 + 2.0 * dot(u_light_direction, to_eye), 0.01);
-    float nh = max(to_light + across, 0.0), hv2 = 0.25 * half2;
-    float d = nh * nh / half2 * (a2 - 1.0) + 1.0;
-    radiance += direct * f0 * (a2 / (12.566 * d * d * hv2 * (surface.roughness + 0.5)));
+    float nh = max(to_light + across, 0.0), d = nh * nh * (a2 - 1.0) + half2;
+    float highlight = a2 * half2 / (d * d * (3.1416 * surface.roughness + 1.5708));
 
     float smooth_part = 1.0 - surface.roughness;
-    float grazing = 1.0 - facing;
-    vec3 fresnel = f0 + (max(vec3(smooth_part), f0) - f0) * (grazing * grazing * grazing * grazing * grazing);
-    float mirrored_up = 2.0 * across * dot(normal, u_up) - dot(to_eye, u_up);
+    float grazing = 1.0 - max(across, 0.02), grazing2 = grazing * grazing;
+    grazing *= grazing2 * grazing2;
+    float mirrored_up = 2.0 * across * upward - dot(to_eye, u_up);
     vec3 sky = mix(u_ambient_below, u_ambient_above, 0.5 + 0.5 * mirrored_up) * INV_PI;
-#if !defined(MATTE) || defined(WEATHER)
+#if defined(MATTE) && !defined(WEATHER)
+    float fresnel = 0.04 + max(smooth_part - 0.04, 0.0) * grazing;
+    return surface.base * arriving + direct * (0.04 * highlight) + sky * fresnel;
+#else
+    vec3 f0 = mix(vec3(0.04), surface.base, surface.metallic);
     vec3 around = u_eye_to_local * reflect(-to_eye, normal);
     sky = mix(sky, skyRadiance(around), smooth_part * step(0.0, around.z));
+    vec3 fresnel = f0 + (max(vec3(smooth_part), f0) - f0) * grazing;
+    return surface.base * (1.0 - surface.metallic) * arriving + direct * f0 * highlight + fresnel * sky;
 #endif
-    return radiance + fresnel * sky;
 }

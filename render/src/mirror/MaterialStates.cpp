@@ -33,7 +33,7 @@ void setBlending(osg::StateSet& state) {
 }
 
 bool isMatte(const Material& material) {
-    constexpr float LEAST_ROUGHNESS = 0.6f, MOST_METALLIC = 0.5f;
+    constexpr float LEAST_ROUGHNESS = 0.6f, MOST_METALLIC = 0.1f;
     return !material.metal_rough_texture && material.roughness >= LEAST_ROUGHNESS && material.metallic <= MOST_METALLIC;
 }
 

@@ -68,7 +68,10 @@ osg::ref_ptr<osg::Texture2D> makeTexture(const std::string& bytes, const std::st
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::REPEAT);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::REPEAT);
     texture->setMaxAnisotropy(g_anisotropy);
-    if (g_anisotropy <= 1.0f) texture->setLODBias(SHARPENING);
+    if (g_anisotropy <= 1.0f) {
+        texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_NEAREST);
+        texture->setLODBias(SHARPENING);
+    }
     texture->setResizeNonPowerOfTwoHint(false);
     keepOnDeviceOnly(*texture);
     return texture;
