@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Options.h"
+#include "engine/scene/NodeWalk.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/SceneNodes.h"
@@ -21,11 +22,6 @@ constexpr double STILL = 1.5, FAST = 12.0;  ///< m/s ahead at which the first fo
 bool isInside(const BoundBox& box, const dvec3& p) {
     return p.x > box.min.x && p.x < box.max.x && p.y > box.min.y && p.y < box.max.y && p.z > box.min.z &&
            p.z < box.max.z;
-}
-
-void listParticles(Node& node, std::vector<ObjectParticles*>& found) {
-    if (node.getType() == Node::PARTICLES) found.push_back(static_cast<ObjectParticles*>(&node));
-    for (int i = 0; i < node.getNumChildren(); ++i) listParticles(*node.getChild(i), found);
 }
 
 }  // namespace
@@ -56,7 +52,9 @@ void Carrier::castOff(World& world, int mode) {
         if (node->getType() != Node::TRIGGER || !isInside(box, to_ship * node->getWorldPosition())) continue;
         m_aboard.push_back({static_cast<NodeTrigger*>(node), to_ship * node->getWorldTransform()});
     }
-    if (Node* const wakes = ship.getObject()->getChildByName("wakes", true)) listParticles(*wakes, m_foam);
+    if (Node* const wakes = ship.getObject()->getChildByName("wakes", true)) {
+        forEachParticles(*wakes, [this](ObjectParticles& foam) { m_foam.push_back(&foam); });
+    }
     ship.setControlMode(mode);
     m_moored = MOORED;
     m_driven = true;

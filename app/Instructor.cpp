@@ -6,6 +6,7 @@
 
 #include "engine/core/Engine.h"
 #include "engine/net/SocketUDP.h"
+#include "engine/scene/NodeWalk.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/World.h"
@@ -31,11 +32,6 @@ constexpr struct {
                {"water_explosion", weapons::WATER_EXPLOSION, 12.0f},
                {"water_drop", weapons::WATER_DROP, 12.0f},
                {"decoy", weapons::DECOY, 12.0f}};
-
-void switchLamps(Node& node, bool on) {
-    if (node.getName().rfind("navigation", 0) == 0) node.setEnabled(on);
-    for (int i = 0; i < node.getNumChildren(); ++i) switchLamps(*node.getChild(i), on);
-}
 
 void setPose(TargetInfo& info, const dvec3& geo, const TargetPlace& place) {
     info.pose[0] = geo.x;
@@ -92,7 +88,11 @@ double Instructor::getSea() const {
 void Instructor::setNavigationLights(bool on) {
     m_navigation_lights = on;
     m_logic.setNaviLight(on ? 1 : 0);
-    if (Object* const model = m_logic.getModel()) switchLamps(*model, on);
+    Object* const model = m_logic.getModel();
+    if (!model) return;
+    forEachNode(*model, [on](Node& node) {
+        if (node.getName().rfind("navigation", 0) == 0) node.setEnabled(on);
+    });
 }
 
 void Instructor::sendKey(int key, int modifier) {

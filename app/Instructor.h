@@ -58,9 +58,9 @@ public:
     void setPush(bool on);  ///< ahead at 30 m/s
     bool isPushed() const;
     void backToStart();
-    bool fire();
-    bool explode();
-    void reset();  ///< the whole scene
+    bool fire();     ///< a missile of the plane's; the helicopter has none
+    bool explode();  ///< blows the plane up, until a reset
+    void reset();    ///< the whole scene
 
     // View and flight mode, in the logic's numbers.
     void setView(int view);

@@ -3,6 +3,7 @@
 
 #include <engine/globe/EllipsoidModel.h>
 #include <engine/memory/Allocator.h>
+#include <engine/scene/NodeWalk.h>
 #include <engine/scene/ObjectParticles.h>
 #include <engine/scene/ObjectPrefab.h>
 #include <engine/scene/World.h>
@@ -16,19 +17,8 @@ namespace {
 constexpr float LAG = 0.1f;    ///< seconds from the action's start until the effect plays
 constexpr float FLASH = 0.7f;  ///< seconds that its lights take to die away
 
-/// Calls f for a node and everything below it.
-template <class F>
-void forEachNode(Node& node, const F& f) {
-    f(node);
-    for (int i = 0; i < node.getNumChildren(); ++i) forEachNode(*node.getChild(i), f);
-}
-
 void setPlaying(Node& effect, bool plays) {
-    forEachNode(effect, [plays](Node& node) {
-        if (node.getType() != Node::PARTICLES) return;
-        auto& particles = static_cast<ObjectParticles&>(node);
-        plays ? particles.play() : particles.stop();
-    });
+    forEachParticles(effect, [plays](ObjectParticles& particles) { plays ? particles.play() : particles.stop(); });
 }
 
 /// The effect of a file; null, with one error logged, when it holds none.

@@ -2,6 +2,7 @@
 #include "src/ship/Wakes.h"
 
 #include <engine/core/Engine.h>
+#include <engine/scene/NodeWalk.h>
 #include <engine/scene/ObjectOcean.h>
 #include <engine/scene/ObjectParticles.h>
 #include <engine/scene/SceneNodes.h>
@@ -25,27 +26,19 @@ dmat4 placeIn(const Node* top, const Node* node) {
     return place;
 }
 
-void listParticles(Node& node, jVector<ObjectParticles*>& found) {
-    if (node.getType() == Node::PARTICLES) found.append(static_cast<ObjectParticles*>(&node));
-    for (int i = 0; i < node.getNumChildren(); ++i) listParticles(*node.getChild(i), found);
-}
-
 }  // namespace
 
 Wakes::Wakes(Node* node, Ship* ship, ObjectOcean* ocean)
     : m_ship(ship), m_wake_offset(placeIn(ship->getObject(), node)), m_ocean(ocean), m_node(node) {
     reset();
-    jVector<ObjectParticles*> all;
-    listParticles(*node, all);
-    for (const ObjectParticles* particles : all) {
-        m_authored[particles->getId()] = {particles->getLife(), particles->getLifeSpread(),
-                                          particles->getLinearVelocity(), particles->getLinearVelocitySpread(),
-                                          particles->getSpawnRate()};
-    }
+    forEachParticles(*node, [this](const ObjectParticles& particles) {
+        m_authored[particles.getId()] = {particles.getLife(), particles.getLifeSpread(), particles.getLinearVelocity(),
+                                         particles.getLinearVelocitySpread(), particles.getSpawnRate()};
+    });
     Node* const foam = node->getChildByName("foam");
     if (!foam || foam->getType() != Node::DECAL_ORTHO) return;
     m_foam = static_cast<DecalOrtho*>(foam);
-    listParticles(*foam, m_foam_particles);
+    forEachParticles(*foam, [this](ObjectParticles& particles) { m_foam_particles.append(&particles); });
 }
 
 void Wakes::reset() {

@@ -14,6 +14,7 @@
 #include "frame/Convert.h"
 #include "frame/ShaderLibrary.h"
 #include "sea/SeaFoam.h"
+#include "sea/SeaGeometry.h"
 #include "sea/SeaGround.h"
 #include "sea/SeaUniforms.h"
 #include "sea/SeaWake.h"
@@ -85,17 +86,9 @@ void SeaLayer::setUpState() {
 SeaLayer::Part SeaLayer::makePart(int band, bool shore, ShaderLibrary& shaders) {
     Part part;
     part.indices = new osg::DrawElementsUInt(GL_TRIANGLES);
-    part.indices->setDataVariance(osg::Object::DYNAMIC);
-    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setUseDisplayList(false);
-    geometry->setUseVertexBufferObjects(true);
-    geometry->setCullingActive(false);
-    geometry->setDataVariance(osg::Object::DYNAMIC);
-    geometry->setVertexArray(m_places);
-    geometry->setTexCoordArray(0, m_rests);
+    const osg::ref_ptr<osg::Geometry> geometry = makeSeaGeometry(m_places, m_rests, part.indices);
     geometry->setTexCoordArray(1, m_waves);
     geometry->setTexCoordArray(2, m_grounds);
-    geometry->addPrimitiveSet(part.indices);
     osg::StateSet* const state = geometry->getOrCreateStateSet();
     std::vector<std::string> defines;
     if (band < SeaMesh::FINE_BANDS) defines.push_back("FINE");

@@ -12,6 +12,7 @@
 #include "engine/text/Containers.h"
 #include "frame/ShaderLibrary.h"
 #include "frame/Uniforms.h"
+#include "sea/SeaGeometry.h"
 #include "sea/SeaMesh.h"
 
 namespace {
@@ -63,15 +64,7 @@ SeaWake::Sheet& SeaWake::getSheet(std::size_t i) {
     sheet.image->setInternalTextureFormat(GL_R8);
     sheet.image->setDataVariance(osg::Object::DYNAMIC);
     sheet.indices = new osg::DrawElementsUInt(GL_TRIANGLES);
-    sheet.indices->setDataVariance(osg::Object::DYNAMIC);
-    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
-    geometry->setUseDisplayList(false);
-    geometry->setUseVertexBufferObjects(true);
-    geometry->setCullingActive(false);
-    geometry->setDataVariance(osg::Object::DYNAMIC);
-    geometry->setVertexArray(m_places);
-    geometry->setTexCoordArray(0, m_rests);
-    geometry->addPrimitiveSet(sheet.indices);
+    const osg::ref_ptr<osg::Geometry> geometry = makeSeaGeometry(m_places, m_rests, sheet.indices);
     osg::StateSet& state = *geometry->getOrCreateStateSet();
     state.setTextureAttribute(UNIT_SHEET, makeTexture(sheet.image));
     sheet.across = addUniform(state, "u_across", osg::Vec4f());
