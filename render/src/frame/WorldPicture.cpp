@@ -356,8 +356,8 @@ Snapshot WorldPicture::capture(bool with_distance) {
 }
 
 bool WorldPicture::save(const std::string& file, std::string& error) {
-    const Snapshot shot = capture(false);
-    if (!shot.rgb.empty()) return writePng(shot, file, error);
+    Snapshot shot = capture(false);
+    if (!shot.rgb.empty()) return writePng(std::move(shot), file, error);
     error = "\"" + file + "\" was not written: ";
     error += takeContext() ? "the graphics driver has no memory for the picture" : "the window is gone";
     return false;
