@@ -194,6 +194,27 @@ TEST_F(SeaPicture, GlitterLiesUnderTheSun) {
     EXPECT_GT(brightness(285.0), 1.5 * brightness(105.0));
 }
 
+TEST(SeaUnderADeck, NoHoleOpensWhetherTheDeckIsThereOrNot) {
+    PictureScene scene;
+    scene.open();
+    scene.loadDemo();
+    Node* const ship = scene.world().getNodeByName("start_deck")->getParent();
+    const auto countHoles = [&] {
+        scene.draw();
+        const Snapshot shot = scene.capture(true);
+        return std::count_if(shot.distance.begin(), shot.distance.end(), [](float d) { return std::isinf(d); });
+    };
+    for (const double height : {21.3, 27.0, 60.0}) {
+        for (int heading = 7; heading < 360; heading += 60) {
+            scene.look(dvec3(112.39587, 16.82388, height), dvec3(heading, -25.0, 0.0));
+            ship->setEnabled(true);
+            EXPECT_EQ(countHoles(), 0) << height << " m, heading " << heading;
+            ship->setEnabled(false);
+            EXPECT_EQ(countHoles(), 0) << "without the ship, " << height << " m, heading " << heading;
+        }
+    }
+}
+
 TEST_F(SeaPicture, NothingIsDrawnWithoutAnOcean) {
     m_scene.world().removeNode(m_ocean);
     m_scene.look(dvec3(112.5, 16.7, 45.0), dvec3(0.0, -30.0, 0.0));

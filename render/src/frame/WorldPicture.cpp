@@ -268,7 +268,7 @@ void WorldPicture::draw() {
     m_view.snow = world.getEnvironment().snow;
     m_view.light = m_sky->update(m_view, world.getEnvironment());
     m_terrain->update(m_view);
-    m_sea->update(m_view);
+    m_sea->update(m_view, m_mirror->getMeshes().findCover(m_view.camera.t));
     m_effects->update(m_view, world);
     m_status->resize(m_view.width, m_view.height);
     m_shadow->update(m_view);

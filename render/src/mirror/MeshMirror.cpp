@@ -21,22 +21,29 @@ MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders) : m_group(new o
     root.addChild(m_group);
 }
 
-const MeshMirror::Surfaces& MeshMirror::acquire(const MeshData& mesh) {
+const MeshMirror::SharedMesh& MeshMirror::acquire(const MeshData& mesh) {
     SharedMesh& shared = m_meshes[&mesh];
     if (shared.users++ == 0) {
-        for (const MeshSurface& surface : mesh.surfaces) shared.surfaces.push_back(makeLevels(surface));
+        for (const MeshSurface& surface : mesh.surfaces) {
+            shared.surfaces.push_back({makeLevels(surface), LevelTop::find(surface)});
+        }
     }
-    return shared.surfaces;
+    return shared;
 }
 
 MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     MeshNode& node = m_nodes[mesh.getId()];
     node.mesh = &mesh.getMesh();
+    node.shared = &acquire(*node.mesh);
     node.place = new Place;
-    for (const auto& levels : acquire(*node.mesh)) {
-        osg::ref_ptr<osg::Node> surface = new SurfaceDetail(levels);
+    for (const SharedSurface& shared : node.shared->surfaces) {
+        osg::ref_ptr<osg::Node> surface = new SurfaceDetail(shared.levels);
         node.place->addChild(surface);
         node.surfaces.push_back(surface);
+    }
+    const auto hasTop = [](const SharedSurface& surface) { return surface.top != nullptr; };
+    if (std::any_of(node.shared->surfaces.begin(), node.shared->surfaces.end(), hasTop)) {
+        m_topped[mesh.getId()].node = &node;
     }
     node.materials.resize(node.surfaces.size());
     m_group->addChild(node.place);
@@ -62,6 +69,27 @@ void MeshMirror::update(ObjectMeshStatic& mesh) {
     node.place->setMatrix(toOsg(mesh.getWorldTransform()));
     node.place->setNodeMask(mesh.isActive() ? ~0u : 0u);
     disturb(node);
+    const auto topped = m_topped.find(mesh.getId());
+    if (topped != m_topped.end()) topped->second.place = mesh.getWorldTransform();
+}
+
+Cover MeshMirror::findCover(const dvec3& eye) const {
+    Cover nearest;
+    if (m_group->getNodeMask() == 0) return nearest;
+    double least = std::numeric_limits<double>::infinity();
+    for (const auto& [id, topped] : m_topped) {
+        if (topped.node->place->getNodeMask() == 0) continue;
+        const dvec3 place = inverse(topped.place) * eye;
+        for (std::size_t i = 0; i < topped.node->surfaces.size(); ++i) {
+            const LevelTop* const top = topped.node->shared->surfaces[i].top.get();
+            if (!top || topped.node->materials[i]->alpha != Material::OPAQUE) continue;
+            const double distance = top->getDistance(place);
+            if (distance >= least) continue;
+            nearest = {top, topped.place};
+            least = distance;
+        }
+    }
+    return nearest;
 }
 
 void MeshMirror::dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material) {
@@ -78,6 +106,7 @@ void MeshMirror::remove(int id) {
     const auto found = m_nodes.find(id);
     if (found == m_nodes.end()) return;
     disturb(found->second);
+    m_topped.erase(id);
     for (const auto& material : found->second.materials) m_materials.release(material.get());
     m_group->removeChild(found->second.place);
     const auto shared = m_meshes.find(found->second.mesh);

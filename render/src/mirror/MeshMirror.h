@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "mirror/LevelTop.h"
 #include "mirror/MaterialStates.h"
 #include "mirror/SurfaceDetail.h"
 
@@ -30,6 +31,8 @@ public:
     osg::Group* getGroup() const { return m_group; }
     /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
+    /// What hides most from an eye in the world: the nearest level top below it. Valid until the next change.
+    Cover findCover(const dvec3& eye) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
     int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< whose geometry is kept
     int getNumMaterials() const { return m_materials.getNumMaterials(); }   ///< whose states are kept
@@ -37,26 +40,37 @@ public:
     void takeDisturbed(std::vector<osg::BoundingSphere>& bounds);
 
 private:
-    using Surfaces = std::vector<std::vector<DetailLevel>>;
+    struct SharedSurface {
+        std::vector<DetailLevel> levels;
+        std::unique_ptr<LevelTop> top;  ///< null for most
+    };
     struct SharedMesh {
-        Surfaces surfaces;
+        std::vector<SharedSurface> surfaces;
         int users = 0;
     };
     struct MeshNode {
         const MeshData* mesh;
+        const SharedMesh* shared;
         osg::ref_ptr<osg::MatrixTransform> place;
         std::vector<osg::ref_ptr<osg::Node>> surfaces;
         std::vector<std::shared_ptr<const Material>> materials;  ///< whose states the surfaces have
     };
 
+    /// A node with level tops.
+    struct ToppedNode {
+        const MeshNode* node = nullptr;
+        dmat4 place;  ///< to the world
+    };
+
     MeshNode& add(const ObjectMeshStatic& mesh);
     void dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material);
     void disturb(const MeshNode& node);
-    const Surfaces& acquire(const MeshData& mesh);
+    const SharedMesh& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
     MaterialStates m_materials;
     std::unordered_map<const MeshData*, SharedMesh> m_meshes;
-    std::unordered_map<int, MeshNode> m_nodes;  ///< by node id
+    std::unordered_map<int, MeshNode> m_nodes;     ///< by node id
+    std::unordered_map<int, ToppedNode> m_topped;  ///< by node id
     std::vector<osg::BoundingSphere> m_disturbed;
 };

@@ -13,6 +13,7 @@
 #include "engine/scene/ObjectTerrain.h"
 #include "frame/Convert.h"
 #include "frame/ShaderLibrary.h"
+#include "mirror/LevelTop.h"
 #include "sea/SeaFoam.h"
 #include "sea/SeaGeometry.h"
 #include "sea/SeaGround.h"
@@ -121,13 +122,13 @@ void SeaLayer::setVisible(bool visible) {
     m_visible = visible;
 }
 
-void SeaLayer::update(const FrameView& view) {
+void SeaLayer::update(const FrameView& view, const Cover& cover) {
     const bool drawn = m_visible && m_ocean && m_ocean->isActive() && isFinite(view.local);
     m_group->setNodeMask(drawn ? ~0u : 0u);
     if (!drawn) return;
     const WaveField& field = m_ocean->getField();
     m_slopes.update(field);
-    const SeaMeshView eye = lookAt(view);
+    const SeaMeshView eye = lookAt(view, cover);
     m_mesh.update(eye, field, m_slopes, m_ground.get());
     takeMesh();
     m_wake->update(view, m_ocean->getWorld(), m_mesh);
@@ -135,7 +136,7 @@ void SeaLayer::update(const FrameView& view) {
     m_local->setMatrix(toOsg(view.local));
 }
 
-SeaMeshView SeaLayer::lookAt(const FrameView& view) const {
+SeaMeshView SeaLayer::lookAt(const FrameView& view, const Cover& cover) const {
     SeaMeshView eye;
     const double lon = view.geodetic.x, lat = view.geodetic.y;
     m_ocean->getFieldPlace(lon, lat, eye.east, eye.north);
@@ -155,6 +156,8 @@ SeaMeshView SeaLayer::lookAt(const FrameView& view) const {
     eye.reach_sideways = m_slopes.getReachSideways();
     eye.reach_upward = m_slopes.getReachUpward();
     setSides(eye, toOsg(view.local) * view.view * view.projection);
+    eye.cover = cover.top;
+    if (cover.top) eye.to_cover = inverse(cover.place) * view.local;
     if (m_ground) {
         eye.ground_column = m_ground->getColumn(lon);
         eye.ground_row = m_ground->getRow(lat);

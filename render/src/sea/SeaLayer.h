@@ -19,6 +19,7 @@ class SeaGround;
 class SeaUniforms;
 class SeaWake;
 class ShaderLibrary;
+struct Cover;
 
 class SeaLayer {
 public:
@@ -28,7 +29,8 @@ public:
     void setOcean(const ObjectOcean* ocean);
     /// The ground whose depth the shore follows; null for none.
     void setTerrain(const ObjectTerrain* terrain);
-    void update(const FrameView& view);
+    /// `cover` hides water from the eye.
+    void update(const FrameView& view, const Cover& cover);
     void setVisible(bool visible);
 
 private:
@@ -41,7 +43,7 @@ private:
     Part makePart(int band, bool shore, ShaderLibrary& shaders);
     static void fillPart(Part& part, const std::vector<int>& patches);
     void setUpState();
-    SeaMeshView lookAt(const FrameView& view) const;
+    SeaMeshView lookAt(const FrameView& view, const Cover& cover) const;
     std::array<osg::Array*, 4> getArrays() const;
     void takeMesh();
 

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "engine/scene/WaveField.h"
+#include "mirror/LevelTop.h"
 #include "sea/SeaGround.h"
 #include "sea/SeaSlopes.h"
 
@@ -147,23 +148,40 @@ void SeaMesh::select(const Patch& patch) {
     }
 }
 
+SeaMesh::Box SeaMesh::boxOf(const Patch& patch) const {
+    const SeaMeshView& v = *m_view;
+    const double half_east = 0.5 * patch.size * v.east_scale, half_north = 0.5 * patch.size * v.north_scale;
+    const double east = patch.east * v.east_scale + half_east, north = patch.north * v.north_scale + half_north;
+    const double far_east = std::abs(east) + half_east, far_north = std::abs(north) + half_north;
+    const double drop = far_east * far_east / v.east_radius + far_north * far_north / v.north_radius;
+    const double top = -v.height + v.reach_upward, bottom = -v.height - v.reach_upward - drop;
+    return {{east, north, 0.5 * (top + bottom)},
+            {half_east + v.reach_sideways, half_north + v.reach_sideways, 0.5 * (top - bottom)}};
+}
+
 bool SeaMesh::isVisible(const Patch& patch) const {
     const SeaMeshView& v = *m_view;
     const double gap_east = gapTo(patch.east, patch.size) * v.east_scale;
     const double gap_north = gapTo(patch.north, patch.size) * v.north_scale;
     if (gap_east * gap_east + gap_north * gap_north > m_reach * m_reach) return false;
-    const double half_east = 0.5 * patch.size * v.east_scale, half_north = 0.5 * patch.size * v.north_scale;
-    const double east = patch.east * v.east_scale + half_east, north = patch.north * v.north_scale + half_north;
-    const double wide_east = half_east + v.reach_sideways, wide_north = half_north + v.reach_sideways;
-    const double far_east = std::abs(east) + half_east, far_north = std::abs(north) + half_north;
-    const double drop = far_east * far_east / v.east_radius + far_north * far_north / v.north_radius;
-    const double top = -v.height + v.reach_upward, bottom = -v.height - v.reach_upward - drop;
-    const double up = 0.5 * (top + bottom), tall = 0.5 * (top - bottom);
-    return std::all_of(v.sides.begin(), v.sides.end(), [&](const SeaMeshView::Plane& p) {
-        return p.east * east + p.north * north + p.up * up + p.offset + std::abs(p.east) * wide_east +
-                   std::abs(p.north) * wide_north + std::abs(p.up) * tall >=
+    const auto [middle, half] = boxOf(patch);
+    const bool is_in_view = std::all_of(v.sides.begin(), v.sides.end(), [&](const SeaMeshView::Plane& p) {
+        return p.east * middle.x + p.north * middle.y + p.up * middle.z + p.offset + std::abs(p.east) * half.x +
+                   std::abs(p.north) * half.y + std::abs(p.up) * half.z >=
                0.0;
     });
+    return is_in_view && !isCovered({middle, half});
+}
+
+bool SeaMesh::isCovered(const Box& box) const {
+    if (!m_view->cover) return false;
+    std::array<dvec3, 8> corners;
+    for (unsigned i = 0; i < corners.size(); ++i) {
+        const dvec3 to_corner((i & 1) ? box.half.x : -box.half.x, (i & 2) ? box.half.y : -box.half.y,
+                              (i & 4) ? box.half.z : -box.half.z);
+        corners[i] = m_view->to_cover * (box.middle + to_corner);
+    }
+    return m_view->cover->hides(m_view->to_cover.t, corners);
 }
 
 bool SeaMesh::isShore(const Patch& patch, bool& buried) const {

@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <vector>
 
+#include "engine/math/Transform.h"
+
+class LevelTop;
 class SeaGround;
 class SeaSlopes;
 class WaveField;
@@ -25,6 +28,8 @@ struct SeaMeshView {
     float rise = 1.0f;                                     ///< share of the waves' height that is drawn
     float reach_sideways = 0.0f, reach_upward = 0.0f;      ///< no water is further from its place at rest
     std::array<Plane, 4> sides;                            ///< of the view's pyramid, positive inside, local
+    const LevelTop* cover = nullptr;                       ///< what hides water from the eye; may be null
+    dmat4 to_cover;                                        ///< from local places to its frame
     /// Texture coordinates in the ground's picture: of the eye, and their growth for a metre of the field.
     double ground_column = 0.0, ground_row = 0.0, columns_per_metre = 0.0, rows_per_metre = 0.0;
 };
@@ -86,7 +91,13 @@ private:
     };
 
     void select(const Patch& patch);
+    /// A patch's water lies between these, local.
+    struct Box {
+        dvec3 middle, half;
+    };
+    Box boxOf(const Patch& patch) const;
     bool isVisible(const Patch& patch) const;
+    bool isCovered(const Box& box) const;
     void emit(const Patch& patch, double gap);
     bool isShore(const Patch& patch, bool& buried) const;
     void fill(const Patch& patch, SeaVertex* out, bool shore) const;
