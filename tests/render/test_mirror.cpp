@@ -128,18 +128,33 @@ TEST_F(MirrorTest, OnlyWhatChangedIsWritten) {
     std::vector<Node*> nodes;
     for (int i = 0; i < 10; ++i) nodes.push_back(world().addChild(new ObjectMeshStatic(mesh)));
     mirror.update();
-    std::vector<osg::BoundingSphere> disturbed;
-    mirror.getMeshes().takeDisturbed(disturbed);
-    EXPECT_EQ(disturbed.size(), 10u);
-    mirror.update();
-    mirror.getMeshes().takeDisturbed(disturbed);
-    EXPECT_TRUE(disturbed.empty());
+    Casters& casters = mirror.getMeshes().getCasters();
+    std::vector<Reach> disturbed;
+    const auto countDisturbed = [&](const dmat4& frame = dmat4()) {
+        mirror.update();
+        casters.takeDisturbed(frame, disturbed);
+        return disturbed.size();
+    };
+    EXPECT_EQ(countDisturbed(), 10u);
+    EXPECT_EQ(countDisturbed(), 0u);
     nodes[3]->setPosition({1.0, 2.0, 3.0});
     nodes[3]->setPosition({1.0, 2.0, 4.0});
     nodes[7]->setEnabled(false);
-    mirror.update();
-    mirror.getMeshes().takeDisturbed(disturbed);
-    EXPECT_EQ(disturbed.size(), 3u) << "one where it was and where it is, one where it was";
+    EXPECT_EQ(countDisturbed(), 3u) << "one where it was and where it is, one where it was";
+    for (int i = 1; i <= 30; ++i) {
+        nodes[4]->setPosition({0.001 * i, 0.0, 0.0});
+        EXPECT_EQ(countDisturbed(), i == 20 ? 2u : 0u) << "small moves add up, " << i << " mm";
+    }
+    // A frame moves on with all but one.
+    dmat4 frame;
+    for (int i = 1; i <= 5; ++i) {
+        frame.t = {2.0 * i, 0.0, 0.0};
+        for (Node* const node : nodes) {
+            if (node != nodes[6]) node->setPosition(node->getPosition() + dvec3(2.0, 0.0, 0.0));
+        }
+        EXPECT_EQ(countDisturbed(frame), 2u);
+    }
+    EXPECT_NEAR(disturbed[0].middle.x - disturbed[1].middle.x, 2.0, 1e-9) << "in the frame it falls behind";
 }
 
 }  // namespace

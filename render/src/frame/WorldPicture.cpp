@@ -268,10 +268,11 @@ void WorldPicture::draw() {
     m_view.snow = world.getEnvironment().snow;
     m_view.light = m_sky->update(m_view, world.getEnvironment());
     m_terrain->update(m_view);
-    m_sea->update(m_view, m_mirror->getMeshes().findCover(m_view.camera.t));
+    const Cover cover = m_mirror->getMeshes().findCover(m_view.camera.t);
+    m_sea->update(m_view, cover);
     m_effects->update(m_view, world);
     m_status->resize(m_view.width, m_view.height);
-    m_shadow->update(m_view);
+    m_shadow->update(m_view, cover);
     m_uniforms->update(m_view);
 
     osg::Camera& camera = *m_viewer.getCamera();

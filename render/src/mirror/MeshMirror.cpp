@@ -11,6 +11,12 @@
 
 namespace {
 
+constexpr double FARTHEST_COVER = 150.0;  // metres from the eye
+
+Reach reachOf(const MeshData& mesh) {
+    return {mesh.bounds.getCenter(), length(mesh.bounds.getSize()) * 0.5};
+}
+
 SurfaceShape shapeOf(const MeshSurface& surface) {
     return {!surface.normals.empty(), !surface.uvs.empty(), !surface.tangents.empty()};
 }
@@ -50,33 +56,30 @@ MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     return node;
 }
 
-void MeshMirror::disturb(const MeshNode& node) {
-    if (node.place->getNodeMask() != 0) m_disturbed.push_back(node.place->getBound());
-}
-
-void MeshMirror::takeDisturbed(std::vector<osg::BoundingSphere>& bounds) {
-    bounds.clear();
-    bounds.swap(m_disturbed);
-}
-
 void MeshMirror::update(ObjectMeshStatic& mesh) {
-    const auto found = m_nodes.find(mesh.getId());
-    if (found != m_nodes.end()) disturb(found->second);
+    const int id = mesh.getId();
+    const dmat4 place = mesh.getWorldTransform();
+    const auto found = m_nodes.find(id);
     MeshNode& node = found != m_nodes.end() ? found->second : add(mesh);
+    bool is_changed = false;
     for (int i = 0; i < mesh.getNumSurfaces(); ++i) {
-        dress(node, static_cast<std::size_t>(i), mesh.getMaterials()[i]);
+        is_changed |= dress(node, static_cast<std::size_t>(i), mesh.getMaterials()[i]);
     }
-    node.place->setMatrix(toOsg(mesh.getWorldTransform()));
+    node.place->setMatrix(toOsg(place));
     node.place->setNodeMask(mesh.isActive() ? ~0u : 0u);
-    disturb(node);
-    const auto topped = m_topped.find(mesh.getId());
-    if (topped != m_topped.end()) topped->second.place = mesh.getWorldTransform();
+    if (mesh.isActive()) {
+        m_casters.place(id, reachOf(*node.mesh), place, is_changed);
+    } else {
+        m_casters.remove(id);
+    }
+    const auto topped = m_topped.find(id);
+    if (topped != m_topped.end()) topped->second.place = place;
 }
 
 Cover MeshMirror::findCover(const dvec3& eye) const {
     Cover nearest;
     if (m_group->getNodeMask() == 0) return nearest;
-    double least = std::numeric_limits<double>::infinity();
+    double least = FARTHEST_COVER;
     for (const auto& [id, topped] : m_topped) {
         if (topped.node->place->getNodeMask() == 0) continue;
         const dvec3 place = inverse(topped.place) * eye;
@@ -92,20 +95,21 @@ Cover MeshMirror::findCover(const dvec3& eye) const {
     return nearest;
 }
 
-void MeshMirror::dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material) {
+bool MeshMirror::dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material) {
     std::shared_ptr<const Material>& worn = node.materials[surface];
-    if (worn == material) return;
+    if (worn == material) return false;
     osg::Node& drawn = *node.surfaces[surface];
     drawn.setNodeMask(material->alpha == Material::BLEND ? MASK_DRAWN : MASK_DRAWN | MASK_CASTS_SHADOW);
     drawn.setStateSet(m_materials.acquire(*material, shapeOf(node.mesh->surfaces[surface])));
     if (worn) m_materials.release(worn.get());
     worn = material;
+    return true;
 }
 
 void MeshMirror::remove(int id) {
     const auto found = m_nodes.find(id);
     if (found == m_nodes.end()) return;
-    disturb(found->second);
+    m_casters.remove(id);
     m_topped.erase(id);
     for (const auto& material : found->second.materials) m_materials.release(material.get());
     m_group->removeChild(found->second.place);

@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "mirror/Casters.h"
 #include "mirror/LevelTop.h"
 #include "mirror/MaterialStates.h"
 #include "mirror/SurfaceDetail.h"
@@ -31,13 +32,13 @@ public:
     osg::Group* getGroup() const { return m_group; }
     /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
-    /// What hides most from an eye in the world: the nearest level top below it. Valid until the next change.
+    /// What hides most from an eye in the world: the nearest level top below it, unless all are far away. Valid until
+    /// the next change.
     Cover findCover(const dvec3& eye) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
     int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< whose geometry is kept
     int getNumMaterials() const { return m_materials.getNumMaterials(); }   ///< whose states are kept
-    /// Bounds in the world of all that moved, came or went since the last call: where it was and where it is.
-    void takeDisturbed(std::vector<osg::BoundingSphere>& bounds);
+    Casters& getCasters() { return m_casters; }
 
 private:
     struct SharedSurface {
@@ -63,8 +64,8 @@ private:
     };
 
     MeshNode& add(const ObjectMeshStatic& mesh);
-    void dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material);
-    void disturb(const MeshNode& node);
+    /// Whether the surface has another material than before.
+    bool dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material);
     const SharedMesh& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
@@ -72,5 +73,5 @@ private:
     std::unordered_map<const MeshData*, SharedMesh> m_meshes;
     std::unordered_map<int, MeshNode> m_nodes;     ///< by node id
     std::unordered_map<int, ToppedNode> m_topped;  ///< by node id
-    std::vector<osg::BoundingSphere> m_disturbed;
+    Casters m_casters;
 };

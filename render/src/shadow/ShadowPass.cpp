@@ -52,6 +52,11 @@ dmat4 frameAlong(const dvec3& z, const dvec3& origin) {
     return {x, cross(z, x), z, origin};
 }
 
+/// The frame without its scale.
+dmat4 rigidOf(const dmat4& place) {
+    return {normalize(place.x), normalize(place.y), normalize(place.z), place.t};
+}
+
 }  // namespace
 
 ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, MeshMirror& meshes, ShaderLibrary& shaders,
@@ -60,33 +65,45 @@ ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, MeshMirro
       m_scene(scene),
       m_quality(quality),
       m_size(sizeOf(quality)),
-      m_camera(new osg::Camera),
       m_matrix(new osg::Uniform("u_shadow_matrix", osg::Matrixf())) {
     const osg::ref_ptr<osg::Texture2D> map = makeMap(m_size);
-    m_camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
-    m_camera->setRenderOrder(osg::Camera::PRE_RENDER);
-    m_camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT);
-    m_camera->attach(osg::Camera::DEPTH_BUFFER, map);
-    m_camera->setImplicitBufferAttachmentMask(0, 0);  // no colours
-    m_camera->setDrawBuffer(GL_NONE);
-    m_camera->setReadBuffer(GL_NONE);
-    m_camera->setViewport(0, 0, m_size, m_size);
-    m_camera->setClearMask(GL_DEPTH_BUFFER_BIT);
-    m_camera->setClearDepth(1.0);
-    m_camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
-    m_camera->setInheritanceMask(m_camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
-    m_camera->setCullMask(MASK_CASTS_SHADOW);
-    m_camera->addChild(meshes.getGroup());
+    for (auto& camera : m_cameras) {
+        camera = makeCamera(map, shaders);
+        before_scene.addChild(camera);
+    }
+    m_parts.reserve(MOST_PARTS);
+    scene.setTextureAttribute(UNIT_SHADOW, map);
+    scene.addUniform(m_matrix);
+    setVisible(true);
+}
+
+osg::ref_ptr<osg::Camera> ShadowPass::makeCamera(osg::Texture2D* map, ShaderLibrary& shaders) const {
+    osg::ref_ptr<osg::Camera> camera = new osg::Camera;
+    camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
+    camera->setRenderOrder(osg::Camera::PRE_RENDER);
+    camera->setRenderTargetImplementation(osg::Camera::FRAME_BUFFER_OBJECT);
+    camera->attach(osg::Camera::DEPTH_BUFFER, map);
+    camera->setImplicitBufferAttachmentMask(0, 0);  // no colours
+    camera->setDrawBuffer(GL_NONE);
+    camera->setReadBuffer(GL_NONE);
+    camera->setClearMask(GL_DEPTH_BUFFER_BIT);
+    camera->setClearDepth(1.0);
+    camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+    camera->setInheritanceMask(camera->getInheritanceMask() & ~osg::CullSettings::CULL_MASK);
+    camera->setCullMask(MASK_CASTS_SHADOW);
+    camera->addChild(m_meshes.getGroup());
     constexpr auto OVER = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE;
-    osg::StateSet& state = *m_camera->getOrCreateStateSet();
+    osg::StateSet& state = *camera->getOrCreateStateSet();
     state.setAttributeAndModes(shaders.getProgram("shadow_map"), OVER);
     state.setAttributeAndModes(new osg::PolygonOffset(1.5f, 4.0f), OVER);
     state.setAttributeAndModes(new osg::Depth(osg::Depth::LEQUAL, 0.0, 1.0), OVER);
     state.setMode(GL_CULL_FACE, osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE);
-    before_scene.addChild(m_camera);
-    scene.setTextureAttribute(UNIT_SHADOW, map);
-    scene.addUniform(m_matrix);
-    setVisible(true);
+    return camera;
+}
+
+ShadowPass::Texels ShadowPass::Texels::joined(const Texels& other) const {
+    return {std::min(left, other.left), std::min(bottom, other.bottom), std::max(right, other.right),
+            std::max(top, other.top)};
 }
 
 void ShadowPass::setVisible(bool visible) {
@@ -113,40 +130,68 @@ bool ShadowPass::placeArea(const FrameView& view) {
     return true;
 }
 
-ShadowPass::Texels ShadowPass::findDisturbed() const {
-    const osg::Matrixd to_light = toOsg(inverse(m_light));
-    osg::BoundingBoxd box;
-    for (const osg::BoundingSphere& bound : m_disturbed) {
-        const osg::Vec3d middle = osg::Vec3d(bound.center()) * to_light;
-        const osg::Vec3d reach(bound.radius(), bound.radius(), bound.radius());
-        box.expandBy(osg::BoundingBoxd(middle - reach, middle + reach));
+void ShadowPass::findDisturbed() {
+    constexpr int MARGIN = 2;  // a look at the map takes in the texels beside
+    const dmat4 to_light = inverse(m_riding);
+    const auto texel = [this](double metres) {
+        return static_cast<int>(std::floor(std::clamp((metres / m_radius + 1.0) * 0.5, -1.0, 2.0) * m_size));
+    };
+    const auto inside = [this](int value) { return std::clamp(value, 0, m_size); };
+    for (const Reach& bound : m_disturbed) {
+        const dvec3 middle = to_light * bound.middle;
+        const double reach = bound.radius;
+        const Texels part{inside(texel(middle.x - reach) - MARGIN), inside(texel(middle.y - reach) - MARGIN),
+                          inside(texel(middle.x + reach) + 1 + MARGIN), inside(texel(middle.y + reach) + 1 + MARGIN)};
+        if (part.left < part.right && part.bottom < part.top) addPart(part);
     }
-    if (!box.valid()) return {};
-    const auto texel = [this](double metres) { return std::clamp((metres / m_radius + 1.0) * 0.5, 0.0, 1.0) * m_size; };
-    return {static_cast<int>(texel(box.xMin())), static_cast<int>(texel(box.yMin())),
-            static_cast<int>(std::ceil(texel(box.xMax()))), static_cast<int>(std::ceil(texel(box.yMax())))};
 }
 
-void ShadowPass::aim(const Texels& part) {
+void ShadowPass::addPart(const Texels& part) {
+    constexpr long WORTH_A_PASS = 128 * 128;  // texels
+    Texels* best = nullptr;
+    long least = 0;
+    for (Texels& other : m_parts) {
+        const long growth = other.joined(part).getArea() - other.getArea() - part.getArea();
+        if (best && growth >= least) continue;
+        best = &other;
+        least = growth;
+    }
+    if (best && (least <= WORTH_A_PASS || m_parts.size() == MOST_PARTS)) {
+        *best = best->joined(part);
+    } else {
+        m_parts.push_back(part);
+    }
+}
+
+void ShadowPass::aim(osg::Camera& camera, const Texels& part) const {
     const auto metres = [this](int texel) { return (2.0 * texel / m_size - 1.0) * m_radius; };
     const double depth = m_radius + TALLEST;
-    m_camera->setViewport(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
-    m_camera->setViewMatrix(toOsg(inverse(m_light)));
-    m_camera->setProjectionMatrixAsOrtho(metres(part.left), metres(part.right), metres(part.bottom), metres(part.top),
-                                         -depth, depth);
+    camera.setViewport(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
+    camera.setViewMatrix(toOsg(inverse(m_light)));
+    camera.setProjectionMatrixAsOrtho(metres(part.left), metres(part.right), metres(part.bottom), metres(part.top),
+                                      -depth, depth);
 }
 
-void ShadowPass::update(const FrameView& view) {
-    m_meshes.takeDisturbed(m_disturbed);
-    if (!m_visible) {
-        m_camera->setNodeMask(0);
-        return;
+void ShadowPass::update(const FrameView& view, const Cover& cover) {
+    const dmat4 carrier = cover.top ? rigidOf(cover.place) : dmat4();
+    m_meshes.getCasters().takeDisturbed(carrier, m_disturbed);
+    m_light = carrier * m_riding;
+    m_parts.clear();
+    if (m_visible) {
+        if (placeArea(view)) {
+            m_riding = inverse(carrier) * m_light;
+            m_parts.push_back({0, 0, m_size, m_size});
+        } else {
+            findDisturbed();
+        }
     }
-    const Texels part = placeArea(view) ? Texels{0, 0, m_size, m_size} : findDisturbed();
-    const bool is_stale = part.left < part.right && part.bottom < part.top;
-    m_camera->setNodeMask(is_stale ? ~0u : 0u);
-    if (is_stale) aim(part);
-    // The frame's own place in the whole map, whatever part of it is drawn.
+    for (std::size_t i = 0; i < MOST_PARTS; ++i) {
+        const bool is_stale = i < m_parts.size();
+        m_cameras[i]->setNodeMask(is_stale ? ~0u : 0u);
+        if (is_stale) aim(*m_cameras[i], m_parts[i]);
+    }
+    if (!m_visible) return;
+    // The frame's own place in the whole map, whatever parts of it are drawn.
     const double depth = m_radius + TALLEST;
     const osg::Matrixd to_map = osg::Matrixd::ortho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth) *
                                 osg::Matrixd::translate(1.0, 1.0, 1.0) * osg::Matrixd::scale(0.5, 0.5, 0.5);
