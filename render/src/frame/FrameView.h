@@ -44,6 +44,7 @@ constexpr double HAZE_HEIGHT = 1000.0;
 
 /// Order of drawing, as render bin numbers of the main pass.
 enum DrawOrder {
+    DRAW_MESHES = -1,  ///< sorted from front to back
     DRAW_OPAQUE = 0,
     DRAW_DECALS = 4,
     DRAW_SEA = 10,

@@ -7,6 +7,7 @@
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "frame/Convert.h"
+#include "frame/FrameView.h"
 #include "frame/Place.h"
 
 namespace {
@@ -24,6 +25,8 @@ SurfaceShape shapeOf(const MeshSurface& surface) {
 }  // namespace
 
 MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders) : m_group(new osg::Group), m_materials(shaders) {
+    // What is near hides what is far before that is shaded: a cockpit hides its aircraft and nearly all else.
+    m_group->getOrCreateStateSet()->setRenderBinDetails(DRAW_MESHES, "SORT_FRONT_TO_BACK");
     root.addChild(m_group);
 }
 
