@@ -127,13 +127,15 @@ osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
     normalise(grown);
     normalise(bare);
     osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(DETAIL_SIZE, DETAIL_SIZE, 1, GL_RG, GL_UNSIGNED_BYTE);
+    // Two of the channels are in use: software drivers have a fast way for four.
+    image->allocateImage(DETAIL_SIZE, DETAIL_SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    std::fill_n(image->data(), image->getTotalSizeInBytes(), static_cast<unsigned char>(0));
     for (std::size_t i = 0; i < grown.size(); ++i) {
-        image->data()[2 * i] = toByte(grown[i] * STRENGTH);
-        image->data()[2 * i + 1] = toByte(bare[i] * STRENGTH);
+        image->data()[4 * i] = toByte(grown[i] * STRENGTH);
+        image->data()[4 * i + 1] = toByte(bare[i] * STRENGTH);
     }
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    setUp(*texture, osg::Texture::REPEAT, GL_RG8);
+    setUp(*texture, osg::Texture::REPEAT, GL_RGBA8);
     // Sharper than it ought to be along the slant, where it would blur away.
     texture->setLODBias(-0.8f);
     return texture;
