@@ -102,8 +102,7 @@ osg::ref_ptr<osg::Geometry> GroundTrees::plant(const TileArea& area, const dmat4
 
 osg::ref_ptr<osg::Texture2D> makeTreeTexture() {
     osg::ref_ptr<osg::Image> image = new osg::Image;
-    // Two of the channels are in use: software drivers have a fast way for four.
-    image->allocateImage(2 * TREE_SIZE, TREE_SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    image->allocateImage(2 * TREE_SIZE, TREE_SIZE, 1, GL_RG, GL_UNSIGNED_BYTE);
     std::fill_n(image->data(), image->getTotalSizeInBytes(), static_cast<unsigned char>(0));
     // Tufts of leaves, those in front last; each lighter toward its top.
     const auto tuft = [&](float mx, float my, float radius, float light, std::uint32_t seed) {
@@ -130,7 +129,7 @@ osg::ref_ptr<osg::Texture2D> makeTreeTexture() {
         tuft(1.5f + 0.40f * std::cos(angle) * out, 0.5f + 0.40f * dy, 0.09f, 0.28f + 0.36f * depth, i * 77773U);
     }
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    texture->setInternalFormat(GL_RGBA8);
+    texture->setInternalFormat(GL_RG8);
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
     texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_NEAREST);
