@@ -13,11 +13,11 @@
 namespace {
 
 constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // metres off the level before
-constexpr std::size_t FEWEST = 3 * 64;                     // indices below which nothing is gained
-constexpr double WORTHWHILE = 0.75;                        // share of the level before
-constexpr float ROUGH = 0.05f;                             // metres from which on a step may close gaps and holes
-constexpr float PIXELS = 0.6f;                             // off the true shape
-constexpr float SHADOW_ERROR = 0.03f;                      // metres; less than a texel of the finest shadow map
+constexpr std::size_t FEWEST = 3 * 64;                           // indices below which nothing is gained
+constexpr double WORTHWHILE = 0.75;                              // share of the level before
+constexpr float ROUGH = 0.05f;                                   // metres from which on a step may close gaps and holes
+constexpr float PIXELS = 0.6f;                                   // off the true shape
+constexpr float SHADOW_ERROR = 0.03f;                            // metres; less than a texel of the finest shadow map
 
 template <class Array, class Source>
 osg::ref_ptr<Array> makeArray(const Source& source) {
