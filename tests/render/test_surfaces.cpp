@@ -113,6 +113,26 @@ TEST_F(Surfaces, SmallPartsShowAtTheirPlaces) {
     }
 }
 
+TEST_F(Surfaces, GlassShowsWhatLiesBehindIt) {
+    MeshSurface dark = makeWall(20.0f, 20.0f);
+    dark.material->base_color = {0.0f, 0.0f, 0.0f, 1.0f};
+    add(dark, {10.0, 30.0, 0.0});
+    const int y = 60, in_sky = 120, in_dark = 200;
+    const Snapshot bare = shoot();
+    for (const float width : {4.0f, 80.0f}) {
+        MeshSurface pane = makeWall(width, width);
+        pane.material->alpha = Material::BLEND;
+        pane.material->base_color = {0.5f, 0.1f, 0.1f, 0.5f};
+        Node* const glass = add(pane, {0.0, 4.0, 0.0});
+        const Snapshot shot = shoot();
+        EXPECT_NEAR(luminanceAt(shot, in_sky, y) - luminanceAt(shot, in_dark, y),
+                    0.5 * (luminanceAt(bare, in_sky, y) - luminanceAt(bare, in_dark, y)), 0.02)
+            << width;
+        EXPECT_LT(luminanceAt(shot, in_sky, y), luminanceAt(bare, in_sky, y) - 0.1) << width;
+        scene.world().removeNode(glass);
+    }
+}
+
 TEST_F(Surfaces, WhatStandsInTheSunThrowsAShadow) {
     add(makeWall(60.0f, 60.0f, true), {0.0, 25.0, -4.0});
     add(makeWall(8.0f, 8.0f, true), {0.0, 20.0, 10.0});  // above the picture's upper edge

@@ -44,7 +44,7 @@ constexpr double HAZE_HEIGHT = 1000.0;
 
 /// Order of drawing, as render bin numbers of the main pass.
 enum DrawOrder {
-    DRAW_MESHES = -1,  ///< sorted from front to back
+    DRAW_SMALL = -1,  ///< small meshes, from front to back: a cockpit hides its aircraft and nearly all else
     DRAW_OPAQUE = 0,
     DRAW_DECALS = 4,
     DRAW_SEA = 10,

@@ -30,6 +30,7 @@ void setBlending(osg::StateSet& state) {
     state.setAttributeAndModes(new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
     state.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0, false));
     state.setRenderBinDetails(DRAW_BLENDED, "DepthSortedBin");
+    state.setNestRenderBins(false);  // after the sky, whichever meshes it belongs to
 }
 
 bool isMatte(const Material& material) {

@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr double SMALL = 25.0;            // metres: an aircraft
 constexpr double FARTHEST_COVER = 150.0;  // metres from the eye
 
 Reach reachOf(const MeshData& mesh) {
@@ -24,9 +25,9 @@ SurfaceShape shapeOf(const MeshSurface& surface) {
 
 }  // namespace
 
-MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders) : m_group(new osg::Group), m_materials(shaders) {
-    // What is near hides what is far before that is shaded: a cockpit hides its aircraft and nearly all else.
-    m_group->getOrCreateStateSet()->setRenderBinDetails(DRAW_MESHES, "SORT_FRONT_TO_BACK");
+MeshMirror::MeshMirror(osg::Group& root, ShaderLibrary& shaders)
+    : m_group(new osg::Group), m_small(new osg::StateSet), m_materials(shaders) {
+    m_small->setRenderBinDetails(DRAW_SMALL, "SORT_FRONT_TO_BACK");
     root.addChild(m_group);
 }
 
@@ -45,6 +46,7 @@ MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     node.mesh = &mesh.getMesh();
     node.shared = &acquire(*node.mesh);
     node.place = new Place;
+    if (reachOf(*node.mesh).radius < SMALL) node.place->setStateSet(m_small);
     for (const SharedSurface& shared : node.shared->surfaces) {
         osg::ref_ptr<osg::Node> surface = new SurfaceDetail(shared.levels);
         node.place->addChild(surface);

@@ -69,6 +69,7 @@ private:
     const SharedMesh& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
+    osg::ref_ptr<osg::StateSet> m_small;  ///< of small meshes
     MaterialStates m_materials;
     std::unordered_map<const MeshData*, SharedMesh> m_meshes;
     std::unordered_map<int, MeshNode> m_nodes;     ///< by node id
