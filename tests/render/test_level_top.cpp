@@ -1,6 +1,9 @@
 // What a deck hides from above: never what can be seen past it or through a hole.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
+
 #include "engine/scene/MeshData.h"
 #include "mirror/LevelTop.h"
 
@@ -62,7 +65,7 @@ TEST(LevelTop, HidesWhatLiesBehindAll) {
 TEST(LevelTop, AHoleLetsLookThrough) {
     const auto top = LevelTop::find(makeDeck([](int column, int row) { return column != 8 || row != 4; }));
     ASSERT_TRUE(top);
-    const dvec3 eye(50.0, 40.0, 26.0);  // the hole lies 30 m ahead, its shadow five times as far
+    const dvec3 eye(50.0, 40.0, 26.0);  // the hole lies 30 to 40 m ahead, and 130 to 180 m on the water
     EXPECT_FALSE(top->hides(eye, boxAt({190.0, 50.0, -1.0}, {200.0, 60.0, 1.0})));
     EXPECT_TRUE(top->hides(eye, boxAt({90.0, 30.0, -1.0}, {100.0, 40.0, 1.0})));
 }

@@ -7,7 +7,11 @@
 
 #include "PictureScene.h"
 #include "engine/math/jMath.h"
+#include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectOcean.h"
+#include "engine/scene/WaveField.h"
+#include "mirror/LevelTop.h"
+#include "sea/SeaMesh.h"
 #include "sea/SeaSlopes.h"
 
 namespace {
@@ -213,6 +217,39 @@ TEST(SeaUnderADeck, NoHoleOpensWhetherTheDeckIsThereOrNot) {
             EXPECT_EQ(countHoles(), 0) << "without the ship, " << height << " m, heading " << heading;
         }
     }
+}
+
+TEST(SeaUnderADeck, WhatItHidesIsLeftOut) {
+    WaveField field(7);
+    field.setWind(6.0, 1.0, 0.0);
+    field.update(10.0);
+    SeaSlopes slopes;
+    slopes.update(field);
+    MeshSurface deck;
+    deck.positions = {
+        {-40.0f, -150.0f, 20.0f}, {40.0f, -150.0f, 20.0f}, {40.0f, 150.0f, 20.0f}, {-40.0f, 150.0f, 20.0f}};
+    deck.indices = {0, 1, 2, 0, 2, 3};
+    const auto top = LevelTop::find(deck);
+    ASSERT_TRUE(top);
+    // Patches ahead of an eye 6 m above the deck, which lies along a heading and moves on with eye and all.
+    const auto countPatches = [&](const LevelTop* cover, double heading) {
+        SeaMeshView view;
+        view.height = 26.0;
+        view.reach_sideways = slopes.getReachSideways();
+        view.reach_upward = slopes.getReachUpward();
+        view.sides = {{{1.0, 1.0, 0.0, 0.0}, {-1.0, 1.0, 0.0, 0.0}, {0.0, 1.0, 0.5, 0.0}, {0.0, 0.2, -1.0, 0.0}}};
+        view.cover = cover;
+        const dmat4 ship(dquat(dvec3(0.0, 0.0, 1.0), -heading), dvec3(0.0, 0.0, -26.0));
+        view.to_cover = inverse(ship);
+        SeaMesh mesh;
+        mesh.update(view, field, slopes, nullptr);
+        return mesh.getNumPatches();
+    };
+    const int all = countPatches(nullptr, 0.0), along = countPatches(top.get(), 0.0),
+              across = countPatches(top.get(), 90.0);
+    EXPECT_LT(along, 0.6 * all);
+    EXPECT_LT(across, 0.9 * all);
+    EXPECT_LT(along, across) << "a deck that lies ahead hides more than one that lies across";
 }
 
 TEST_F(SeaPicture, NothingIsDrawnWithoutAnOcean) {

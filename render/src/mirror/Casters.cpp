@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double UNSEEN = 0.02;  // metres that a shadow may lie off its caster; a fourth of a texel
+constexpr double UNSEEN = 0.01;  // metres; a shadow may lie off its caster by twice that, half the finest texel
 
 Reach reachAt(const dmat4& place, const Reach& reach) {
     const double scale = std::max({length(place.x), length(place.y), length(place.z)});
@@ -23,10 +23,10 @@ double moveBetween(const dmat4& from, const dmat4& to, const Reach& reach) {
 
 }  // namespace
 
-void Casters::place(int id, const Reach& reach, const dmat4& place, bool changed) {
+void Casters::place(int id, const Reach& reach, const dmat4& to_world, bool changed) {
     Caster& caster = m_casters[id];
     caster.reach = reach;
-    caster.place = place;
+    caster.place = to_world;
     caster.is_changed = caster.is_changed || changed;
     m_moved.push_back(id);
 }

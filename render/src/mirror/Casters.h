@@ -14,9 +14,9 @@ struct Reach {
 
 class Casters {
 public:
-    /// The mesh node of that id stands there from now on: `place` leads from its own frame to the world, `reach` is in
-    /// its own frame. `changed`: it throws another shadow than before.
-    void place(int id, const Reach& reach, const dmat4& place, bool changed);
+    /// The mesh node of that id stands there from now on; `reach` is in its own frame. `changed`: it throws another
+    /// shadow than before.
+    void place(int id, const Reach& reach, const dmat4& to_world, bool changed);
     /// It throws no shadow any more.
     void remove(int id);
 

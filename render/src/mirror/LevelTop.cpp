@@ -151,7 +151,8 @@ bool LevelTop::hides(const dvec3& eye, const std::array<dvec3, 8>& corners) cons
     }
     const double left = (passed.left - m_left) / m_cell, right = (passed.right - m_left) / m_cell + 1.0;
     const double bottom = (passed.bottom - m_bottom) / m_cell, top = (passed.top - m_bottom) / m_cell + 1.0;
-    if (!(left >= 0.0 && bottom >= 0.0 && right <= m_columns && top <= m_rows)) return false;
+    const bool is_inside = left >= 0.0 && bottom >= 0.0 && right <= m_columns && top <= m_rows;
+    if (!is_inside || !(left < right && bottom < top)) return false;
     const auto openTo = [&](double column, double row) {
         return m_open[cornerAt(static_cast<int>(column), static_cast<int>(row))];
     };

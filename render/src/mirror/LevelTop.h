@@ -11,7 +11,8 @@ struct MeshSurface;
 
 class LevelTop {
 public:
-    /// Null when no level part of the surface is large enough to hide much.
+    /// Null when no level part of the surface is large enough to hide much. Slits narrower than a metre count as
+    /// closed.
     static std::unique_ptr<LevelTop> find(const MeshSurface& surface);
 
     /// Metres from the eye to its bounds; infinite from where it hides nothing, below it. Places are in the mesh's

@@ -86,13 +86,15 @@ Cover MeshMirror::findCover(const dvec3& eye) const {
     if (m_group->getNodeMask() == 0) return nearest;
     double least = FARTHEST_COVER;
     for (const auto& [id, topped] : m_topped) {
-        if (topped.node->place->getNodeMask() == 0) continue;
+        const dmat4& at = topped.place;
+        const bool is_mirrored = dot(at.x, cross(at.y, at.z)) <= 0.0;  // seen from below only
+        if (topped.node->place->getNodeMask() == 0 || is_mirrored) continue;
         const dvec3 place = inverse(topped.place) * eye;
         for (std::size_t i = 0; i < topped.node->surfaces.size(); ++i) {
             const LevelTop* const top = topped.node->shared->surfaces[i].top.get();
             if (!top || topped.node->materials[i]->alpha != Material::OPAQUE) continue;
             const double distance = top->getDistance(place);
-            if (distance >= least) continue;
+            if (!(distance < least)) continue;
             nearest = {top, topped.place};
             least = distance;
         }

@@ -32,8 +32,8 @@ public:
     osg::Group* getGroup() const { return m_group; }
     /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
-    /// What hides most from an eye in the world: the nearest level top below it, unless all are far away. Valid until
-    /// the next change.
+    /// What hides most from an eye in the world, and what the eye may ride on: the nearest level top below it, unless
+    /// all are far away. Valid until the next change.
     Cover findCover(const dvec3& eye) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
     int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< whose geometry is kept

@@ -16,8 +16,10 @@ constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // metres off t
 constexpr std::size_t FEWEST = 3 * 64;                           // indices below which nothing is gained
 constexpr double WORTHWHILE = 0.75;                              // share of the level before
 constexpr float ROUGH = 0.05f;                                   // metres from which on a step may close gaps and holes
-constexpr float PIXELS = 0.6f;                                   // off the true shape
-constexpr float SHADOW_ERROR = 0.03f;                            // metres; less than a texel of the finest shadow map
+constexpr float FINEST_CELL = 1e-3f;    // of the surface's extent: such a step gathers vertices in cells no finer
+constexpr float CELL_DIAGONAL = 1.75f;  // cells; the furthest that a vertex moves by it
+constexpr float PIXELS = 0.6f;          // off the true shape
+constexpr float SHADOW_ERROR = 0.03f;   // metres; less than a texel of the finest shadow map
 
 template <class Array, class Source>
 osg::ref_ptr<Array> makeArray(const Source& source) {
@@ -64,19 +66,18 @@ Indices simplify(const MeshSurface& surface, const Indices& from, float scale, f
     float reached = 0.0f;
     to.resize(meshopt_simplify(to.data(), from.data(), from.size(), surface.positions.front().data(),
                                surface.positions.size(), sizeof(surface.positions[0]), 0, error / scale, 0, &reached));
-    const float kept_error = reached * scale;
-    // Surfaces of many small pieces hardly lose triangles as long as the pieces stay.
-    if (error >= ROUGH && to.size() > FEWEST) {
+    // Surfaces of many small pieces hardly lose triangles as long as the pieces stay, or lose all.
+    const std::size_t most = to.empty() ? from.size() : to.size();
+    if (error >= ROUGH && error >= FINEST_CELL * scale && most > FEWEST) {
         Indices rough(from.size());
         rough.resize(meshopt_simplifySloppy(rough.data(), from.data(), from.size(), surface.positions.front().data(),
-                                            surface.positions.size(), sizeof(surface.positions[0]), 0, error / scale,
-                                            &reached));
-        if (!rough.empty() && 2 * rough.size() < to.size()) {
-            error = reached * scale;
+                                            surface.positions.size(), sizeof(surface.positions[0]), 0, error / scale));
+        if (!rough.empty() && 2 * rough.size() < most) {
+            error *= CELL_DIAGONAL;
             return rough;
         }
     }
-    error = kept_error;
+    error = reached * scale;
     return to;
 }
 

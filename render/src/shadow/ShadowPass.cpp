@@ -140,6 +140,7 @@ void ShadowPass::findDisturbed() {
     for (const Reach& bound : m_disturbed) {
         const dvec3 middle = to_light * bound.middle;
         const double reach = bound.radius;
+        if (!std::isfinite(middle.x + middle.y + reach)) continue;
         const Texels part{inside(texel(middle.x - reach) - MARGIN), inside(texel(middle.y - reach) - MARGIN),
                           inside(texel(middle.x + reach) + 1 + MARGIN), inside(texel(middle.y + reach) + 1 + MARGIN)};
         if (part.left < part.right && part.bottom < part.top) addPart(part);
