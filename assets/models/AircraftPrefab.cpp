@@ -1,8 +1,29 @@
 // Nodes of aircraft prefabs.
 #include "models/AircraftPrefab.h"
 
+#include <algorithm>
+
+#include "geometry/Model.h"
+
 #include "effects/FireEffects.h"
 #include "effects/ParticleNodes.h"
+
+namespace {
+
+void collect(const Part& part, Mesh& into) {
+    into.add(part.mesh);
+    for (const Part& child : part.children) collect(child, into);
+}
+
+}  // namespace
+
+std::vector<Part> wreckOf(const std::vector<Part>& intact, const std::vector<std::string>& torn_off) {
+    Mesh mesh;
+    for (const Part& part : intact) {
+        if (std::find(torn_off.begin(), torn_off.end(), part.name) == torn_off.end()) collect(part, mesh);
+    }
+    return {{"wreck", {}, mesh.repainted(paint("charred", {0.025, 0.023, 0.022}, 0.95))}};
+}
 
 Json lookNode(const std::string& name, const std::string& model, bool enabled) {
     Json node = sceneNode("node", name);

@@ -6,6 +6,10 @@
 
 #include "text/SceneText.h"
 
+struct Part;
+
+/// The burnt-out shell: of the outermost parts those named are torn off and left out, the rest is one charred mesh.
+std::vector<Part> wreckOf(const std::vector<Part>& intact, const std::vector<std::string>& torn_off);
 /// The look of a node: an empty one that names a model file beside the prefab.
 Json lookNode(const std::string& name, const std::string& model, bool enabled);
 Json particleNode(const std::string& name, const dvec3& position, const Json& settings);

@@ -19,22 +19,6 @@ std::vector<Part> intactParts(const Paints& paints) {
     return parts;
 }
 
-void collect(const Part& part, Mesh& into) {
-    into.add(part.mesh);
-    for (const Part& child : part.children) collect(child, into);
-}
-
-/// The burnt-out shell without what is torn off.
-std::vector<Part> wreckParts(const std::vector<Part>& intact) {
-    Mesh mesh;
-    for (const Part& part : intact) {
-        const bool gone = part.name == "canopy" || part.name == "propeller" || part.name == "rudder" ||
-                          part.name == "aileron_right" || part.name == "pilot";
-        if (!gone) collect(part, mesh);
-    }
-    return {{"wreck", {}, mesh.repainted(paint("charred", {0.025, 0.023, 0.022}, 0.95))}};
-}
-
 Json digits(const std::string& name, const std::string& shown, double x, double z, double height) {
     Json node = sceneNode("text", name, {x, PANEL_Y - 0.005, z});
     node["text"] = {{"text", shown}, {"height", height}, {"color", {0.95, 0.75, 0.25, 1.0}}};
@@ -122,5 +106,6 @@ void writeExtra(const std::string& root) {
               extra::prefab());
     const std::vector<Part> parts = extra::intactParts(extra::freshPaints());
     writeModel(folder + "EXTRA300S.glb", parts);
-    writeModel(folder + "EXTRA300S_destroyed.glb", extra::wreckParts(parts));
+    writeModel(folder + "EXTRA300S_destroyed.glb",
+               wreckOf(parts, {"canopy", "propeller", "rudder", "aileron_right", "pilot"}));
 }

@@ -30,22 +30,6 @@ std::vector<Part> intactParts() {
     return parts;
 }
 
-void collect(const Part& part, Mesh& into) {
-    into.add(part.mesh);
-    for (const Part& child : part.children) collect(child, into);
-}
-
-/// The burnt-out shell: what is torn off is left out, the rest is one charred mesh.
-std::vector<Part> wreckParts(const std::vector<Part>& intact) {
-    Mesh mesh;
-    for (const Part& part : intact) {
-        const bool gone = part.name == "canopy" || part.name == "wing_fold_right" || part.name == "rudder_left" ||
-                          part.name == "radome" || part.name == "canard_left" || part.name == "afterburner";
-        if (!gone) collect(part, mesh);
-    }
-    return {{"wreck", {}, mesh.repainted(paint("charred", {0.025, 0.023, 0.022}, 0.95))}};
-}
-
 Json exhaust(int side) {
     return particleNode(withSide("exhaust", side), onSide(NOZZLE, side),
                         {{"spawn_rate", 60},
@@ -129,5 +113,6 @@ void writeJet(const std::string& root) {
               jet::aircraftFile());
     const std::vector<Part> parts = jet::intactParts();
     writeModel(folder + "FJ_CN_J15.glb", parts);
-    writeModel(folder + "FJ_CN_J15_destroyed.glb", jet::wreckParts(parts));
+    writeModel(folder + "FJ_CN_J15_destroyed.glb",
+               wreckOf(parts, {"canopy", "wing_fold_right", "rudder_left", "radome", "canard_left", "afterburner"}));
 }

@@ -231,7 +231,7 @@ TEST(SeaUnderADeck, WhatItHidesIsLeftOut) {
     deck.indices = {0, 1, 2, 0, 2, 3};
     const auto top = LevelTop::find(deck);
     ASSERT_TRUE(top);
-    // Patches ahead of an eye 6 m above the deck, which lies along a heading and moves on with eye and all.
+    // Patches ahead of an eye 6 m above the deck, which points to a heading.
     const auto countPatches = [&](const LevelTop* cover, double heading) {
         SeaMeshView view;
         view.height = 26.0;

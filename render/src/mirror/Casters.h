@@ -6,7 +6,7 @@
 
 #include "engine/math/Transform.h"
 
-/// A sphere that holds something.
+/// A sphere that holds something, metres.
 struct Reach {
     dvec3 middle;
     double radius = 0.0;
@@ -22,7 +22,8 @@ public:
 
     /// Gives the bounds, in a frame of the world, of all shadows' casters that moved in it, came or went since the
     /// last call: where they were and where they are. What moves with the frame does not move. Moves too small to see
-    /// are given when they have added up. `bounds` is written anew.
+    /// are given when they have added up. Costs grow with what changed; while the frame moves, with all that is there.
+    /// `bounds` is written anew.
     void takeDisturbed(const dmat4& frame, std::vector<Reach>& bounds);
 
 private:

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/scene/NodeWalk.h"
 #include "engine/scene/ObjectParticles.h"
 
 namespace {
@@ -24,19 +25,10 @@ void FoamMap::draw(const Node& decal, const dmat4& to_picture, float texels_per_
         m_foamy.fill(false);
         m_empty = true;
     }
-    drawBelow(decal, to_picture, texels_per_metre);
+    forEachParticles(decal,
+                     [&](const ObjectParticles& particles) { drawSystem(particles, to_picture, texels_per_metre); });
     for (int row = 0; row < CELLS && !m_empty; ++row) {
         for (int column = 0; column < CELLS; ++column) finishCell(column, row);
-    }
-}
-
-void FoamMap::drawBelow(const Node& node, const dmat4& to_picture, float texels_per_metre) {
-    for (int i = 0; i < node.getNumChildren(); ++i) {
-        const Node& child = *node.getChild(i);
-        if (child.getType() == Node::PARTICLES) {
-            drawSystem(static_cast<const ObjectParticles&>(child), to_picture, texels_per_metre);
-        }
-        drawBelow(child, to_picture, texels_per_metre);
     }
 }
 

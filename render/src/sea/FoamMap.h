@@ -29,7 +29,6 @@ private:
     static constexpr int CELL = 8, CELLS = SIDE / CELL;  ///< texels along a cell
 
     void drawSystem(const ObjectParticles& particles, const dmat4& to_picture, float texels_per_metre);
-    void drawBelow(const Node& node, const dmat4& to_picture, float texels_per_metre);
     void drawDisc(float x, float y, float radius, float strength);
     void finishCell(int column, int row);
 

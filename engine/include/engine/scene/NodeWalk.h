@@ -1,20 +1,26 @@
 // Walking a part of the scene.
 #pragma once
 
+#include <type_traits>
+
 #include "engine/scene/Node.h"
 #include "engine/scene/ObjectParticles.h"
 
-/// Calls `f(Node&)` for the node, then for everything below it, parents first. `f` must not add or remove nodes there.
-template <class F>
-void forEachNode(Node& node, const F& f) {
-    f(node);
-    for (int i = 0; i < node.getNumChildren(); ++i) forEachNode(*node.getChild(i), f);
+/// Calls `f` with the node, then with everything below it, parents first; of a constant node all are constant. `f` must
+/// not add or remove nodes there.
+template <class AnyNode, class F>
+void forEachNode(AnyNode& node, const F& f) {
+    using Walked = std::conditional_t<std::is_const_v<AnyNode>, const Node, Node>;
+    Walked& walked = node;
+    f(walked);
+    for (int i = 0; i < walked.getNumChildren(); ++i) forEachNode<Walked>(*walked.getChild(i), f);
 }
 
-/// Calls `f(ObjectParticles&)` for the particle systems among them.
-template <class F>
-void forEachParticles(Node& node, const F& f) {
-    forEachNode(node, [&f](Node& n) {
-        if (n.getType() == Node::PARTICLES) f(static_cast<ObjectParticles&>(n));
+/// Calls `f` with the particle systems among them.
+template <class AnyNode, class F>
+void forEachParticles(AnyNode& node, const F& f) {
+    using Found = std::conditional_t<std::is_const_v<AnyNode>, const ObjectParticles, ObjectParticles>;
+    forEachNode(node, [&f](auto& n) {
+        if (n.getType() == Node::PARTICLES) f(static_cast<Found&>(n));
     });
 }
