@@ -16,6 +16,7 @@
 #include "engine/text/Package.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "support/FakeHost.h"
+#include "support/Paths.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "engine/scene/World.h"
 #include "engine/track/Track.h"
 #include "render/Picture.h"
+#include "support/Paths.h"
 
 namespace {
 

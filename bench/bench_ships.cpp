@@ -10,6 +10,7 @@
 #include "engine/scene/World.h"
 #include "src/ship/Buoyancy.h"
 #include "src/ship/Ship.h"
+#include "support/Paths.h"
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "src/aircraft/PlaneBase.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "src/logic/Target.h"
+#include "support/Paths.h"
 #include "support/TestScene.h"
 
 namespace {

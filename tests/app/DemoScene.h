@@ -16,6 +16,7 @@
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
+#include "support/Paths.h"
 
 constexpr const char* JET_FOLDER = "data/assets/Targets/MODELS/FJ_CN_J15/";
 constexpr double STANDING = 2.0;  ///< the jet's origin above what it stands on, metres

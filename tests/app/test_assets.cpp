@@ -9,6 +9,7 @@
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/track/Track.h"
+#include "support/Paths.h"
 #include "support/TestScene.h"
 
 namespace fs = std::filesystem;

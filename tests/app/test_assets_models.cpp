@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "app/DemoScene.h"
+#include "support/Paths.h"
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "support/FakeHost.h"
+#include "support/Paths.h"
 #include "support/Program.h"
 #include "support/TestScene.h"
 

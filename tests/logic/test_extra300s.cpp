@@ -11,6 +11,7 @@
 #include "src/aircraft/AppData_AirCraft.h"
 #include "src/aircraft/PlaneExtra300s.h"
 #include "src/kit/FlyFrame.h"
+#include "support/Paths.h"
 
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include "LogicWorld.h"
 #include "engine/memory/Allocator.h"
+#include "support/Paths.h"
 
 namespace {
 

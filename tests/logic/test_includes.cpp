@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/Paths.h"
+
 namespace {
 
 namespace fs = std::filesystem;

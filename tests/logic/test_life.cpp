@@ -11,6 +11,7 @@
 #include "engine/memory/Allocator.h"
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectPrefab.h"
+#include "support/Paths.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "engine/core/Engine.h"
 #include "engine/scene/World.h"
 #include "render/Picture.h"
+#include "support/Paths.h"
 
 /// An engine over a runtime root, and a picture of its world once `open` was called. Frames are 1/60 s.
 class PictureScene {

@@ -1,5 +1,6 @@
 // Processes: started with posix_spawn, their output kept in a temporary file.
 #include "support/Program.h"
+#include "support/Paths.h"
 
 #include <poll.h>
 #include <spawn.h>
