@@ -1,32 +1,36 @@
 // Keys for the logic's operations that have no button, and what the window says of the modes.
 #include "Controls.h"
 
+#include "app/scene/SceneCommandQueue.h"
+#include "app/scene/SceneQuery.h"
 #include "engine/core/Engine.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/input/InputRouter.h"
 #include "render/Picture.h"
 #include "src/logic/Logic_Test_Fly.h"
 
-Controls::Controls(Engine& engine, Logic_Test_Fly* logic, Instructor* instructor, Picture* picture,
-                   const std::string& language)
-    : m_logic(logic),
-      m_instructor(instructor),
+Controls::Controls(Engine& engine, SceneCommandQueue& commands, const Logic_Test_Fly* logic, const SceneQuery* query,
+                   Picture* picture, const std::string& language)
+    : m_commands(commands),
+      m_logic(logic),
+      m_query(query),
       m_picture(picture),
       m_texts(language),
       m_help(*engine.getUIRoot(), m_texts) {
-    if (instructor) m_panel.emplace(*engine.getUIRoot(), m_texts, *instructor);
+    if (query) m_panel.emplace(*engine.getUIRoot(), m_texts, commands, *query);
     engine.getInput()->bindKeyPress([this](const GUIEventKey& event) { press(event.key); });
 }
 
 void Controls::press(int key) {
     if (key == ControlApp::KEY_F10) m_help.toggle();
-    if (!m_instructor) return;
+    if (!m_query) return;
+    const auto give = [this](SceneCommand command) { m_commands.push(std::move(command), {"key"}); };
     if (key == ControlApp::KEY_F9) m_panel->toggle();
-    if (key == 'm') m_instructor->setPush(!m_instructor->isPushed());
-    if (key == 'b') m_instructor->backToStart();
-    if (key == 'u') m_instructor->setGear(false);
-    if (key == 'j') m_instructor->setGear(true);
-    if (key == 'h') m_instructor->levelView();
+    if (key == 'm') give(command::Push{!m_query->isPushed()});
+    if (key == 'b') give(command::BackToStart());
+    if (key == 'u') give(command::Gear{false});
+    if (key == 'j') give(command::Gear{true});
+    if (key == 'h') give(command::LevelView());
 }
 
 void Controls::update() {

@@ -10,13 +10,15 @@
 class Engine;
 class Logic_Test_Fly;
 class Picture;
+class SceneCommandQueue;
+class SceneQuery;
 
 /// Lives no longer than the logic and the picture. Its panels belong to the engine.
 class Controls {
 public:
-    /// `logic`, its `instructor` and `picture` may be null: their keys, panel and title are off then.
-    Controls(Engine& engine, Logic_Test_Fly* logic, Instructor* instructor, Picture* picture,
-             const std::string& language);
+    /// `logic`, with its `query`, and `picture` may be null: their keys, panel and title are off then.
+    Controls(Engine& engine, SceneCommandQueue& commands, const Logic_Test_Fly* logic, const SceneQuery* query,
+             Picture* picture, const std::string& language);
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
 
@@ -27,8 +29,9 @@ private:
     void press(int key);
     void updateTitle();
 
-    Logic_Test_Fly* m_logic;
-    Instructor* m_instructor;
+    SceneCommandQueue& m_commands;
+    const Logic_Test_Fly* m_logic;
+    const SceneQuery* m_query;
     Picture* m_picture;
     Texts m_texts;
     HelpPanel m_help;

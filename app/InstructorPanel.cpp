@@ -6,7 +6,10 @@
 #include <cmath>
 #include <cstdio>
 
+#include "TargetTypes.h"
 #include "Texts.h"
+#include "app/scene/SceneCommandQueue.h"
+#include "app/scene/SceneQuery.h"
 #include "engine/gui/UIRoot.h"
 
 namespace {
@@ -42,10 +45,12 @@ std::string showTime(double hours) {
 
 }  // namespace
 
-InstructorPanel::InstructorPanel(UIRoot& panels, const Texts& texts, Instructor& instructor)
+InstructorPanel::InstructorPanel(UIRoot& panels, const Texts& texts, SceneCommandQueue& commands,
+                                 const SceneQuery& query)
     : m_panels(panels),
       m_texts(texts),
-      m_instructor(instructor),
+      m_commands(commands),
+      m_query(query),
       m_panel(new UIHLayout),
       m_types(readTargetTypes(texts)) {
     m_panel->setName("instructor");
@@ -68,6 +73,12 @@ InstructorPanel::InstructorPanel(UIRoot& panels, const Texts& texts, Instructor&
     m_panel->setHidden(true);
 }
 
+/// The frame applies it before the panel is next updated, which then shows what came of it.
+void InstructorPanel::give(SceneCommand command) {
+    m_commands.push(std::move(command), {"panel"});
+    m_frames = 0;
+}
+
 /// A column of what belongs together, under a heading.
 UILayout& InstructorPanel::addGroup(UILayout& column, const char* key) {
     UIGridLayout& group = *parts::addGrid(column, 1);
@@ -84,46 +95,51 @@ void InstructorPanel::addRow(UILayout& grid, const char* name, parts::SliderRow:
 
 void InstructorPanel::addWeather(UILayout& column) {
     UIGridLayout& grid = *parts::addGrid(addGroup(column, "panel.weather"), 3);
-    Instructor& to = m_instructor;
-    addRow(
-        grid, "rain", {0, 100}, [&to] { return to.getRain(); }, [&to](double v) { to.setRain(v); }, showPercent);
-    addRow(
-        grid, "snow", {0, 100}, [&to] { return to.getSnow(); }, [&to](double v) { to.setSnow(v); }, showPercent);
-    addRow(
-        grid, "time", {0, 24}, [&to] { return to.getTime(); }, [&to](double v) { to.setTime(v); }, showTime);
-    addRow(
-        grid, "visibility", {300, 30000, true}, [&to] { return to.getVisibility(); },
-        [&to](double v) { to.setVisibility(v); }, [](double v) { return v > 0.0 ? showMetres(v) : std::string("-"); });
-    addRow(
-        grid, "sea", {0, 12}, [&to] { return to.getSea(); }, [&to](double v) { to.setSea(v); }, showNumber);
+    const auto add = [&](const char* name, parts::SliderRow::Range range, double SceneWeather::*value,
+                         parts::SliderRow::Write write, parts::SliderRow::Show show) {
+        addRow(
+            grid, name, range, [this, value] { return m_query.getWeather().*value; }, std::move(write),
+            std::move(show));
+    };
+    add(
+        "rain", {0, 100}, &SceneWeather::rain, [this](double v) { give(command::Rain{v}); }, showPercent);
+    add(
+        "snow", {0, 100}, &SceneWeather::snow, [this](double v) { give(command::Snow{v}); }, showPercent);
+    add(
+        "time", {0, 24}, &SceneWeather::time, [this](double v) { give(command::Time{v}); }, showTime);
+    add(
+        "visibility", {300, 30000, true}, &SceneWeather::visibility, [this](double v) { give(command::Visibility{v}); },
+        [](double v) { return v > 0.0 ? showMetres(v) : std::string("-"); });
+    add(
+        "sea", {0, 12}, &SceneWeather::sea, [this](double v) { give(command::Sea{v}); }, showNumber);
 }
 
 void InstructorPanel::addAircraft(UILayout& column) {
     UILayout& group = addGroup(column, "panel.aircraft");
-    Instructor& to = m_instructor;
     UIGridLayout& lights = *parts::addGrid(group, 2);
     m_navigation_lights = new UICheckBox;
     m_navigation_lights->setName("navigation_lights");
     m_navigation_lights->bindChange(
-        [&to](const GUIEventChange& event, UIElement*) { to.setNavigationLights(event.value > 0.0); });
+        [this](const GUIEventChange& event, UIElement*) { give(command::NavigationLights{event.value > 0.0}); });
     lights.addChild(m_navigation_lights);
     lights.addChild(parts::makeLabel(m_texts.get("panel.navigation_lights")));
 
     UIGridLayout& buttons = *parts::addGrid(group, 2);
-    const auto add = [&](const char* name, std::function<void()> act) {
-        parts::addButton(buttons, name, m_texts.get(std::string("panel.") + name), std::move(act));
+    const auto add = [&](const char* name, std::function<SceneCommand()> command) {
+        parts::addButton(buttons, name, m_texts.get(std::string("panel.") + name),
+                         [this, command = std::move(command)] { give(command()); });
     };
-    add("fire", [&to] { to.fire(); });
-    add("explode", [&to] { to.explode(); });
-    add("push", [&to] { to.setPush(!to.isPushed()); });
-    add("back", [&to] { to.backToStart(); });
-    add("gear_up", [&to] { to.setGear(false); });
-    add("gear_down", [&to] { to.setGear(true); });
-    add("light", [&to] { to.switchLight(); });
-    add("test", [&to] { to.showTestPanel(); });
-    add("view", [&to] { to.nextView(); });
-    add("level", [&to] { to.levelView(); });
-    add("reset", [&to] { to.reset(); });
+    add("fire", [] { return command::Fire(); });
+    add("explode", [] { return command::Explode(); });
+    add("push", [this] { return command::Push{!m_query.isPushed()}; });
+    add("back", [] { return command::BackToStart(); });
+    add("gear_up", [] { return command::Gear{false}; });
+    add("gear_down", [] { return command::Gear{true}; });
+    add("light", [] { return command::ToggleLight(); });
+    add("test", [this] { return command::TestPanel{!m_query.isTestPanelShown()}; });
+    add("view", [] { return command::NextView(); });
+    add("level", [] { return command::LevelView(); });
+    add("reset", [] { return command::Reset(); });
 }
 
 void InstructorPanel::addPlace(UILayout& group) {
@@ -132,7 +148,11 @@ void InstructorPanel::addPlace(UILayout& group) {
                          parts::SliderRow::Show show) {
         addRow(
             grid, name, range, [&value] { return value; },
-            [&value, step](double v) { value = std::round(v / step) * step; }, std::move(show));
+            [this, &value, step](double v) {
+                value = std::round(v / step) * step;
+                m_frames = 0;
+            },
+            std::move(show));
     };
     add("bearing", m_place.bearing, {0, 359}, 1.0, showDegrees);
     add("distance", m_place.distance, {20, 20000, true}, 10.0, showMetres);
@@ -152,7 +172,7 @@ void InstructorPanel::addTargets(UILayout& column) {
     };
     add("add", [this] { addTarget(); });
     add("move", [this] {
-        if (!m_target.empty()) m_instructor.moveTarget(m_target, m_place);
+        if (!m_target.empty()) give(command::MoveTarget{m_target, m_place});
     });
     add("remove", [this] { removeTarget(); });
     addLabels(group, {{"panel.nearest", &m_nearest}});
@@ -206,21 +226,21 @@ void InstructorPanel::update() {
 
 void InstructorPanel::refresh() {
     for (parts::SliderRow& row : m_rows) row.refresh();
-    m_navigation_lights->setChecked(m_instructor.areNavigationLightsOn());
+    m_navigation_lights->setChecked(m_query.areNavigationLightsOn());
     m_type_button->setText(showChoice(m_types.empty() ? "" : m_types[m_type].name));
-    const std::vector<std::string>& targets = m_instructor.getTargets();
+    const std::vector<std::string> targets = m_query.getTargets();
     if (std::find(targets.begin(), targets.end(), m_target) == targets.end()) {
         m_target = targets.empty() ? std::string() : targets.back();
     }
     m_target_button->setText(showChoice(m_target));
     double distance = 0.0;
-    const std::string nearest = m_instructor.getNearest(distance);
+    const std::string nearest = m_query.getNearest(distance);
     m_nearest->setText(nearest.empty() ? std::string("-") : nearest + ", " + showMetres(distance));
     refreshLink();
 }
 
 void InstructorPanel::refreshLink() {
-    const LinkHealth link = m_instructor.getLinkHealth();
+    const LinkHealth link = m_query.getLink();
     m_records->setText(format("%" PRIu64, link.records));
     m_feedback->setText(format("%" PRIu64, link.feedback));
     m_refused->setText(format("%" PRIu64, link.refused));
@@ -232,9 +252,9 @@ void InstructorPanel::addTarget() {
     std::string name;
     do {
         name = "T" + std::to_string(++m_last_number);
-    } while (m_instructor.hasTarget(name));
-    if (m_instructor.addTarget(name, m_types[m_type].code, m_place)) m_target = name;
-    refresh();
+    } while (m_query.hasTarget(name));
+    give(command::AddTarget{name, m_types[m_type].code, m_place});
+    m_target = name;
 }
 
 void InstructorPanel::chooseNextType() {
@@ -243,13 +263,12 @@ void InstructorPanel::chooseNextType() {
 }
 
 void InstructorPanel::chooseNextTarget() {
-    const std::vector<std::string>& targets = m_instructor.getTargets();
+    const std::vector<std::string> targets = m_query.getTargets();
     const auto chosen = std::find(targets.begin(), targets.end(), m_target);
     if (chosen != targets.end()) m_target = chosen + 1 == targets.end() ? targets.front() : *(chosen + 1);
     refresh();
 }
 
 void InstructorPanel::removeTarget() {
-    if (!m_target.empty()) m_instructor.removeTarget(m_target);
-    refresh();
+    if (!m_target.empty()) give(command::RemoveTarget{m_target});
 }

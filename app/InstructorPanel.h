@@ -6,18 +6,19 @@
 #include <utility>
 #include <vector>
 
-#include "Instructor.h"
 #include "PanelParts.h"
-#include "TargetTypes.h"
+#include "app/scene/SceneCommand.h"
 
+class SceneCommandQueue;
+class SceneQuery;
 class Texts;
 class UIRoot;
 
-/// Hidden until it is switched on; stands at the upper right. Its elements belong to the panels, which must not be used
-/// once this is gone.
+/// Hidden until it is switched on; at the upper right. Its elements belong to the panels, which must not be used once
+/// this is gone.
 class InstructorPanel {
 public:
-    InstructorPanel(UIRoot& panels, const Texts& texts, Instructor& instructor);
+    InstructorPanel(UIRoot& panels, const Texts& texts, SceneCommandQueue& commands, const SceneQuery& query);
     InstructorPanel(const InstructorPanel&) = delete;
     InstructorPanel& operator=(const InstructorPanel&) = delete;
 
@@ -33,6 +34,7 @@ private:
     void addTargets(UILayout& column);
     void addPlace(UILayout& group);
     void addLink(UILayout& column);
+    void give(SceneCommand command);
     UILayout& addGroup(UILayout& column, const char* key);
     UIButton* addChoice(UILayout& group, const char* name, std::function<void()> next);
     UILabel* makeName(const std::string& key);
@@ -46,9 +48,10 @@ private:
 
     UIRoot& m_panels;
     const Texts& m_texts;
-    Instructor& m_instructor;
+    SceneCommandQueue& m_commands;
+    const SceneQuery& m_query;
     UILayout* m_panel;
-    std::deque<parts::SliderRow> m_rows;  ///< their sliders know where they lie
+    std::deque<parts::SliderRow> m_rows;  ///< their sliders refer to them
     int m_frames = 0;                     ///< until the values are shown anew
 
     UICheckBox* m_navigation_lights = nullptr;
@@ -58,7 +61,7 @@ private:
 
     std::vector<TargetType> m_types;
     std::size_t m_type = 0;
-    TargetPlace m_place{0.0, 1000.0, 0.0, 0.0};
+    RelativePlace m_place{0.0, 1000.0, 0.0, 0.0};
     std::string m_target;   ///< the one that is moved and removed; empty for none
     int m_last_number = 0;  ///< in the names of targets that were added here
 };

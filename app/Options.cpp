@@ -3,109 +3,108 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <iostream>
 #include <map>
 
 namespace {
 
+/// Whether `end` is the end of the text.
+bool isAll(const std::string& text, int end) {
+    return static_cast<std::size_t>(end) == text.size();
+}
+
 /// Seconds, or a fraction such as 1/60.
-bool readStep(const std::string& text, double& step) {
-    double below = 1.0;
+bool readStep(const std::string& text, Options& options) {
+    double step = 0.0, below = 1.0;
     int end = 0, fraction_end = 0;
     const int count = std::sscanf(text.c_str(), "%lf%n/%lf%n", &step, &end, &below, &fraction_end);
-    if (count < 1 || static_cast<std::size_t>(count == 2 ? fraction_end : end) != text.size()) return false;
-    step /= below;
-    return step > 0.0 && std::isfinite(step);
+    if (count < 1 || !isAll(text, count == 2 ? fraction_end : end)) return false;
+    options.step = step / below;
+    return *options.step > 0.0 && std::isfinite(*options.step);
 }
 
-std::string checkStep(const std::string& text) {
-    double step = 0.0;
-    return readStep(text, step) ? std::string() : "must be a number of seconds above 0, such as 0.016 or 1/60";
-}
-
-bool readSize(const std::string& text, std::array<int, 2>& size) {
-    constexpr int LARGEST = 16384;
+bool readSize(const std::string& text, Options& options) {
+    constexpr int MAX_SIZE = 16384;
+    auto& [width, height] = options.size;
     int end = 0;
-    const bool complete = std::sscanf(text.c_str(), "%dx%d%n", &size[0], &size[1], &end) == 2 &&
-                          static_cast<std::size_t>(end) == text.size();
-    return complete && size[0] >= 1 && size[0] <= LARGEST && size[1] >= 1 && size[1] <= LARGEST;
+    return std::sscanf(text.c_str(), "%dx%d%n", &width, &height, &end) == 2 && isAll(text, end) && width >= 1 &&
+           width <= MAX_SIZE && height >= 1 && height <= MAX_SIZE;
 }
 
-bool readCamera(const std::string& text, CameraPlace& place) {
-    auto& [g, h] = place;
+bool readCamera(const std::string& text, Options& options) {
+    auto& [g, h] = options.camera.emplace();
     int end = 0;
     const int count = std::sscanf(text.c_str(), "%lf,%lf,%lf%n,%lf%n,%lf%n,%lf%n", &g[0], &g[1], &g[2], &end, &h[0],
                                   &end, &h[1], &end, &h[2], &end);
     const auto isFinite = [](double v) { return std::isfinite(v); };
-    return count >= 3 && static_cast<std::size_t>(end) == text.size() && std::all_of(g.begin(), g.end(), isFinite) &&
+    return count >= 3 && isAll(text, end) && std::all_of(g.begin(), g.end(), isFinite) &&
            std::all_of(h.begin(), h.end(), isFinite) && std::fabs(g[1]) <= 90.0;
 }
 
-std::string checkCamera(const std::string& text) {
-    CameraPlace place;
-    return readCamera(text, place) ? std::string() : "must be LON,LAT,HEIGHT[,HEADING[,PITCH[,ROLL]]]";
-}
-
-bool readDate(const std::string& text, std::array<int, 3>& date) {
-    auto& [year, month, day] = date;
+bool readDate(const std::string& text, Options& options) {
+    command::Date& date = options.date.emplace();
     int end = 0;
-    if (std::sscanf(text.c_str(), "%d-%d-%d%n", &year, &month, &day, &end) != 3) return false;
-    // The calendar's types hold fewer bits and would wrap round.
-    const bool is_near = year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
-    return is_near && static_cast<std::size_t>(end) == text.size() &&
-           std::chrono::year_month_day{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
-                                       std::chrono::day(static_cast<unsigned>(day))}
-               .ok();
+    return std::sscanf(text.c_str(), "%d-%d-%d%n", &date.year, &date.month, &date.day, &end) == 3 && isAll(text, end) &&
+           isInRange(date);
 }
 
-std::string checkDate(const std::string& text) {
-    std::array<int, 3> date;
-    return readDate(text, date) ? std::string() : "must be YEAR-MONTH-DAY";
+bool readVisibility(const std::string& text, Options& options) {
+    int end = 0;
+    command::Visibility& visibility = options.visibility.emplace();
+    return std::sscanf(text.c_str(), "%lf%n", &visibility.metres, &end) == 1 && isAll(text, end) &&
+           isInRange(visibility);
 }
 
-bool readTrack(const std::string& text, std::pair<std::string, float>& track) {
+bool readTrack(const std::string& text, Options& options) {
+    const auto equals = text.find('=');
+    if (equals == std::string::npos) return false;
+    command::SetTrack& track = options.tracks.emplace_back();
+    track.name = text.substr(0, equals);
+    int end = 0;
+    const bool is_number = std::sscanf(text.c_str() + equals + 1, "%lf%n", &track.percent, &end) == 1 &&
+                           isAll(text.substr(equals + 1), end) && std::isfinite(track.percent);
+    track.percent = std::clamp(track.percent, 0.0, 100.0);
+    return is_number && isInRange(track);
+}
+
+bool readOverride(const std::string& text, Options& options) {
     const auto equals = text.find('=');
     if (equals == std::string::npos || equals == 0) return false;
-    char* end = nullptr;
-    track = {text.substr(0, equals), std::strtof(text.c_str() + equals + 1, &end)};
-    return end != text.c_str() + equals + 1 && *end == '\0' && std::isfinite(track.second);
-}
-
-std::string checkTrack(const std::string& text) {
-    std::pair<std::string, float> track;
-    return readTrack(text, track) ? std::string() : "must be NAME=PERCENT, such as TOD=75";
-}
-
-std::string checkOverride(const std::string& text) {
-    return text.find('=') == std::string::npos || text[0] == '=' ? "must be KEY=VALUE" : std::string();
-}
-
-std::string checkSize(const std::string& text) {
-    std::array<int, 2> size;
-    return readSize(text, size) ? std::string() : "must be WIDTHxHEIGHT in pixels, 1 to 16384 each";
+    options.overrides.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+    return true;
 }
 
 /// "out/deck.png@60" is the file "out/deck.png" at frame 60.
-Screenshot readScreenshot(const std::string& text) {
+bool readScreenshot(const std::string& text, Options& options) {
     const auto at = text.rfind('@');
     const std::string number = at == std::string::npos ? "" : text.substr(at + 1);
-    if (number.empty() || number.size() > 9 || number.find_first_not_of("0123456789") != std::string::npos) {
-        return {text, 0};
-    }
-    return {text.substr(0, at), std::stol(number)};
+    const bool has_frame =
+        !number.empty() && number.size() <= 9 && number.find_first_not_of("0123456789") == std::string::npos;
+    options.screenshots.push_back(has_frame ? Screenshot{text.substr(0, at), std::stol(number)} : Screenshot{text, 0});
+    return true;
+}
+
+/// An option whose text `read` takes into the options; it may be given many times when `many`.
+void addRead(CLI::App& app, Options& options, const char* name, const char* type,
+             bool (*read)(const std::string&, Options&), const char* must, const char* help, bool many = false) {
+    CLI::Option* const option = app.add_option_function<std::vector<std::string>>(
+        name,
+        [=, &options](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+                if (!read(text, options)) throw CLI::ValidationError(name, text + " must be " + must);
+            }
+        },
+        help);
+    option->type_name(type)->type_size(1)->allow_extra_args(false);
+    if (!many) option->multi_option_policy(CLI::MultiOptionPolicy::Throw);
 }
 
 }  // namespace
 
 std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     CLI::App app("deckview: the visual system of a carrier flight simulation.", "deckview");
-    std::string step;
-    std::string size, camera, date;
-    std::vector<std::string> overrides, screenshots, tracks;
+    const auto read = [&](auto... arguments) { addRead(app, options, arguments...); };
     app.add_option("--root", options.root, "Runtime root: the folder that holds config/ and data/");
     app.add_option("--plugin", options.plugin, "Library of the scene's logic");
     app.add_option("--world", options.world, "World file instead of the one that the logic names");
@@ -118,7 +117,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
         ->transform(CLI::Transformer(std::map<std::string, int>{{"keyboard", 1}, {"steady", 2}}))
         ->check(CLI::IsMember({1, 2}));
     app.add_flag("--headless", options.headless, "Run without a window");
-    app.add_option("--size", size, "Size of the picture, such as 1280x720")->check(CLI::Validator(checkSize, "WxH"));
+    read("--size", "WxH", readSize, "WIDTHxHEIGHT in pixels, 1 to 16384 each", "Size of the picture, such as 1280x720");
     app.add_flag("--fullscreen", options.fullscreen, "Fill the screen");
     app.add_flag("--no-panels", options.no_panels, "Show the scene alone");
     app.add_option("--quality", options.quality, "How much is spent on a frame")
@@ -129,21 +128,18 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
     app.add_option("--input", options.input, "Play keys, mouse and wheel from a file");
     app.add_option("--script", options.script, "Do what an instructor does, from a file");
     app.add_option("--channel", options.channel, "Display channel, of the configuration's \"slaves\"");
-    app.add_option("--screenshot", screenshots, "Write the picture of a frame (else of the last) as PNG")
-        ->type_name("FILE[@FRAME]");
-    app.add_option("--camera", camera, "Look from a place instead of through the logic's camera")
-        ->type_name("LON,LAT,HEIGHT[,HEADING[,PITCH[,ROLL]]]")
-        ->check(CLI::Validator(checkCamera, ""));
-    app.add_option("--track", tracks, "Set a track: TOD, runway_wet, snow, autumn, airport_light_brightness ...")
-        ->check(CLI::Validator(checkTrack, "NAME=PERCENT"));
-    app.add_option("--visibility", options.visibility, "Visibility in metres, taken in steps of 300")
-        ->check(CLI::Range(0, 1000000));
-    app.add_option("--date", date, "Date of the scene")->check(CLI::Validator(checkDate, "YEAR-MONTH-DAY"));
+    read("--screenshot", "FILE[@FRAME]", readScreenshot, "a file",
+         "Write the picture of a frame (else of the last) as PNG", true);
+    read("--camera", "PLACE", readCamera, "LON,LAT,HEIGHT[,HEADING[,PITCH[,ROLL]]]",
+         "Look from LON,LAT,HEIGHT[,HEADING[,PITCH[,ROLL]]] instead of through the logic's camera");
+    read("--track", "NAME=PERCENT", readTrack, "NAME=PERCENT, such as TOD=75",
+         "Set a track: TOD, runway_wet, snow, autumn, airport_light_brightness ...", true);
+    read("--visibility", "METRES", readVisibility, "0 to 1000000 metres", "Visibility, rounded to steps of 300 m");
+    read("--date", "YEAR-MONTH-DAY", readDate, "YEAR-MONTH-DAY", "Date of the scene");
     app.add_option("--frames", options.frames, "End after this many frames")->check(CLI::PositiveNumber);
-    app.add_option("--step", step, "Frames of this many seconds, as fast as they go")
-        ->check(CLI::Validator(checkStep, "SECONDS"));
-    app.add_option("--set", overrides, "Override a key of config/Logic_Test_Fly.cfg")
-        ->check(CLI::Validator(checkOverride, "KEY=VALUE"));
+    read("--step", "SECONDS", readStep, "a number of seconds above 0, such as 0.016 or 1/60",
+         "Frames of this many seconds, as fast as they go");
+    read("--set", "KEY=VALUE", readOverride, "KEY=VALUE", "Override a key of config/Logic_Test_Fly.cfg", true);
     app.add_flag("--stats", options.stats, "Print one line a second");
     app.add_option("--hash", options.hash_file, "Write a hash of the world's state for each frame");
     app.add_flag("--memory-report", options.memory_report, "At the end, list what the logic left allocated");
@@ -153,16 +149,6 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
-    }
-    if (!step.empty()) readStep(step, options.step.emplace());
-    if (!size.empty()) readSize(size, options.size);
-    if (!camera.empty()) readCamera(camera, options.camera.emplace());
-    if (!date.empty()) readDate(date, options.date.emplace());
-    for (const std::string& text : tracks) readTrack(text, options.tracks.emplace_back());
-    for (const std::string& text : screenshots) options.screenshots.push_back(readScreenshot(text));
-    for (const std::string& entry : overrides) {
-        const auto equals = entry.find('=');
-        options.overrides.emplace_back(entry.substr(0, equals), entry.substr(equals + 1));
     }
     return std::nullopt;
 }

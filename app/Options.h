@@ -7,8 +7,7 @@
 #include <utility>
 #include <vector>
 
-/// The configuration, under the runtime root.
-constexpr const char* CONFIG_PATH = "config/Logic_Test_Fly.cfg";
+#include "app/scene/SceneCommand.h"
 
 /// A picture to be written as a file.
 struct Screenshot {
@@ -41,11 +40,11 @@ struct Options {
     std::string script;    ///< script of the instructor's actions; empty for none
     std::string channel;   ///< of the configuration's "slaves"; empty for the whole view
     std::vector<Screenshot> screenshots;
-    std::optional<CameraPlace> camera;                  ///< instead of the logic's view
-    std::vector<std::pair<std::string, float>> tracks;  ///< tracks by name with their place in percent
-    std::optional<int> visibility;                      ///< metres
-    std::optional<std::array<int, 3>> date;             ///< year, month, day
-    long frames = 0;                                    ///< 0 runs until it is stopped
+    std::optional<CameraPlace> camera;  ///< instead of the logic's view
+    std::vector<command::SetTrack> tracks;
+    std::optional<command::Visibility> visibility;
+    std::optional<command::Date> date;
+    long frames = 0;             ///< 0 runs until it is stopped
     std::optional<double> step;  ///< seconds a frame, as fast as they go; without it frames follow the clock
     std::vector<std::pair<std::string, std::string>> overrides;  ///< keys of the configuration
     bool stats = false;

@@ -1,6 +1,7 @@
 // Builds labels, buttons and rows with a slider, all of one look.
 #include "PanelParts.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace parts {
@@ -51,8 +52,8 @@ SliderRow::SliderRow(UILayout& grid, const char* name, const jString& text, Rang
     m_slider->setMinValue(static_cast<float>(toSlider(range.low)));
     m_slider->setMaxValue(static_cast<float>(toSlider(range.high)));
     m_slider->bindChange([this, write = std::move(write)](const GUIEventChange& event, UIElement*) {
-        write(m_range.is_wide ? event.value * event.value : event.value);
-        m_label->setText(m_show(m_read()));
+        const double value = m_range.is_wide ? event.value * event.value : event.value;
+        write(std::clamp(value, m_range.low, m_range.high));
     });
     grid.addChild(label);
     grid.addChild(m_slider);

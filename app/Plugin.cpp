@@ -12,6 +12,14 @@ using Factory = LogicBase* (*)(World*, CameraControl*);
 
 }  // namespace
 
+bool checkInterface(void* library, const char* symbol, int wanted, const std::string& file, std::string& error) {
+    const auto* const version = static_cast<const int*>(dlsym(library, symbol));
+    if (version && *version == wanted) return true;
+    error = file + " was built for " + (version ? "interface " + std::to_string(*version) : "an older interface") +
+            ", this program has interface " + std::to_string(wanted) + ": build the library anew";
+    return false;
+}
+
 Plugin::~Plugin() {
     destroyLogic();
     if (m_library) dlclose(m_library);
@@ -25,6 +33,7 @@ bool Plugin::load(const std::string& file, World* world, CameraControl* camera, 
         error = why ? why : file + " has no factory CreateLogic";
         return false;
     }
+    if (!checkInterface(m_library, "LogicInterfaceVersion", LOGIC_INTERFACE_VERSION, file, error)) return false;
     m_logic = factory(world, camera);
     if (!m_logic) {
         error = file + " made no logic";

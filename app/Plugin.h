@@ -8,6 +8,10 @@ class LogicBase;
 class Logic_Test_Fly;
 class World;
 
+/// Whether a loaded library was built for the interface that this program has: `symbol` is its number's. False with
+/// `error` naming the file and what to do.
+bool checkInterface(void* library, const char* symbol, int wanted, const std::string& file, std::string& error);
+
 /// A loaded logic. Destroying this destroys the logic, then closes its library.
 class Plugin {
 public:

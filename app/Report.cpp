@@ -41,8 +41,10 @@ void StatsPrinter::frame(double frame_seconds) {
     m_spent = 0.0;
 }
 
-bool HashWriter::open(const std::string& file) {
+bool HashWriter::open(const std::string& file, std::string& error) {
+    m_name = file;
     m_file.reset(std::fopen(file.c_str(), "w"));
+    if (!m_file) error = "\"" + file + "\" cannot be written";
     return m_file != nullptr;
 }
 
@@ -50,10 +52,12 @@ void HashWriter::frame(const Engine& engine) {
     if (m_file) std::fprintf(m_file.get(), "%d %016" PRIx64 "\n", engine.getFrame(), engine.getStateHash());
 }
 
-bool HashWriter::close() {
+bool HashWriter::close(std::string& error) {
     if (!m_file) return true;
     const bool good = !std::ferror(m_file.get());
-    return std::fclose(m_file.release()) == 0 && good;
+    if (std::fclose(m_file.release()) == 0 && good) return true;
+    error = "\"" + m_name + "\" could not be written to its end";
+    return false;
 }
 
 void printMemoryReport() {

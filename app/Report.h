@@ -33,17 +33,18 @@ private:
 /// Writes "frame hash" lines.
 class HashWriter {
 public:
-    /// False when the file cannot be written.
-    bool open(const std::string& file);
+    /// False, with `error` naming the file, when it cannot be written.
+    bool open(const std::string& file, std::string& error);
     void frame(const Engine& engine);
-    /// False when anything could not be written.
-    bool close();
+    /// False, with `error` naming the file, when anything could not be written.
+    bool close(std::string& error);
 
 private:
     struct Closer {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
     std::unique_ptr<std::FILE, Closer> m_file;
+    std::string m_name;
 };
 
 /// Prints every block that is still registered, and the count.

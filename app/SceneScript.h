@@ -1,30 +1,24 @@
-// The instructor's actions from a file instead of from hands.
+// Scene commands from a file.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "TimedLines.h"
+#include "app/scene/SceneCommandQueue.h"
 
-class Instructor;
-
-/// A played script of actions; docs/user_guide.md tells its lines.
+/// A played script of scene commands; docs/user_guide.md lists its lines. Outlives the queue that it gives to.
 class SceneScript {
 public:
-    /// Does something; false when the scene did not let it.
-    using Action = std::function<bool(Instructor&)>;
-
-    /// From now on plays this file in place of another. False, with `error` naming file and line and nothing changed,
-    /// when it cannot be read or says what is unknown. REQUIRES the engine: the types of targets are the
-    /// configuration's.
+    /// Replaces the file that is played. False, with `error` naming file and line and nothing changed, when it cannot
+    /// be read or a line is no command. REQUIRES the configuration: it names the types of targets.
     bool open(const std::string& file, std::string& error);
-    /// Does what is due in the frame that comes, counted from 1; `time`: seconds of the engine's clock.
-    void play(Instructor& instructor, double time, long frame);
+    /// Gives what is due in the coming frame, counted from 1; `time`: seconds of the engine's clock.
+    void play(SceneCommandQueue& commands, double time, long frame);
 
 private:
     std::string m_file;
     TimedQueue m_queue;
-    std::vector<Action> m_actions;  ///< one a line
+    std::vector<SceneCommand> m_commands;  ///< one a line
     std::size_t m_next = 0;
 };

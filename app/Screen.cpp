@@ -7,13 +7,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "common/LogicBase.h"
+#include "Plugin.h"
 #include "engine/core/Engine.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/input/InputRouter.h"
 #include "engine/text/Log.h"
-#include "engine/text/Package.h"
-#include "src/logic/Logic_Test_Fly.h"
+#include "src/logic/AppData.h"
 
 namespace {
 
@@ -26,31 +25,7 @@ bool hasDisplay() {
     return display && *display;
 }
 
-/// False when the configuration does not know the channel.
-bool readChannel(const Package& config, const std::string& name, PictureSettings& settings) {
-    const Package* const slaves = config.getPackage("slaves");
-    const Package* const channel = slaves ? slaves->getPackage(name.c_str()) : nullptr;
-    if (!channel) return false;
-    float shear[2];
-    if (channel->getFloats("shear", shear, 2)) settings.shear = {shear[0], shear[1]};
-    settings.yaw = channel->getDouble("yaw");
-    if (!channel->has("fov")) return true;
-    const double fov = channel->getDouble("fov");
-    if (fov > 0.0 && fov < 180.0) {
-        settings.fov = fov;
-    } else {
-        jLog::error("%s: \"fov\" of channel \"%s\" must lie between 0 and 180 degrees", CONFIG_PATH, name.c_str());
-    }
-    return true;
-}
-
 }  // namespace
-
-Screen::~Screen() {
-    disconnect();
-    // The library stays: what it registered with the driver outlives the picture.
-    m_picture.reset();
-}
 
 bool Screen::open(const Options& options, const std::string& library, Engine& engine, std::string& error) {
     m_engine = &engine;
@@ -60,12 +35,15 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
     PictureSettings settings;
     settings.window = !options.headless && hasDisplay();
     m_screenshots = options.screenshots;
-    Package config;
-    mjl::open(CONFIG_PATH, config, true);
-    if (!options.channel.empty() && !readChannel(config, options.channel, settings)) {
-        error = std::string(CONFIG_PATH) + " names no channel \"" + options.channel + "\" under \"slaves\"";
+    const AppData& config = AppData::get();
+    ChannelView view;
+    if (!options.channel.empty() && !config.applyShear(options.channel, view)) {
+        error = std::string(AppData::PATH) + " names no channel \"" + options.channel + "\" under \"slaves\"";
         return false;
     }
+    settings.shear = {view.shear[0], view.shear[1]};
+    settings.yaw = view.yaw;
+    settings.fov = view.fov;
     if (!settings.window && !options.headless) {
         jLog::warning("there is no display (DISPLAY is not set): the run goes on without a window, as with --headless");
     }
@@ -75,9 +53,9 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
     settings.height = options.size[1];
     settings.fullscreen = options.fullscreen;
     settings.quality = qualityOf(options.quality);
-    settings.vsync = config.getBool("vsync");
-    m_shows_rate = config.getBool("show_fps");
-    m_rate_is_instant = config.getBool("real_time_fps");
+    settings.vsync = config.isVsync();
+    m_shows_rate = config.isShowFps();
+    m_rate_is_instant = config.isRealTimeFps();
     m_draws_always = settings.window;
     m_shows_panels = !options.no_panels;
 
@@ -88,31 +66,10 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
         error = why ? why : library + " makes no picture";
         return false;
     }
+    if (!checkInterface(m_library, "PictureInterfaceVersion", PICTURE_INTERFACE_VERSION, library, error)) return false;
     m_picture.reset(factory(engine, settings, error));
     engine.getInput()->dispatch();  // a window may have come out smaller
     return m_picture != nullptr;
-}
-
-void Screen::connect(LogicBase& logic) {
-    InputRouter& input = *m_engine->getInput();
-    IApp* const app = m_engine->getApp();
-    input.bindKeyPress([&logic, app](const GUIEventKey& event) { logic.onKeyPress(event, app); });
-    input.bindKeyRelease([&logic, app](const GUIEventKey& event) { logic.onKeyRelease(event, app); });
-    input.bindMouseDown([&logic, app](const GUIEventMouse& event) { logic.onMouseDown(event, app); });
-    input.bindMouseUp([&logic, app](const GUIEventMouse& event) { logic.onMouseUp(event, app); });
-    input.bindMouseMove([&logic, app](const GUIEventMouse& event) { logic.onMouseMove(event, app); });
-    input.bindWheel([&logic, app](const GUIEventWheel& event) { logic.onMouseWheel(event, app); });
-    auto* const fly = dynamic_cast<Logic_Test_Fly*>(&logic);
-    if (!m_picture || !fly) return;
-    logic.m_signal_20_fog.append([this, fly](float) {
-        m_picture->setVisibility(std::max(fly->getVisibilityDistance(), 1) * Logic_Test_Fly::VISIBILITY_STEP);
-    });
-}
-
-void Screen::disconnect() {
-    if (!m_engine) return;
-    m_engine->getInput()->clearBindings();
-    m_engine->getUIRoot()->clear();
 }
 
 bool Screen::draw(long frame, std::string& error) {

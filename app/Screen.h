@@ -9,28 +9,23 @@
 #include "render/Picture.h"
 
 class Engine;
-class LogicBase;
 
 /// The picture of a run that has one. The library with the picture is loaded only when it is wanted.
 class Screen {
 public:
     Screen() = default;
-    ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    /// Opens a window or an off-screen picture as the options and the configuration ask for. False, with `error` saying
-    /// why, when that fails. A run without a window and without screenshots opens nothing.
+    /// Opens a window or an off-screen picture after the options and the configuration. False, with `error` saying why,
+    /// when that fails. A run without a window and without screenshots opens nothing. REQUIRES an open configuration;
+    /// the engine outlives this.
     bool open(const Options& options, const std::string& library, Engine& engine, std::string& error);
-    /// Has the logic's fog set the picture's visibility, and the logic hear the engine's input.
-    void connect(LogicBase& logic);
-    /// Forgets what lies in the logic's library, before it is closed: its handlers and panels.
-    void disconnect();
     /// Takes in the window's events; false once it was closed.
     bool poll() { return !m_picture || m_picture->poll(); }
     /// Draws the frame and writes the screenshots of it; false, with `error` saying why, when one cannot be written.
     bool draw(long frame, std::string& error);
-    /// Writes the screenshots of the run's end, and tells which frames never came.
+    /// Writes the screenshots of the run's end, and logs those whose frames never came.
     bool finish(std::string& error);
     Picture* getPicture() const { return m_picture.get(); }
 
@@ -40,7 +35,7 @@ private:
     void showRate();
     bool saveDue(long frame, std::string& error);
 
-    void* m_library = nullptr;
+    void* m_library = nullptr;  ///< stays loaded: what it registered with the driver outlives the picture
     std::unique_ptr<Picture> m_picture;
     std::vector<Screenshot> m_screenshots;  ///< still to be written
     bool m_shows_panels = true;

@@ -1,20 +1,13 @@
-// Reads the types of targets as the program starts.
+// Types of targets: codes of the configuration, names of the display texts.
 #include "TargetTypes.h"
 
-#include <cstdlib>
-
-#include "Options.h"
 #include "Texts.h"
+#include "src/logic/AppData.h"
 
 std::vector<TargetType> readTargetTypes(const Texts& texts) {
     std::vector<TargetType> types;
-    Package config;
-    mjl::open(CONFIG_PATH, config, true);
-    const Package* const paths = config.getPackage("target_type");
-    if (!paths) return types;
-    for (const Item& path : *paths) {
-        const std::string code = path.getName().substr(1);  // the key is "_CODE"
-        types.push_back({std::atoi(code.c_str()), texts.get("target_type." + code)});
+    for (const int code : AppData::get().getTargetTypes()) {
+        types.push_back({code, texts.get("target_type." + std::to_string(code))});
     }
     return types;
 }

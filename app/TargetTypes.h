@@ -1,16 +1,12 @@
 // What kinds of targets there are.
 #pragma once
 
-#include <string>
 #include <vector>
+
+#include "app/scene/SceneCommand.h"
 
 class Texts;
 
-/// A type of the configuration's "target_type".
-struct TargetType {
-    int code = 0;
-    std::string name;  ///< "target_type.CODE" of the display texts
-};
-
-/// All of them, in the file's order; none when the configuration cannot be read.
+/// The types of the configuration's "target_type" in the file's order, named by "target_type.CODE" of the display
+/// texts.
 std::vector<TargetType> readTargetTypes(const Texts& texts);

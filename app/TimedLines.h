@@ -26,7 +26,6 @@ public:
     }
     /// The next line that is due as this frame begins, null when none is. Valid until the lines are set anew.
     const TimedLine* next(double time, long frame);
-    int getNumWaiting() const { return static_cast<int>(m_lines.size() - m_next); }
 
 private:
     std::vector<TimedLine> m_lines;

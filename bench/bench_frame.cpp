@@ -5,6 +5,7 @@
 #include "Bench.h"
 #include "CountAllocations.h"
 #include "common/LogicBase.h"
+#include "common/LogicFrame.h"
 #include "engine/core/Engine.h"
 #include "engine/memory/Allocator.h"
 #include "engine/scene/MeshData.h"
@@ -58,13 +59,13 @@ public:
 
     void frame() {
         m_host.send(m_record);
-        m_engine->beginFrame(DT);
-        if (m_ocean) m_ocean->getField();
-        m_logic->update(m_engine->getFrameTime());
-        m_engine->step();
-        m_logic->swap();
-        m_logic->render();
-        m_engine->endFrame();
+        struct Steps : FrameSteps {
+            ObjectOcean* ocean;
+            void begun() {
+                if (ocean) ocean->getField();
+            }
+        };
+        runFrame(*m_engine, *m_logic, DT, Steps{{}, m_ocean});
     }
 
     /// The sea as a picture or a floating ship has it: made anew for each frame from now on.

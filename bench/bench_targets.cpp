@@ -7,6 +7,7 @@
 
 #include "Bench.h"
 #include "CountAllocations.h"
+#include "common/LogicFrame.h"
 #include "engine/core/Engine.h"
 #include "engine/memory/Allocator.h"
 #include "engine/scene/ObjectParticles.h"
@@ -86,12 +87,7 @@ public:
 
     Logic_Test_Fly& logic() { return *m_logic; }
     World& world() { return *m_engine->getWorld(); }
-    void frame(float dt = DT) {
-        m_engine->beginFrame(static_cast<double>(dt));
-        m_logic->update(dt);
-        m_engine->step();
-        m_engine->endFrame();
-    }
+    void frame(float dt = DT) { runFrame(*m_engine, *m_logic, static_cast<double>(dt)); }
 
     /// Records of so many targets spread over some kilometres; `shift` moves all of them northward, metres.
     std::vector<TargetInfo> records(int count, double shift) const {

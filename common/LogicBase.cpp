@@ -88,7 +88,11 @@ void LogicBase::apply_date(int year, int month, int day) {
 
 void LogicBase::onKeyRelease(const GUIEventKey& event, IApp*) {
     if (event.key != 't' || event.modifier == 0) return;
-    m_test_mode = !m_test_mode;
+    set_test_mode(!m_test_mode);
+}
+
+void LogicBase::set_test_mode(bool on) {
+    m_test_mode = on;
     std::printf(m_test_mode ? "test mode open \n" : "test mode close \n");
 }
 

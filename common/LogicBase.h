@@ -71,6 +71,8 @@ public:
     virtual void set_aircraft_path(jString path);  ///< aircraft configuration file; before `init`
     virtual void set_airport_node(jString name);   ///< node that the aircraft starts at; before `init`
     virtual void set_carrier_node(jString name);   ///< node of the carrier; before `init`
+    void set_test_mode(bool on);                   ///< tells so on the console
+    bool isTestMode() const { return m_test_mode; }
 
 protected:
     CameraControl* m_camera;
@@ -131,6 +133,12 @@ protected:
 private:
     void set_track(const char* file, float position);
 };
+
+/// Number of this class's layout and of the order of its virtual operations. A library of another number cannot be
+/// used.
+constexpr int LOGIC_INTERFACE_VERSION = 1;
+/// Each library exports the number that it was built with beside its factory.
+extern "C" LOGIC_API const int LogicInterfaceVersion;
 
 /// Makes this library's scene logic. The caller initialises it, and ends it with `jDelete`.
 extern "C" LOGIC_API LogicBase* CreateLogic(World* world, CameraControl* camera);

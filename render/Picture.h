@@ -60,7 +60,7 @@ public:
     /// A line of text in the upper left corner; empty for none.
     virtual void setStatusLine(const std::string& text) = 0;
     virtual void setTitle(const std::string& title) = 0;  ///< of the window, UTF-8; nothing off screen
-    virtual void setParts(unsigned parts) = 0;  ///< of `PictureParts`
+    virtual void setParts(unsigned parts) = 0;            ///< of `PictureParts`
     virtual void setFullscreen(bool fullscreen) = 0;
 
     /// The picture drawn last; empty once the window was lost.
@@ -69,6 +69,11 @@ public:
     /// that fails.
     virtual bool save(const std::string& file, std::string& error) = 0;
 };
+
+/// Number of these types' layout and of the order of the virtual operations; the library exports the one that it was
+/// built with.
+constexpr int PICTURE_INTERFACE_VERSION = 1;
+extern "C" const int PictureInterfaceVersion;
 
 /// Makes the picture of an engine's world. Null, with `error` saying why and what to do, without a usable display or
 /// driver. The caller deletes it.

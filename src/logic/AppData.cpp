@@ -3,21 +3,22 @@
 
 #include <engine/text/Log.h>
 
-namespace {
-
-const jString PATH = "config/Logic_Test_Fly.cfg";
-
-}  // namespace
+#include <cstdlib>
 
 AppData& AppData::get() {
     static AppData data;
     return data;
 }
 
+void AppData::open() {
+    if (!m_is_open) load();
+}
+
 bool AppData::load() {
+    m_is_open = true;
     m_package.clear();
     if (mjl::open(PATH, m_package, false)) return true;
-    jLog::warning("Open config file failed:%s, use default config", PATH.c_str());
+    jLog::warning("Open config file failed:%s, use default config", PATH);
     return false;
 }
 
@@ -74,6 +75,15 @@ bool AppData::applyShear(const jString& channel, ChannelView& view) const {
     const Package* const settings = channels ? channels->getPackage(channel.c_str()) : nullptr;
     if (!settings) return false;
     if (!settings->getFloats("shear", view.shear, 2)) view.shear[0] = view.shear[1] = 0.0f;
+    if (settings->has("yaw")) view.yaw = settings->getDouble("yaw");
+    if (settings->has("fov")) {
+        const double fov = settings->getDouble("fov");
+        if (fov > 0.0 && fov < 180.0) {
+            view.fov = fov;
+        } else {
+            jLog::error("%s: \"fov\" of channel \"%s\" must be between 0 and 180 degrees", PATH, channel.c_str());
+        }
+    }
     if (view.apply) view.apply(view);
     return true;
 }
@@ -119,6 +129,14 @@ jVector<jString> AppData::getKeyControls() const {
     if (!controls) return keys;
     for (const Item& control : *controls) keys.append(controls->getString(control.getName().c_str()));
     return keys;
+}
+
+jVector<int> AppData::getTargetTypes() const {
+    jVector<int> codes;
+    const Package* const paths = m_package.getPackage("target_type");
+    if (!paths) return codes;
+    for (const Item& path : *paths) codes.append(std::atoi(path.getName().c_str() + 1));  // behind the "_"
+    return codes;
 }
 
 jString AppData::getTargetPath(int type) const {

@@ -10,12 +10,15 @@
 #include "src/aircraft/PlaneExtra300s.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/kit/UdpDataKit.h"
+#include "src/logic/AppData.h"
 #include "src/logic/Target.h"
 #include "src/ship/Ship.h"
 
 extern "C" LogicBase* CreateLogic(World* world, CameraControl* camera) {
     return jNew<Logic_Test_Fly>({"src\\logic\\Logic_Test_Fly", "CreateLogic"}, world, camera);
 }
+
+extern "C" const int LogicInterfaceVersion = LOGIC_INTERFACE_VERSION;
 
 Logic_Test_Fly::Logic_Test_Fly(World* world, CameraControl* camera) : LogicBase(world, camera) {
     m_hit_callback.handlers.append([this](Body* body, int shape) { on_plane_hit(body, shape); });
@@ -34,6 +37,7 @@ Logic_Test_Fly::~Logic_Test_Fly() {
     jDelete(m_aerobatic);
     jDelete(m_helicopter);
     jDelete(m_ship);
+    AppData::get().close();
 }
 
 jString Logic_Test_Fly::getWorldPath() const {

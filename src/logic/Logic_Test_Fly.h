@@ -87,12 +87,11 @@ public:
     void reset();
 
     // Configuration: _config.cpp
-    /// Reads the configuration file; without it every key has its default. Loads the recorded flight.
+    /// Reads the configuration file, unless the application did; without it every key has its default. Loads the
+    /// recorded flight.
     void init_config();
     /// Airport lights off, third-person view, flight mode as configured.
     void default_setting();
-    /// Frames a second that the host application is to let through at most.
-    double get_fps_limit() const;
 
     // Environment: _environment.cpp
     /// Looks the weather's nodes, the terrain and the ocean up; the ocean keeps its own sea state from now on. Without
@@ -106,6 +105,8 @@ public:
     void setTod(float time) override;
     /// Sets a track by its full path, 0..100 percent; nothing when it was not loaded.
     void set_anim(jString path, float percent);
+    float getRain() const;  ///< position of the rain's track, 0..1; 0 without it
+    float getSnow() const;  ///< of the snow's
     bool isRaining() const { return m_raining; }
     Node* getRainNode() const { return m_rain; }       ///< null without one
     Node* getHailNode() const { return m_hail; }       ///< null without one
@@ -216,6 +217,7 @@ public:
     bool apply_target(TargetInfo info);
     bool remove_target(const jString& name);        ///< false when there is none
     Target* get_target(const jString& name) const;  ///< null when there is none; valid until it is removed or made anew
+    const jMap<jString, std::unique_ptr<Target>>& getTargets() const { return m_targets; }  ///< by name
     int getNumTargets() const { return static_cast<int>(m_targets.size()); }
     /// The target nearest to the aircraft; of equally far ones the first by name. Null, with a line printed, when none
     /// is nearer than 100 km or there is no aircraft.
@@ -245,7 +247,10 @@ public:
     void set_node_uv_offset(const GUIEventChange& event, UIElement* element);
     void set_node_digit(const GUIEventChange& event, UIElement* element);  ///< truncated to an integer
     void set_node_onoff(const GUIEventChange& event, UIElement* element);
-    /// Gear up and down at once, on the carrier jet; the event and the element are not looked at.
+    void toggle_light();          ///< landing light of the jet, search light of the helicopter
+    bool set_wipers_on(bool on);  ///< the helicopter's; false on another aircraft
+    void set_gear(bool down);     ///< at once, on the carrier jet; nothing on another aircraft
+    /// `set_gear`; the event and the element are not looked at.
     void on_open_undercarriage(const GUIEventMouse& event, UIElement* element);
     void on_close_undercarriage(const GUIEventMouse& event, UIElement* element);
 
@@ -258,6 +263,8 @@ public:
     const jString& getFlyModeText() const;  ///< the fly mode button's; empty before `init`
     /// While the push is on, moves the aircraft's model along its own +Y at 30 m/s for dt seconds.
     void move_forward(float dt);
+    void set_moving_forward(bool moves) { m_moving_forward = moves; }  ///< the push
+    void back_to_start();  ///< push off, the aircraft to the start node; nothing without either
     // Event and element are not looked at.
     void on_move_foward(const GUIEventMouse& event, UIElement* element);    ///< push on or off
     void on_reset_postion(const GUIEventMouse& event, UIElement* element);  ///< push off, aircraft to the start node
@@ -342,6 +349,7 @@ private:
 
     void load_track(const jString& path) override;
     Track* get_track(const jString& path) override;
+    Track* find_own_track(const jString& path) const;
     void init_jet();
     void init_aerobatic();
     void init_helicopter();

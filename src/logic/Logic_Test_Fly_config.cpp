@@ -4,7 +4,7 @@
 
 void Logic_Test_Fly::init_config() {
     AppData& data = AppData::get();
-    data.load();
+    data.open();
     m_ignore_order = data.isIgnoreOrder();
     m_show_recv = data.isShowRecvDataPrint();
     m_show_send = data.isShowSendDataPrint();
@@ -16,8 +16,4 @@ void Logic_Test_Fly::default_setting() {
     setAirportLightBrightness(0.0f);
     set_player_mode(THIRD_VIEW);
     set_fly_mode(static_cast<FLY_MODE>(AppData::get().getFlyMode()));
-}
-
-double Logic_Test_Fly::get_fps_limit() const {
-    return AppData::get().getFpsLimit();
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "src/aircraft/Helicopter.h"
 #include "src/aircraft/PlaneExtra300s.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/logic/Logic_Test_Fly.h"
@@ -64,14 +65,26 @@ void Logic_Test_Fly::set_node_onoff(const GUIEventChange& event, UIElement* elem
     m_aerobatic->setNodeEnable(element->getId(), event.value != 0.0);
 }
 
-void Logic_Test_Fly::on_open_undercarriage(const GUIEventMouse&, UIElement*) {
+void Logic_Test_Fly::toggle_light() {
+    if (is_jet()) m_jet->toggleLight();
+    if (is_helicopter()) m_helicopter->toggleLight();
+}
+
+bool Logic_Test_Fly::set_wipers_on(bool on) {
+    if (is_helicopter()) m_helicopter->setWipersOn(on);
+    return is_helicopter();
+}
+
+void Logic_Test_Fly::set_gear(bool down) {
     if (!is_jet()) return;
-    m_jet->setUndercarriage(true, false);
-    m_jet->openUndercarriageNow();
+    m_jet->setUndercarriage(down, false);
+    down ? m_jet->openUndercarriageNow() : m_jet->closeUndercarriageNow();
+}
+
+void Logic_Test_Fly::on_open_undercarriage(const GUIEventMouse&, UIElement*) {
+    set_gear(true);
 }
 
 void Logic_Test_Fly::on_close_undercarriage(const GUIEventMouse&, UIElement*) {
-    if (!is_jet()) return;
-    m_jet->setUndercarriage(false, false);
-    m_jet->closeUndercarriageNow();
+    set_gear(false);
 }

@@ -30,6 +30,10 @@ void setTrack(Track* track, float position) {
     if (track) track->set(position);
 }
 
+float getPosition(const Track* track) {
+    return track ? track->get() : 0.0f;
+}
+
 /// Hundredths of the fog's density at which half the light is lost over that distance. Thin fog is set back by two of
 /// them, which is how the fog is calibrated.
 int densityOfVisibility(int metres) {
@@ -69,6 +73,10 @@ void Logic_Test_Fly::load_track(const jString& path) {
 }
 
 Track* Logic_Test_Fly::get_track(const jString& path) {
+    return find_own_track(path);
+}
+
+Track* Logic_Test_Fly::find_own_track(const jString& path) const {
     for (Track* track : m_own_tracks) {
         if (track->getName() == path) return track;
     }
@@ -95,6 +103,14 @@ void Logic_Test_Fly::setTod(float time) {
 
 void Logic_Test_Fly::set_anim(jString path, float percent) {
     setTrack(get_track(path), static_cast<float>(std::clamp(static_cast<double>(percent) * 0.01, 0.0, 1.0)));
+}
+
+float Logic_Test_Fly::getRain() const {
+    return getPosition(find_own_track(RUNWAY_WET));
+}
+
+float Logic_Test_Fly::getSnow() const {
+    return getPosition(find_own_track(SNOW));
 }
 
 void Logic_Test_Fly::setVisibilityDistance(int steps) {

@@ -11,8 +11,6 @@
 #include <cstdlib>
 #include <span>
 
-#include "src/aircraft/Helicopter.h"
-#include "src/aircraft/PlaneJ15.h"
 #include "src/logic/Logic_Test_Fly.h"
 
 namespace {
@@ -121,8 +119,7 @@ void Logic_Test_Fly::onKeyRelease(const GUIEventKey& event, IApp* app) {
     }
     switch (event.key) {
         case 'g':
-            if (is_jet()) m_jet->toggleLight();
-            if (is_helicopter()) m_helicopter->toggleLight();
+            toggle_light();
             break;
         case 'p':
             m_show_recv = !m_show_recv;

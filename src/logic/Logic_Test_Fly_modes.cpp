@@ -45,8 +45,12 @@ void Logic_Test_Fly::on_move_foward(const GUIEventMouse&, UIElement*) {
     m_moving_forward = !m_moving_forward;
 }
 
-void Logic_Test_Fly::on_reset_postion(const GUIEventMouse&, UIElement*) {
+void Logic_Test_Fly::back_to_start() {
     m_moving_forward = false;
     const Node* const start = find_node(m_airport_node);
     if (start && m_aircraft) m_aircraft->setWorldTransform(start->getWorldTransform());
+}
+
+void Logic_Test_Fly::on_reset_postion(const GUIEventMouse&, UIElement*) {
+    back_to_start();
 }

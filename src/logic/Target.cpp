@@ -71,6 +71,10 @@ Node* Target::getNode() const {
     return m_prefab;
 }
 
+dvec3 Target::getVelocity() const {
+    return m_glide ? m_glide->getTravel() / static_cast<double>(GLIDE_TIME) : dvec3();
+}
+
 void Target::update(const TargetInfo& info) {
     if (!m_prefab->isLoaded()) {
         std::printf("%s prefab is error \n", m_info.name.c_str());

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "common/LogicApi.h"
 #include "common/actions/ActionMoveAndLookAt.h"
 #include "src/kit/UdpRecords.h"
 
@@ -11,7 +12,7 @@ class World;
 
 /// Has its model in the world, tagged and named by the target's name, and at most one glide running. Taken out of both
 /// when destroyed; the world and the manager outlive it.
-class Target {
+class LOGIC_API Target {
 public:
     /// Null, with one error logged and nothing added, when the record has no name, no model that loads, or no place on
     /// the globe. `path` is the model's prefab.
@@ -33,6 +34,7 @@ public:
     Node* getNode() const;
     const dvec3& getPosition() const { return m_position; }  ///< longitude, latitude, height that it glides to
     const TargetInfo& getInfo() const { return m_info; }     ///< the last record taken
+    dvec3 getVelocity() const;                               ///< of its glide, geocentric axes, m/s; zero without one
     bool isGliding() const { return m_glide != nullptr; }
 
 private:

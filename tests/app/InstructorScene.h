@@ -1,14 +1,19 @@
-// The demonstration with its logic and an instructor, in this process, and a hand on mouse and keyboard.
+// The demonstration with its logic, its scene commands and panels in this process, and a hand on mouse and keyboard.
 #pragma once
 
 #include <memory>
 
 #include "DemoScene.h"
 #include "app/Controls.h"
-#include "app/Instructor.h"
 #include "app/Options.h"
+#include "app/TargetTypes.h"
+#include "app/scene/SceneCommandQueue.h"
+#include "app/scene/SceneController.h"
+#include "app/scene/SceneQuery.h"
+#include "common/LogicFrame.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/input/InputRouter.h"
+#include "src/logic/AppData.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "support/FakeHost.h"
 
@@ -16,22 +21,22 @@ class InstructorScene : public DemoScene {
 protected:
     explicit InstructorScene(const std::string& aircraft = Options().aircraft) {
         loadWorld();
-        const auto set = [](const char* key, int port) { mjl::setOverride(CONFIG_PATH, key, std::to_string(port)); };
+        const auto set = [](const char* key, int port) { mjl::setOverride(AppData::PATH, key, std::to_string(port)); };
         set("local_port", host.getViewerPort());
         set("recv_from_flightSimulation_port", host.getSendPort());
         set("send_to_flightSimulation_port", host.getFeedbackPort());
-        m_logic = jMakeLogic();
+        m_logic.reset(static_cast<Logic_Test_Fly*>(CreateLogic(&world(), engine().getCameraControl())));
         logic().set_aircraft_path(aircraft);
         logic().set_airport_node(Options().airport);
         logic().set_carrier_node(Options().carrier);
         logic().init();
-        m_instructor = std::make_unique<Instructor>(engine(), logic());
+        m_query.emplace(engine(), logic());
+        m_controller.emplace(engine(), logic(), &logic(), &*m_query);
     }
     ~InstructorScene() override {
         input().clearBindings();
         panels().clear();
         m_controls.reset();
-        m_instructor.reset();
         m_logic.reset();
         mjl::clearOverrides();
     }
@@ -40,11 +45,19 @@ protected:
     InputRouter& input() { return *engine().getInput(); }
     UIRoot& panels() { return *engine().getUIRoot(); }
     Logic_Test_Fly& logic() { return *m_logic; }
-    Instructor& instructor() { return *m_instructor; }
+    SceneQuery& query() { return *m_query; }
+    SceneCommandQueue& commands() { return m_commands; }
 
+    /// Gives a command by its text and runs the frame that applies it; false when it costs a log line.
+    bool give(const std::string& text) {
+        const std::size_t before = complaints().size();
+        m_commands.push(parseCommand(text, readTargetTypes(Texts("en"))).value(), {"test", 7});
+        frames(1);
+        return complaints().size() == before;
+    }
     /// The window with its panels, and the instructor's opened by its key.
     void openPanel(const std::string& language, int width = 1280, int height = 720) {
-        m_controls = std::make_unique<Controls>(engine(), &logic(), m_instructor.get(), nullptr, language);
+        m_controls = std::make_unique<Controls>(engine(), m_commands, &logic(), &*m_query, nullptr, language);
         input().resize(width, height);
         input().keyEvent(ControlApp::KEY_F9, true);
         input().keyEvent(ControlApp::KEY_F9, false);
@@ -52,15 +65,7 @@ protected:
     }
     /// As the application runs them.
     void frames(int count, double dt = 1.0 / 60.0) {
-        for (int i = 0; i < count; ++i) {
-            m_instructor->update();
-            engine().beginFrame(dt);
-            m_logic->update(engine().getFrameTime());
-            engine().step();
-            m_logic->swap();
-            if (m_controls) m_controls->update();
-            engine().endFrame();
-        }
+        for (int i = 0; i < count; ++i) runFrame(engine(), logic(), dt, Steps{*this});
     }
 
     UIElement& element(const jString& name) {
@@ -84,15 +89,24 @@ protected:
     FakeHost host{findFreePort()};
 
 private:
+    struct Steps : FrameSteps {
+        explicit Steps(InstructorScene& of) : scene(of) {}
+        void begun() {
+            scene.m_commands.apply(*scene.m_controller);
+            scene.m_controller->update();
+        }
+        void placed() {
+            scene.m_query->update();
+            if (scene.m_controls) scene.m_controls->update();
+        }
+        InstructorScene& scene;
+    };
     struct End {
         void operator()(Logic_Test_Fly* logic) const {
             logic->release();
             jDelete(static_cast<LogicBase*>(logic));
         }
     };
-    std::unique_ptr<Logic_Test_Fly, End> jMakeLogic() {
-        return {static_cast<Logic_Test_Fly*>(CreateLogic(&world(), engine().getCameraControl())), End()};
-    }
     static UIElement* find(UIElement& from, const jString& name) {
         if (from.getName() == name) return &from;
         const auto* const layout = dynamic_cast<const UILayout*>(&from);
@@ -103,6 +117,8 @@ private:
     }
 
     std::unique_ptr<Logic_Test_Fly, End> m_logic;
-    std::unique_ptr<Instructor> m_instructor;
+    SceneCommandQueue m_commands;
+    std::optional<SceneQuery> m_query;
+    std::optional<SceneController> m_controller;
     std::unique_ptr<Controls> m_controls;
 };

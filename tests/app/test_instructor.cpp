@@ -1,16 +1,9 @@
 // The instructor's panel as a hand uses it, and what it tells of targets and the host link.
 #include "InstructorScene.h"
 #include "app/Texts.h"
-#include "engine/net/SocketUDP.h"
 #include "engine/scene/ObjectOcean.h"
-#include "engine/scene/ObjectParticles.h"
 
 namespace {
-
-class HelicopterInstructor : public InstructorScene {
-protected:
-    HelicopterInstructor() : InstructorScene("data/assets/Targets/MODELS/HELICOPTER/HELICOPTER.cfg") {}
-};
 
 class InstructorTest : public InstructorScene {
 protected:
@@ -78,7 +71,7 @@ TEST_F(InstructorTest, TargetsAreAddedMovedAndRemoved) {
     click("bearing", 0.25);
     click("type");
     click("add");
-    ASSERT_EQ(instructor().getTargets(), (std::vector<std::string>{"T1", "T2"}));
+    ASSERT_EQ(query().getTargets(), (std::vector<std::string>{"T1", "T2"}));
     Node& first = *world().getNodeByName("T1");
     EXPECT_NEAR(fromAircraft(first), 1000.0, 1.0);
     EXPECT_NEAR(engine().getEllipsoid().toWGS(first.getWorldPosition()).z, 0.0, 0.5) << "on the sea";
@@ -94,88 +87,8 @@ TEST_F(InstructorTest, TargetsAreAddedMovedAndRemoved) {
     EXPECT_EQ(world().getNodeByName("T1"), nullptr);
     EXPECT_EQ(text("panel.nearest").substr(0, 3), "T2,");
     click("add");
-    EXPECT_EQ(instructor().getTargets().back(), "T3") << "a name is not given twice";
+    EXPECT_EQ(query().getTargets().back(), "T3") << "a name is not given twice";
     EXPECT_TRUE(complaints().empty()) << complaints().front();
-}
-
-TEST_F(InstructorTest, ATargetMovesOverItselfWithoutClimbing) {
-    ASSERT_TRUE(instructor().addTarget("lorry", 1001, {250.0, 30.0, 0.0, 0.0}));
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(instructor().moveTarget("lorry", {250.0, 30.0 + 2.0 * i, 0.0, 0.0}));
-        frames(70);
-        const dvec3 place = engine().getEllipsoid().toWGS(world().getNodeByName("lorry")->getWorldPosition());
-        EXPECT_NEAR(place.z, 20.0, 0.5) << i;
-    }
-    EXPECT_FALSE(instructor().addTarget("lorry", 1001, {})) << "the name is taken";
-    EXPECT_FALSE(instructor().moveTarget("nobody", {}));
-    EXPECT_FALSE(instructor().removeTarget("nobody"));
-    EXPECT_FALSE(instructor().addTarget("ghost", 4711, {})) << "there is no such type";
-    EXPECT_EQ(logic().getNumTargets(), 1);
-}
-
-TEST_F(InstructorTest, ATorpedoRunsAtTheSurfaceAndLeavesAWake) {
-    const EllipsoidModel& globe = engine().getEllipsoid();
-    ASSERT_TRUE(instructor().launchTorpedo({157.0, 200.0, 0.0, 90.0}));
-    Node* const torpedo = world().getNodeByName("torpedo");
-    ASSERT_NE(torpedo, nullptr);
-    const dmat4 start = torpedo->getWorldTransform();
-    EXPECT_NEAR(torpedo->getWgsHPR().x, 90.0, 1e-6);
-    frames(180);
-    EXPECT_NEAR(dot(torpedo->getWorldPosition() - start.t, start.y), 60.0, 0.5);
-    EXPECT_NEAR(globe.toWGS(torpedo->getWorldPosition()).z, 0.0, 1e-3) << "the globe's curve is followed";
-    const auto* const wake = static_cast<ObjectParticles*>(torpedo->getChildByName("wake", true));
-    ASSERT_NE(wake, nullptr);
-    double longest = 0.0;
-    for (const Particle& p : wake->getParticles()) {
-        EXPECT_NEAR(globe.toWGS(p.position).z, 0.5, 0.5) << "on the water";
-        longest = std::max(longest, length(torpedo->getWorldPosition() - p.position));
-    }
-    EXPECT_NEAR(longest, 60.0, 5.0) << "back to where it began";
-    frames(580, 0.1);
-    EXPECT_FALSE(torpedo->isEnabled()) << "a minute later";
-    EXPECT_FALSE(wake->getParticles().empty());
-    frames(100, 0.1);
-    EXPECT_EQ(world().getNodeByName("torpedo"), nullptr);
-    ASSERT_TRUE(instructor().launchTorpedo({157.0, 200.0}));
-    instructor().reset();
-    frames(2);
-    EXPECT_EQ(world().getNodeByName("torpedo"), nullptr) << "a reset ends it";
-}
-
-TEST_F(HelicopterInstructor, MeasuresFromTheHelicopterAndFiresNothing) {
-    const Object* const model = logic().getModel();
-    Node* const lamp = const_cast<Object*>(model)->getChildByName("navigation_left", true);
-    instructor().setNavigationLights(false);
-    EXPECT_FALSE(lamp->isEnabled());
-    ASSERT_TRUE(instructor().addTarget("ship", 1002, {90.0, 3000.0}));
-    EXPECT_NEAR(length(world().getNodeByName("ship")->getWorldPosition() - model->getWorldPosition()), 3000.0, 1.0);
-    EXPECT_TRUE(complaints().empty());
-    const std::size_t blocks = memGetInfos().size();
-    EXPECT_FALSE(instructor().fire());
-    EXPECT_FALSE(instructor().explode());
-    EXPECT_EQ(complaints().size(), 2u) << "one line each";
-    EXPECT_EQ(memGetInfos().size(), blocks);
-}
-
-TEST_F(InstructorTest, LinkHealthIsThatOfTheLink) {
-    LinkHealth link = instructor().getLinkHealth();
-    const std::uint64_t refused = link.refused;
-    EXPECT_EQ(link.records, 0u);
-    EXPECT_LT(link.age, 0.0) << "no record yet";
-    for (int i = 0; i < 3; ++i) ASSERT_TRUE(host.sendOrder(2));
-    LoopbackSocket stranger;
-    ASSERT_TRUE(stranger.send(packets::record(1), host.getViewerPort()));
-    frames(2);
-    link = instructor().getLinkHealth();
-    EXPECT_EQ(link.records, 3u);
-    EXPECT_EQ(link.refused - refused, 1u);
-    EXPECT_GT(link.feedback, 0u);
-    EXPECT_LT(link.age, 0.05);
-    frames(20, 0.1);
-    EXPECT_NEAR(instructor().getLinkHealth().age, 2.0, 0.05) << "seconds of the engine's clock";
-    openPanel("en");
-    EXPECT_EQ(text("panel.records"), "3");
-    EXPECT_EQ(text("panel.age").substr(0, 2), "2.");
 }
 
 TEST_F(InstructorTest, PanelFitsBesideTheOthers) {
@@ -185,7 +98,7 @@ TEST_F(InstructorTest, PanelFitsBesideTheOthers) {
     for (const auto& [width, height] : {std::pair{1280, 720}, std::pair{1920, 1080}}) {
         input().resize(width, height);
         logic().setVisibilityDistance(100);
-        instructor().addTarget("a_target_with_a_long_name_" + std::to_string(width), 1002, {90.0, 19000.0, 0.0, 0.0});
+        ASSERT_TRUE(give("target a_target_with_a_long_name_" + std::to_string(width) + " ship 90 19000"));
         frames(15);
         UIElement& panel = element("instructor");
         EXPECT_GT(panel.getX(), 502) << "beside the test panel";
@@ -198,24 +111,25 @@ TEST_F(InstructorTest, PanelFitsBesideTheOthers) {
     }
 }
 
-TEST_F(InstructorTest, EveryTextIsThereInBothLanguages) {
-    for (const char* language : {"en", "zh"}) {
-        const Texts texts(language);
-        for (const char* name :
-             {"weather",  "rain",    "snow",  "time",    "visibility", "sea",       "aircraft", "navigation_lights",
-              "fire",     "explode", "push",  "back",    "gear_up",    "gear_down", "light",    "test",
-              "view",     "level",   "reset", "targets", "type",       "target",    "bearing",  "distance",
-              "height",   "heading", "add",   "move",    "remove",     "nearest",   "link",     "records",
-              "feedback", "refused", "age"}) {
-            const std::string key = std::string("panel.") + name;
-            EXPECT_NE(texts.get(key), key) << language;
-        }
-        const std::vector<TargetType> types = readTargetTypes(texts);
-        ASSERT_GE(types.size(), 5u);
-        for (const TargetType& type : types) {
-            EXPECT_TRUE(instructor().addTarget("t" + std::to_string(type.code) + language, type.code, {0, 500, 0, 0}));
-            EXPECT_NE(type.name, "target_type." + std::to_string(type.code)) << language;
-        }
+/// A key of the display texts that has none shows itself.
+void expectTexts(UIElement& element) {
+    const auto* const label = dynamic_cast<const UILabel*>(&element);
+    const auto* const button = dynamic_cast<const UIButton*>(&element);
+    const jString text = label ? label->getText() : button ? button->getText() : jString();
+    for (const char* prefix : {"panel.", "help.", "target_type."}) EXPECT_NE(text.rfind(prefix, 0), 0u) << text;
+    const auto* const layout = dynamic_cast<const UILayout*>(&element);
+    for (int i = 0; layout && i < layout->getNumChildren(); ++i) expectTexts(*layout->getChild(i));
+}
+
+class InstructorLanguage : public InstructorScene, public testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Both, InstructorLanguage, testing::Values("en", "zh"));
+
+TEST_P(InstructorLanguage, EveryTextIsThere) {
+    openPanel(GetParam());
+    for (int i = 0; i < panels().getNumChildren(); ++i) expectTexts(*panels().getChild(i));
+    for (const TargetType& type : readTargetTypes(Texts(GetParam()))) {
+        EXPECT_NE(type.name.rfind("target_type.", 0), 0u) << type.name;
+        EXPECT_TRUE(give("target t" + std::to_string(type.code) + ' ' + std::to_string(type.code) + " 0 500"));
     }
 }
 

@@ -5,8 +5,14 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <random>
 #include <sstream>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "app/Viewer.h"
 #include "support/FakeHost.h"
 #include "support/Paths.h"
 #include "support/Program.h"
@@ -47,32 +53,16 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
     } cases[] = {
         {{"--version"}, 0, "deckview "},
         {{"--help"}, 0, "--airport"},
-        {{"--no-such-option"}, 2, "no-such-option"},
         {{"--step", "0"}, 2, "seconds above 0"},
-        {{"--step", "-0.1"}, 2, "seconds above 0"},
-        {{"--step", "1/0"}, 2, "seconds above 0"},
-        {{"--step", "1/60s"}, 2, "seconds above 0"},
-        {{"--step", "nan"}, 2, "seconds above 0"},
-        {{"--frames", "-3"}, 2, "frames"},
-        {{"--drive-ship", "sideways"}, 2, "drive-ship"},
-        {{"--set", "fly_mode"}, 2, "KEY=VALUE"},
         {{"--root", "/nowhere"}, 1, "give it with --root"},
         {{"--plugin", "/nowhere.so"}, 1, "/nowhere.so"},
         {{"--plugin", DECKVIEW_LIB "/libengine.so"}, 1, "CreateLogic"},
-        {{"--world", "data/none.world"}, 1, "data/none.world"},
         {{"--world", "../../etc/passwd"}, 1, "cannot be loaded"},
+        {{"--input", "/nowhere/input.txt"}, 1, "\"/nowhere/input.txt\" cannot be read"},
+        {{"--script", "/nowhere/scene.txt"}, 1, "\"/nowhere/scene.txt\" cannot be read"},
         {{"--hash", "/nowhere/hash.txt"}, 1, "/nowhere/hash.txt"},
-        {{"--size", "0x10"}, 2, "WIDTHxHEIGHT"},
-        {{"--size", "99999x10"}, 2, "WIDTHxHEIGHT"},
-        {{"--size", "64"}, 2, "WIDTHxHEIGHT"},
-        {{"--quality", "best"}, 2, "medium"},
-        {{"--track", "TOD"}, 2, "PERCENT"},
-        {{"--date", "2026-2-30"}, 2, "YEAR-MONTH-DAY"},
-        {{"--date", "2026-257-15"}, 2, "YEAR-MONTH-DAY"},
-        {{"--date", "2026-1-271"}, 2, "YEAR-MONTH-DAY"},
-        {{"--date", "67562-1-15"}, 2, "YEAR-MONTH-DAY"},
-        {{"--camera", "1,2"}, 2, "LON,LAT,HEIGHT"},
-        {{"--camera", "1,95,3"}, 2, "LON,LAT,HEIGHT"},
+        {{"--headless", "--step", "0.1", "--frames", "500", "--hash", "/dev/full"}, 1, "written to its end"},
+        {{"--headless", "--frames", "2", "--screenshot", "/dev/full", "--size", "512x512"}, 1, "/dev/full"},
         {{"--headless", "--screenshot", "/proc/none/a.png@1", "--size", "8x8"}, 1, "/proc/none/a.png"},
         {{"--headless", "--channel", "none"}, 1, "no channel \"none\""},
     };
@@ -98,28 +88,121 @@ TEST(Deckview, SaysWhatTheSceneLacksAndRunsOn) {
     }
 }
 
-TEST(Deckview, SameRunGivesTheSameHashesWithAndWithoutAPicture) {
-    const TestFolder folder;
-    const int local = findFreePort(), from = findFreePort(), to = findFreePort();
-    std::string runs[2];
-    for (int i = 0; i < 2; ++i) {
-        const auto file = folder.getPath() / ("hash" + std::to_string(i));
-        Strings arguments{"--headless",        "--step", "0.0166667",  "--frames", "600",  "--hash", file, "--set",
-                          "ignore_order=true", "--set",  "fly_mode=0", "--size",   "64x36"};
-        for (int frame = 1; i == 1 && frame <= 600; frame += 20) {
-            const std::string picture = (folder.getPath() / "a.png").string();
-            arguments.insert(arguments.end(), {"--screenshot", picture + '@' + std::to_string(frame)});
-        }
-        Program program("deckview", withPorts(arguments, local, from, to));
-        ASSERT_EQ(program.wait(), 0) << program.getOutput();
-        runs[i] = readFile(file);
+/// Runs in a process of its own, since parts of the state live as long as the process; false when it failed.
+bool inChild(const std::function<void()>& run) {
+    const pid_t child = fork();
+    if (child == 0) {
+        run();
+        std::_Exit(testing::Test::HasFailure() ? 1 : 0);
     }
-    EXPECT_EQ(countLines(runs[0], " "), 600);
-    EXPECT_EQ(runs[0], runs[1]);
-    // The bytes sent are part of the state: with a counter in each feedback no frame is like the last.
-    std::istringstream in(runs[0]);
-    std::string last;
-    for (std::string frame, hash; in >> frame >> hash; last = hash) EXPECT_NE(hash, last) << "frame " << frame;
+    int status = 0;
+    return waitpid(child, &status, 0) == child && status == 0;
+}
+
+/// A fight with everything that moves and makes something; the state's hash of each frame and the feedback's bytes.
+void runFight(const std::string& folder, const std::string& result, bool draws) {
+    FakeHost host(findFreePort());
+    Options options;
+    options.headless = true;
+    options.step = 1.0 / 60.0;
+    options.size = {64, 36};
+    options.script = folder + "/fight.txt";
+    options.drive_ship = 2;
+    const Strings ports = withPorts({}, host.getViewerPort(), host.getSendPort(), host.getFeedbackPort());
+    for (std::size_t i = 1; i < ports.size(); i += 2) {
+        options.overrides.emplace_back(ports[i].substr(0, ports[i].find('=')), ports[i].substr(ports[i].find('=') + 1));
+    }
+    for (long frame = 1; draws && frame <= 600; frame += 20) options.screenshots.push_back({folder + "/a.png", frame});
+    std::ofstream out(result);
+    std::mt19937 random(11);
+    Viewer viewer(options);
+    std::string error;
+    ASSERT_TRUE(viewer.open(error)) << error;
+    for (int frame = 1; frame <= 600; ++frame) {
+        if (random() % 3 == 0) host.sendOrder(random() % 40 == 0 ? 1 : 2);
+        ASSERT_TRUE(viewer.frame());
+        out << frame << ' ' << viewer.getEngine().getStateHash();
+        for (const Datagram& datagram : host.collectFeedback()) {
+            out << ' ' << std::string(datagram.bytes.begin(), datagram.bytes.end());
+        }
+        out << '\n';
+    }
+    EXPECT_TRUE(viewer.close(error)) << error;
+}
+
+TEST(Deckview, AnEventfulRunIsTheSameTwiceWithAndWithoutAPicture) {
+    const TestFolder folder;
+    folder.write("fight.txt", R"(@1 sea 5
+@1 target alpha ship 68 900 0 247
+@1 target bravo jet 40 500 200
+@20 fire
+@30 rain 80
+@40 move bravo 45 700 150
+@60 torpedo 157 200 0 67
+@80 effect water_explosion 157 130
+@120 fire
+@200 mode automatic
+@330 mode data
+@360 explode
+@420 reset
+@440 push on
+@500 fire
+)");
+    std::string results[3];
+    for (int i = 0; i < 3; ++i) {
+        const std::string file = folder.getPath() / ("run" + std::to_string(i));
+        ASSERT_TRUE(inChild([&] { runFight(folder.getPath(), file, i == 2); }));
+        results[i] = readFile(file);
+    }
+    EXPECT_GT(results[0].size(), 600u * 60u) << "with feedback";
+    EXPECT_EQ(results[0], results[1]);
+    EXPECT_TRUE(results[0] == results[2]) << "a picture changes the scene";
+}
+
+TEST(Deckview, AFileThatCannotBeReadIsNamed) {
+    const TestFolder folder;
+    const std::filesystem::path root = folder.getPath() / "root";
+    std::filesystem::create_directory(root);
+    for (const char* name : {"config", "data"}) {
+        std::filesystem::create_directory_symlink(DECKVIEW_ROOT + std::string("/") + name, root / name);
+    }
+    const auto run = [&](const char* what) {
+        Program program("deckview", withPorts({"--headless", "--step", "0.1", "--frames", "2", "--root", root},
+                                              findFreePort(), findFreePort(), findFreePort()));
+        const int status = program.wait();
+        EXPECT_TRUE(status == 0 || status == 1) << what << ": status " << status;
+        return program.getOutput();
+    };
+    EXPECT_EQ(countLines(run("all"), "cannot"), 0);
+
+    std::filesystem::remove(root / "config");
+    std::filesystem::create_directory(root / "config");
+    const std::string bare = run("no configuration");
+    EXPECT_EQ(countLines(bare, "Open config file failed:config/Logic_Test_Fly.cfg, use default config"), 1) << bare;
+    EXPECT_EQ(countLines(bare, "Logic_Test_Fly.cfg"), 1) << bare;
+
+    std::filesystem::copy(DECKVIEW_ROOT "/config", root / "config");
+    std::filesystem::remove(root / "data");
+    std::filesystem::copy(DECKVIEW_ROOT "/data", root / "data",
+                          std::filesystem::copy_options::recursive | std::filesystem::copy_options::create_symlinks);
+    std::mt19937 random(3);
+    const std::string models = "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15";
+    for (const std::string& file : {std::string("data/DEMO_PROJECT/DEMO_PROJECT.world"), models + ".cfg",
+                                    models + ".prefab", models + ".glb", std::string("data/www.dat")}) {
+        const std::string name = std::filesystem::path(file).filename();
+        for (const char* fault : {"missing", "a folder", "cut"}) {
+            std::filesystem::remove_all(root / file);
+            if (fault == std::string("a folder")) std::filesystem::create_directory(root / file);
+            if (fault == std::string("cut")) {
+                const std::string whole = readFile(DECKVIEW_ROOT "/" + file);
+                folder.write("root/" + file, whole.substr(0, random() % whole.size()));
+            }
+            const std::string told = run((file + ' ' + fault).c_str());
+            EXPECT_GE(countLines(told, name), 1) << file << ' ' << fault << '\n' << told;
+        }
+        std::filesystem::remove_all(root / file);
+        std::filesystem::create_symlink(DECKVIEW_ROOT "/" + file, root / file);
+    }
 }
 
 TEST(Deckview, SignalsEndTheRunCleanlyAndLittleIsLeft) {

@@ -364,6 +364,8 @@ bool WorldPicture::save(const std::string& file, std::string& error) {
     return false;
 }
 
+extern "C" const int PictureInterfaceVersion = PICTURE_INTERFACE_VERSION;
+
 extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error) {
     auto picture = std::make_unique<WorldPicture>(engine, settings);
     return picture->open(error) ? picture.release() : nullptr;

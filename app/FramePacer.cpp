@@ -1,23 +1,8 @@
-// The frame's order and its pace.
-#include "Frame.h"
+// Frames by the clock or by a fixed step.
+#include "FramePacer.h"
 
 #include <algorithm>
 #include <thread>
-
-#include "common/LogicBase.h"
-#include "engine/core/Engine.h"
-
-void runFrame(Engine& engine, LogicBase& logic, double dt, const std::function<void(float)>& move,
-              const std::function<void()>& picture) {
-    engine.beginFrame(dt);
-    logic.update(engine.getFrameTime());
-    move(engine.getFrameTime());
-    engine.step();
-    logic.swap();
-    picture();
-    logic.render();
-    engine.endFrame();
-}
 
 FramePacer::FramePacer(std::optional<double> step, double limit)
     : m_step(step),
@@ -31,7 +16,7 @@ double FramePacer::next() {
     const Clock::time_point now = Clock::now();
     const double dt = std::chrono::duration<double>(now - m_last).count();
     m_last = now;
-    // A frame that came late moves those after it: catching up would show as a burst.
+    // A late frame delays those after it: catching up would show as a burst.
     m_due = std::max(m_due + m_period, now);
     return dt;
 }

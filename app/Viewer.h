@@ -1,0 +1,68 @@
+// The viewer: everything that a run has, and its frame.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Carrier.h"
+#include "Controls.h"
+#include "FramePacer.h"
+#include "InputScript.h"
+#include "Options.h"
+#include "Plugin.h"
+#include "Report.h"
+#include "SceneScript.h"
+#include "Screen.h"
+#include "app/scene/SceneCommandQueue.h"
+#include "app/scene/SceneController.h"
+#include "app/scene/SceneQuery.h"
+#include "engine/core/Engine.h"
+
+/// Engine, logic and picture of one run, with what moves, commands and reports on them. One at a time; frame thread.
+class Viewer {
+public:
+    /// The options outlive the viewer.
+    explicit Viewer(const Options& options) : m_options(options) {}
+    ~Viewer();
+    Viewer(const Viewer&) = delete;
+    Viewer& operator=(const Viewer&) = delete;
+
+    /// Makes all of it, in the order of the members. False, with `error` saying why and what to do, when the run cannot
+    /// begin. Once.
+    bool open(std::string& error);
+    /// Runs one frame. False when the run is over: the last frame is done, the window was closed, or a picture could
+    /// not be written. REQUIRES an open viewer.
+    bool frame();
+    /// Ends the run: the last pictures, the logic's end, the reports. False, with `error`, when one of them, or a
+    /// picture before, could not be written. REQUIRES an open viewer.
+    bool close(std::string& error);
+
+    Engine& getEngine() { return *m_engine; }                         ///< REQUIRES an open viewer, as those below
+    Logic_Test_Fly* getFlyLogic() { return m_plugin.getFlyLogic(); }  ///< null with another logic
+    Picture* getPicture() { return m_screen.getPicture(); }           ///< null without one
+    SceneCommandQueue& getCommands() { return m_commands; }
+    const SceneQuery& getQuery() const { return *m_query; }  ///< REQUIRES the flight-test logic
+
+private:
+    struct Steps;
+
+    bool startLogic(std::string& error);
+    void giveOptionCommands();
+
+    const Options& m_options;
+    HashWriter m_hashes;
+    std::optional<Engine> m_engine;
+    Plugin m_plugin;
+    Screen m_screen;
+    SceneCommandQueue m_commands;
+    InputScript m_input;
+    SceneScript m_script;
+    std::optional<SceneQuery> m_query;  ///< with the flight-test logic
+    std::optional<SceneController> m_controller;
+    std::optional<Controls> m_controls;
+    std::optional<Carrier> m_carrier;
+    std::optional<FramePacer> m_pacer;
+    std::optional<StatsPrinter> m_stats;
+    long m_frame = 0;     ///< begun, counted from 1
+    std::string m_error;  ///< of a picture that could not be written
+};
