@@ -15,9 +15,7 @@ std::size_t countParticles(const ObjectPrefab& prefab) {
 TEST_F(InstructorScene, TimedEffectsAreOverBeforeTheyAreTakenAway) {
     std::vector<SynCoder::CMDPlaySpeOnceInfo> effects;
     logic().m_signal_8_effect_started.append([&](SynCoder::CMDPlaySpeOnceInfo* info) { effects.push_back(*info); });
-    for (const std::string& name : Instructor::getEffects()) {
-        ASSERT_TRUE(instructor().playEffect(name, {90.0, 300.0})) << name;
-    }
+    for (const std::string name : command::EFFECT_NAMES) ASSERT_TRUE(give("effect " + name + " 90 300")) << name;
     ASSERT_GE(effects.size(), 5u);
     for (const auto& effect : effects) {
         auto* const prefab = new ObjectPrefab(effect.path);

@@ -1,7 +1,6 @@
 // The demonstration's carrier as the application runs it: moored, under way, its wake, and what goes along on its deck.
 #include "InstructorScene.h"
 #include "app/Carrier.h"
-#include "app/Frame.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
@@ -23,11 +22,13 @@ protected:
         options.drive_ship = mode;
         carrier = std::make_unique<Carrier>(options, world(), &logic());
     }
+    struct Steps : FrameSteps {
+        explicit Steps(Carrier& of) : carrier(of) {}
+        void moved(float dt) { carrier.update(dt); }
+        Carrier& carrier;
+    };
     void sail(int count) {
-        for (int i = 0; i < count; ++i) {
-            runFrame(
-                engine(), logic(), 1.0 / 60.0, [&](float dt) { carrier->update(dt); }, [] {});
-        }
+        for (int i = 0; i < count; ++i) runFrame(engine(), logic(), 1.0 / 60.0, Steps(*carrier));
     }
     Object& ship() { return *logic().getShip()->getObject(); }
     const dmat4& frame() { return ship().getWorldTransform(); }

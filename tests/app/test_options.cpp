@@ -57,9 +57,9 @@ TEST(Options, WrongUsageIsNamed) {
 }
 
 /// A run in this process, without a window.
-class Run {
+class ViewerRun {
 public:
-    explicit Run(const std::string& line) {
+    explicit ViewerRun(const std::string& line) {
         EXPECT_EQ(parse("--headless --step 1/60 --size 64x36 " + line, m_options), std::nullopt) << line;
         const std::pair<const char*, int> ports[] = {{"local_port", findFreePort()},
                                                      {"recv_from_flightSimulation_port", 1},
@@ -68,9 +68,9 @@ public:
         m_viewer.emplace(m_options);
         if (!m_viewer->open(m_error)) throw std::runtime_error(m_error);
     }
-    ~Run() { m_viewer->close(m_error); }
+    ~ViewerRun() { m_viewer->close(m_error); }
 
-    Run& frames(int count) {
+    ViewerRun& frames(int count) {
         for (int i = 0; i < count; ++i) EXPECT_TRUE(m_viewer->frame());
         return *this;
     }
@@ -128,7 +128,7 @@ TEST(Options, DoWhatTheySay) {
     };
     for (const auto& c : cases) {
         jLog::setSink([](jLog::Level, const jString&) {});
-        Run run(c.line);
+        ViewerRun run(c.line);
         run.frames(c.frames);
         EXPECT_TRUE(c.holds(*run.operator->())) << c.line;
     }
@@ -158,7 +158,7 @@ TEST(Options, ShowInThePicture) {
     const TestFolder folder;
     const std::string shot = "--no-panels --screenshot " + (folder.getPath() / "a.png").string() + "@1 ";
     const std::string deck = shot + "--camera 112.3935,16.8225,38,";
-    const auto look = [](const std::string& line) { return Run(line).look(); };
+    const auto look = [](const std::string& line) { return ViewerRun(line).look(); };
     const std::string channel = R"(--channel test --set slaves={"test":{)";
     const std::vector<double> ahead = look(deck + "60"), right = look(deck + "75");
     ASSERT_GT(difference(ahead, right), 0.03) << "the views differ";
