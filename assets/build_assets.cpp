@@ -8,7 +8,7 @@
 
 #include "effects/Effects.h"
 #include "gui/Icons.h"
-#include "models/Builders.h"
+#include "plan/Builders.h"
 #include "world/Elevation.h"
 #include "world/Imagery.h"
 

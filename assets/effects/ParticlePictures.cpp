@@ -5,8 +5,8 @@
 #include "effects/Effects.h"
 #include "effects/ParticleNodes.h"
 #include "geometry/Canvas.h"
+#include "plan/Noise.h"
 #include "text/Files.h"
-#include "world/Noise.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <stdexcept>
 
 #include "engine/math/jMath.h"
-#include "world/Noise.h"
+#include "plan/Noise.h"
 
 namespace {
 

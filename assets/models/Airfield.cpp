@@ -3,11 +3,11 @@
 #include "geometry/Canvas.h"
 #include "geometry/Model.h"
 #include "geometry/Shapes.h"
-#include "models/AirfieldPlan.h"
-#include "models/Builders.h"
+#include "plan/AirfieldPlan.h"
+#include "plan/Builders.h"
+#include "plan/Layout.h"
 #include "text/Files.h"
 #include "text/SceneText.h"
-#include "world/Layout.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 
 #include "geometry/Model.h"
 #include "geometry/Prism.h"
-#include "models/Builders.h"
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/Builders.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

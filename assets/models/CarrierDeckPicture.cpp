@@ -4,8 +4,8 @@
 
 #include "geometry/Weathering.h"
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
-#include "world/Noise.h"
+#include "plan/Layout.h"
+#include "plan/Noise.h"
 
 namespace carrier {
 namespace {

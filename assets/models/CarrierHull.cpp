@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

@@ -1,7 +1,7 @@
 // The landing lens with its lamps, and its stand.
 #include "geometry/Prism.h"
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

@@ -2,7 +2,7 @@
 #include "engine/math/jMath.h"
 #include "geometry/Prism.h"
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

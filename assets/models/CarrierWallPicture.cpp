@@ -4,7 +4,7 @@
 
 #include "geometry/Weathering.h"
 #include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

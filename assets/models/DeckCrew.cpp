@@ -4,7 +4,7 @@
 #include "geometry/Loft.h"
 #include "geometry/Model.h"
 #include "geometry/Prism.h"
-#include "models/Builders.h"
+#include "plan/Builders.h"
 #include "text/SceneText.h"
 
 namespace {

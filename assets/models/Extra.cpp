@@ -2,8 +2,8 @@
 #include "engine/math/jMath.h"
 #include "geometry/Model.h"
 #include "models/AircraftPrefab.h"
-#include "models/Builders.h"
 #include "models/ExtraShape.h"
+#include "plan/Builders.h"
 
 namespace extra {
 namespace {

@@ -1,7 +1,7 @@
 // Puts the helicopter together.
-#include "models/Builders.h"
 #include "models/HelicopterPrefab.h"
 #include "models/HelicopterShape.h"
+#include "plan/Builders.h"
 
 void writeHelicopter(const std::string& root) {
     using namespace heli;

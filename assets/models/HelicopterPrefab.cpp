@@ -6,7 +6,7 @@
 #include "models/AircraftPrefab.h"
 #include "models/HelicopterShape.h"
 #include "models/Sides.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace heli {
 namespace {

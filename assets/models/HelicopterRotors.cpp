@@ -7,7 +7,7 @@
 #include "geometry/Loft.h"
 #include "geometry/Prism.h"
 #include "models/HelicopterShape.h"
-#include "world/Noise.h"
+#include "plan/Noise.h"
 
 namespace heli {
 namespace {

@@ -1,11 +1,11 @@
 // Puts the jet together: models, prefab and aircraft file.
 #include "geometry/Model.h"
 #include "models/AircraftPrefab.h"
-#include "models/Builders.h"
 #include "models/JetControls.h"
 #include "models/JetShape.h"
+#include "plan/Builders.h"
+#include "plan/Layout.h"
 #include "text/SceneText.h"
-#include "world/Layout.h"
 
 namespace jet {
 namespace {

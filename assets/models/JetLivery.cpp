@@ -5,7 +5,7 @@
 #include "geometry/Lettering.h"
 #include "geometry/Palette.h"
 #include "models/JetShape.h"
-#include "world/Noise.h"
+#include "plan/Noise.h"
 
 namespace jet {
 namespace {

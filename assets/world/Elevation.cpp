@@ -11,7 +11,7 @@
 
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "world/Noise.h"
+#include "plan/Noise.h"
 
 /// Metres a degree at the runway's middle.
 struct MetresPerDegree {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "engine/math/Bounds.h"
-#include "models/Builders.h"
+#include "plan/Builders.h"
 #include "text/Files.h"
 #include "world/FlightPlan.h"
 

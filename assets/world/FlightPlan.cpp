@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "engine/math/jMath.h"
-#include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/CarrierPlan.h"
+#include "plan/Layout.h"
 
 namespace {
 

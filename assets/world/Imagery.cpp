@@ -11,10 +11,10 @@
 
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
-#include "models/AirfieldPlan.h"
+#include "plan/AirfieldPlan.h"
+#include "plan/Layout.h"
+#include "plan/Noise.h"
 #include "world/Elevation.h"
-#include "world/Layout.h"
-#include "world/Noise.h"
 #include "world/Roads.h"
 
 namespace {

@@ -3,12 +3,12 @@
 
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
-#include "models/AirfieldPlan.h"
-#include "models/Builders.h"
-#include "models/CarrierShape.h"
+#include "plan/AirfieldPlan.h"
+#include "plan/Builders.h"
+#include "plan/CarrierPlan.h"
+#include "plan/Layout.h"
 #include "text/SceneText.h"
 #include "world/Elevation.h"
-#include "world/Layout.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 #include <map>
 #include <set>
 
+#include "base/ShaderLibrary.h"
 #include "effects/EffectsLayer.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/SceneNodes.h"
-#include "frame/ShaderLibrary.h"
 #include "render/PictureScene.h"
 #include "support/TestScene.h"
 

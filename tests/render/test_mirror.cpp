@@ -1,14 +1,14 @@
 // What the picture keeps of the world's nodes; without a graphics context.
 #include <gtest/gtest.h>
 
+#include "base/ShaderLibrary.h"
 #include "effects/EffectsLayer.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/SceneNodes.h"
-#include "frame/ShaderLibrary.h"
-#include "mirror/WorldMirror.h"
+#include "frame/WorldMirror.h"
 #include "sea/SeaLayer.h"
 #include "support/TestScene.h"
 #include "terrain/TerrainLayer.h"

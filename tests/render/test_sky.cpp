@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "PictureScene.h"
+#include "base/ShaderLibrary.h"
 #include "engine/math/jMath.h"
-#include "frame/ShaderLibrary.h"
 #include "sky/Rgb.h"
 #include "sky/SkyLayer.h"
 

@@ -1,4 +1,4 @@
-// The engine's life, the frame and its clock, and the paths of the runtime root.
+// The engine's life, the frame and its clock.
 #include "engine/core/Engine.h"
 
 #include <cmath>
@@ -9,6 +9,8 @@
 #include "engine/text/Log.h"
 #include "scene/ModelLoader.h"
 #include "scene/StateHash.h"
+#include "scene/WorldState.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -20,15 +22,19 @@ Engine* g_engine = nullptr;
 
 Engine::Engine(const EngineSettings& settings) : m_state(std::make_unique<EngineState>(settings)) {
     g_engine = this;
+    setRuntimeRoot(settings.root.empty() ? "." : settings.root);
     m_state->world = std::make_unique<World>();
+    WorldState::running = &m_state->world->getState();
     m_state->camera.m_node = m_state->world->addChild(std::make_unique<Node>());
     m_state->camera.m_node->setName("camera");
 }
 
 Engine::~Engine() {
     m_state->camera.m_node = nullptr;
+    WorldState::running = nullptr;
     m_state->world.reset();
     clearModelCache();
+    setRuntimeRoot({});
     g_engine = nullptr;
 }
 
@@ -77,6 +83,7 @@ void Engine::beginFrame(double dt) {
     }
     m_state->frame_time = dt;
     m_state->time += dt;
+    m_state->world->getState().time = m_state->time;
     ++m_state->frame;
     m_state->input.dispatch();
 }
@@ -94,11 +101,7 @@ void Engine::endFrame() {
 }
 
 jString Engine::resolvePath(const jString& path) const {
-    namespace fs = std::filesystem;
-    const fs::path file = (m_state->root / fs::path(std::string(path))).lexically_normal();
-    const fs::path below = file.lexically_relative(m_state->root);
-    if (below.empty() || *below.begin() == "..") return {};
-    return file.string();
+    return ::resolvePath(path);
 }
 
 std::uint64_t Engine::getStateHash() const {

@@ -1,8 +1,6 @@
 // What the engine owns, for its own sources.
 #pragma once
 
-#include <filesystem>
-
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
 #include "engine/gui/UIRoot.h"
@@ -10,12 +8,8 @@
 #include "engine/scene/World.h"
 
 struct EngineState {
-    explicit EngineState(const EngineSettings& settings)
-        : root(std::filesystem::weakly_canonical(std::filesystem::absolute(std::string(settings.root)))),
-          random(settings.seed),
-          panels(settings.font) {}
+    explicit EngineState(const EngineSettings& settings) : random(settings.seed), panels(settings.font) {}
 
-    std::filesystem::path root;
     EllipsoidModel ellipsoid;
     Random random;
     ControlApp control;

@@ -17,6 +17,7 @@ ImVec2 corner(int x, int y, UISize size = {}) {
 }  // namespace
 
 GuiState::~GuiState() {
+    s_current = nullptr;
     if (context) ImGui::DestroyContext(context);
 }
 

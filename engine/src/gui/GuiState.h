@@ -16,10 +16,10 @@ struct GuiState {
         bool shows(int y) const;  ///< whether that line of the window is not cut off
     };
 
-    explicit GuiState(const jString& font) : fonts(font) {}
+    explicit GuiState(const jString& font) : fonts(font) { s_current = this; }
     ~GuiState();
-    /// Of the running engine, null when there is none.
-    static GuiState* get();
+    /// The one that lives, null when there is none.
+    static GuiState* get() { return s_current; }
 
     // The tree: UIRoot.cpp
     void layout();  ///< nothing when nothing has changed
@@ -67,6 +67,8 @@ struct GuiState {
     bool drawn = false;
 
 private:
+    inline static GuiState* s_current = nullptr;
+
     void makeContext();
     int findEnd(const UIElement& element, int element_width);
     void placeTop(Top& top);

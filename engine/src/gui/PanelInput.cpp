@@ -1,8 +1,8 @@
 // Mouse and keyboard on the panels: whose area it is, who is held, whose text is edited. The input door calls it.
 #include <algorithm>
 
+#include "engine/gui/Keys.h"
 #include "engine/gui/UIEditLine.h"
-#include "engine/input/ControlApp.h"
 #include "gui/GuiState.h"
 
 namespace {
@@ -64,9 +64,9 @@ bool GuiState::takesKeys() {
 
 void GuiState::key(int key, int modifiers) {
     const HandlerScope scope(*this);
-    if (key == ControlApp::KEY_ENTER || key == ControlApp::KEY_TAB) {
+    if (key == Keys::KEY_ENTER || key == Keys::KEY_TAB) {
         endEdit(true);
-    } else if (key == ControlApp::KEY_ESCAPE) {
+    } else if (key == Keys::KEY_ESCAPE) {
         endEdit(false);
     } else if (edited) {
         edited->editKey(key, modifiers);

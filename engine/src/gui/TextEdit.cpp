@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "engine/input/InputRouter.h"
+#include "engine/gui/Keys.h"
 #include "gui/FontSet.h"
 #include "gui/Utf8.h"
 
@@ -80,17 +80,17 @@ namespace {
 /// 0 for a key that edits nothing.
 int editorKey(int key, bool ctrl) {
     switch (key) {
-        case ControlApp::KEY_LEFT:
+        case Keys::KEY_LEFT:
             return STB_TEXTEDIT_K_LEFT;
-        case ControlApp::KEY_RIGHT:
+        case Keys::KEY_RIGHT:
             return STB_TEXTEDIT_K_RIGHT;
-        case ControlApp::KEY_HOME:
+        case Keys::KEY_HOME:
             return STB_TEXTEDIT_K_LINESTART;
-        case ControlApp::KEY_END:
+        case Keys::KEY_END:
             return STB_TEXTEDIT_K_LINEEND;
-        case ControlApp::KEY_DELETE:
+        case Keys::KEY_DELETE:
             return STB_TEXTEDIT_K_DELETE;
-        case ControlApp::KEY_BACKSPACE:
+        case Keys::KEY_BACKSPACE:
             return STB_TEXTEDIT_K_BACKSPACE;
         case 'z':
             return ctrl ? STB_TEXTEDIT_K_UNDO : 0;
@@ -142,11 +142,11 @@ void TextEdit::textChanged() {
 }
 
 void TextEdit::key(int key, int modifiers) {
-    const bool ctrl = (modifiers & InputRouter::MOD_CTRL) != 0;
+    const bool ctrl = (modifiers & Keys::MOD_CTRL) != 0;
     if (key == 'a' && ctrl) m_state->selectAll();
     int code = editorKey(key, ctrl);
     if (code == 0) return;
-    if (modifiers & InputRouter::MOD_SHIFT) code |= STB_TEXTEDIT_K_SHIFT;
+    if (modifiers & Keys::MOD_SHIFT) code |= STB_TEXTEDIT_K_SHIFT;
     stb_textedit_key(m_state->prepare(), &m_state->editor, code);
     textChanged();
 }

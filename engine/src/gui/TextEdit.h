@@ -14,7 +14,7 @@ public:
     TextEdit(FontSet& fonts, int font_size, const jString& text);
     ~TextEdit();
 
-    void key(int key, int modifiers);  ///< of ControlApp's numbers and InputRouter's modifiers; others do nothing
+    void key(int key, int modifiers);  ///< a number and modifiers of Keys; others do nothing
     void type(char32_t codepoint);     ///< control characters, and those beyond 256, are dropped
     void press(float x);
     void drag(float x);

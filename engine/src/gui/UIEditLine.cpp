@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "engine/input/ControlApp.h"
 #include "gui/TextEdit.h"
 #include "gui/UIPainter.h"
 

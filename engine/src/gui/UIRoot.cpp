@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "engine/core/Engine.h"
 #include "engine/gui/UIEditLine.h"
 #include "engine/text/Log.h"
 #include "gui/GuiState.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -79,11 +79,6 @@ bool GuiState::Top::shows(int y) const {
     return hidden == 0 || (y >= begin && y < begin + element->m_size.height - hidden);
 }
 
-GuiState* GuiState::get() {
-    Engine* const engine = Engine::get();
-    return engine ? &engine->getUIRoot()->getState() : nullptr;
-}
-
 void GuiState::adopt(UIElement& element) {
     element.m_in_root = true;
     layout_known = false;
@@ -107,7 +102,7 @@ void GuiState::forget(const UIElement* element) {
 }
 
 int GuiState::getTexture(const jString& path) {
-    const jString file = Engine::get()->resolvePath(path);
+    const jString file = resolvePath(path);
     std::error_code error;
     if (file.empty() || !std::filesystem::is_regular_file(std::filesystem::path(std::string(file)), error)) {
         jLog::warning("%s: there is no such image", path.c_str());

@@ -14,6 +14,7 @@
 #include "physics/Convert.h"
 #include "physics/DynamicsWorld.h"
 #include "physics/PhysicsWorld.h"
+#include "physics/SpatialIndex.h"
 
 /// The longest part of a frame, seconds.
 constexpr double LONGEST_PART = 1.0 / 60.0;
@@ -27,7 +28,8 @@ struct ContactEvent {
 };
 
 struct PhysicsState final : SubstepObserver {
-    PhysicsState(PhysicsWorld& physics, World& scene) : owner(physics), world(scene), dynamics(parts, *this) {}
+    PhysicsState(PhysicsWorld& physics, SpatialIndex& objects)
+        : owner(physics), spatial(objects), dynamics(parts, *this) {}
 
     bool wakeTouched() override { return owner.wakeTouched(); }
     void contactsFound() override { owner.contactsFound(); }
@@ -47,7 +49,7 @@ struct PhysicsState final : SubstepObserver {
     }
 
     PhysicsWorld& owner;
-    World& world;
+    SpatialIndex& spatial;  ///< the objects of the world
     EllipsoidModel globe;
     dvec3 gravity{0.0, 0.0, -9.80665};  ///< east, north, up, m/s^2; standard gravity, CGPM 1901
     DynamicsParts parts;

@@ -59,7 +59,7 @@ void PhysicsState::findBodies(const btVector3& lo, const btVector3& hi) {
               [](const BodyState* a, const BodyState* b) { return a->id < b->id; });
 }
 
-PhysicsWorld::PhysicsWorld(World& world) : m_state(std::make_unique<PhysicsState>(*this, world)) {
+PhysicsWorld::PhysicsWorld(SpatialIndex& spatial) : m_state(std::make_unique<PhysicsState>(*this, spatial)) {
     assert(btIsDoublePrecision());
     gCalculateCombinedFrictionCallback = combineFriction;
     gContactAddedCallback = turnToFace;

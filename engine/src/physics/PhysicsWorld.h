@@ -9,7 +9,7 @@
 class Body;
 class Node;
 class Object;
-class World;
+class SpatialIndex;
 struct BodyState;
 struct Collidable;
 struct MeshCollider;
@@ -26,7 +26,8 @@ class btVector3;
 /// frame's cost does not grow with what stands about.
 class PhysicsWorld final : public Physics {
 public:
-    explicit PhysicsWorld(World& world);
+    /// `spatial` holds the world's objects and must outlive this.
+    explicit PhysicsWorld(SpatialIndex& spatial);
     ~PhysicsWorld() override;
     PhysicsWorld(const PhysicsWorld&) = delete;
     PhysicsWorld& operator=(const PhysicsWorld&) = delete;

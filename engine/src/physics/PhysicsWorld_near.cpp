@@ -3,7 +3,6 @@
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "physics/PhysicsState.h"
-#include "scene/WorldState.h"
 
 namespace {
 
@@ -67,7 +66,7 @@ void PhysicsWorld::listObjects(const btVector3& lo, const btVector3& hi) {
     jVector<Object*>& tops = m_state->tops;
     found.clear();
     tops.clear();
-    m_state->world.getState().spatial.query(BoundBox(fromBullet(lo), fromBullet(hi)), tops);
+    m_state->spatial.query(BoundBox(fromBullet(lo), fromBullet(hi)), tops);
     for (Object* top : tops) {
         if (!top->isActive()) continue;
         if (hasCollider(*top)) found.push_back(top);

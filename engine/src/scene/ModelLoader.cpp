@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <map>
 
-#include "engine/core/Engine.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/text/Log.h"
 #include "scene/GltfFile.h"
 #include "scene/GltfMesh.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -123,8 +123,7 @@ jString oneLine(jString text) {
 }  // namespace
 
 std::shared_ptr<const Model> loadModel(const jString& path) {
-    const Engine* const engine = Engine::get();
-    const jString file = engine != nullptr ? engine->resolvePath(path) : path;
+    const jString file = resolvePath(path);
     const auto known = getCache().find(file);
     if (known != getCache().end()) return known->second;
     try {

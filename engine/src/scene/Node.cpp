@@ -5,7 +5,7 @@
 #include <atomic>
 #include <functional>
 
-#include "engine/core/Engine.h"
+#include "engine/globe/EllipsoidModel.h"
 #include "engine/scene/Object.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/SceneNodes.h"
@@ -43,7 +43,7 @@ Node::Node() : m_id(takeId()), m_name_hash(hashName(m_name)) {}
 Node::~Node() = default;
 
 Node* Node::GetNodeByName(const jString& name) {
-    return Engine::get() ? Engine::get()->getWorld()->getNodeByName(name) : nullptr;
+    return WorldState::running ? WorldState::running->names.getFirst(name) : nullptr;
 }
 
 void Node::setName(const jString& name) {

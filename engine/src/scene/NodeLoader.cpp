@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "engine/core/Engine.h"
+#include "engine/globe/EllipsoidModel.h"
 #include "engine/physics/Body.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectOcean.h"
@@ -11,6 +11,7 @@
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/SceneNodes.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ jString NodeLoader::getPath(const DataReader& in, const char* key) const {
     const std::filesystem::path given{std::string(text)};
     const bool from_root = text.starts_with("data/") || given.is_absolute();
     const jString path = (from_root ? given : std::string(m_folder) / given).lexically_normal().string();
-    if (!Engine::get() || !Engine::get()->resolvePath(path).empty()) return path;
+    if (!resolvePath(path).empty()) return path;
     in.complain(*in.getItem(key), "\"" + text + "\" leads out of the runtime root");
     return {};
 }
@@ -99,8 +100,7 @@ std::unique_ptr<Node> NodeLoader::createPrefab(const DataReader& in) const {
         return nullptr;
     }
     PrefabChain::Shared own;
-    const PrefabChain chain{path, Engine::get() ? Engine::get()->resolvePath(path) : path, m_chain,
-                            m_chain ? m_chain->shared : &own};
+    const PrefabChain chain{path, resolvePath(path), m_chain, m_chain ? m_chain->shared : &own};
     auto prefab = std::make_unique<ObjectPrefab>();
     prefab->load(chain);
     if (!prefab->isLoaded()) return nullptr;

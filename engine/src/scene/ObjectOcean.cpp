@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/core/Engine.h"
 #include "engine/globe/EllipsoidModel.h"
-#include "engine/scene/World.h"
+#include "engine/math/jMath.h"
 #include "scene/WaveSpectrum.h"
+#include "scene/WorldState.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ dvec3 ObjectOcean::getWorldPoint(const dvec3& world) const {
 const WaveField& ObjectOcean::getField() const {
     const vec3 wind = windOver(*this);
     m_field.setWind(isGlobal() ? std::hypot(wind.x, wind.y) : getBeaufortSpeed(m_beaufort), wind.x, wind.y);
-    m_field.update(Engine::get() ? Engine::get()->getTime() : 0.0);
+    m_field.update(WorldState::running ? WorldState::running->time : 0.0);
     return m_field;
 }
 

@@ -1,11 +1,11 @@
 // Prefabs: loading their files, and the lists and box of their content, made when asked for after a change.
 #include "engine/scene/ObjectPrefab.h"
 
-#include "engine/core/Engine.h"
 #include "engine/physics/Body.h"
 #include "engine/text/Log.h"
 #include "scene/NodeLoader.h"
 #include "scene/WorldState.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -13,17 +13,17 @@ constexpr int DEEPEST = 32;  // files within files
 
 /// The path that tells one file from another; empty, with one log line, when there is none.
 jString findFile(const jString& path) {
-    if (!Engine::get()) {
+    if (!WorldState::running) {
         jLog::error("%s: no engine to load it", path.c_str());
         return {};
     }
-    const jString absolute_path = path.empty() ? jString() : Engine::get()->resolvePath(path);
+    const jString absolute_path = path.empty() ? jString() : resolvePath(path);
     if (absolute_path.empty()) jLog::error("\"%s\": not a file under the runtime root", path.c_str());
     return absolute_path;
 }
 
 const Package* readFile(const jString& path, const jString& absolute_path) {
-    auto& files = Engine::get()->getWorld()->getState().prefab_files;
+    auto& files = WorldState::running->prefab_files;
     const auto known = files.find(absolute_path);
     if (known != files.end()) return &known->second;
     Package package;

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/core/Engine.h"
+#include "engine/globe/EllipsoidModel.h"
+#include "engine/math/jMath.h"
 #include "engine/scene/ElevationRaster.h"
 #include "engine/text/Log.h"
 #include "scene/TerrainPick.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -51,8 +53,7 @@ BoundBox globeBox(const ElevationRaster& raster, const HeightRange& heights) {
 }  // namespace
 
 ObjectTerrain::ObjectTerrain(const jString& elevation, const jString& imagery) : m_imagery(imagery) {
-    const Engine* const engine = Engine::get();
-    const jString path = engine != nullptr ? engine->resolvePath(elevation) : elevation;
+    const jString path = resolvePath(elevation);
     if (path.empty()) {
         jLog::error("%s: the elevation raster lies outside the runtime root", elevation.c_str());
         return;

@@ -8,7 +8,7 @@
 
 World::World() : m_state(std::make_unique<WorldState>()) {
     m_state->root.m_world = this;
-    m_state->physics = std::make_unique<PhysicsWorld>(*this);
+    m_state->physics = std::make_unique<PhysicsWorld>(m_state->spatial);
 }
 
 World::~World() {

@@ -7,8 +7,8 @@
 #include "engine/scene/World.h"
 #include "engine/text/Package.h"
 #include "physics/PhysicsWorld.h"
+#include "physics/SpatialIndex.h"
 #include "scene/NodeIndex.h"
-#include "scene/SpatialIndex.h"
 
 class NodeTrigger;
 class ObjectParticles;
@@ -21,6 +21,10 @@ struct EnvironmentRaise {
 };
 
 struct WorldState {
+    /// Of the running engine's world, null when there is none. Set by the engine.
+    inline static WorldState* running = nullptr;
+
+    double time = 0.0;  ///< the engine's, seconds
     Environment environment;
     std::vector<EnvironmentRaise> raises;
     bool enabled = true;
@@ -31,10 +35,10 @@ struct WorldState {
     SpatialIndex spatial;
     jVector<ObjectParticles*> particles;
     jVector<NodeTrigger*> triggers;
-    jVector<Node*> sensors;                                 ///< in order of their ids
-    bool triggers_stale = false;                            ///< a sensor or trigger moved or changed its activity
-    bool closing = false;                                   ///< the world goes: nothing is reported any more
-    bool watched = false;                                   ///< a mirror takes the changes
+    jVector<Node*> sensors;       ///< in order of their ids
+    bool triggers_stale = false;  ///< a sensor or trigger moved or changed its activity
+    bool closing = false;         ///< the world goes: nothing is reported any more
+    bool watched = false;         ///< a mirror takes the changes
     WorldChanges changes;
     std::unordered_map<std::string, Package> prefab_files;  ///< by absolute path
     std::unique_ptr<PhysicsWorld> physics;

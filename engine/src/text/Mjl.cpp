@@ -7,9 +7,9 @@
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
-#include "engine/core/Engine.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
+#include "text/RuntimeRoot.h"
 
 namespace {
 
@@ -170,14 +170,10 @@ void layOverrides(const jString& path, Package& package) {
     for (const Item& item : found->second) package.item(item.getName().c_str()) = item;
 }
 
-jString resolve(const jString& path) {
-    return Engine::get() ? Engine::get()->resolvePath(path) : path;
-}
-
 /// False with a line logged when the file is there and cannot be taken; false without one when it is missing and not
 /// required.
 bool readFile(const jString& path, jString& text, bool required) {
-    const std::filesystem::path file(resolve(path));
+    const std::filesystem::path file(resolvePath(path));
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error)) {
         if (required || std::filesystem::exists(file, error)) jLog::error("%s: no such file", path.c_str());
@@ -255,7 +251,7 @@ bool mjl::open(const jString& path, Package& package, bool required) {
 }
 
 bool mjl::save(const jString& path, const Package& package, bool compact) {
-    std::ofstream out(std::filesystem::path(resolve(path)), std::ios::binary | std::ios::trunc);
+    std::ofstream out(std::filesystem::path(resolvePath(path)), std::ios::binary | std::ios::trunc);
     out << toJson(package).dump(compact ? -1 : 4, ' ', false, Json::error_handler_t::replace) << '\n';
     out.flush();
     if (!out) jLog::error("%s: cannot be written: %s", path.c_str(), std::strerror(errno));

@@ -3,12 +3,12 @@
 
 #include <osg/Group>
 
+#include "base/FrameView.h"
 #include "effects/LampLights.h"
 #include "effects/LampPoints.h"
 #include "effects/ParticleDrawing.h"
 #include "effects/Precipitation.h"
 #include "effects/SceneTexts.h"
-#include "frame/FrameView.h"
 
 class Node;
 class NodeLight;

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/Uniforms.h"
 #include "engine/math/jMath.h"
-#include "frame/Convert.h"
-#include "frame/Uniforms.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/FrameView.h"
 #include "effects/Lamp.h"
-#include "frame/FrameView.h"
 
 class LampLights {
 public:

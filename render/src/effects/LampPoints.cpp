@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
 #include "engine/math/jMath.h"
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/FrameView.h"
 #include "effects/Lamp.h"
 #include "effects/SpriteStates.h"
-#include "frame/FrameView.h"
 
 class ShaderLibrary;
 

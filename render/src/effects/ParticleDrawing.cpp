@@ -5,10 +5,10 @@
 #include <cmath>
 #include <functional>
 
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
+#include "base/TextureStore.h"
 #include "engine/scene/ObjectParticles.h"
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
-#include "mirror/TextureStore.h"
 
 namespace {
 

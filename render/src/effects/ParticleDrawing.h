@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/FrameView.h"
 #include "effects/SpriteStates.h"
-#include "frame/FrameView.h"
 
 class ObjectParticles;
 class ShaderLibrary;

@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
+#include "base/Uniforms.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/World.h"
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
-#include "frame/Uniforms.h"
 
 namespace {
 

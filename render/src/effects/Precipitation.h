@@ -6,9 +6,9 @@
 #include <array>
 #include <vector>
 
+#include "base/FrameView.h"
 #include "effects/SpriteStates.h"
 #include "engine/text/Containers.h"
-#include "frame/FrameView.h"
 
 class ObjectParticles;
 class ShaderLibrary;

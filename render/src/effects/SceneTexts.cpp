@@ -1,10 +1,10 @@
 // Texts of the world: made, moved and rewritten when their nodes changed.
 #include "effects/SceneTexts.h"
 
+#include "base/Convert.h"
+#include "base/Place.h"
+#include "base/ShaderLibrary.h"
 #include "engine/scene/SceneNodes.h"
-#include "frame/Convert.h"
-#include "frame/Place.h"
-#include "frame/ShaderLibrary.h"
 
 namespace {
 

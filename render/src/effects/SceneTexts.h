@@ -5,8 +5,8 @@
 
 #include <unordered_map>
 
+#include "base/FrameView.h"
 #include "effects/SceneFont.h"
-#include "frame/FrameView.h"
 
 class NodeText;
 class ShaderLibrary;

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/FrameView.h"
-#include "frame/ShaderLibrary.h"
+#include "base/FrameView.h"
+#include "base/ShaderLibrary.h"
 
 namespace {
 

@@ -17,19 +17,19 @@
 #include <cmath>
 #include <filesystem>
 
+#include "base/Convert.h"
+#include "base/NotifyLog.h"
+#include "base/TextureStore.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
 #include "engine/input/InputRouter.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
-#include "frame/Convert.h"
 #include "frame/EglWindow.h"
 #include "frame/ImageFile.h"
-#include "frame/NotifyLog.h"
 #include "gui/GuiDrawable.h"
 #include "gui/WindowInput.h"
-#include "mirror/TextureStore.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 
 #include <memory>
 
+#include "base/FrameUniforms.h"
+#include "base/FrameView.h"
+#include "base/ShaderLibrary.h"
 #include "effects/EffectsLayer.h"
 #include "effects/StatusText.h"
 #include "frame/FrameBuffer.h"
-#include "frame/FrameUniforms.h"
-#include "frame/FrameView.h"
-#include "frame/ShaderLibrary.h"
-#include "mirror/WorldMirror.h"
+#include "frame/WorldMirror.h"
 #include "render/Picture.h"
 #include "sea/SeaLayer.h"
 #include "shadow/ShadowPass.h"

@@ -9,10 +9,10 @@
 
 #include <cstring>
 
+#include "base/FrameView.h"
+#include "base/ShaderLibrary.h"
+#include "base/TextureStore.h"
 #include "engine/gui/UIRoot.h"
-#include "frame/FrameView.h"
-#include "frame/ShaderLibrary.h"
-#include "mirror/TextureStore.h"
 
 namespace {
 

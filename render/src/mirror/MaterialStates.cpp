@@ -6,10 +6,10 @@
 #include <osg/CullFace>
 #include <osg/Depth>
 
+#include "base/Convert.h"
+#include "base/FrameView.h"
+#include "base/ShaderLibrary.h"
 #include "engine/scene/Material.h"
-#include "frame/Convert.h"
-#include "frame/FrameView.h"
-#include "frame/ShaderLibrary.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <unordered_map>
 
-#include "mirror/TextureStore.h"
+#include "base/TextureStore.h"
 
 class Material;
 class ShaderLibrary;

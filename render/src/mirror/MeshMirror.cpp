@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/Convert.h"
+#include "base/FrameView.h"
+#include "base/Place.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
-#include "frame/Convert.h"
-#include "frame/FrameView.h"
-#include "frame/Place.h"
 
 namespace {
 

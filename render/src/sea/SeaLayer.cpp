@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectTerrain.h"
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
 #include "mirror/LevelTop.h"
 #include "sea/SeaFoam.h"
 #include "sea/SeaGeometry.h"

@@ -9,7 +9,7 @@
 #include <array>
 #include <memory>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "sea/SeaMesh.h"
 #include "sea/SeaSlopes.h"
 

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Uniforms.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/World.h"
-#include "frame/Uniforms.h"
 #include "sea/SeaSlopes.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <array>
 #include <string>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "sea/SeaMesh.h"
 
 class ObjectOcean;

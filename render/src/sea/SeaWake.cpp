@@ -7,11 +7,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/ShaderLibrary.h"
+#include "base/Uniforms.h"
 #include "engine/scene/SceneNodes.h"
 #include "engine/scene/World.h"
 #include "engine/text/Containers.h"
-#include "frame/ShaderLibrary.h"
-#include "frame/Uniforms.h"
 #include "sea/SeaGeometry.h"
 #include "sea/SeaMesh.h"
 

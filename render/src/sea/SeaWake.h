@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "sea/FoamMap.h"
 
 class DecalOrtho;

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
 #include "mirror/MeshMirror.h"
 
 namespace {

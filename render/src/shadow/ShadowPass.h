@@ -7,7 +7,7 @@
 #include <array>
 #include <vector>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "mirror/Casters.h"
 
 class MeshMirror;

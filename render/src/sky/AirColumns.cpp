@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 
 namespace {
 

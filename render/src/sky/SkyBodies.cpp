@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/ShaderLibrary.h"
+#include "base/Uniforms.h"
 #include "engine/math/jMath.h"
-#include "frame/Convert.h"
-#include "frame/ShaderLibrary.h"
-#include "frame/Uniforms.h"
 #include "sky/Rgb.h"
 #include "sky/SkyMesh.h"
 #include "sky/StarCatalogue.h"

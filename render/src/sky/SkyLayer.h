@@ -4,7 +4,7 @@
 #include <osg/Group>
 #include <osg/Texture2D>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "sky/SkyBodies.h"
 #include "sky/SkyDome.h"
 #include "sky/SkyModel.h"

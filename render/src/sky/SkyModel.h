@@ -1,7 +1,7 @@
 // The light of the whole sky: sun, moon, airglow, clouds and haze together.
 #pragma once
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "sky/Astronomy.h"
 #include "sky/Atmosphere.h"
 

@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Convert.h"
+#include "base/FrameView.h"
+#include "base/ShaderLibrary.h"
+#include "base/TextureStore.h"
 #include "engine/core/Engine.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/SceneNodes.h"
-#include "frame/Convert.h"
-#include "frame/FrameView.h"
-#include "frame/ShaderLibrary.h"
-#include "mirror/TextureStore.h"
 
 namespace {
 

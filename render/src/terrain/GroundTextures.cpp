@@ -9,10 +9,10 @@
 #include <memory>
 #include <vector>
 
+#include "base/TextureStore.h"
 #include "engine/core/Engine.h"
 #include "engine/scene/RasterSource.h"
 #include "engine/text/Log.h"
-#include "mirror/TextureStore.h"
 #include "terrain/Chance.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/TextureStore.h"
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
-#include "mirror/TextureStore.h"
 #include "terrain/Chance.h"
 
 namespace {

@@ -3,11 +3,11 @@
 
 #include <cmath>
 
+#include "base/ShaderLibrary.h"
+#include "base/Uniforms.h"
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/ObjectTerrain.h"
-#include "frame/ShaderLibrary.h"
-#include "frame/Uniforms.h"
 #include "terrain/GroundTextures.h"
 
 namespace {

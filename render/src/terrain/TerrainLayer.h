@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "terrain/GroundDecals.h"
 #include "terrain/TerrainTree.h"
 

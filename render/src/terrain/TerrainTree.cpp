@@ -5,8 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Convert.h"
 #include "engine/globe/EllipsoidModel.h"
-#include "frame/Convert.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 #include "terrain/GroundTrees.h"
 #include "terrain/TileMesh.h"
 

@@ -16,7 +16,7 @@ struct GUIEventWheel {
     std::uint8_t flag = 1;
 };
 
-/// A key of the engine's numbering: a character's lower-case code, or a special key from 256 (see ControlApp).
+/// A key of the engine's numbering: a character's lower-case code, or a special key from 256 (see Keys).
 struct GUIEventKey {
     std::uint16_t key = 0;
     std::uint8_t modifier = 0;  ///< 1 while Ctrl is held

@@ -14,7 +14,8 @@ class UIRoot;
 /// goes to whoever got the press. Owned by the engine; frame thread only.
 class InputRouter {
 public:
-    enum Modifier { MOD_SHIFT = 1, MOD_CTRL = 2, MOD_ALT = 4 };
+    using Modifier = Keys::Modifier;
+    using enum Keys::Modifier;
     using KeyHandler = Function<void(const GUIEventKey&)>;
     using MouseHandler = Function<void(const GUIEventMouse&)>;
     using WheelHandler = Function<void(const GUIEventWheel&)>;

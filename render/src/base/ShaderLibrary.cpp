@@ -1,5 +1,5 @@
 // Puts shader texts together: version, defines, includes.
-#include "frame/ShaderLibrary.h"
+#include "base/ShaderLibrary.h"
 
 #include <sstream>
 #include <stdexcept>

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "engine/math/jMath.h"
-#include "models/CarrierShape.h"
-#include "world/Layout.h"
+#include "plan/CarrierPlan.h"
+#include "plan/Layout.h"
 
 namespace carrier {
 namespace {

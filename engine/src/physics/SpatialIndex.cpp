@@ -1,5 +1,5 @@
 // The bounding hierarchy behind segment and box queries; brought up to date by the first query after a move.
-#include "scene/SpatialIndex.h"
+#include "physics/SpatialIndex.h"
 
 #include <BulletCollision/BroadphaseCollision/btDbvt.h>
 

@@ -3,7 +3,7 @@
 
 #include <osg/StateSet>
 
-#include "frame/FrameView.h"
+#include "base/FrameView.h"
 
 class FrameUniforms {
 public:

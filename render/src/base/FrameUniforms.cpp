@@ -1,10 +1,10 @@
 // Turns the frame's light and air into shader values, in the eye's frame.
-#include "frame/FrameUniforms.h"
+#include "base/FrameUniforms.h"
 
 #include <cmath>
 
-#include "frame/Convert.h"
-#include "frame/Uniforms.h"
+#include "base/Convert.h"
+#include "base/Uniforms.h"
 
 FrameUniforms::FrameUniforms(osg::StateSet& state)
     : m_state(state),

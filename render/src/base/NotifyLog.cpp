@@ -1,5 +1,5 @@
 // Notices of the scene graph as lines of the engine's log.
-#include "frame/NotifyLog.h"
+#include "base/NotifyLog.h"
 
 #include <osg/Notify>
 

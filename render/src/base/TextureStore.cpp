@@ -1,5 +1,5 @@
 // Decoding of images through the scene graph's readers.
-#include "mirror/TextureStore.h"
+#include "base/TextureStore.h"
 
 #include <osg/Image>
 #include <osgDB/Registry>

@@ -1,5 +1,5 @@
 // Sorts the world's changes by kind, once a frame before drawing.
-#include "mirror/WorldMirror.h"
+#include "frame/WorldMirror.h"
 
 #include "effects/EffectsLayer.h"
 #include "engine/scene/ObjectMeshStatic.h"

@@ -1,5 +1,5 @@
 // Gradient noise after Perlin (2002): quintic fade, gradients from an integer hash.
-#include "world/Noise.h"
+#include "plan/Noise.h"
 
 #include <cmath>
 

@@ -1,5 +1,5 @@
 // Poses on the ellipsoid for the demonstration's places.
-#include "world/Layout.h"
+#include "plan/Layout.h"
 
 #include <cmath>
 
