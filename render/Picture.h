@@ -60,7 +60,7 @@ public:
     /// A line of text in the upper left corner; empty for none.
     virtual void setStatusLine(const std::string& text) = 0;
     virtual void setTitle(const std::string& title) = 0;  ///< of the window, UTF-8; nothing off screen
-    virtual void setParts(unsigned parts) = 0;  ///< of `PictureParts`
+    virtual void setParts(unsigned parts) = 0;            ///< of `PictureParts`
     virtual void setFullscreen(bool fullscreen) = 0;
 
     /// The picture drawn last; empty once the window was lost.

@@ -31,10 +31,10 @@ struct WorldState {
     SpatialIndex spatial;
     jVector<ObjectParticles*> particles;
     jVector<NodeTrigger*> triggers;
-    jVector<Node*> sensors;                                 ///< in order of their ids
-    bool triggers_stale = false;                            ///< a sensor or trigger moved or changed its activity
-    bool closing = false;                                   ///< the world goes: nothing is reported any more
-    bool watched = false;                                   ///< a mirror takes the changes
+    jVector<Node*> sensors;       ///< in order of their ids
+    bool triggers_stale = false;  ///< a sensor or trigger moved or changed its activity
+    bool closing = false;         ///< the world goes: nothing is reported any more
+    bool watched = false;         ///< a mirror takes the changes
     WorldChanges changes;
     std::unordered_map<std::string, Package> prefab_files;  ///< by absolute path
     std::unique_ptr<PhysicsWorld> physics;

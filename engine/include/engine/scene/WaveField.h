@@ -8,8 +8,8 @@
 
 #include "engine/math/Vec.h"
 
-/// One periodic square of the field. Sample (column, row) lies at (column, row) * length / SIZE metres east and north of
-/// the field's origin and repeats with `length` both ways. The field's surface is the sum of its cascades.
+/// One periodic square of the field. Sample (column, row) lies at (column, row) * length / SIZE metres east and north
+/// of the field's origin and repeats with `length` both ways. The field's surface is the sum of its cascades.
 struct WaveCascade {
     static constexpr int SIZE = 128;
 
