@@ -197,7 +197,7 @@ void compareFleet() {
             const FleetCost jet = fleetCost(JET, DATA_FLY), cost = fleetCost(file, mode);
             const std::string row = std::string(name) + ", " + mode_name + " flight / jet, data flight";
             bench::printRow(row.c_str(), {cost.alone, jet.alone}, 1.3);
-            bench::printRow("    both with the sea's waves", {cost.beside_sea, jet.beside_sea}, 1.3);
+            bench::printRow((row + ", with waves").c_str(), {cost.beside_sea, jet.beside_sea}, 1.3);
         }
     }
 }

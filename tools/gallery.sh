@@ -1,20 +1,25 @@
 #!/usr/bin/env bash
-# Draws the pictures of docs/gallery.md anew, with the release build.
+# Draws the pictures of docs/gallery.md anew as WebP, with the release build.
 #   tools/gallery.sh [NAME]...    all, or those named
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+die() {
+    echo "gallery.sh: $1" >&2
+    exit 1
+}
 deckview=build/bin/deckview
-[ -x "$deckview" ] || { echo "gallery.sh: $deckview is missing; ./test.sh builds it" >&2; exit 1; }
+[ -x "$deckview" ] || die "$deckview is missing; ./test.sh builds it"
+command -v cwebp >/dev/null || die "cwebp is missing; install the package webp"
 
-# draw NAME OPTIONS...: the picture after two seconds of the scene
+names=()
+declare -A options
+# draw NAME OPTIONS...: lists the picture after two seconds of the scene; the end of this script draws it
 draw() {
     local name=$1
     shift
-    if [ ${#wanted[@]} -gt 0 ] && [[ " ${wanted[*]} " != *" $name "* ]]; then return; fi
-    echo "$name"
-    "$deckview" --headless --step 1/60 --frames "${frames:-120}" --size "${size:-1280x720}" \
-        --screenshot "docs/gallery/$name.png" "$@" >/dev/null
+    names+=("$name")
+    options[$name]=$(printf '%q ' --frames "${frames:-120}" --size "${size:-1280x720}" "$@")
 }
 
 # scene NAME OPTIONS...: the same without the panels
@@ -22,7 +27,6 @@ scene() {
     draw "$@" --no-panels
 }
 
-wanted=("$@")
 lights=(--track airport_light_enable=100 --track airport_light_brightness=100 --track road_light=100)
 
 scene deck --camera 112.39587,16.82388,27,52,-5 --track TOD=42
@@ -100,3 +104,17 @@ lens lens_5 42 112.3919157,16.8222426,45.551,60.249,-3.614
 lens lens_6 42 112.3919145,16.8222420,43.181,60.249,-3.274
 lens lens_7 42 112.3919132,16.8222412,40.254,60.249,-2.854
 lens lens_night 92 112.3919170,16.8222433,47.919,60.249,-3.954
+
+wanted=("$@")
+[ ${#wanted[@]} -gt 0 ] || wanted=("${names[@]}")
+for name in "${wanted[@]}"; do
+    [ -n "${options[$name]:-}" ] || die "there is no picture $name; there are: ${names[*]}"
+done
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+for name in "${wanted[@]}"; do
+    echo "$name"
+    eval "arguments=(${options[$name]})"
+    "$deckview" --headless --step 1/60 "${arguments[@]}" --screenshot "$folder/$name.png" >/dev/null
+    cwebp -quiet -q 90 -m 6 -sharp_yuv "$folder/$name.png" -o "docs/gallery/$name.webp"
+done

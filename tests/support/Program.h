@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Starts build/bin/NAME, or the program of an absolute path, with those arguments. Its output (both streams) goes to a file that lives as long as this
-/// object; a process that still runs is killed with it.
+/// Starts build/bin/NAME, or the program of an absolute path, with those arguments. Its output (both streams) goes to a
+/// file that lives as long as this object; a process that still runs is killed with it.
 class Program {
 public:
     Program(const std::string& name, std::vector<std::string> arguments);

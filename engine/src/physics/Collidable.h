@@ -41,7 +41,7 @@ struct Collidable {
     const int id;  ///< the object's; orders whatever must not depend on addresses
     int group = 1;
     int mask = -1;
-    int excluded = -1;  ///< id of the node whose subtree it does not meet
+    int excluded = -1;                   ///< id of the node whose subtree it does not meet
     std::unique_ptr<btRigidBody> rigid;  ///< its pose is that of the centre of mass
     btTransform from, to;                ///< this frame's way; equal when it stands
     bool moving = false;                 ///< listed as having a way or a velocity of its own

@@ -16,8 +16,8 @@ namespace gltf {
 
 /// Reads a .glb or .gltf file (by its content, not its name) and the buffers and images beside or below it. Images keep
 /// their encoded bytes; one that is missing stays empty. References that leave the file's folder, extensions that this
-/// engine lacks and files above 64 MiB are refused. Gives where in the file the first buffer begins, 0 when that is a file
-/// of its own.
+/// engine lacks and files above 64 MiB are refused. Gives where in the file the first buffer begins, 0 when that is a
+/// file of its own.
 std::size_t readFile(const jString& path, tinygltf::Model& model);
 
 /// The elements of an accessor, every byte of which lies in its buffer.
