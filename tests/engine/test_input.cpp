@@ -1,4 +1,4 @@
-// The input door: what reaches the panels, what the input state, what the listeners.
+// Input events: which go to the panels, which to the input state and the listeners.
 #include "PanelScene.h"
 
 namespace {

@@ -34,8 +34,8 @@ std::vector<Triangle> makeDeck(double length, double width, double z) {
     return {{a, b, c}, {a, c, d}};
 }
 
-/// Every triangle one by one (Moeller and Trumbore, J. Graphics Tools 2, 1997). Sets `doubtful` where the answer hangs
-/// on rounding: at a triangle's edge, along it, or at an end of the segment.
+/// Every triangle one by one (Moeller and Trumbore, J. Graphics Tools 2, 1997). Sets `doubtful` where the answer
+/// depends on rounding: at a triangle's edge, along it, or at an end of the segment.
 double bruteForce(const MeshSurface& surface, const dvec3& from, const dvec3& to, bool& doubtful) {
     double first = 2.0;
     const dvec3 step = to - from;

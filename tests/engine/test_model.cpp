@@ -164,7 +164,7 @@ TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
 }
 
 TEST_F(ModelTest, MissingNormalsAreSmoothWhereTheSurfaceIsAndSharpWhereItIsNot) {
-    // Two triangles over a shared edge along X: the second leaf stands at an angle to the first, which lies flat.
+    // Two triangles over a shared edge along X: the first is level, the second at an angle to it.
     for (const double angle : {20.0, 90.0}) {
         const float y = static_cast<float>(std::sin(angle * jMath::DEG2RAD)),
                     z = static_cast<float>(std::cos(angle * jMath::DEG2RAD));

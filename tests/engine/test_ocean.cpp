@@ -206,7 +206,7 @@ struct OceanTest : SceneTest {
     EllipsoidModel globe;
 };
 
-TEST_F(OceanTest, TheSurfacePointLiesPlumbWithTheWavesOfItsPlace) {
+TEST_F(OceanTest, SurfacePointsAreOnTheVerticalAtTheFieldsHeight) {
     ObjectOcean& ocean = makeOcean(
         R"({ "type": "ocean", "geodetic": [112.35, 16.84, 0], "ocean": { "beaufort": 6, "global_wind": false } })");
     run(100);
@@ -227,7 +227,7 @@ TEST_F(OceanTest, TheSurfacePointLiesPlumbWithTheWavesOfItsPlace) {
     EXPECT_FALSE(isFinite(ocean.getWorldPoint(dvec3(NAN, 0.0, 0.0))));
 }
 
-TEST_F(OceanTest, TheFieldBeginsAtTheNodesPlace) {
+TEST_F(OceanTest, TheFieldsOriginIsTheNodesPosition) {
     ObjectOcean& ocean = makeOcean(R"({ "type": "ocean" })");
     const double degree = jMath::DEG2RAD * EllipsoidModel::SEMI_MAJOR;
     const auto expectAt = [&](double lon, double lat, double wanted_east, double wanted_north) {

@@ -15,7 +15,7 @@ protected:
         system->setTransform(EllipsoidModel().getWGSTransform(ORIGIN));
         return system;
     }
-    /// In the local east-north-up frame of where the systems stand.
+    /// In the local east-north-up frame at the systems' position.
     static dvec3 toLocal(const dvec3& world) { return inverse(EllipsoidModel().getWGSTransform(ORIGIN)) * world; }
     static int count(const ObjectParticles* system) { return static_cast<int>(system->getParticles().size()); }
 
@@ -71,7 +71,7 @@ TEST_F(ParticlesTest, ABurstComesOnceEachTimeItPlays) {
     EXPECT_NEAR(countAfter(20), 2 * burst, 5);
 }
 
-TEST_F(ParticlesTest, WhatLivesGoesOnWhenTheEmitterStops) {
+TEST_F(ParticlesTest, LivingParticlesGoOnWhenTheEmitterStops) {
     ObjectParticles* const system = addSystem(steady(100, 1));
     const std::function<void(bool)> switches[] = {[&](bool on) { on ? system->play() : system->stop(); },
                                                   [&](bool on) { system->setEnabled(on); },
@@ -138,7 +138,7 @@ TEST_F(ParticlesTest, AMovingEmitterLaysAnEvenTrail) {
     double widest = 0.0;
     for (std::size_t i = 51; i < along.size(); ++i) widest = std::max(widest, along[i] - along[i - 1]);
     EXPECT_LT(widest, 0.25) << "one every 0.2 m, also between two frames' places";
-    // A jump is no way: nothing is laid along it.
+    // A jump: no particles along it.
     system->clear();
     system->setTransform(enu * dmat4::translation({90000, 0, 0}));
     run(1, 0.05);

@@ -1,4 +1,4 @@
-// What meets what, and who is told.
+// Collisions: filters, sweeps of fast bodies, contact callbacks.
 #include <optional>
 
 #include "test_physics_scene.h"
@@ -69,7 +69,7 @@ TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
     EXPECT_GT(heightOf(*rider), heightOf(*cart) - 0.6) << "others do meet them";
 }
 
-TEST_F(PhysicsContacts, WhatIsExcludedIsNotMetAndNorIsWhatHangsBelow) {
+TEST_F(PhysicsContacts, ExcludedObjectsAndTheirChildrenAreNotMet) {
     BodySettings driven = settings({box({1, 4, 1})}, BodySettings::DRIVEN);
     for (const bool excludes : {false, true}) {
         Object* const ship = addBody("ship", at(0, 0, 5), settings({box({4, 4, 4})}, BodySettings::STATIC));
@@ -98,7 +98,7 @@ TEST_F(PhysicsContacts, ScaledAndMirroredMeshesHold) {
     }
 }
 
-TEST_F(PhysicsContacts, ToldOnceForEachShapeThatBeginsToTouch) {
+TEST_F(PhysicsContacts, ReportedOnceForEachShapeThatBeginsToTouch) {
     addMesh("deck", at(0, 0, 0), makeSheet(20, 4));
     const jVector<Shape> legs{box({0.2f, 0.2f, 0.2f}, {-1, 0, -0.5}, "left"), box({2.4f, 1, 0.6f}, {}, "top"),
                               box({0.2f, 0.2f, 0.2f}, {1, 0, -0.5}, "right")};

@@ -60,7 +60,7 @@ TEST_F(PhysicsMotion, TurnsAboutItsCentreOfMassWhileAForceLasts) {
     Object* const object = addBody("body", at(3, 4, 50, {30, 20, 10}), s);
     run(1);
     EXPECT_LT(distance(object->getWorldTransform(), at(3, 4, 50, {30, 20, 10})), 1e-8) << "the pose comes back";
-    // Lifted at the object's origin, the mass hangs down: it turns about +Y, and its centre is lifted straight.
+    // Lifted at the object's origin, it turns about +Y, and its centre of mass rises straight.
     object->setTransform(at(0, 0, 50));
     const BodyRigid& body = *object->getBodyRigid();
     object->getBodyRigid()->addWorldForce(object->getWorldPosition(), toWorld({0.0, 0.0, 6000.0}));
@@ -114,7 +114,7 @@ TEST_F(PhysicsMotion, ABodyBelowAMovingNodeFollowsIt) {
     EXPECT_LT(distance(nested->getWorldTransform(), at(30, 0, 105)), 1e-6);
     EXPECT_NEAR(toLocal(nested->getBodyRigid()->getLinearVelocity()).x, 30.0, 1e-4);
     runSeconds(1.0);
-    EXPECT_LT(heightOf(*grouped), 51.0) << "falls once its group stands";
+    EXPECT_LT(heightOf(*grouped), 51.0) << "falls once its group is at rest";
     EXPECT_NEAR(heightOf(*nested), 105.0, 1e-6);
 }
 

@@ -20,7 +20,7 @@ constexpr const char* BODY = R"("body": { "kind": "driven", "mass": 800, "center
 
 }  // namespace
 
-TEST_F(PrefabTest, ContentHangsDirectlyUnderThePrefab) {
+TEST_F(PrefabTest, ContentIsAChildOfThePrefab) {
     write("data/a/ship.prefab",
           std::string(R"({ "node": { "name": "ship", "tags": [ "hull" ], )") + BODY + R"(, "children": [
         { "name": "mast", "children": [ { "type": "light", "name": "lamp" } ] },
@@ -81,7 +81,7 @@ TEST_F(PrefabTest, AnIncludeThatEndsInItselfFailsAsAWhole) {
     }
     EXPECT_EQ(countLines("data/a.prefab -> data/b.prefab -> data/c.prefab -> data/a.prefab"), 1);
 
-    // Where the cycle is one node of a world, the rest of the world stands.
+    // Where the cycle is one node of a world, the rest of the world is loaded.
     write("data/w.world",
           R"({ "nodes": [ { "prefab": "a.prefab" }, { "prefab": "gone.prefab" }, { "name": "rest" } ] })");
     ASSERT_TRUE(world().load("data/w.world"));
@@ -134,7 +134,7 @@ TEST_F(PrefabTest, SegmentQueriesFindThePrefabWhereItsContentIs) {
             ASSERT_EQ(found[0], outer);
         }
     }
-    // Taken out of the prefab, the inner one stands for itself; the outer one shrinks to what is left.
+    // Outside the prefab the inner one is found itself; the bounds of the outer one shrink.
     world().addChild(inner->getParent()->takeChild(inner))->setTransform(dmat4::translation({5000, 0, 0}));
     const dvec3 at = boxes[1]->getWorldPosition();
     ASSERT_TRUE(world().getIntersection(at, at + dvec3(0, 0, 1), found));

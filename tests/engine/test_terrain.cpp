@@ -102,7 +102,7 @@ TEST_F(TerrainTest, HeightsAreThoseOfTwoTrianglesACell) {
     EXPECT_EQ(lines().size(), 0u);
 }
 
-TEST_F(TerrainTest, EdgePostsAreInsideAndWhatLiesBeyondIsNot) {
+TEST_F(TerrainTest, EdgePostsAreInsideTheRaster) {
     TestRaster source;
     source.fill<float>([](int column, int row) { return 10.0 * column + row; });
     const auto raster = open(source);
@@ -210,7 +210,7 @@ TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
     EXPECT_GT(hits, 100);
 }
 
-TEST_F(TerrainTest, SegmentsOfNoUseHitNothing) {
+TEST_F(TerrainTest, DegenerateSegmentsHitNothing) {
     TestRaster source;
     source.fill<float>([](int, int) { return 5.0; });
     const auto raster = open(source);
@@ -256,7 +256,7 @@ TEST_F(TerrainTest, OtherSystemsAreTransformedToLongitudeAndLatitude) {
 }
 
 // More tiles than are kept: rows start one number apart in the file, so that a post is the sum of its column and row.
-TEST_F(TerrainTest, ALargeRasterIsReadAsItIsWanted) {
+TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
     TestRaster source;
     source.columns = source.rows = 256 * 24 + 10;
     source.type = "Int16";
@@ -306,7 +306,7 @@ TEST_F(TerrainTest, WhatCannotBeReadIsRefusedWithOneLine) {
     }
 }
 
-TEST_F(TerrainTest, TheWorldFindsItWhereverItLies) {
+TEST_F(TerrainTest, PicksAgreeWithHeightsAtEveryLongitudeAndLatitude) {
     const EllipsoidModel globe;
     Random r(11);
     for (const dvec3& corner :

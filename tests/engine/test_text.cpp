@@ -52,7 +52,7 @@ TEST(Mjl, AnotherTypeReadsAsTheDefault) {
     Lines log;
     EXPECT_EQ(p.getInt("name"), 0);
     EXPECT_EQ(p.getInt("name"), 0);
-    ASSERT_EQ(log.lines.size(), 1) << "told once";
+    ASSERT_EQ(log.lines.size(), 1) << "logged once";
     EXPECT_EQ(log.lines[0], "sample:3: \"name\" must be a number");
     EXPECT_EQ(p.getString("count"), "");
     EXPECT_FALSE(p.getBool("count"));

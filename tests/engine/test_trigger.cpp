@@ -68,7 +68,7 @@ TEST_F(TriggerTest, TurnedBoxesMeetExactly) {
     }
 }
 
-TEST_F(TriggerTest, WhatIsSwitchedOffOrGoesInsideLeaves) {
+TEST_F(TriggerTest, DisabledAndRemovedSensorsLeave) {
     NodeTrigger* const trigger = addTrigger("t", {10, 10, 10});
     Node* const group = addNode("group");
     auto made = std::make_unique<Node>();

@@ -21,7 +21,7 @@ protected:
 
 const BoundBox UNIT_BOX({-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5});
 
-TEST_F(WorldTest, AMirrorIsToldEachChangeOnce) {
+TEST_F(WorldTest, EachChangeIsReportedOnce) {
     Node* const early = world().addChild(new Node);
     world().watchChanges();
     WorldChanges changes;
