@@ -225,16 +225,19 @@ TEST_F(TerrainTest, DegenerateSegmentsHitNothing) {
 
 TEST_F(TerrainTest, OtherSystemsAreTransformedToLongitudeAndLatitude) {
     const auto smooth = [](double lon, double lat) { return 100.0 * std::sin(lon * 200.0) * std::cos(lat * 200.0); };
-    const double s = 0.0002, turn = 0.5;
-    for (const bool utm : {true, false}) {
+    const double s = 0.0002, east = s * std::cos(0.5), north = s * std::sin(0.5);
+    const std::pair<const char*, std::array<double, 6>> cases[] = {
+        {"EPSG:32649", {645000, 20, 0, 1866000, 0, -20}},                 // UTM
+        {"EPSG:4326", {112.4, -s, 0, 16.8, 0, s}},                        // the eastern and southern posts first
+        {"EPSG:4326+5773", {112.38, east, north, 16.84, north, -east}}};  // turned; with a height system
+    for (const auto& [srs, transform] : cases) {
+        const bool utm = transform[1] == 20;
         TestRaster source;
         source.columns = source.rows = 250;
-        source.srs = utm ? "EPSG:32649" : "EPSG:4326+5773";  // with a height system
+        source.srs = srs;
+        source.transform = transform;
         source.type = "Int16";
         source.extra = "<Scale>0.01</Scale><Offset>3</Offset>";
-        source.transform = {112.38, s * std::cos(turn), s * std::sin(turn),
-                            16.84,  s * std::sin(turn), -s * std::cos(turn)};
-        if (utm) source.transform = {645000, 20, 0, 1866000, 0, -20};
         const auto toLonLat = [&](double column, double row) {
             std::array<double, 2> place = source.centre(column, row);
             if (utm) GeographicLib::UTMUPS::Reverse(49, true, place[0], place[1], place[1], place[0]);
