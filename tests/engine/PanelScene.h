@@ -35,7 +35,7 @@ protected:
         return element;
     }
 
-    /// The mouse goes to the middle of an element.
+    /// Moves the mouse to the middle of an element.
     void pointAt(UIElement& element) {
         input.mouseMove(element.getX() + element.getWidth() / 2, element.getY() + element.getHeight() / 2);
     }

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Writes what happens to it into a list.
+/// Appends its life's events to a list.
 class Recorder : public ActionInterval {
 public:
     Recorder(jString label, float duration, jVector<jString>& events) : m_label(std::move(label)), m_events(events) {

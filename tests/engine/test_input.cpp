@@ -1,4 +1,4 @@
-// The input door: what reaches the panels, what the input state, what the listeners.
+// Input events: which go to the panels, which to the input state and the listeners.
 #include "PanelScene.h"
 
 namespace {
@@ -21,11 +21,6 @@ protected:
         heard.clear();
         frame();
         return heard;
-    }
-    UIVLayout* addPanel() {
-        auto* const panel = add<UIVLayout>();
-        panel->setSize(100, 100);
-        return panel;
     }
 
     std::string heard;
@@ -76,37 +71,31 @@ TEST_F(Input, MouseMovesByFrame) {
     EXPECT_EQ(control.getMouseDX(), 0.0);
 }
 
-TEST_F(Input, PanelsTakeTheMouse) {
-    addPanel();
+TEST_F(Input, APanelOrTheSceneHoldsTheMouseUntilAllButtonsAreUp) {
+    auto* const panel = add<UIVLayout>();
+    panel->setSize(100, 100);
     input.mouseMove(50, 50);
     press();
     input.mouseButton(ControlApp::BUTTON_RIGHT, true);
     input.wheel(120);
-    input.mouseMove(600, 300);
+    release();
+    input.mouseMove(610, 300);
     EXPECT_EQ(hear(), "");
     EXPECT_FALSE(control.isLeftButtonDown());
     EXPECT_EQ(control.getMouseDX(), 0.0);
-    release();
-    input.mouseMove(610, 300);  // the right one still holds the panel
     input.mouseButton(ControlApp::BUTTON_RIGHT, false);
     input.mouseMove(620, 300);
     EXPECT_EQ(hear(), "m620 ");
 
-    // The scene keeps what it got first, over a panel too.
     press();
     input.mouseMove(50, 50);
     input.wheel(120);
     EXPECT_EQ(hear(), "d1 m50 w120 ");
     EXPECT_TRUE(control.isLeftButtonDown());
-    release();
+    input.focusLost();
     release();
     EXPECT_EQ(hear(), "u1 ");
     EXPECT_FALSE(control.isLeftButtonDown());
-    press();
-    input.focusLost();
-    input.mouseMove(300, 300);
-    press();
-    EXPECT_EQ(hear(), "m300 d1 ");
 }
 
 TEST_F(Input, EditingTakesTheKeyboard) {
@@ -133,20 +122,7 @@ TEST_F(Input, EditingTakesTheKeyboard) {
     EXPECT_EQ(line->getText(), "5");
 }
 
-TEST_F(Input, ManyEventsAndThoseOfHandlers) {
-    int clicks = 0;
-    auto* const button = add<UIButton>("场景重置");
-    button->bindClick([&](const GUIEventMouse&, UIElement*) { ++clicks; });
-    pointAt(*button);
-    for (int i = 0; i < 5000; ++i) press(), release();
-    frame();
-    EXPECT_EQ(clicks, 5000);
-    input.mouseMove(600, 300);
-    frame();
-    for (int i = 0; i < 10000; ++i) input.mouseMove(601 + i % 7, 300);
-    frame();
-    EXPECT_EQ(control.getMouseDX(), 9999 % 7 + 1);
-
+TEST_F(Input, EventsSentByHandlersFollowInTheNextFrame) {
     input.bindKeyPress([this](const GUIEventKey& e) {
         if (e.key != 'q') return;
         hit('r');

@@ -64,6 +64,12 @@ TEST(Math, TransformsSplitAndCompose) {
     }
 }
 
+TEST(Math, LinearToShockIsATriangleWave) {
+    for (const auto& [t, expected] : {std::pair(0.25, 0.25), {1.0, 1.0}, {1.75, 0.25}, {-0.5, 0.5}, {4.5, 0.5}}) {
+        EXPECT_NEAR(jMath::linearToShock(t), expected, 1e-12) << t;
+    }
+}
+
 TEST(Math, ZeroAndFlatInputsGiveNoNaN) {
     EXPECT_EQ(normalize(dvec3()), dvec3());
     dvec3 t, s;

@@ -94,7 +94,7 @@ TEST_F(NodeTest, ATransformThatIsNoPlaceIsRefused) {
     }
 }
 
-TEST_F(NodeTest, ABodyHearsOfEveryMoveAboveIt) {
+TEST_F(NodeTest, EveryMoveOfAParentTeleportsABody) {
     Node* const top = addNode("top");
     Node* const middle = addNode("middle", {}, top);
     auto prefab = std::make_unique<ObjectPrefab>();

@@ -1,4 +1,4 @@
-// A place on the globe with things to stand on, for the physics tests.
+// A site on the globe with bodies, meshes and terrain, for the physics tests.
 #pragma once
 
 #include "engine/globe/EllipsoidModel.h"
@@ -25,7 +25,7 @@ protected:
     static vec3 toWorld(const dvec3& local) { return narrow(rotate(site(), local)); }
     static dvec3 toLocal(const vec3& world) { return inverse(site()).getMat3() * dvec3(world); }
     static double heightOf(const Node& node) { return (inverse(site()) * node.getWorldPosition()).z; }
-    /// How far a node stands from a transform: metres of its origin plus those of the ends of its axes.
+    /// Difference of two transforms: metres between the origins plus those between the ends of the axes.
     static double distance(const dmat4& a, const dmat4& b) {
         return length(a.t - b.t) + length(a.x - b.x) + length(a.y - b.y) + length(a.z - b.z);
     }
@@ -45,7 +45,7 @@ protected:
         s.shapes = shapes;
         return s;
     }
-    /// An object with a body; a cube of 1 m unless told otherwise.
+    /// An object with a body; a cube of 1 m by default.
     Object* addBody(const jString& name, const dmat4& place, const BodySettings& s = settings({box({1, 1, 1})}),
                     Node* parent = nullptr) {
         auto object = std::make_unique<Object>();
@@ -108,7 +108,7 @@ protected:
     void runSeconds(double seconds, double dt = 1.0 / 60.0) { run(static_cast<int>(std::lround(seconds / dt)), dt); }
 };
 
-/// Writes down what it is told.
+/// Records the shapes that began to touch.
 class ContactLog final : public BodyContactCallbackBase {
 public:
     explicit ContactLog(Body* body) : m_body(body) { body->setContactCallback(this); }

@@ -48,38 +48,27 @@ TEST_F(TriggerTest, ReportsChangesOnceInOrderOfTheSensorsIds) {
     EXPECT_EQ(frame(), "-a1 -a2 -b1 -b2 ");
 }
 
-TEST_F(TriggerTest, BoxesTouchAsTheyStandInTheWorld) {
-    // A trigger of 10 m turned by 45 degrees reaches 7.07 m along X; a sensor box of 2 m turned likewise reaches 1.41
-    // m.
-    NodeTrigger* const trigger = addTrigger("t", {10, 10, 10}, {0, 0, 0});
+TEST_F(TriggerTest, TurnedBoxesMeetExactly) {
+    NodeTrigger* const trigger = addTrigger("t", {10, 10, 10});
     Node* const sensor = addSensor("s", {}, {2, 2, 2});
+    const dvec3 origin = EllipsoidModel().toWorld({112, 17, 0});
     const struct {
-        double trigger_heading, sensor_heading;
-        dvec3 position;
-        bool inside;
-    } cases[] = {{0, 0, {5.9, 0, 0}, true},    {0, 0, {6.1, 0, 0}, false},    {45, 0, {8.0, 0, 0}, true},
-                 {45, 0, {8.1, 0, 0}, false},  {45, 45, {8.4, 0, 0}, true},   {45, 45, {8.5, 0, 0}, false},
-                 {0, 45, {5.6, 5.6, 0}, true}, {0, 45, {6.4, 6.4, 0}, false}, {45, 0, {5.2, 5.2, 0}, false}};
-    bool was_inside = false;
+        dvec3 trigger, sensor, hits, misses;  // (heading, pitch, roll) of both, positions of the sensor
+    } cases[] = {{{}, {}, {5.9, 0, 0}, {6.1, 0, 0}},
+                 {{45, 0, 0}, {}, {8.0, 0, 0}, {8.1, 0, 0}},
+                 {{}, {45, 0, 0}, {5.6, 5.6, 0}, {6.4, 6.4, 0}},
+                 // Edge against edge: only the cross product of the two edges separates these.
+                 {{0, 0, 45}, {0, 45, 0}, {0, 0, 8.4}, {0, 0, 8.6}}};
     for (const auto& c : cases) {
-        const dvec3 far = EllipsoidModel().toWorld({112, 17, 0});
-        trigger->setTransform(composeTransform(far, dquat::fromEulerZXY(c.trigger_heading, 0, 0)));
-        sensor->setTransform(composeTransform(far + c.position, dquat::fromEulerZXY(c.sensor_heading, 0, 0)));
-        const char* const change = c.inside ? "+ts " : "-ts ";
-        EXPECT_EQ(frame(), c.inside == was_inside ? "" : change) << c.position.x;
-        was_inside = c.inside;
+        trigger->setTransform(dmat4(dquat::fromEulerZXY(c.trigger), origin));
+        sensor->setTransform(dmat4(dquat::fromEulerZXY(c.sensor), origin + c.hits));
+        EXPECT_EQ(frame(), "+ts ") << c.hits.x;
+        sensor->setWorldPosition(origin + c.misses);
+        EXPECT_EQ(frame(), "-ts ") << c.misses.x;
     }
-    // Edge against edge: no face separates these, only the product of their edges does.
-    trigger->setTransform(dmat4(dquat::fromEulerZXY(0, 0, 45), {}));
-    sensor->setTransform(dmat4(dquat::fromEulerZXY(0, 45, 0), {0, 0, 8.6}));
-    frame();
-    sensor->setPosition({0, 0, 8.4});
-    EXPECT_EQ(frame(), "+ts ");
-    sensor->setPosition({0, 0, 8.6});
-    EXPECT_EQ(frame(), "-ts ");
 }
 
-TEST_F(TriggerTest, WhatIsSwitchedOffOrGoesInsideLeaves) {
+TEST_F(TriggerTest, DisabledAndRemovedSensorsLeave) {
     NodeTrigger* const trigger = addTrigger("t", {10, 10, 10});
     Node* const group = addNode("group");
     auto made = std::make_unique<Node>();

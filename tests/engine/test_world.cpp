@@ -1,6 +1,8 @@
 // The world: its lookups against brute force, segment queries, loading, the state hash.
 #include <set>
 
+#include "engine/net/SocketUDP.h"
+#include "engine/physics/Body.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/SceneNodes.h"
@@ -19,7 +21,7 @@ protected:
 
 const BoundBox UNIT_BOX({-0.5, -0.5, -0.5}, {0.5, 0.5, 0.5});
 
-TEST_F(WorldTest, AMirrorIsToldEachChangeOnce) {
+TEST_F(WorldTest, EachChangeIsReportedOnce) {
     Node* const early = world().addChild(new Node);
     world().watchChanges();
     WorldChanges changes;
@@ -83,43 +85,37 @@ TEST_F(WorldTest, NamesAndTagsGiveTheFirstToJoin) {
     EXPECT_EQ(world().getNodeByName(""), nullptr) << "no name is no name";
 }
 
-TEST_F(WorldTest, SegmentsMeetWhatBruteForceMeetsWhileObjectsMove) {
-    struct Entry {
-        BoxObject* object;
-        BoundBox box;
-    };
-    std::vector<Entry> entries;
+TEST_F(WorldTest, QueriesAgreeWithBruteForceWhileObjectsMove) {
+    const dvec3 pad(0.001, 0.001, 0.001), reach(5, 5, 5);
+    std::vector<BoxObject*> objects;
     for (int step = 0; step < 6000; ++step) {
-        const int action = entries.size() < 12 ? 0 : below(5);
+        const int action = objects.size() < 12 ? 0 : below(5);
         if (action == 0) {
-            auto object = std::make_unique<BoxObject>(UNIT_BOX);
-            object->setTransform(randomTransform(m_random, 20.0));
-            entries.push_back({add(std::move(object)), UNIT_BOX});
+            objects.push_back(add(std::make_unique<BoxObject>(UNIT_BOX)));
+            objects.back()->setTransform(randomTransform(m_random, 20.0));
         } else {
-            const auto i = static_cast<std::size_t>(below(static_cast<int>(entries.size())));
-            Entry& entry = entries[i];
-            if (action == 1) entry.object->setTransform(randomTransform(m_random, 20.0));
-            if (action == 2) entry.box = below(5) == 0 ? BoundBox() : BoundBox({-1, -1, -1}, {2, below(4) + 1.0, 1});
-            if (action == 2) entry.object->setBox(entry.box);
-            if (action == 3) world().removeNode(entry.object);
-            if (action == 3) entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(i));
+            const int i = below(static_cast<int>(objects.size()));
+            BoxObject* const object = objects[static_cast<std::size_t>(i)];
+            if (action == 1) object->setTransform(randomTransform(m_random, 20.0));
+            if (action == 2)
+                object->setBox(below(5) == 0 ? BoundBox() : BoundBox({-1, -1, -1}, {2, below(4) + 1.0, 1}));
+            if (action == 3) world().removeNode(object);
+            if (action == 3) objects.erase(objects.begin() + i);
         }
         if (below(6) != 0) continue;  // changes gather between two queries
         const dvec3 from = randomTransform(m_random, 30.0).t, to = randomTransform(m_random, 30.0).t;
+        const BoundBox wanted(from - reach, from + reach);
         jVector<Node*> expected, found;
         jVector<Object*> expected_in_box, found_in_box;
-        const BoundBox wanted(from - dvec3(5, 5, 5), from + dvec3(5, 5, 5));
-        const dvec3 pad(0.001, 0.001, 0.001);
-        for (const Entry& entry : entries) {
-            BoundBox box = entry.object->getTransform() * entry.box;
+        for (BoxObject* const object : objects) {
+            BoundBox box = object->getTransform() * object->getBoundBox();
             if (box.isEmpty()) continue;
             box = BoundBox(box.min - pad, box.max + pad);
-            if (intersects(box, from, to)) expected.append(entry.object);
-            const bool overlaps = box.min.x <= wanted.max.x && box.max.x >= wanted.min.x && box.min.y <= wanted.max.y &&
-                                  box.max.y >= wanted.min.y && box.min.z <= wanted.max.z && box.max.z >= wanted.min.z;
-            if (overlaps) expected_in_box.append(entry.object);
+            if (intersects(box, from, to)) expected.append(object);
+            const dvec3 lo = box.min - wanted.max, hi = wanted.min - box.max;
+            if (std::max({lo.x, lo.y, lo.z, hi.x, hi.y, hi.z}) <= 0.0) expected_in_box.append(object);
         }
-        found.append(world().getRoot());  // to be cleared
+        found.append(world().getRoot());  // a query clears the list
         ASSERT_EQ(world().getIntersection(from, to, found), !expected.empty());
         ASSERT_TRUE(std::ranges::equal(found, expected)) << "step " << step;
         world().getState().spatial.query(wanted, found_in_box);
@@ -199,18 +195,14 @@ TEST_F(WorldTest, WrongValuesCostALineAndLeaveTheDefault) {
         int lines;
         bool made;
     } cases[] = {
-        {R"({ "position": "here", "name": 4 })", 2, true},
-        {R"({ "position": [1e200, 0, 0] })", 1, true},
+        {R"({ "position": [1e200, 0, 0], "name": 4 })", 2, true},
         {R"({ "enabled": 1, "tags": [ 1, "good" ], "sensor": "yes" })", 3, true},
         {R"({ "children": [ 5, { "type": "unknown" }, { } ] })", 2, true},
         {R"({ "type": "light", "light": { "kind": "laser", "intensity": 1e300, "color": [1, "a", 1] } })", 3, true},
-        {R"({ "type": "particles", "particles": { "max_particles": 1e12, "wind": true } })", 2, true},
-        {R"({ "type": "particles", "particles": { "texture": "../../../secret.png" } })", 1, true},
+        {R"({ "type": "particles", "particles": { "max_particles": 1e12, "texture": "../../../x.png" } })", 2, true},
         {R"({ "body": { "mass": 4 } })", 1, true},
         {R"({ "type": "prefab" })", 1, false},
-        {R"({ "type": "prefab", "prefab": "../../outside.prefab" })", 1, false},
-        {R"({ "type": "terrain", "terrain": { } })", 1, false},
-        {R"({ "type": 7, "name": "still a node" })", 1, true}};
+        {R"({ "type": "terrain", "terrain": { } })", 1, false}};
     for (const auto& c : cases) {
         clearLines();
         const std::unique_ptr<Node> node = makeNode(c.text);
@@ -224,6 +216,11 @@ TEST_F(WorldTest, WrongValuesCostALineAndLeaveTheDefault) {
 TEST_F(WorldTest, TheStateHashSeesEveryKindOfChange) {
     Node* const a = addNode("a", {1, 2, 3});
     Node* const b = addNode("b", {}, a);
+    BodySettings settings;
+    settings.shapes.append(Shape());
+    Object* const craft = add(std::make_unique<Object>());
+    ASSERT_TRUE(craft->setBody(settings));
+    SocketUDP socket;
     std::vector<std::uint64_t> seen{engine().getStateHash()};
     const auto expectChanged = [&](const char* what, bool changed = true) {
         const std::uint64_t hash = engine().getStateHash();
@@ -235,6 +232,12 @@ TEST_F(WorldTest, TheStateHashSeesEveryKindOfChange) {
     expectChanged("a tiny move");
     b->setEnabled(false);
     expectChanged("enabled");
+    craft->getBodyRigid()->setLinearVelocity({0, 0, 1});
+    expectChanged("a velocity");
+    craft->getBodyRigid()->setAngularVelocity({0, 1e-6f, 0});
+    expectChanged("an angular velocity");
+    socket.write("x", 1, 1);
+    expectChanged("a byte handed to a socket, open or not");
     Node* const c = addNode("d");
     expectChanged("a node more");
     world().removeNode(c);
