@@ -69,9 +69,10 @@ TEST_F(HeliEffectsTest, StagesByHeightAndByWhatIsBelow) {
         double height;
         bool water;
         const char* lit;
-    } rows[] = {{4.9, false, "11101"}, {5.1, false, "11000"}, {60.0, false, "01000"}, {4.9, true, "10111"},
-                {12.0, true, "10011"}, {9.9, true, "10010"},  {39.9, false, "11101"}, {40.1, false, "01101"},
-                {40.1, true, "00111"}, {17.9, false, "11001"}};
+    } rows[] = {{4.9, false, "11101"},  {5.1, false, "11000"},  {60.0, false, "01000"}, {4.9, true, "10111"},
+                {12.0, true, "10011"},  {18.1, true, "10011"},  {9.9, true, "10010"},   {-2.0, false, "11101"},
+                {30.0, false, "11101"}, {39.9, false, "11101"}, {40.1, false, "01101"}, {40.1, true, "00111"},
+                {17.9, false, "11001"}};
     for (const auto& row : rows) {
         heli->setOverWater(row.water);
         placeAt(row.height);

@@ -290,12 +290,12 @@ TEST_F(JetTest, AParkedJetStaysOnAMovingDeckWithFramesOfAnyLength) {
     start_node->setWgsHPR({});
     const dmat4 place = start_node->getWorldTransform();
     auto* const deck = add(std::make_unique<ObjectPrefab>("data/deck.prefab"));
+    // At 10 m/s, turning, rolling and heaving; its top is under the jet's box at first.
+    const auto moveDeck = [&](double t) {
+        const dquat turn = dquat(dvec3(0, 0, 1), 0.3 * t) * dquat(dvec3(0, 1, 0), 2.0 * std::sin(0.5 * t));
+        deck->setWorldTransform(place * dmat4(turn, {0.0, 10.0 * t, 1.5 * std::sin(0.6 * t) - 2.7}));
+    };
     for (const std::vector<double>& series : makeFrameSeries(20.0)) {
-        const auto moveDeck = [&](double t) {
-            const dvec3 offset(0.0, 10.0 * t, 1.5 * std::sin(0.6 * t) - 2.7);
-            deck->setWorldTransform(
-                place * dmat4(dquat(dvec3(0, 0, 1), 0.3 * t) * dquat(dvec3(0, 1, 0), 2.0 * std::sin(0.5 * t)), offset));
-        };
         moveDeck(0.0);
         start_node->setWorldTransform(place);
         start();
@@ -305,11 +305,11 @@ TEST_F(JetTest, AParkedJetStaysOnAMovingDeckWithFramesOfAnyLength) {
             moveDeck(time += dt);
             frame(dt);
             const dmat4 now = inverse(deck->getWorldTransform()) * jet().getWorldTransform();
-            if (time < 2.0) parked = now;
-            if (time < 2.0 || time + dt > 19.99)
-                printf("%g %f: %f %f %f  drift %f\n", series[0], time, now.t.x, now.t.y, now.t.z,
-                       difference(now, parked));
+            if (time < 2.0) parked = now;  // until then it slides, since the deck starts at full speed
+            ASSERT_LT(difference(now, parked), 0.01) << series[0] << " at " << time;
         }
+        EXPECT_NEAR(parked.t.y, -8.2, 0.6) << series[0];
+        EXPECT_NEAR(parked.t.z, 2.5, 0.01) << series[0];
         Node* const model = jet().getModel();
         end();
         world().removeNode(model);

@@ -1,4 +1,5 @@
 // The host link inside the logic: orders, notices, modes, reconnecting.
+#include <arpa/inet.h>
 #include <net/if.h>
 #include <sched.h>
 #include <sys/ioctl.h>
@@ -169,53 +170,56 @@ TEST_F(LinkTest, AFloodOfStrangersDelaysTheHostByAFrameAtMost) {
     EXPECT_LE(lines().size(), 4u);
 }
 
-/// The network of a process of its own, loopback alone, which is off at first.
-class OwnNetwork {
-public:
-    OwnNetwork() : m_valid(unshare(CLONE_NEWNET) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNET) == 0) {}
-    bool isValid() const { return m_valid; }
-    static bool turn(bool on) {
-        ifreq request{};
-        std::strcpy(request.ifr_name, "lo");
-        request.ifr_flags = static_cast<short>(on ? IFF_UP : 0);
-        const int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-        const bool good = ioctl(fd, SIOCSIFFLAGS, &request) == 0;
-        close(fd);
-        return good;
-    }
+/// Brings the loopback interface of this process's network up with that address; "0.0.0.0" takes its address away.
+void setLoopback(const char* address) {
+    ifreq request{};
+    std::strcpy(request.ifr_name, "lo");
+    const int fd = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    request.ifr_flags = IFF_UP;
+    ASSERT_EQ(ioctl(fd, SIOCSIFFLAGS, &request), 0);
+    sockaddr_in at{};
+    at.sin_family = AF_INET;
+    inet_pton(AF_INET, address, &at.sin_addr);
+    std::memcpy(&request.ifr_addr, &at, sizeof at);
+    ASSERT_EQ(ioctl(fd, SIOCSIFADDR, &request), 0);
+    close(fd);
+}
 
-private:
-    bool m_valid;
-};
-
-using LinkDeathTest = LinkTest;
-
-TEST_F(LinkDeathTest, SendsThatTheSystemRefusesAreCountedAndTheLinkRecovers) {
+TEST_F(LinkTest, SendsThatTheSystemRefusesAreCountedAndTheLinkRecovers) {
     const auto fly = [this] {
-        const OwnNetwork network;
-        if (!network.isValid()) std::_Exit(77);
-        ASSERT_TRUE(OwnNetwork::turn(true));
+        setLoopback("127.0.0.1");
         begin();
         deliver(packets::record(2), 1);
         frame();
         const std::uint64_t feedback = logic().getLinkCounts().feedback, failed = SocketUDP::getStats().sendFailed;
         clearLines();
-        ASSERT_TRUE(OwnNetwork::turn(false));
+        setLoopback("0.0.0.0");
         for (int i = 0; i < 100; ++i) frame();
         EXPECT_EQ(logic().getLinkCounts().feedback, feedback);
         EXPECT_EQ(SocketUDP::getStats().sendFailed, failed + 100);
         EXPECT_LT(lines().size(), 5u) << "not a line a frame";
-        ASSERT_TRUE(OwnNetwork::turn(true));
+        setLoopback("127.0.0.1");
         host().collectFeedback();
         frame();
         EXPECT_EQ(logic().getLinkCounts().feedback, feedback + 1);
         EXPECT_EQ(host().waitFeedback(1).size(), 1u);
         deliver(packets::record(0), 1);
     };
-    const auto is_good = [](int status) {
-        return WIFEXITED(status) && (WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 77);
-    };
-    EXPECT_EXIT((fly(), std::_Exit(HasFailure())), is_good, "");
+    // In a process with a network of its own.
+    constexpr int NOT_ALLOWED = 77;
+    std::fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (unshare(CLONE_NEWNET) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) std::_Exit(NOT_ALLOWED);
+        fly();
+        std::fflush(nullptr);
+        std::_Exit(HasFailure());
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == NOT_ALLOWED) GTEST_SKIP() << "the system gives no network namespace";
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 }  // namespace
