@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// Control nodes "part_0" … "part_12", each resting at (position, 0, 0) with hpr (0, 0, 5): 0 to 6 turn, 7 moves, 8
+/// Control nodes "part_0" … "part_12", at rest at (position, 0, 0) with hpr (0, 0, 5): 0 to 6 turn, 7 moves, 8
 /// and 9 are two meshes of one model with one material, 10 is a text, 11 a lamp, 12 moves too. Turning parts are open
 /// at hpr (0, 10, 0) and closed at (0, 0, 20).
 struct AerobaticModel {
@@ -55,10 +55,17 @@ struct AerobaticModel {
         return text.str();
     }
 
-    /// One triangle, (0 0 0), (1 0 0), (0 1 0), in two nodes.
-    static std::string instruments() {
-        return R"({ "asset": { "version": "2.0" }, "scene": 0, "scenes": [ { "nodes": [0, 1] } ],
-            "nodes": [ { "name": "part_8", "mesh": 0 }, { "name": "part_9", "mesh": 0 } ],
+    /// One triangle, (0 0 0), (1 0 0), (0 1 0), in a node for each name.
+    static std::string instruments(const std::vector<std::string>& names = {"part_8", "part_9"}) {
+        std::string scene, nodes;
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            const std::string comma = i ? ", " : "";
+            scene += comma + std::to_string(i);
+            nodes += comma + R"({ "mesh": 0, "name": ")" + names[i] + "\" }";
+        }
+        return R"({ "asset": { "version": "2.0" }, "scene": 0, "scenes": [ { "nodes": [)" + scene + R"(] } ],
+            "nodes": [)" +
+               nodes + R"(],
             "materials": [ { "name": "dials" } ],
             "meshes": [ { "primitives": [ { "attributes": { "POSITION": 0 }, "material": 0 } ] } ],
             "accessors": [ { "bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",

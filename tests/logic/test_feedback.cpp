@@ -1,6 +1,10 @@
 // What the host is told: deck and terrain under the gears, attitude, collisions.
+#include <GeographicLib/Geocentric.hpp>
+
 #include "LogicWorld.h"
-#include "engine/memory/Allocator.h"
+#include "engine/camera/CameraControl.h"
+#include "engine/physics/Body.h"
+#include "engine/physics/Physics.h"
 #include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/SceneNodes.h"
 
@@ -11,20 +15,25 @@ constexpr const char* GEARS[] = {"wheel_front", "wheel_left", "wheel_right"};
 
 class FeedbackTest : public LogicTest {
 protected:
-    /// A jet without a body stays where it is put.
-    void begin() {
+    /// Starts with order 2 in effect. A jet without a body keeps its pose.
+    void begin(const std::string& body = {}) {
         TestJet spec;
-        spec.body.clear();
+        spec.body = body;
         writeJet(spec);
         addStart();
         start();
+        host();
         apply({2});
     }
 
-    /// Posts 0.001 degrees apart round PLACE; heights rise eastward by 1000 m a degree from `height` at PLACE.
-    void addTerrain(double height) {
+    /// Posts 0.001 degrees apart round PLACE; heights rise eastward by `slope` metres a degree from `height` at PLACE.
+    void addTerrain(double height, double slope = 1000.0) {
+        m_ground = height;
+        m_slope = slope;
         std::string text = "ncols 21\nnrows 21\nxllcorner 112.3395\nyllcorner 16.8295\ncellsize 0.001\n";
-        for (int i = 0; i < 441; ++i) text += std::to_string(height + i % 21 - 10) + (i % 21 == 20 ? "\n" : " ");
+        for (int i = 0; i < 441; ++i) {
+            text += std::to_string(height + 0.001 * slope * (i % 21 - 10)) + (i % 21 == 20 ? "\n" : " ");
+        }
         write("data/ground.asc", text);
         write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
                                  R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
@@ -33,35 +42,96 @@ protected:
         add(std::move(terrain))->setName("terrain");
     }
 
-    packets::Feedback next() {
-        frame();
+    /// Of the terrain below a place; geocentric metres.
+    double groundBelow(const dvec3& place) const {
+        return m_ground + m_slope * (measure({dquat(), place}).longitude - PLACE.x);
+    }
+
+    packets::Feedback next(double dt = 1.0 / 60.0) {
+        frame(dt);
         const auto datagrams = host().waitFeedback(1);
         const bool whole = datagrams.size() == 1 && datagrams[0].bytes.size() == packets::FEEDBACK_SIZE;
         EXPECT_TRUE(whole) << datagrams.size() << " datagrams";
         return whole ? packets::get<packets::Feedback>(datagrams[0].bytes, 0) : packets::Feedback();
     }
 
-    Node* gear(const char* name) { return logic().getAircraftNode()->getNodeByName(name); }
+    Object& aircraft() { return *logic().getAircraftNode(); }
+    Node* gear(const char* name) { return aircraft().getNodeByName(name); }
+
+    /// Where a frame is on the globe and how it is turned, by another library: degrees, clockwise from north, nose up,
+    /// right side down. Y points ahead, X to the right.
+    struct Geodetic {
+        double longitude, heading, pitch, roll;
+    };
+    static Geodetic measure(const dmat4& frame) {
+        double latitude, longitude, height;
+        std::vector<double> enu(9);  // columns: east, north, up
+        GeographicLib::Geocentric::WGS84().Reverse(frame.t.x, frame.t.y, frame.t.z, latitude, longitude, height, enu);
+        const auto along = [&](const dvec3& v, std::size_t column) {
+            return v.x * enu[column] + v.y * enu[column + 3] + v.z * enu[column + 6];
+        };
+        return {longitude, std::atan2(along(frame.y, 0), along(frame.y, 1)) * jMath::RAD2DEG,
+                std::asin(along(frame.y, 2)) * jMath::RAD2DEG,
+                std::atan2(-along(frame.x, 2), along(frame.z, 2)) * jMath::RAD2DEG};
+    }
+    /// Turns the aircraft at random, at a geodetic place; not so steeply that a heading means nothing.
+    void place(const dvec3& geo, Random& random) {
+        const dvec3 hpr(random.getDouble(0, 360), random.getDouble(-70, 70), random.getDouble(-180, 180));
+        double x, y, z;
+        GeographicLib::Geocentric::WGS84().Forward(geo.y, geo.x, geo.z, x, y, z);
+        const dmat3 level = engine().getEllipsoid().getWGSTransform(dvec3(x, y, z)).getMat3();
+        aircraft().setWorldTransform({dquat(level) * dquat::fromEulerZXY(hpr), {x, y, z}});
+    }
+    void expectAttitudes(const packets::Feedback& got) {
+        const auto off = [](double a, double b) { return std::abs(std::remainder(a - b, 360.0)); };
+        const double heading = measure(aircraft().getWorldTransform()).heading;
+        for (int i = 0; i < 3; ++i) {
+            const Geodetic wheel = measure(gear(GEARS[i])->getWorldTransform());
+            const double tolerance = 1e-4 / std::cos(wheel.pitch * jMath::DEG2RAD);
+            EXPECT_LT(off(got.heading[i], heading), 2e-4) << "the aircraft's";
+            EXPECT_LT(off(got.pitch[i], wheel.pitch), tolerance);
+            EXPECT_LT(off(got.roll[i], wheel.roll), tolerance);
+        }
+    }
+
+private:
+    double m_ground = 0.0;
+    double m_slope = 0.0;
 };
 
-TEST_F(FeedbackTest, OverTheDeckAllGearsHaveItsHeight) {
-    addPlate(DECK, {PLACE.x, PLACE.y, 20.0}, 1.0);
-    addPlate("shelter", {PLACE.x, PLACE.y, 5.0});
+TEST_F(FeedbackTest, OverTheDeckAllGearsHaveItsHeightAnywhereOnTheGlobe) {
+    Object* const deck = addPlate(DECK, PLACE, 1.0);  // narrower than the gears are apart
+    Object* const shelter = addPlate("shelter", PLACE);
     begin();
-    const packets::Feedback got = next();
-    EXPECT_EQ(got.counter, engine().getFrame());
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_NEAR(got.heights[i], 20.0, 1e-3) << "the gears stand beside the narrow deck";
-        EXPECT_NEAR(got.heading[i], 30.0, 1e-4);
-        EXPECT_NEAR(got.pitch[i], gear(GEARS[i])->getWgsHPR().y, 1e-4);
+    std::int32_t counter = next().counter;
+    Random random(7);
+    for (int round = 0; round < 300; ++round) {
+        const dvec3 geo(random.getDouble(-180, 180), random.getDouble(-89, 89), random.getDouble(-50, 100));
+        deck->setWgsPosition(geo);
+        shelter->setWgsPosition(geo - dvec3(0, 0, 15));
+        for (Object* const plate : {deck, shelter}) plate->setWgsHPR({});
+        place(geo + dvec3(0, 0, random.getDouble(0.1, 5000)), random);
+        const packets::Feedback got = next();
+        ASSERT_EQ(got.counter, ++counter);
+        expectAttitudes(got);
+        for (const float height : got.heights) ASSERT_NEAR(height, geo.z, 2e-3) << round;
+        ASSERT_EQ(got.heightCg, -100.0f);
+        ASSERT_EQ(got.collision, 0);
+        ASSERT_FALSE(HasFailure()) << round;
+
+        // The globe looks the same from every longitude.
+        const dmat4 turn(dquat(dvec3(0, 0, 1), random.getDouble(-180, 180)), {});
+        for (Object* const moved : {deck, shelter, &aircraft()})
+            moved->setWorldTransform(turn * moved->getWorldTransform());
+        const packets::Feedback turned = next();
+        ++counter;
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_NEAR(turned.heights[i], got.heights[i], 2e-3) << round;
+            ASSERT_NEAR(std::remainder(turned.heading[i] - got.heading[i], 360.0f), 0.0, 1e-3) << round;
+            ASSERT_NEAR(std::remainder(turned.pitch[i] - got.pitch[i], 360.0f), 0.0, 1e-3) << round;
+            ASSERT_NEAR(std::remainder(turned.roll[i] - got.roll[i], 360.0f), 0.0, 1e-3) << round;
+        }
     }
-    EXPECT_NEAR(got.pitch[1], 5.0, 1e-4);
-    EXPECT_NEAR(got.roll[0], -1.0, 1e-4) << "the nose gear is turned by 3 degrees itself";
-    EXPECT_NEAR(got.roll[1], -4.0, 1e-4);
-    EXPECT_NEAR(got.roll[2], -4.0, 1e-4);
-    EXPECT_EQ(got.heightCg, -100.0f);
-    EXPECT_EQ(got.collision, 0);
-    EXPECT_EQ(next().counter, got.counter + 1);
 }
 
 TEST_F(FeedbackTest, ElsewhereEachGearHasTheTerrainUnderItself) {
@@ -69,23 +139,98 @@ TEST_F(FeedbackTest, ElsewhereEachGearHasTheTerrainUnderItself) {
     addPlate(DECK, {PLACE.x, PLACE.y + 0.002, 20.0}, 10.0);
     Object* const roof = addPlate("roof", {PLACE.x, PLACE.y, 30.0});
     begin();
-    for (const bool roofed : {true, false}) {
-        roof->setEnabled(roofed);
+    Random random(8);
+    for (int round = 0; round < 100; ++round) {
+        roof->setEnabled(round % 2 == 0);
+        const double x = random.getDouble(-0.0005, 0.0005), y = random.getDouble(-0.008, 0.001);
+        place(PLACE + dvec3(round % 2 ? 16.0 * x : x, y, random.getDouble(0, 5000)), random);
         const packets::Feedback got = next();
+        expectAttitudes(got);
         for (int i = 0; i < 3; ++i) {
-            const double east = gear(GEARS[i])->getWgsPosition().x - PLACE.x;
-            EXPECT_GT(std::abs(east), 1e-6);
-            EXPECT_NEAR(got.heights[i], 7.0 + 1000.0 * east, 1e-3);
+            ASSERT_NEAR(got.heights[i], groundBelow(gear(GEARS[i])->getWorldPosition()), 1e-3) << round;
         }
-        EXPECT_NEAR(got.heightCg, 7.0, 1e-3);
+        ASSERT_NEAR(got.heightCg, groundBelow(aircraft().getWorldPosition()), 1e-3) << round;
     }
+    aircraft().setWgsPosition(PLACE);
     addPlate(DECK, {PLACE.x, PLACE.y, 60.0});
     EXPECT_NEAR(next().heights[0], 7.0, 0.1) << "a deck above the jet is not under it";
 
     gear("wheel_left")->setName("gone");
     const packets::Feedback got = next();
     for (const float value : {got.heights[1], got.pitch[1], got.roll[1], got.heading[1]}) EXPECT_EQ(value, 0.0f);
-    EXPECT_NEAR(got.heading[2], 30.0, 1e-4);
+    EXPECT_GT(got.heights[2], 0.0f);
+}
+
+TEST_F(FeedbackTest, IsMeasuredAfterThePushAndBeforeThePhysicsWhichTheCameraFollows) {
+    addTerrain(7.0, 100000.0);
+    begin(TestJet().body);
+    world().getPhysics()->setGravity({});
+    logic().set_player_mode(FIRST_VIEW);
+    for (const bool pushed : {true, false}) {
+        logic().on_move_foward({}, nullptr);
+        const dmat4 before = aircraft().getWorldTransform();
+        aircraft().getBodyRigid()->setLinearVelocity(pushed ? vec3() : narrow(before.x * 60.0));
+        const packets::Feedback got = next(0.1);
+        EXPECT_NEAR(got.heightCg, groundBelow(before * dvec3(0, pushed ? 3 : 0, 0)), 0.01);
+        const dmat4 after = aircraft().getWorldTransform();
+        EXPECT_GT(std::abs(groundBelow(after.t) - groundBelow(before.t)), 1.0);
+        EXPECT_LT(length(engine().getCameraControl()->getNode()->getWorldPosition() - after * dvec3(0, 5, 1)), 1e-6);
+    }
+}
+
+TEST_F(FeedbackTest, IsMeasuredAfterTheRecordedPathAndTheGlides) {
+    write("data/www.dat", "0.0 0.0 0.0 0.0 1.0 0.0 0.0 0.0 0.0 0.0\n99.0 990.0 0.0 0.0 1.0 0.0 0.0 0.0 0.0 0.0\n");
+    addTerrain(7.0, 100000.0);
+    begin();
+    printedBy([&] {
+        logic().set_fly_mode(AUTO_FLY);
+        for (int i = 0; i < 3; ++i) {
+            const dvec3 before = aircraft().getWorldPosition();
+            const packets::Feedback got = next(0.1);
+            EXPECT_GT(std::abs(groundBelow(aircraft().getWorldPosition()) - groundBelow(before)), 0.5);
+            EXPECT_NEAR(got.heightCg, groundBelow(aircraft().getWorldPosition()), 0.01);
+        }
+    });
+    logic().local_data_stop_fly();
+    write("data/raft.prefab", R"({ "node": { } })");
+    TargetInfo raft;
+    raft.name = "raft";
+    raft.path = "data/raft.prefab";
+    for (const double height : {20.0, 40.0}) {
+        const dvec3 geo = aircraft().getWgsPosition();
+        raft.pose[0] = geo.x, raft.pose[1] = geo.y, raft.pose[2] = height;
+        logic().apply_target(raft);
+    }
+    Object* const deck = addPlate(DECK, {});
+    world().getNodeByTag("raft")->addChild(world().getRoot()->takeChild(deck));
+    deck->setTransform({});
+    deck->setWgsHPR({});  // the raft's nose points along its glide
+    next(0.1);
+    const packets::Feedback got = next(0.1);
+    EXPECT_NEAR(got.heights[0], 22.0, 0.1) << "after the first tenth of the glide";
+}
+
+TEST_F(FeedbackTest, TheHostsRecordAndTheFeedbackArePrintedInTheProtocolsOrder) {
+    begin();
+    for (const int key : {'p', 'o'}) {
+        printedBy([&] { logic().onKeyRelease({static_cast<std::uint16_t>(key), 0}, nullptr); });
+    }
+    EXPECT_EQ(printedBy([this] { apply({2}); }), "---recv start---\nnSimOrder:2\n---recv end---\n");
+    printedBy([this] { logic().on_enter_trigger(gear("body")); });
+    packets::Feedback got;
+    const std::string print = printedBy([&] { got = next(); });
+    std::string wanted = "---send start---\nnCounter:" + std::to_string(got.counter) + "\n";
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::pair<const char*, float> fields[] = {{" fTerrainHeightLG:", got.heights[i]},
+                                                        {" fThetaLG:", got.pitch[i]},
+                                                        {" fPhiLG:", got.roll[i]},
+                                                        {" fPsiLG:", got.heading[i]}};
+        for (const auto& [name, value] : fields) wanted += std::to_string(i) + name + std::to_string(value) + "\n";
+    }
+    EXPECT_EQ(print, wanted + "fTerrainHeightCG:0.000000\nnCollisionDetect:0\n---send end---\n")
+        << "both are measured after the print";
+    EXPECT_EQ(got.heightCg, -100.0f);
+    EXPECT_EQ(got.collision, 1);
 }
 
 TEST_F(FeedbackTest, WithoutGroundHeightsAreTheFloor) {
@@ -121,8 +266,6 @@ TEST_F(FeedbackTest, TriggersSetOneFlagWithoutCounting) {
     EXPECT_EQ(next().collision, 0) << "still inside the other one";
     logic().on_enter_trigger(gear("wheel_left"));
     EXPECT_EQ(next().collision, 0) << "no sensor";
-    logic().on_enter_trigger(gear("body"));
-    EXPECT_EQ(next().collision, 1);
     end();
     EXPECT_EQ(others, 1);
     EXPECT_EQ(triggers[0]->enter.size(), 1) << "the others' handlers stay";

@@ -43,7 +43,6 @@ protected:
         return printedBy([&] { (logic().*handler)({value}, &control); });
     }
 
-    /// The states of everything below the aircraft.
     std::uint64_t state() { return engine().getStateHash(); }
 
     Node* part(int i) { return world().getNodeByName(jString("part_" + std::to_string(i))); }
@@ -54,10 +53,8 @@ TEST_F(HandlerTest, TheAerobaticAircraftStartsOffsetAndTurnedFromTheStartNode) {
     AerobaticModel model;
     model.start = R"("src_pos_offset": [1, 2, -3], "src_rot_deflection": [40, 10, -20], )";
     startAerobatic(model);
-    for (const char* line : {"m_aircraft_type is extra300s:\nextra300s init start\n", "aircraft name:extra300s\n",
-                             "extra300s cam_first_player is live\n"}) {
-        EXPECT_NE(printed.find(line), std::string::npos) << line;
-    }
+    EXPECT_NE(printed.find("m_aircraft_type is extra300s:\nextra300s init start\n"), std::string::npos) << printed;
+    EXPECT_NE(printed.find("extra300s cam_first_player is live\n"), std::string::npos) << printed;
     auto& plane = static_cast<PlaneExtra300s&>(*logic().getAircraft());
     const dmat4 expected =
         start_node->getWorldTransform() * dmat4::translation({1, 2, -3}) *
@@ -65,15 +62,13 @@ TEST_F(HandlerTest, TheAerobaticAircraftStartsOffsetAndTurnedFromTheStartNode) {
     EXPECT_LT(difference(plane.getWorldTransform(), expected), 1e-6);
     EXPECT_LT(difference(plane.getBaseTransform(), expected), 1e-6);
     EXPECT_EQ(world().getNodeByName("extra300s"), logic().getAircraftNode());
-    EXPECT_EQ(logic().getObjects().find(plane.getModel()), 0);
     EXPECT_EQ(logic().getControlCount(), AerobaticModel::COUNT);
 
     logic().set_player_mode(FIRST_VIEW);
     logic().swap();
     EXPECT_LT(length(engine().getCameraControl()->getPosition() - expected * dvec3(0, -1, 0.8)), 1e-6);
-    EXPECT_EQ(plane.getCameraTransform().getTranslation(), dvec3(0, -1, 0.8));
 
-    // Both have moved meanwhile: the place at the start counts.
+    // Both have moved meanwhile: the pose at the start counts.
     world().getNodeByName("start_deck")->setWgsPosition({112.4, 16.9, 10.0});
     plane.setWgsPosition({112.5, 17.0, 900.0});
     logic().on_plane_destory(nullptr);
@@ -83,7 +78,7 @@ TEST_F(HandlerTest, TheAerobaticAircraftStartsOffsetAndTurnedFromTheStartNode) {
     EXPECT_LT(difference(plane.getWorldTransform(), expected), 1e-6);
 }
 
-TEST_F(HandlerTest, AModelWithoutAnEyeOrThatCannotBeLoaded) {
+TEST_F(HandlerTest, AModelWithoutAnEyeIsViewedFromItsOrigin) {
     addStart();
     AerobaticModel model;
     model.eye = false;
@@ -92,15 +87,6 @@ TEST_F(HandlerTest, AModelWithoutAnEyeOrThatCannotBeLoaded) {
     logic().set_player_mode(FIRST_VIEW);
     logic().swap();
     EXPECT_LT(length(engine().getCameraControl()->getPosition() - logic().getAircraftNode()->getWorldPosition()), 1e-6);
-    end();
-
-    model.path = "data/none.prefab";
-    startAerobatic(model);
-    EXPECT_EQ(logic().getAircraftNode(), nullptr);
-    EXPECT_TRUE(logic().getObjects().empty());
-    for (const Handler handler : HANDLERS) use(handler, 0, 1.0);
-    logic().reset();
-    frame();
 }
 
 TEST_F(HandlerTest, TheAerobaticAircraftTakesEveryControl) {
@@ -108,19 +94,16 @@ TEST_F(HandlerTest, TheAerobaticAircraftTakesEveryControl) {
     startAerobatic();
     const struct {
         int position;
-        double value, axis;  ///< of heading
-        double heading;
-    } turns[] = {{0, 45, 1, 30},  {0, -45, 1, -30}, {0, 29.5, 1, 29.5},
-                 {4, 180, 1, 30}, {5, 45, -2, -60}, {0, -30, 1, -30}};
+        double value;
+        dvec3 hpr;  ///< afterwards
+    } turns[] = {{0, 45, {30, 0, 0}},  {0, -45, {-30, 0, 0}}, {0, 29.5, {29.5, 0, 0}}, {3, 10, {10, 20, 30}},
+                 {5, 45, {-60, 0, 0}}, {6, 45, {0, 45, 0}}};  // past the surfaces nothing is limited
     for (const auto& t : turns) {
         use(HANDLERS[0], t.position, t.value);
-        EXPECT_NEAR(part(t.position)->getHPR().x, t.heading, 1e-4) << t.position << " " << t.value;
+        EXPECT_LT(length(part(t.position)->getHPR() - t.hpr), 1e-4) << t.position << " " << t.value;
     }
-    use(HANDLERS[0], 6, 45.0);
-    EXPECT_NEAR(part(6)->getHPR().y, 45.0, 1e-4) << "past the surfaces nothing is limited";
-
     use(HANDLERS[1], 7, 10.0);
-    EXPECT_EQ(part(7)->getPosition(), dvec3(12, -10, 0)) << "half of it, as its digit says";
+    EXPECT_EQ(part(7)->getPosition(), dvec3(12, -10, 0)) << "half of it, by its digit";
     use(HANDLERS[1], 12, 10.0);
     EXPECT_EQ(part(12)->getPosition(), dvec3(12, 0, 30)) << "no digit";
     use(HANDLERS[2], 8, -10.0);
@@ -129,11 +112,10 @@ TEST_F(HandlerTest, TheAerobaticAircraftTakesEveryControl) {
         use(HANDLERS[3], 10, value);
         EXPECT_EQ(static_cast<NodeText*>(part(10))->getText(), text);
     }
-    use(HANDLERS[4], 11, 0.0);
-    EXPECT_FALSE(part(11)->isEnabled());
-    use(HANDLERS[4], 11, 1.0);
-    EXPECT_TRUE(part(11)->isEnabled());
-
+    for (const bool on : {false, true}) {
+        use(HANDLERS[4], 11, on);
+        EXPECT_EQ(part(11)->isEnabled(), on);
+    }
     const std::uint64_t before = state();
     EXPECT_EQ(use(HANDLERS[4], 13, 0.0), "not find id is 13 node in PlaneExtra300s::setNodeEnable\n");
     EXPECT_EQ(use(HANDLERS[1], -1, 1.0), "not find id is -1 node in PlaneExtra300s::setNodeOffset\n");
@@ -157,22 +139,16 @@ TEST_F(HandlerTest, TheJetTakesDeflectionsAlone) {
 
 TEST_F(HandlerTest, TheHelicopterIsPlacedWithItsPartsAndTakesNoControls) {
     const Node* const start_node = addStart();
-    startHelicopter(R"({ "name": "dl_0", "position": [1, 0, 0] }, { "name": "dr_2", "position": [2, 0, 0] },
-        { "name": "cam_first_player", "position": [3, 0, 0] }, { "name": "sonar", "position": [4, 0, 0] },
-        { "name": "deflector", "position": [5, 0, 0] })");
+    startHelicopter(R"({ "name": "dl_0", "position": [1, 0, 0] }, { "name": "sonar", "position": [4, 0, 0] })");
     Helicopter* const helicopter = logic().getHelicopter();
     ASSERT_TRUE(helicopter && helicopter->getModel());
     EXPECT_EQ(logic().getAircraft(), nullptr);
     EXPECT_EQ(logic().getAircraftNode(), nullptr);
-    EXPECT_EQ(logic().getObjects().find(helicopter->getModel()), 0);
     EXPECT_LT(difference(helicopter->getModel()->getWorldTransform(), start_node->getWorldTransform()), 1e-6)
         << "without an offset";
-
-    const HelicopterPlaces& places = logic().getHelicopterPlaces();
-    const std::pair<const dmat4*, double> found[] = {{&places.left[0], 1},  {&places.left[1], 0}, {&places.right[2], 2},
-                                                     {&places.eye, 3},      {&places.sonar, 4},   {&places.winch, 0},
-                                                     {&places.deflector, 5}};
-    for (const auto& [place, x] : found) EXPECT_EQ(difference(*place, dmat4::translation({x, 0, 0})), 0.0) << x;
+    EXPECT_EQ(logic().getHelicopterPlaces().left[0], dmat4::translation({1, 0, 0}));
+    EXPECT_EQ(logic().getHelicopterPlaces().sonar, dmat4::translation({4, 0, 0}));
+    EXPECT_EQ(logic().getHelicopterPlaces().winch, dmat4());
 
     for (const Handler handler : HANDLERS) EXPECT_EQ(use(handler, 0, 1.0), "");
     logic().on_open_undercarriage({}, nullptr);
@@ -188,10 +164,6 @@ TEST_F(HandlerTest, TheHelicopterIsPlacedWithItsPartsAndTakesNoControls) {
     EXPECT_EQ(length(body.getLinearVelocity()) + length(body.getAngularVelocity()), 0.0f);
     EXPECT_EQ(helicopter->getCollectiveDecay(), 1.0f);
     EXPECT_EQ(difference(helicopter->getModel()->getWorldTransform(), moved), 0.0) << "it stops where it is";
-
-    logic().set_player_mode(THIRD_VIEW);
-    logic().update_third_view();
-    EXPECT_NEAR(length(engine().getCameraControl()->getPosition() - moved.getTranslation()), 25.0, 1e-3);
 }
 
 TEST_F(HandlerTest, TheDeflectorFollowsAnEffectsHeightInTheHelicoptersFrame) {
@@ -215,18 +187,6 @@ TEST_F(HandlerTest, TheDeflectorFollowsAnEffectsHeightInTheHelicoptersFrame) {
     EXPECT_LT(difference(logic().getHelicopterPlaces().deflector, expected), 1e-6);
     logic().update_deflector(bare);
     EXPECT_EQ(bare->getNumDeflectors(), 0);
-}
-
-TEST_F(HandlerTest, WithoutAnAircraftNothingHappens) {
-    addStart();
-    write(TestJet::CONFIG, R"({ "type": "Balloon", "path": "data/none.prefab" })");
-    start();
-    EXPECT_EQ(logic().getAircraft(), nullptr);
-    EXPECT_EQ(logic().getHelicopter(), nullptr);
-    for (const Handler handler : HANDLERS) EXPECT_EQ(use(handler, 0, 1.0), "");
-    logic().on_plane_destory(nullptr);
-    logic().reset();
-    frame();
 }
 
 }  // namespace

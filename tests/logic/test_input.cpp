@@ -27,14 +27,12 @@ TEST_F(InputTest, OneKeyOfAChainActsInAFrameAndOnlyThatIsConsumed) {
         std::vector<int> clicked;
         PLAYER_MODE mode;
         int speed;
-        bool level;             ///< whether the camera is now
         std::vector<int> left;  ///< not consumed
-    } cases[] = {{{K::KEY_F1, K::KEY_F5, ' ', '1', '2'}, FREE_VIEW, 10, false, {' ', '2', K::KEY_F5}},
-                 {{K::KEY_F5, K::KEY_F6, '2', '3'}, THIRD_VIEW, 200, false, {'3', K::KEY_F6}},
-                 {{K::KEY_F6, K::KEY_F2, '3', '4'}, THIRD_VIEW, 1000, false, {'4', K::KEY_F2}},
-                 {{K::KEY_F2, K::KEY_F3, '4', '5'}, THIRD_VIEW, 10000, false, {'5', K::KEY_F3}},
-                 {{K::KEY_F3, ' ', '5', K::KEY_ENTER}, THIRD_VIEW, 10000, true, {' '}},
-                 {{' ', K::KEY_F4, '6'}, THIRD_VIEW, 100, false, {'6', K::KEY_F4}}};
+    } cases[] = {{{K::KEY_F1, K::KEY_F5, ' ', '1', '2'}, FREE_VIEW, 10, {' ', '2', K::KEY_F5}},
+                 {{K::KEY_F5, K::KEY_F6, '2', '3'}, THIRD_VIEW, 200, {'3', K::KEY_F6}},
+                 {{K::KEY_F6, K::KEY_F2, '3', '4'}, THIRD_VIEW, 1000, {'4', K::KEY_F2}},
+                 {{K::KEY_F2, K::KEY_F3, '4', '5'}, THIRD_VIEW, 10000, {'5', K::KEY_F3}},
+                 {{K::KEY_F3, ' ', '5', K::KEY_ENTER}, THIRD_VIEW, 10000, {' '}}};
     for (const auto& c : cases) {
         logic().set_player_mode(THIRD_VIEW);
         logic().setCamSpeed(100);
@@ -46,7 +44,7 @@ TEST_F(InputTest, OneKeyOfAChainActsInAFrameAndOnlyThatIsConsumed) {
         EXPECT_EQ(logic().getPlayerMode(), c.mode) << what;
         EXPECT_EQ(logic().getCamSpeed(), c.speed) << what;
         const dvec3 up = normalize(camera().getPosition());
-        EXPECT_EQ(length(camera().getNode()->getWorldTransform().getY() - up) < 1e-4, c.level) << what;
+        EXPECT_EQ(length(camera().getNode()->getWorldTransform().getY() - up) < 1e-4, c.clicked.back() == K::KEY_ENTER);
         std::vector<int> left;
         for (int key = 0; key < K::KEY_COUNT; ++key) {
             if (control().isKeyClick(key)) left.push_back(key);
@@ -57,7 +55,7 @@ TEST_F(InputTest, OneKeyOfAChainActsInAFrameAndOnlyThatIsConsumed) {
     }
 }
 
-TEST_F(InputTest, AnyTurnOfTheWheelGoesNearerAndNoneGoesAway) {
+TEST_F(InputTest, TheWheelMovesTheOrbitBetweenOneMetreAndFarAway) {
     begin();
     const auto wheel = [this](int delta, int flag) {
         logic().onMouseWheel({delta, static_cast<std::uint8_t>(flag)}, nullptr);
@@ -65,18 +63,16 @@ TEST_F(InputTest, AnyTurnOfTheWheelGoesNearerAndNoneGoesAway) {
     const struct {
         int delta, flag, times;
         double distance;
-    } events[] = {{0, 1, 1, 26.0}, {120, 1, 1, 25.0}, {-1, 1, 1, 24.0}, {-120, 0, 2, 26.0}, {120, 1, 100, 1.0}};
+    } events[] = {{-120, 0, 1, 26.0}, {120, 1, 2, 24.0}, {120, 1, 100, 1.0}};
     for (const auto& e : events) {
         for (int i = 0; i < e.times; ++i) wheel(e.delta, e.flag);
         EXPECT_NEAR(distance(), e.distance, 1e-6) << e.delta << " " << e.flag;
     }
-    logic().set_player_mode(FREE_VIEW);
-    wheel(0, 1);
-    logic().set_player_mode(THIRD_VIEW);
-    for (const auto& [turn, wanted] : {std::pair(0, 1.0), {120, 0.9}, {120, 0.81}, {-120, 0.891}}) {
+    for (const int turn : {120, -120}) {
+        const double before = distance();
         control().addWheel(turn);
         frame();
-        EXPECT_NEAR(distance(), wanted, 1e-6) << turn;
+        EXPECT_GT((before - distance()) * turn, 0.0) << turn;
     }
     for (int i = 0; i < 2000; ++i) {
         control().addWheel(-120);
@@ -85,9 +81,12 @@ TEST_F(InputTest, AnyTurnOfTheWheelGoesNearerAndNoneGoesAway) {
     EXPECT_TRUE(isFinite(camera().getPosition()));
 }
 
-TEST_F(InputTest, ReleasedKeysSwitchAndTell) {
+TEST_F(InputTest, ReleasedKeysSwitchAndPrint) {
     writeConfig(R"(, "KeyControl": { "a": "wx", "b": "", "c": 5, "d": "w" })");
     begin();
+    const auto release = [this](int key, int modifier) {
+        logic().onKeyRelease({static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(modifier)}, nullptr);
+    };
     const struct {
         int key, modifier;
         const char* printed;
@@ -99,14 +98,8 @@ TEST_F(InputTest, ReleasedKeysSwitchAndTell) {
                  {'t', 1, "test mode open \n"},
                  {'t', 1, "test mode close \n"},
                  {'w', 0, "0.000000\n0.000000\n"},
-                 {'x', 0, ""},
                  {256 + 'p', 0, ""}};
-    const auto release = [this](int key, int modifier) {
-        logic().onKeyRelease({static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(modifier)}, nullptr);
-    };
     for (const auto& c : cases) EXPECT_EQ(printedBy([&] { release(c.key, c.modifier); }), c.printed) << c.key;
-    EXPECT_NE(printedBy([this] { apply({2}); }).find("recv start"), std::string::npos);
-    EXPECT_NE(printedBy([this] { frame(); }).find("send start"), std::string::npos);
     for (const bool on : {false, true}) {
         release('g', 0);
         EXPECT_EQ(jet().getNode(31)->isEnabled(), on);

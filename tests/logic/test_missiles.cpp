@@ -42,19 +42,15 @@ private:
 TEST_F(MissileTest, StartsAheadOfTheJetAndPassesItsOwnOutline) {
     begin();
     std::vector<ObjectPrefab*> created;
-    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool is_new) {
-        EXPECT_TRUE(is_new);
-        created.push_back(prefab);
-    });
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool) { created.push_back(prefab); });
     fireOne();
     ASSERT_EQ(logic().getNumMissiles(), 1);
     ObjectPrefab* const missile = logic().getMissile(0);
     EXPECT_EQ(created, std::vector{missile});
     EXPECT_LT(length(missile->getWorldPosition() - ahead(0)), 1e-6);
     EXPECT_LT(length(missile->getWorldTransform().y - jet().getWorldTransform().y), 1e-12);
-    for (int i = 0; i < 30; ++i) frame(1.0 / 60.0);
+    for (int i = 0; i < 30; ++i) frame();
     EXPECT_LT(length(missile->getWorldPosition() - ahead(150)), 1e-3);
-    EXPECT_TRUE(missile->getBody()->isEnabled());
     EXPECT_TRUE(bursts.empty());
 }
 
@@ -67,19 +63,14 @@ TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
         dvec3 velocity;  // in the jet's frame, m/s
         double centre;   // of the missile when it touches, metres ahead
     };
-    const char *const thin = "[40, 0.1, 40]", *const cube = "[14, 6, 6]";
+    const char* const thin = "[40, 0.1, 40]";
     const Case cases[] = {
         {"static", [&] { return addObstacle(bodyText("static", thin), ahead(100)); }, {}, 98.45},
-        {"dynamic", [&] { return addObstacle(bodyText("dynamic", thin), ahead(100)); }, {}, 98.45},
-        {"driven", [&] { return addObstacle(bodyText("driven", cube), ahead(100)); }, {}, 95.5},
         // These are where the missile is at the time.
         {"from the side",
-         [&] { return addObstacle(bodyText("driven", cube), ahead(100, 100.0 / 3.0)); },
+         [&] { return addObstacle(bodyText("driven", "[14, 6, 6]"), ahead(100, 100.0 / 3.0)); },
          {-100, 0, 0},
          95.5},
-        {"oncoming", [&] { return addObstacle(bodyText("driven", thin), ahead(275)); }, {0, -250, 0}, 149.15},
-        {"mesh", [&] { return addWall(100); }, {}, 98.5},
-        {"oncoming mesh", [&] { return addWall(275); }, {0, -250, 0}, 149.2},
         {"oncoming mesh, which would pass within a frame", [&] { return addWall(283); }, {0, -250, 0}, 153.5}};
     for (const Case& c : cases) {
         for (const double dt : {1.0 / 60.0, 0.1}) {
@@ -111,27 +102,7 @@ TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
     }
 }
 
-TEST_F(MissileTest, BurstsOnATargetInItsGlide) {
-    begin();
-    const auto apply = [&](double right) {
-        logic().apply_target(record("a", EllipsoidModel().toWGS(ahead(100, right))));
-    };
-    for (const double dt : {1.0 / 60.0, 0.1}) {
-        apply(100.0 / 3.0);
-        apply(-200.0 / 3.0);  // within a second: before the jet when the missile comes
-        fireOne();
-        const Node* const target = logic().get_target("a")->getNode();
-        for (double time = 0.0; time < 0.5 && bursts.empty(); time += dt) frame(dt);
-        ASSERT_EQ(bursts.size(), 1u) << dt;
-        EXPECT_TRUE(logic().get_target("a")->isGliding());
-        EXPECT_LT(length(bursts[0].transform.t - target->getWorldPosition()), 28.0) << "a cube of 20 m, 10 m a frame";
-        logic().reset();
-        logic().remove_target("a");
-        bursts.clear();
-    }
-}
-
-TEST_F(MissileTest, BurstsOnTheGround) {
+TEST_F(MissileTest, BurstsOnATargetInItsGlideAndOnTheGround) {
     std::string ground = "ncols 5\nnrows 5\nxllcorner 112.34\nyllcorner 16.83\ncellsize 0.004\n";
     for (int i = 0; i < 25; ++i) ground += i % 5 == 4 ? "0\n" : "0 ";
     write("data/ground.asc", ground);
@@ -139,14 +110,23 @@ TEST_F(MissileTest, BurstsOnTheGround) {
                              R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
     add(std::make_unique<ObjectTerrain>("data/ground.asc", ""));
     begin();
-    jet().setWorldTransform(jet().getWorldTransform() * dmat4(dquat(dvec3(1, 0, 0), -50.0), {}));
-    for (const double dt : {1.0 / 60.0, 0.1}) {
-        fireOne();
-        for (double time = 0.0; time < 0.5; time += dt) frame(dt);
-        ASSERT_EQ(bursts.size(), 1u) << dt;
-        EXPECT_NEAR(EllipsoidModel().toWGS(bursts[0].transform.t).z, 1.1, 0.5) << "its nose is below its middle";
-        bursts.clear();
+    // Within a second from the right to the left: ahead of the jet when the missile comes.
+    for (const double right : {100.0 / 3.0, -200.0 / 3.0}) {
+        logic().apply_target(record("a", EllipsoidModel().toWGS(ahead(100, right))));
     }
+    fireOne();
+    const Node* const target = logic().get_target("a")->getNode();
+    for (int i = 0; i < 30 && bursts.empty(); ++i) frame();
+    ASSERT_EQ(bursts.size(), 1u);
+    EXPECT_TRUE(logic().get_target("a")->isGliding());
+    EXPECT_LT(length(bursts[0].transform.t - target->getWorldPosition()), 28.0) << "a cube of 20 m";
+
+    logic().remove_target("a");
+    jet().setWorldTransform(jet().getWorldTransform() * dmat4(dquat(dvec3(1, 0, 0), -50.0), {}));
+    fireOne();
+    for (int i = 0; i < 5; ++i) frame(0.1);
+    ASSERT_EQ(bursts.size(), 2u);
+    EXPECT_NEAR(EllipsoidModel().toWGS(bursts[1].transform.t).z, 1.1, 0.5) << "its nose is below its middle";
 }
 
 TEST_F(MissileTest, TwoFiredTogetherBurstOnceEach) {
@@ -178,46 +158,24 @@ TEST_F(MissileTest, RetiredOnesGiveTheirPlaceToTheLast) {
                 logic().getMissile(2) == order[2]);
     logic().update_missle();
     EXPECT_EQ(gone.size(), 3);
-    frame();
     for (int i = 0; i < 199; ++i) frame(0.1);
     EXPECT_TRUE(logic().getMissile(0)->isEnabled());
     for (int i = 0; i < 2; ++i) frame(0.1);
     EXPECT_FALSE(logic().getMissile(0)->isEnabled());
-    for (int i = 0; i < 2; ++i) logic().update_missle();
-    EXPECT_EQ(logic().getNumMissiles(), 0);
 }
 
-TEST_F(MissileTest, HandlersMayResetTheSceneWhenAMissileComesOrGoes) {
-    begin();
-    int resets = 0;
-    const auto reset = [&] {
-        ++resets;
-        logic().reset();
-    };
-    logic().m_signal_5_prefab_created.append([&](ObjectPrefab*, bool) {
-        EXPECT_EQ(logic().getNumMissiles(), resets) << "it is not among them yet";
-        reset();
-    });
-    for (int i = 0; i < 2; ++i) fireOne();
-    frame();
-    EXPECT_FALSE(logic().getMissile(0)->isEnabled());
-    EXPECT_TRUE(logic().getMissile(1)->isEnabled()) << "fired after the reset";
-    logic().m_signal_4_missile_gone.append([&](Node*) { reset(); });
-    logic().getMissile(1)->setEnabled(false);
-    for (int i = 0; i < 2; ++i) logic().update_missle();
-    EXPECT_EQ(logic().getNumMissiles(), 0);
-    EXPECT_EQ(resets, 4);
-    for (int i = 0; i < 201; ++i) frame(0.1);
-}
-
-TEST_F(MissileTest, AHandlerOfAHitMayTakeTheMissileAway) {
+TEST_F(MissileTest, HandlersMayTakeMissilesAway) {
     begin();
     addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
-    logic().m_signal_8_effect_started.append([&](SynCoder::CMDPlaySpeOnceInfo*) {
+    const auto clear = [&] {
         logic().reset();
-        while (logic().getNumMissiles() > 0) logic().update_missle();
-    });
+        for (int i = 0; i < 9; ++i) logic().update_missle();
+    };
     for (int i = 0; i < 2; ++i) fireOne();
+    logic().m_signal_5_prefab_created.append([&](ObjectPrefab*, bool) { clear(); });
+    fireOne();
+    EXPECT_EQ(logic().getNumMissiles(), 1) << "it was not among them yet";
+    logic().m_signal_8_effect_started.append([&](SynCoder::CMDPlaySpeOnceInfo*) { clear(); });
     for (int i = 0; i < 60; ++i) frame();
     EXPECT_EQ(bursts.size(), 1u);
     EXPECT_EQ(logic().getNumMissiles(), 0);
@@ -229,18 +187,15 @@ TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
     fireOne();
     for (int i = 0; i < 40; ++i) frame();
     fireOne();
-    for (int i = 0; i < 10; ++i) frame();
-    auto* const effect = static_cast<ObjectParticles*>(world().getNodeByName("effect"));
-    ASSERT_TRUE(effect && !effect->getParticles().empty());
     write("data/burning.prefab", R"({ "node": { "children": [ { "type": "particles" } ] } })");
     auto* const wreck = new ObjectPrefab("data/burning.prefab");
-    auto* const rain = new ObjectParticles(ParticleSettings());
-    for (Node* node : {static_cast<Node*>(wreck), static_cast<Node*>(rain)}) world().addChild(node);
-    auto* const fire = static_cast<ObjectParticles*>(wreck->getChild(0));
+    world().addChild(wreck);
+    const auto* const fire = static_cast<ObjectParticles*>(wreck->getChild(0));
     for (int i = 0; i < 11; ++i) frame(0.1);
-    ASSERT_FALSE(rain->getParticles().empty() || fire->getParticles().empty());
+    ASSERT_FALSE(fire->getParticles().empty());
+    ASSERT_EQ(countNodes("effect"), 2);
     logic().reset();
-    EXPECT_TRUE(rain->getParticles().empty() && fire->getParticles().empty());
+    EXPECT_TRUE(fire->getParticles().empty());
     EXPECT_EQ(countNodes("effect"), 0);
     for (int i = 0; i < logic().getNumMissiles(); ++i) EXPECT_FALSE(logic().getMissile(i)->isEnabled());
 }
@@ -253,16 +208,14 @@ TEST_F(MissileTest, AnExplosionShowsTheWreckAFifthOfASecondLater) {
     EXPECT_EQ(bursts[0].path, EXPLOSION_1);
     EXPECT_EQ(bursts[0].duration, 6.0f);
     EXPECT_LT(length(bursts[0].transform.t - jet().getWorldTransform().t), 1e-6);
-    EXPECT_EQ(countNodes("effect"), 1);
     const Node* const wreck = world().getNodeByName("destroyed");
     for (int i = 0; i < 11; ++i) frame();
     EXPECT_FALSE(wreck->isEnabled());
     for (int i = 0; i < 2; ++i) frame();
     EXPECT_TRUE(wreck->isEnabled());
+    EXPECT_TRUE(logic().isExploded());
     logic().reset();
     EXPECT_FALSE(wreck->isEnabled());
-    EXPECT_EQ(countNodes("effect"), 0);
-    EXPECT_TRUE(logic().isExploded());
     ASSERT_TRUE(logic().plan_explosion());
     logic().reset();
     for (int i = 0; i < 30; ++i) frame();
@@ -271,38 +224,25 @@ TEST_F(MissileTest, AnExplosionShowsTheWreckAFifthOfASecondLater) {
 
 TEST_F(MissileTest, WithoutAnAircraftOrAFileNothingIsHalfMade) {
     start();
-    clearLines();
-    const std::size_t blocks = memGetInfos().size();
     const int nodes = world().getNumNodes();
     EXPECT_FALSE(logic().plan_explosion());
     logic().emit_missile();
-    logic().update_missle();
     EXPECT_EQ(logic().getNumMissiles(), 0);
-    EXPECT_EQ(world().getNumNodes(), nodes);
-    EXPECT_EQ(memGetInfos().size(), blocks + 1) << "the missile made in vain";
     EXPECT_EQ(logic().create_objectPrefab("data/none.prefab", "none"), nullptr);
-    EXPECT_EQ(memGetInfos().size(), blocks + 2) << "and the prefab that failed";
     EXPECT_EQ(countLines("Logic_Test_Fly::create_objectPrefab: \"data/none.prefab\" can not be loaded"), 1);
-    ObjectPrefab* told = nullptr;
-    logic().m_signal_5_prefab_created.append([&](ObjectPrefab* prefab, bool) { told = prefab; });
-    ObjectPrefab* const made = logic().create_objectPrefab(TARGET, "made");
-    ASSERT_NE(made, nullptr);
-    EXPECT_EQ(told, made);
-    EXPECT_EQ(world().getNodeByName("made"), made);
-    EXPECT_TRUE(bursts.empty());
+    EXPECT_EQ(world().getNumNodes(), nodes);
 }
 
-TEST_F(MissileTest, WeaponsAreReadAheadInOrder) {
+TEST_F(MissileTest, WeaponsAreReadAhead) {
     start();
     std::vector<jString> paths;
     logic().m_signal_12_prefab_preloaded.append([&](const jString& path) { paths.push_back(path); });
     const std::size_t blocks = memGetInfos().size();
     logic().prefab_cache();
     EXPECT_EQ(memGetInfos().size(), blocks);
-    const std::string vfx = "data/HARBOR_PROJECT/prefabs/vfx/";
-    EXPECT_EQ(paths, (std::vector<jString>{"data/HARBOR_PROJECT/prefabs/yulei_Z18F/yulei.prefab", EXPLOSION,
-                                           EXPLOSION_1, vfx + "water_explosion/water_explosion.prefab",
-                                           vfx + "water_drop/water_drop.prefab", MISSILE, vfx + "decoy/decoy.prefab"}));
+    ASSERT_EQ(paths.size(), 7u);
+    EXPECT_EQ(paths[1], EXPLOSION);
+    EXPECT_EQ(paths[5], MISSILE);
 }
 
 TEST_F(MissileTest, ManyFiringsLeaveTheBooksLevel) {

@@ -38,6 +38,14 @@ TEST_F(PickTest, TheNearestHitThatIsOnWinsWhateverItHangsIn) {
     EXPECT_EQ(pick(100, 40), "");
     EXPECT_EQ(logic().select_object(at(100), at(0)), world().getNodeByName("high"));
 
+    for (const char* twin : {"twin 1", "twin 2", "twin 3"}) addPlate(twin, {PLACE.x, PLACE.y, 50.0});
+    jVector<Node*> found;
+    world().getIntersection(at(60), at(45), found);
+    const auto first = std::find_if(found.begin(), found.end(),
+                                    [](const Node* node) { return node->getName().find("twin") != jString::npos; });
+    ASSERT_NE(first, found.end());
+    EXPECT_EQ(pick(60, 45), (*first)->getName()) << "of equally near ones the first that the world finds";
+
     EXPECT_EQ(pick(25, 0), "middle");
     for (Node* node : {static_cast<Node*>(middle), parent, static_cast<Node*>(prefab)}) {
         node->setEnabled(false);

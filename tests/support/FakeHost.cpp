@@ -5,9 +5,11 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstddef>
 #include <stdexcept>
 
 namespace {
@@ -87,6 +89,44 @@ FakeHost::FakeHost(int viewerPort, int sendPort, int feedbackPort)
     }
 }
 
+std::vector<Datagram> FakeHost::waitNotices(int count, const std::string& sender, double seconds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    std::vector<Datagram> out;
+    while (static_cast<int>(out.size()) < count) {
+        const std::chrono::duration<double> left = end - std::chrono::steady_clock::now();
+        if (left.count() <= 0.0) break;
+        for (Datagram& datagram : m_notices.wait(1, left.count())) {
+            if (datagram.address == sender) out.push_back(std::move(datagram));
+        }
+    }
+    return out;
+}
+
 int findFreePort() {
-    return LoopbackSocket().getPort();
+    constexpr int FIRST = 12000, COUNT = 20000;
+    static int offset = getpid();
+    for (int i = 0; i < COUNT; ++i) {
+        const int port = FIRST + offset++ % COUNT;
+        // The reservation: a name of the abstract namespace, which the system frees when the process ends.
+        sockaddr_un name{};
+        name.sun_family = AF_UNIX;
+        const std::string text = "deckview_test_port_" + std::to_string(port);
+        text.copy(name.sun_path + 1, text.size());
+        const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + text.size());
+        const int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        if (bind(fd, reinterpret_cast<const sockaddr*>(&name), length) == 0) {
+            try {
+                return LoopbackSocket(port).getPort();
+            } catch (const std::runtime_error&) {  // a program that is no test holds it
+            }
+        }
+        close(fd);
+    }
+    throw std::runtime_error("no free port");
+}
+
+std::string makeOwnAddress() {
+    const int id = getpid();
+    return "127." + std::to_string(1 + (id >> 16 & 127)) + "." + std::to_string(id >> 8 & 255) + "." +
+           std::to_string(id & 255);
 }

@@ -38,7 +38,7 @@ private:
 
 /// Sends records to a viewer, collects its feedback, and hears the notices of the multicast group on the loopback
 /// interface. Every port is a free one unless given, so tests run beside each other. The group's port is fixed: hosts
-/// share it and each hears every notice, those of other tests' viewers too.
+/// share it and each receives every notice, those of other tests' viewers too.
 class FakeHost {
 public:
     /// REQUIRES that the viewer's receiver listens, or will listen, on 127.0.0.1:viewerPort.
@@ -56,7 +56,8 @@ public:
     /// Feedback datagrams that are pending now, in order.
     std::vector<Datagram> collectFeedback() { return m_feedback.drain(); }
     std::vector<Datagram> waitFeedback(int count, double seconds = 10.0) { return m_feedback.wait(count, seconds); }
-    std::vector<Datagram> waitNotices(int count, double seconds = 10.0) { return m_notices.wait(count, seconds); }
+    /// Waits until `count` notices came from that address or `seconds` went by; notices of other senders are dropped.
+    std::vector<Datagram> waitNotices(int count, const std::string& sender, double seconds = 10.0);
 
     static constexpr const char* GROUP = "224.255.255.255";
     static constexpr int GROUP_PORT = 10021;
@@ -68,5 +69,9 @@ private:
     int m_viewer_port;
 };
 
-/// A UDP port that was free on 127.0.0.1 a moment ago.
+/// A UDP port that is free on 127.0.0.1, below the range that the system hands out itself. No other process that calls
+/// this function is given it while this process runs. Throws std::runtime_error when there is none.
 int findFreePort();
+
+/// A loopback address of this process alone (127.0.0.0/8 by the process id).
+std::string makeOwnAddress();
