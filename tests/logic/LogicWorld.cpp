@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "common/LogicFrame.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/input/InputRouter.h"
 #include "engine/memory/Allocator.h"
@@ -129,12 +130,7 @@ void LogicTest::end() {
 }
 
 void LogicTest::frame(LogicBase& logic, double dt) {
-    engine().beginFrame(dt);
-    logic.update(engine().getFrameTime());
-    engine().step();
-    logic.swap();
-    logic.render();
-    engine().endFrame();
+    runFrame(engine(), logic, dt);
 }
 
 void LogicTest::apply(std::initializer_list<int> orders) {
