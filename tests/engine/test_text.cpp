@@ -166,13 +166,17 @@ TEST(Paths, StayUnderTheRoot) {
     for (const auto& c : cases) EXPECT_EQ(engine.resolvePath(c.path), c.resolved) << c.path;
 }
 
-TEST(Log, RepeatsFoldIntoACount) {
+TEST(Log, OnlyImmediateRepeatsOfALineFold) {
+    jLog::flush();
     testing::internal::CaptureStderr();
     for (int i = 0; i < 1000; ++i) jLog::warning("again");
-    jLog::warning("other");
+    jLog::error("again");
+    for (const char* line : {"start", "a", "end", "start", "b", "end"}) jLog::message("%s", line);
+    jLog::message("end");
     jLog::flush();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "warning: again\nwarning: other\nwarning: again (999 times more)\n");
+              "warning: again\nwarning: again (999 times more)\nerror: again\n"
+              "start\na\nend\nstart\nb\nend\nend (1 times more)\n");
 }
 
 TEST(BufferReader, ReadsUnalignedAndZeroBeyondTheEnd) {
