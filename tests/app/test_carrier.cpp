@@ -2,10 +2,10 @@
 #include "InstructorScene.h"
 #include "app/Carrier.h"
 #include "app/Frame.h"
+#include "common/ship/Ship.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "src/ship/Ship.h"
 #include "support/TestScene.h"
 
 namespace {

@@ -30,7 +30,7 @@ const struct {
     {{"host"}, STANDARD + R"(|\w+\.h)"},
     // Of the plug-in only what it exports.
     {{"app"},
-     STANDARD + R"(|engine/\w+/\w+\.h|src/(logic|ship|deck)/\w+\.h|(common|render|app)(/\w+)+\.h|\w+\.h)" +
+     STANDARD + R"(|engine/\w+/\w+\.h|src/(logic|deck)/\w+\.h|(common|render|app)(/\w+)+\.h|\w+\.h)" +
          R"(|CLI/\w+\.hpp)"},
 };
 const struct {
