@@ -1,8 +1,11 @@
 // A target of the host: a model in the world that glides to each place reported.
 #pragma once
 
+#include <engine/memory/Allocator.h>
+
 #include <memory>
 
+#include "common/LogicApi.h"
 #include "common/actions/ActionMoveAndLookAt.h"
 #include "src/kit/UdpRecords.h"
 
@@ -11,12 +14,15 @@ class World;
 
 /// Has its model in the world, tagged and named by the target's name, and at most one glide running. Taken out of both
 /// when destroyed; the world and the manager outlive it.
-class Target {
+class LOGIC_API Target {
 public:
+    using Ptr = std::unique_ptr<Target, jDeleter>;
+
     /// Null, with one error logged and nothing added, when the record has no name, no model that loads, or no place on
     /// the globe. `path` is the model's prefab.
-    static std::unique_ptr<Target> Create(World* world, ActionManager* actions, const TargetInfo& info,
-                                          const jString& path);
+    static Ptr Create(World* world, ActionManager* actions, const TargetInfo& info, const jString& path);
+    /// For `Create`: the model is loaded and in the world.
+    Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info);
     ~Target();
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
@@ -36,7 +42,6 @@ public:
     bool isGliding() const { return m_glide != nullptr; }
 
 private:
-    Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info);
     void glide(const dvec3& place);
 
     ActionManager* m_actions;

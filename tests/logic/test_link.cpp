@@ -110,4 +110,30 @@ TEST_F(LinkTest, APortInUseIsTriedAgainWhenDataFlightIsChosen) {
     EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks) << "a link that works is kept";
 }
 
+TEST_F(LinkTest, MinusOneTakesRecordsFromAnyPortOfTheHost) {
+    begin(R"(, "recv_from_flightSimulation_port": -1)");
+    LoopbackSocket other;
+    ASSERT_TRUE(other.send(packets::record(2), host().getViewerPort()));
+    for (int i = 0; i < 100000 && logic().getLinkCounts().records == 0; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().records, 1u);
+    deliver(packets::record(2), 1);
+}
+
+TEST_F(LinkTest, WhatCannotWorkIsTold) {
+    // Nothing is sent while there is no order.
+    for (const auto& [config, warnings] : {std::pair("", 0), {R"(, "flightSimulation_ip": "192.0.2.1")", 1}}) {
+        end();
+        begin(config);
+        EXPECT_EQ(countLines("no record can arrive: \"local_ip\" 127.0.0.1 is a loopback address and "
+                             "\"flightSimulation_ip\" 192.0.2.1"),
+                  warnings);
+    }
+    // An address that nothing can be sent to.
+    end();
+    begin(R"(, "flightSimulation_ip": "0.0.0.0", "ignore_order": true)");
+    for (int i = 0; i < 3; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().unsent, 3u);
+    EXPECT_EQ(logic().getLinkCounts().feedback, 0u);
+}
+
 }  // namespace

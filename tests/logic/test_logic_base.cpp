@@ -49,7 +49,9 @@ TEST_F(LogicBaseTest, ACopySharesTracksAndHandlersAndNothingIsLeft) {
     const std::size_t before = jAllocator::get()->getBlockCount();
     {
         auto original = std::make_unique<OpenLogic>(&world(), nullptr);
+        const int books = memGetInfos().size();
         original->load_track(FOLDER + "TOD.anim");
+        EXPECT_EQ(memGetInfos().size(), books + 2) << "the track and what counts its owners";
         original->m_signal_24_date.append([&](int, int, int) { order += "a"; });
         original->m_signal_24_date.append(
             [&](int y, int m, int d) { order += std::to_string(10000 * y + 100 * m + d); });
