@@ -139,9 +139,11 @@ TEST_F(DemoScene, WakesAndLensHangWhereTheyAreLookedFor) {
         Node* const lamp = lens->asObject()->getNodeByName(name);
         ASSERT_NE(lamp, nullptr) << name;
         EXPECT_LT(lamp->getPosition().z, above) << name;
+        EXPECT_FALSE(lamp->isEnabled()) << name << ": nothing has selected it";
         above = lamp->getPosition().z;
     }
-    EXPECT_NE(lens->asObject()->getNodeByName("green_light"), nullptr);
+    Node* const green = lens->asObject()->getNodeByName("green_light");
+    EXPECT_TRUE(green && !green->isEnabled());
 
     const dvec3 origin = lens->getWorldPosition(), up = carrier.getWorldTransform().z;
     const dvec3 a = node("deck_1")->getWorldPosition() - origin, b = node("deck_2")->getWorldPosition() - origin;
