@@ -1,10 +1,10 @@
 // The demonstration's carrier as the application runs it: moored, under way, its wake, and what goes along on its deck.
 #include "InstructorScene.h"
 #include "app/Carrier.h"
+#include "common/ship/Ship.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "src/ship/Ship.h"
 #include "support/TestScene.h"
 
 namespace {

@@ -1,6 +1,9 @@
 // The floating ship: its forces against their law on a level sea, where it comes to rest, its wake, bad models, and its
 // place in the logic.
 #include "LogicWorld.h"
+#include "common/ship/Buoyancy.h"
+#include "common/ship/Ship.h"
+#include "common/ship/Wakes.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/input/ControlApp.h"
 #include "engine/memory/Allocator.h"
@@ -8,9 +11,6 @@
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/SceneNodes.h"
-#include "src/ship/Buoyancy.h"
-#include "src/ship/Ship.h"
-#include "src/ship/Wakes.h"
 
 namespace {
 
