@@ -284,13 +284,15 @@ TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
 TEST_F(TerrainTest, WhatCannotBeReadIsRefusedWithOneLine) {
     TestRaster good;
     good.fill<float>([](int, int) { return 1.0; });
-    TestRaster unplaced = good;
+    TestRaster unplaced = good, thin = good;
     unplaced.srs.clear();
+    thin.columns = 1;
     const std::string endless =
         R"(<VRTDataset rasterXSize="2000000000" rasterYSize="2000000000"><SRS>EPSG:4326</SRS>)"
         R"(<GeoTransform>0,1e-9,0,0,0,-1e-9</GeoTransform><VRTRasterBand dataType="Byte" band="1"/></VRTDataset>)";
     const std::pair<const char*, std::string> cases[] = {{"no raster", "hills and valleys"},
                                                          {"no georeference", unplaced.describe()},
+                                                         {"one column", thin.describe()},
                                                          {"too large", endless},
                                                          {"cut off", good.describe().substr(0, 150)}};
     for (const auto& [what, text] : cases) {
