@@ -196,7 +196,7 @@ TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
     };
     constexpr int STEPS = 20000;
     int hits = 0;
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 150; ++i) {
         const dvec3 a = i % 3 == 0 ? globe.toWorld({112.5, 17.0, 40e3}) : point(), b = point();
         const auto heightAbove = [&](const dvec3& p) {
             const dvec3 geo = globe.toWGS(p);
@@ -216,7 +216,7 @@ TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
         EXPECT_NEAR(heightAbove(hit), 0.0, 1e-3) << i;
         EXPECT_LE(length(hit - a) / length(b - a), std::isnan(first) ? 1.0 : first + 1e-9) << i;
     }
-    EXPECT_GT(hits, 100);
+    EXPECT_GT(hits, 50);
 }
 
 TEST_F(TerrainTest, DegenerateSegmentsHitNothing) {
@@ -270,7 +270,7 @@ TEST_F(TerrainTest, OtherSystemsAreTransformedToLongitudeAndLatitude) {
 // More tiles than are kept: rows start one number apart in the file, so that a post is the sum of its column and row.
 TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
     TestRaster source;
-    source.columns = source.rows = 256 * 24 + 10;
+    source.columns = source.rows = 256 * 22 + 10;
     source.type = "Int16";
     source.line = 2;
     source.transform = {112.0, 0.0001, 0, 17.0, 0, -0.0001};
@@ -281,9 +281,9 @@ TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
     const auto raster = open(source);
     ASSERT_TRUE(raster);
     Random r(9);
-    for (int i = 0; i < 2 * 25 * 25; ++i) {  // every tile twice
-        const int column = std::min(i % 25 * 256 + int(r.getInt() % 256), source.columns - 1);
-        const int row = std::min(i / 25 % 25 * 256 + int(r.getInt() % 256), source.rows - 1);
+    for (int i = 0; i < 2 * 23 * 23; ++i) {  // every tile twice
+        const int column = std::min(i % 23 * 256 + int(r.getInt() % 256), source.columns - 1);
+        const int row = std::min(i / 23 % 23 * 256 + int(r.getInt() % 256), source.rows - 1);
         const auto [lon, lat] = source.centre(column, row);
         EXPECT_NEAR(heightAt(*raster, lon, lat), (column + row) % 4001 - 1000, 1e-2) << column << " " << row;
     }
