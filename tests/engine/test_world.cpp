@@ -201,6 +201,7 @@ TEST_F(WorldTest, WrongValuesCostALineAndLeaveTheDefault) {
         {R"({ "type": "light", "light": { "kind": "laser", "intensity": 1e300, "color": [1, "a", 1] } })", 3, true},
         {R"({ "type": "particles", "particles": { "max_particles": 1e12, "texture": "../../../x.png" } })", 2, true},
         {R"({ "body": { "mass": 4 } })", 1, true},
+        {R"({ "type": 7, "name": "n" })", 1, true},
         {R"({ "type": "prefab" })", 1, false},
         {R"({ "type": "terrain", "terrain": { } })", 1, false}};
     for (const auto& c : cases) {
