@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/Api.h"
+
 class Engine;
 
 /// How much is spent on a frame; docs/performance.md tells what each leaves out.
@@ -60,7 +62,7 @@ public:
     /// A line of text in the upper left corner; empty for none.
     virtual void setStatusLine(const std::string& text) = 0;
     virtual void setTitle(const std::string& title) = 0;  ///< of the window, UTF-8; nothing off screen
-    virtual void setParts(unsigned parts) = 0;  ///< of `PictureParts`
+    virtual void setParts(unsigned parts) = 0;            ///< of `PictureParts`
     virtual void setFullscreen(bool fullscreen) = 0;
 
     /// The picture drawn last; empty once the window was lost.
@@ -72,5 +74,5 @@ public:
 
 /// Makes the picture of an engine's world. Null, with `error` saying why and what to do, without a usable display or
 /// driver. The caller deletes it.
-extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
+extern "C" ENGINE_API Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
 using PictureFactory = decltype(&createPicture);

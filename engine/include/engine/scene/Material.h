@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 #include "engine/text/Containers.h"
 
@@ -22,7 +23,7 @@ struct ImageData {
 
 /// Metallic-roughness material after glTF 2.0. Surfaces share a material until one of them gets its own
 /// (`Object::setSurfaceMaterialInherit`).
-class Material {
+class ENGINE_API Material {
 public:
     jString name;
     vec4 base_color{1.0f, 1.0f, 1.0f, 1.0f};  ///< linear

@@ -1,11 +1,12 @@
 // The engine log.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// printf-style log. Lines go to standard error, each with its level and one line end, and to the sink when one is set.
 /// Repeats of one line within a second fold into one with a count. Safe from any thread.
-class jLog {
+class ENGINE_API jLog {
 public:
     enum Level { MESSAGE, WARNING, ERROR };
     using Sink = Function<void(Level, const jString& line)>;
