@@ -28,7 +28,9 @@ public:
 
     /// The answers of the three copies.
     jString getWorldPath() const override {
-        return jString(ImGui::GetVersion()) + " " + tinygltf::ExpandFilePath("", nullptr) + " " + stbi_failure_reason();
+        const char* const reason = stbi_failure_reason();
+        return jString(ImGui::GetVersion()) + " " + tinygltf::ExpandFilePath("", nullptr) + " " +
+               (reason ? reason : "");
     }
     /// Adds "lamp", a light; true when the engine's "lens" is one in this library, too.
     bool init() override {

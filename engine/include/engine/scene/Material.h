@@ -11,7 +11,7 @@
 
 /// An image as it stands in its file (PNG, JPEG or DDS bytes); decoded by the picture alone, and not held in memory
 /// where a file has it.
-struct ImageData {
+struct ENGINE_API ImageData {
     jString name;                      ///< file and index, unique
     std::vector<unsigned char> bytes;  ///< empty when they are in the file
     jString file;                      ///< as the system opens it
