@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/Api.h"
+
 class Engine;
 
 /// How much is spent on a frame; docs/performance.md tells what each leaves out.
@@ -73,9 +75,9 @@ public:
 /// Number of these types' layout and of the order of the virtual operations; the library exports the one that it was
 /// built with.
 constexpr int PICTURE_INTERFACE_VERSION = 1;
-extern "C" const int PictureInterfaceVersion;
+extern "C" ENGINE_API const int PictureInterfaceVersion;
 
 /// Makes the picture of an engine's world. Null, with `error` saying why and what to do, without a usable display or
 /// driver. The caller deletes it.
-extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
+extern "C" ENGINE_API Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
 using PictureFactory = decltype(&createPicture);

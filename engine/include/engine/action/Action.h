@@ -1,11 +1,12 @@
 // Timed actions and what runs them.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// Something that goes on over frames. Actions are made with jNew; whoever is given one (a manager, a group) owns it,
 /// calls `release` on it when it ends and destroys it.
-class Action {
+class ENGINE_API Action {
 public:
     virtual bool isPause() const { return m_pause; }
     virtual void setPause(bool pause) { m_pause = pause; }
@@ -33,7 +34,7 @@ private:
 };
 
 /// An action with a length.
-class FiniteTimeAction : public Action {
+class ENGINE_API FiniteTimeAction : public Action {
 public:
     virtual float getDuration() const { return m_duration; }  ///< seconds
     virtual void setDuration(float seconds) { m_duration = seconds; }
@@ -43,7 +44,7 @@ protected:
 };
 
 /// An action that counts the time since its start.
-class ActionInterval : public FiniteTimeAction {
+class ENGINE_API ActionInterval : public FiniteTimeAction {
 public:
     /// A plain wait of that length; the caller owns it until it is given away.
     static ActionInterval* Create(float duration);
@@ -65,13 +66,13 @@ private:
 };
 
 /// An action that goes on until it says so itself.
-class ForeverAction : public Action {
+class ENGINE_API ForeverAction : public Action {
 public:
     bool isDone() const override { return false; }
 };
 
 /// Runs its actions side by side; done when all are. Owns them. Its duration is that of the longest, as it was added.
-class ActionMulti : public ActionInterval {
+class ENGINE_API ActionMulti : public ActionInterval {
 public:
     static ActionMulti* Create();
     ~ActionMulti() override;
@@ -90,7 +91,7 @@ private:
 
 /// Runs its actions one after the other; what a step leaves over of one goes into the next. Owns them. Its
 /// duration is their sum, as they were added.
-class ActionSequence : public ActionInterval {
+class ENGINE_API ActionSequence : public ActionInterval {
 public:
     static ActionSequence* Create();
     ~ActionSequence() override;
@@ -108,11 +109,11 @@ private:
 };
 
 /// Ends an action's life outside a manager: release and destruction. Null is allowed.
-void destroyAction(Action* action);
+ENGINE_API void destroyAction(Action* action);
 
 /// Runs actions: `start` when added, `step` each update until done, then `trigger`, `release` and destruction. Actions
 /// may be added and removed from within a step; what is added then gets its first step with the next update.
-class ActionManager {
+class ENGINE_API ActionManager {
 public:
     ActionManager() = default;
     ~ActionManager();

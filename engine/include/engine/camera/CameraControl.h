@@ -1,6 +1,7 @@
 // The one camera that the logic drives.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Transform.h"
 #include "engine/text/Containers.h"
 
@@ -8,7 +9,7 @@ class Node;
 
 /// Position and rotation of the view, written to a camera node by `apply`. The camera looks along its node's -Z, Y up.
 /// The data members are the contract: a logic reads and writes them directly.
-class CameraControl {
+class ENGINE_API CameraControl {
 public:
     virtual ~CameraControl() = default;
     virtual int getIndex() const { return m_index; }

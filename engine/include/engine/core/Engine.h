@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
 #include "engine/text/Containers.h"
@@ -37,7 +38,7 @@ struct EngineSettings {
 ///
 /// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, `updateGui()` and the picture where
 /// there is one, the logic's render, `endFrame()`.
-class Engine {
+class ENGINE_API Engine {
 public:
     /// REQUIRES that no other engine lives.
     explicit Engine(const EngineSettings& settings = {});

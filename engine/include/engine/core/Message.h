@@ -1,6 +1,8 @@
 // Engine messages and who receives them.
 #pragma once
 
+#include "engine/Api.h"
+
 /// A message with its identifier and one value of the sender's.
 struct UiMsg {
     int id = 0;
@@ -9,7 +11,7 @@ struct UiMsg {
 
 /// A receiver of engine messages. Attached nodes get every message that is sent, in order of attachment, on the frame
 /// thread.
-class MsgNode {
+class ENGINE_API MsgNode {
 public:
     virtual ~MsgNode();
     /// The base does nothing.

@@ -1,13 +1,14 @@
 // The widgets that are typed into: a line of text, an integer, a vector.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UILayout.h"
 
 class TextEdit;
 
 /// One line of text. A click begins the editing with all of it selected; Enter, Tab or a click elsewhere takes the
 /// typed text over and tells a change, Escape drops it.
-class UIEditLine : public UIElement {
+class ENGINE_API UIEditLine : public UIElement {
 public:
     explicit UIEditLine(const jString& text = {});
     ~UIEditLine() override;
@@ -46,7 +47,7 @@ private:
 
 /// An integer that lives elsewhere. What is typed goes to the setter and then tells a change; a text that is no
 /// integer, and a value that the setter refuses, is dropped with one log line and the last value stays.
-class UIInt : public UIEditLine {
+class ENGINE_API UIInt : public UIEditLine {
 public:
     using Getter = Function<int()>;
     using Setter = Function<bool(int)>;  ///< false refuses
@@ -64,7 +65,7 @@ private:
 
 /// A vector that lives elsewhere, in three fields; each typed number goes to the setter with the other two as they are.
 /// What is no finite number, and what the setter refuses, is dropped with one log line and the last value stays.
-class UIDVec3 : public UIHLayout {
+class ENGINE_API UIDVec3 : public UIHLayout {
 public:
     using Getter = Function<dvec3()>;
     using Setter = Function<bool(const dvec3&)>;  ///< false refuses

@@ -1,10 +1,11 @@
 // Layouts: elements that place others.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
 /// Owns its children and takes the mouse on all of its area.
-class UILayout : public UIElement {
+class ENGINE_API UILayout : public UIElement {
 public:
     ~UILayout() override;
 
@@ -38,21 +39,21 @@ protected:
 };
 
 /// Left to right, centred in height.
-class UIHLayout : public UILayout {
+class ENGINE_API UIHLayout : public UILayout {
 protected:
     UISize measure() override;
     void arrange() override;
 };
 
 /// Top to bottom; children without a width of their own are as wide as the widest.
-class UIVLayout : public UILayout {
+class ENGINE_API UIVLayout : public UILayout {
 protected:
     UISize measure() override;
     void arrange() override;
 };
 
 /// Row by row, each child in the next cell; cells are aligned to the left and centred in height.
-class UIGridLayout : public UILayout {
+class ENGINE_API UIGridLayout : public UILayout {
 public:
     void setNumColumns(int columns);  ///< at least 1, as at first
     /// Columns with ratios share the width in proportion to them, each wide enough for its content; ratio 0, as at

@@ -1,10 +1,11 @@
 // The widgets that show and switch: label, sprite, button, check box, slider.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
 /// A text; the mouse falls through it. Lines end with '\n'.
-class UILabel : public UIElement {
+class ENGINE_API UILabel : public UIElement {
 public:
     explicit UILabel(const jString& text = {});
     void setText(const jString& text);
@@ -22,7 +23,7 @@ private:
 
 /// An image under the runtime root, 16 x 16 pixels when no size is set. A missing file costs one log line and shows as
 /// a crossed box.
-class UISprite : public UIElement {
+class ENGINE_API UISprite : public UIElement {
 public:
     explicit UISprite(const jString& image = {});
     void setImage(const jString& path);
@@ -36,7 +37,7 @@ private:
 };
 
 /// A text to click on.
-class UIButton : public UIElement {
+class ENGINE_API UIButton : public UIElement {
 public:
     explicit UIButton(const jString& text = {});
     void setText(const jString& text);
@@ -52,7 +53,7 @@ private:
 };
 
 /// A box that each click turns over; tells a change, then the click.
-class UICheckBox : public UIElement {
+class ENGINE_API UICheckBox : public UIElement {
 public:
     void setChecked(bool checked) { m_checked = checked; }
     bool isChecked() const { return m_checked; }
@@ -67,7 +68,7 @@ private:
 };
 
 /// A value to drag within a range, 0 to 1 at first.
-class UISlider : public UIElement {
+class ENGINE_API UISlider : public UIElement {
 public:
     void setMinValue(float value);
     void setMaxValue(float value);

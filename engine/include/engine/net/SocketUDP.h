@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// What all sockets of the process moved so far.
@@ -20,7 +21,7 @@ struct NetStats {
 /// One IPv4 datagram socket. Addresses are dotted decimals; a multicast address is joined when bound to, and is left
 /// through the interface of the address bound to, so it stays on this machine when that is a loopback one. Time to live
 /// is 1. Operations that return bool give false on a bad value or when the system refuses. Frame thread only.
-class SocketUDP {
+class ENGINE_API SocketUDP {
 public:
     SocketUDP();
     virtual ~SocketUDP();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Bounds.h"
 #include "engine/scene/Material.h"
 
@@ -24,7 +25,7 @@ class SurfaceTree;
 
 /// Immutable once built. Building takes unusable triangles out of the surfaces' indices and gives a surface without a
 /// material a plain one.
-struct MeshData {
+struct ENGINE_API MeshData {
     explicit MeshData(std::vector<MeshSurface> surfaces);
     ~MeshData();
 
@@ -51,6 +52,6 @@ class Node;
 
 /// Reads a glTF 2.0 file (.glb or .gltf), Y up in the file, Z up here: (x, y, z) becomes (x, -z, y). Loaded once
 /// while an engine runs and kept; the runtime root's path. Null, with one log line, when it cannot be read whole.
-std::shared_ptr<const Model> loadModel(const jString& path);
+ENGINE_API std::shared_ptr<const Model> loadModel(const jString& path);
 /// Hangs the model's nodes under `parent`.
-void instantiateModel(const Model& model, Node& parent);
+ENGINE_API void instantiateModel(const Model& model, Node& parent);

@@ -1,13 +1,14 @@
 // The sea.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 #include "engine/scene/WaveField.h"
 
 /// The sea's surface over the whole globe; its mean level is height 0. Waves are those of one periodic field that lies
 /// flat on a map round the node's geodetic place (round longitude 0, latitude 0 when the node has none); they fit
 /// together everywhere but on the meridian opposite.
-class ObjectOcean final : public Object {
+class ENGINE_API ObjectOcean final : public Object {
 public:
     ObjectOcean();
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 
 /// One periodic square of the field. Sample (column, row) lies at (column, row) * length / SIZE metres east and north
@@ -21,7 +22,7 @@ struct WaveCascade {
 
 /// Waves of a sea state, as a function of time, seed and state alone. Places are metres (east, north) from the field's
 /// origin; phases are kept in double precision and are periodic, so that the field is as good after days as at once.
-class WaveField {
+class ENGINE_API WaveField {
 public:
     static constexpr int NUM_CASCADES = 2;
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/scene/Node.h"
 
 class Physics;
@@ -28,7 +29,7 @@ struct WorldChanges {
 
 /// Owns every node that was added. Lookups by name and by tag go through indexes, segment queries through a bounding
 /// hierarchy over the objects; neither slows down with the number of nodes that do not match.
-class World {
+class ENGINE_API World {
 public:
     World();
     ~World();

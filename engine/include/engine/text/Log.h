@@ -1,12 +1,13 @@
 // The engine log.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// printf-style log. Lines go to standard error, each with its level and one line end, and to the sink when one is set.
 /// A line that is logged again, with no other line between, is folded: its count is written once a second. Safe from
 /// any thread.
-class jLog {
+class ENGINE_API jLog {
 public:
     enum Level { MESSAGE, WARNING, ERROR };
     using Sink = Function<void(Level, const jString& line)>;

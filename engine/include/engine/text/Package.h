@@ -5,13 +5,14 @@
 #include <memory>
 #include <span>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 class Package;
 
 /// One named value. Reading it as another type gives 0, false or an empty value, except that integers and reals convert
 /// into each other.
-class Item {
+class ENGINE_API Item {
 public:
     enum Type { NONE, BOOL, INT, DOUBLE, STRING, ARRAY, PACKAGE };
 
@@ -63,7 +64,7 @@ private:
 /// Named values in file order. Every reader takes the key at the top level of this package; a missing key or one of
 /// another type gives the stated default of its type. Another type in a package that was read from a file is told once,
 /// with file and line.
-class Package {
+class ENGINE_API Package {
 public:
     const jString& getString(const char* key) const;  ///< empty by default
     int getInt(const char* key) const;                ///< 0 by default or out of range
@@ -114,14 +115,14 @@ namespace mjl {
 /// file, line and column (a missing file is silent unless `required`), and false is returned. Files above 64 MiB and
 /// trees deeper than 64 levels are refused. Overrides set for that path are laid over the values read, also when the
 /// file itself could not be.
-bool open(const jString& path, Package& package, bool required);
+ENGINE_API bool open(const jString& path, Package& package, bool required);
 /// Writes the package; false, with an error logged, when the file cannot be written.
-bool save(const jString& path, const Package& package, bool compact);
+ENGINE_API bool save(const jString& path, const Package& package, bool compact);
 /// Reads from memory; `name` stands for the file in messages.
-bool parse(const jString& text, const jString& name, Package& package);
+ENGINE_API bool parse(const jString& text, const jString& name, Package& package);
 /// From now on `open` of that path yields `value` for the top-level `key`. The value is read as JSON where it is such,
 /// else as a string.
-void setOverride(const jString& path, const jString& key, const jString& value);
-void clearOverrides();
+ENGINE_API void setOverride(const jString& path, const jString& key, const jString& value);
+ENGINE_API void clearOverrides();
 
 }  // namespace mjl

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 class World;
@@ -15,7 +16,7 @@ struct TrackState;
 /// A channel names its nodes by "node" (the first of that name) or "tag" (all with it), or the world's environment with
 /// "environment": true. Between keys values are linear; outside them the end keys hold. A channel of the environment
 /// with "raise": true sets a lower bound: the highest of all of them and of the environment's own value holds.
-class Track {
+class ENGINE_API Track {
 public:
     Track();
     virtual ~Track();
