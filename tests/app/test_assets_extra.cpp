@@ -13,6 +13,7 @@ struct Control {
     jString node;
     dvec3 axis;
     int type = -1;
+    int id = -1;
 };
 
 dvec3 readTriple(const Package& entry, const char* key) {
@@ -29,7 +30,7 @@ protected:
         EXPECT_TRUE(mjl::open(jString(FOLDER) + "EXTRA300S.cfg", m_file, true));
         for (const Item& item : *m_file.getPackage("ctrl_nodes")) {
             const Package& e = *item.getPackage();
-            controls.push_back({e.getString("node_name"), readTriple(e, "axis"), e.getInt("type")});
+            controls.push_back({e.getString("node_name"), readTriple(e, "axis"), e.getInt("type"), e.getInt("id")});
         }
     }
 
@@ -83,6 +84,8 @@ TEST_F(DemoExtra, ControlsOfEveryKindNamePartsThatCanDoIt) {
         ASSERT_NE(node, nullptr) << c.node;
         ASSERT_TRUE(c.type >= 0 && c.type <= 4) << c.node;
         ++kinds[c.type];
+        EXPECT_EQ(c.id, &c - controls.data()) << c.node;
+        EXPECT_TRUE(c.type != 0 || kinds[0] == c.id + 1) << c.node << ": turning parts come first";
         EXPECT_GT(length(c.axis), 0.9) << c.node;
         EXPECT_TRUE(c.type != 0 || length(node->getHPR()) < 1e-6) << c.node << " rests turned";
         EXPECT_EQ(node->getType() == Node::TEXT, c.type == 4) << c.node;
