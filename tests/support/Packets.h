@@ -1,4 +1,4 @@
-// Datagrams made byte by byte, apart from the plug-in's own record types.
+// Datagrams built byte by byte, without the plug-in's record types.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ inline constexpr int RECORD_SIZE = 108;   ///< host to viewer
 inline constexpr int FEEDBACK_SIZE = 60;  ///< viewer to host
 inline constexpr int NOTICE_SIZE = 72;    ///< viewer to the multicast group
 
-/// Writes a value at a byte offset. REQUIRES that it lies inside.
+/// Writes a value at a byte offset. REQUIRES that the value fits inside.
 template <class T>
 void put(Bytes& bytes, int offset, T value) {
     std::memcpy(bytes.data() + offset, &value, sizeof value);
@@ -26,13 +26,13 @@ T get(const Bytes& bytes, int offset) {
     return value;
 }
 
-/// A host record that carries the order and zeros.
+/// A host record with the order; all other bytes are zero.
 Bytes record(int order);
-/// Bytes that look like nothing; the same for the same seed.
+/// Pseudo-random bytes, equal for equal seeds.
 Bytes noise(int size, unsigned seed);
 Bytes join(const Bytes& a, const Bytes& b);
 
-/// One feedback record as a host reads it, the datagram's bytes in their order.
+/// One feedback record as a host decodes it, in the order of the datagram's bytes.
 struct Feedback {
     std::int32_t counter = 0;
     float heights[3] = {};  ///< metres; nose, left, right
