@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr std::uintmax_t LARGEST_FILE = std::uintmax_t{256} << 20;
+constexpr std::uintmax_t MAX_FILE_SIZE = std::uintmax_t{256} << 20;
 
 }  // namespace
 
@@ -48,7 +48,7 @@ void FontSet::readFile() {
     }
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(std::filesystem::path(std::string(m_file)), error);
-    if (!error && size < LARGEST_FILE) m_bytes.resize(static_cast<std::size_t>(size));
+    if (!error && size < MAX_FILE_SIZE) m_bytes.resize(static_cast<std::size_t>(size));
     std::ifstream in(m_file, std::ios::binary);
     if (!in.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()))) m_bytes.clear();
     if (m_bytes.empty()) {

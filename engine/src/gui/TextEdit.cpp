@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t LONGEST = 256;  // characters
+constexpr std::size_t MAX_LENGTH = 256;  // characters
 
 struct TextLine {
     std::vector<ImWchar> characters;
@@ -26,7 +26,7 @@ struct TextLine {
         return width;
     }
     bool insert(int at, const ImWchar* added, int count) {
-        if (characters.size() + static_cast<std::size_t>(count) > LONGEST) return false;
+        if (characters.size() + static_cast<std::size_t>(count) > MAX_LENGTH) return false;
         characters.insert(characters.begin() + at, added, added + count);
         return true;
     }
@@ -128,7 +128,7 @@ struct TextEdit::State {
 TextEdit::TextEdit(FontSet& fonts, int font_size, const jString& text)
     : m_state(new State{fonts, font_size, text, text, {}, {}}) {
     m_state->line.characters = fromUtf8(text);
-    if (m_state->line.characters.size() > LONGEST) m_state->line.characters.resize(LONGEST);
+    if (m_state->line.characters.size() > MAX_LENGTH) m_state->line.characters.resize(MAX_LENGTH);
     stb_textedit_initialize_state(&m_state->editor, 1);
     m_state->selectAll();
     m_state->prepare();

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int LEAST_SCROLLED = 64;  // pixels: less of an element is not worth scrolling
-constexpr int GAP = 4;              // pixels between one that is cut and what it would cover
+constexpr int MIN_SCROLLED = 64;  // pixels: less of an element is not worth scrolling
+constexpr int GAP = 4;            // pixels between one that is cut and what it would cover
 
 }  // namespace
 
@@ -141,7 +141,7 @@ void GuiState::placeTop(Top& top) {
     if (top.expand & UIRoot::EXPAND_WIDTH) size.width = width;
     if (top.expand & UIRoot::EXPAND_HEIGHT) size.height = height;
     const int room = findEnd(element, size.width) - element.m_set_y;
-    top.hidden = room >= LEAST_SCROLLED ? std::max(size.height - room, 0) : 0;
+    top.hidden = room >= MIN_SCROLLED ? std::max(size.height - room, 0) : 0;
     top.scroll = std::clamp(top.scroll, 0, top.hidden);
     element.place(element.m_set_x, element.m_set_y - top.scroll, size);
 }

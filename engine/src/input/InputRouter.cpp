@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr double FARTHEST = 1e6;      // pixels
-constexpr int LONGEST_TURN = 120000;  // of the wheel, in one event
+constexpr double MAX_POSITION = 1e6;  // pixels
+constexpr int MAX_TURN = 120000;      // of the wheel, in one event
 
 bool isKey(int key) {
     return key >= 0 && key < ControlApp::KEY_COUNT;
@@ -39,8 +39,8 @@ void InputRouter::textEvent(char32_t codepoint) {
 
 void InputRouter::mouseMove(double x, double y) {
     if (!std::isfinite(x) || !std::isfinite(y)) return;
-    m_waiting.push_back(
-        {Event::MOVE, 0, false, 0, std::clamp(x, -FARTHEST, FARTHEST), std::clamp(y, -FARTHEST, FARTHEST)});
+    m_waiting.push_back({Event::MOVE, 0, false, 0, std::clamp(x, -MAX_POSITION, MAX_POSITION),
+                         std::clamp(y, -MAX_POSITION, MAX_POSITION)});
 }
 
 void InputRouter::mouseButton(int button, bool down) {
@@ -48,7 +48,7 @@ void InputRouter::mouseButton(int button, bool down) {
 }
 
 void InputRouter::wheel(int delta) {
-    m_waiting.push_back({Event::WHEEL, std::clamp(delta, -LONGEST_TURN, LONGEST_TURN)});
+    m_waiting.push_back({Event::WHEEL, std::clamp(delta, -MAX_TURN, MAX_TURN)});
 }
 
 void InputRouter::resize(int width, int height) {

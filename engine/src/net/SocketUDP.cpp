@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint64_t FNV_BASIS = 14695981039346656037u;
 constexpr std::uint64_t FNV_PRIME = 1099511628211u;
 
-constexpr int LARGEST_PORT = 65535;
+constexpr int MAX_PORT = 65535;
 /// More than any frame's worth of datagrams; the kernel takes what it allows.
 constexpr int QUEUE_BYTES = 64 << 20;
 
@@ -35,7 +35,7 @@ void hashSent(const unsigned char* bytes, std::size_t size) {
 }
 
 bool isPort(int port, int lowest) {
-    return port >= lowest && port <= LARGEST_PORT;
+    return port >= lowest && port <= MAX_PORT;
 }
 
 bool parseAddress(const jString& text, in_addr& out) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int MOST_PARTICLES = 100000;
+constexpr int MAX_PARTICLES = 100000;
 
 constexpr const char* LIGHT_KINDS[] = {"point", "spot"};
 constexpr const char* BODY_KINDS[] = {"static", "dynamic", "driven"};
@@ -52,7 +52,7 @@ void readParticles(const DataReader& in, ParticleSettings& s) {
     in.read("emitting", s.emitting);
     in.read("delay", s.delay);
     in.read("duration", s.duration);
-    if (in.read("max_particles", s.max_particles)) s.max_particles = std::clamp(s.max_particles, 0, MOST_PARTICLES);
+    if (in.read("max_particles", s.max_particles)) s.max_particles = std::clamp(s.max_particles, 0, MAX_PARTICLES);
 }
 
 void readLight(const DataReader& in, LightSettings& s) {

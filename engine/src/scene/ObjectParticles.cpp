@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double FASTEST_EMITTER = 2000.0;  // m/s; an emitter that moves faster was put elsewhere
+constexpr double MAX_EMITTER_SPEED = 2000.0;  // m/s; an emitter that moves faster was put elsewhere
 
 float spread(Random& random, float middle, float range) {
     return middle + range * random.getFloat(-1.0f, 1.0f);
@@ -128,7 +128,7 @@ bool ObjectParticles::isEmitting(float dt) {
 /// Particles are born evenly over the step, along the emitter's way through it, and have flown on since.
 void ObjectParticles::emit(const Step& step) {
     const dmat4 to = getWorldTransform();
-    const bool is_steady = m_has_last_frame && length(to.t - m_last_frame.t) <= FASTEST_EMITTER * step.dt;
+    const bool is_steady = m_has_last_frame && length(to.t - m_last_frame.t) <= MAX_EMITTER_SPEED * step.dt;
     const dmat4 from = is_steady ? m_last_frame : to;
     m_has_last_frame = isEmitting(step.dt);
     m_last_frame = to;

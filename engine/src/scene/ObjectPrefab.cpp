@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int DEEPEST = 32;  // files within files
+constexpr int MAX_DEPTH = 32;  // files within files
 
 /// The path that tells one file from another; empty, with one log line, when there is none.
 jString findFile(const jString& path) {
@@ -46,7 +46,7 @@ bool checkChain(const PrefabChain& chain) {
         outermost = at;
         ++depth;
     }
-    if (!repeats && depth <= DEEPEST) return true;
+    if (!repeats && depth <= MAX_DEPTH) return true;
     chain.shared->broken = true;
     jLog::error("%s: %s: %s", outermost->path.c_str(), repeats ? "a prefab includes itself" : "prefabs nested too deep",
                 describe(chain).c_str());

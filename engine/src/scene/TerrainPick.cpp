@@ -11,13 +11,13 @@
 
 namespace {
 
-constexpr int MAX_DEPTH = 48;              // halvings: 1e7 m down to less than a micrometre
-constexpr double SMALL_SPAN = 2.0;         // cells each way that are solved directly
-constexpr double FLAT_SPAN = 0.002;        // degrees over which a chord sags by less than 1 mm
-constexpr double LONGEST_PIECE = 500e3;    // metres; the bounds of a longer piece are not worth having
-constexpr double WIDEST_PIECE = 10.0;      // degrees of longitude, likewise
-constexpr double HEIGHT_TOLERANCE = 1e-7;  // metres
-constexpr double LINE_TOLERANCE = 1e-7;    // cells
+constexpr int MAX_DEPTH = 48;               // halvings: 1e7 m down to less than a micrometre
+constexpr double SMALL_SPAN = 2.0;          // cells each way that are solved directly
+constexpr double FLAT_SPAN = 0.002;         // degrees over which a chord sags by less than 1 mm
+constexpr double MAX_PIECE_LENGTH = 500e3;  // metres; the bounds of a longer piece are not worth having
+constexpr double MAX_PIECE_WIDTH = 10.0;    // degrees of longitude, likewise
+constexpr double HEIGHT_TOLERANCE = 1e-7;   // metres
+constexpr double LINE_TOLERANCE = 1e-7;     // cells
 
 // A point of the segment, seen from the ground.
 struct TrackPoint {
@@ -101,7 +101,7 @@ bool GroundPick::search(const TrackPoint& a, const TrackPoint& b, int depth, dou
 bool GroundPick::mayMeet(const TrackPoint& a, const TrackPoint& b) const {
     const double piece = (b.t - a.t) * m_length;
     const double lon_span = std::fabs(a.place.column - b.place.column) * m_raster.getLonStep();
-    if (piece > LONGEST_PIECE || lon_span > WIDEST_PIECE) return true;
+    if (piece > MAX_PIECE_LENGTH || lon_span > MAX_PIECE_WIDTH) return true;
     const double sag = piece * piece / 5.0e7, bulge = 0.0018 * lon_span * lon_span / m_raster.getLatStep() + 1e-6;
     const double left = std::min(a.place.column, b.place.column), right = std::max(a.place.column, b.place.column);
     const double bottom = std::min(a.place.row, b.place.row) - bulge, top = std::max(a.place.row, b.place.row) + bulge;

@@ -61,9 +61,9 @@ struct Place {
 
 private:
     static float wrap(double lengths) {
-        constexpr double MOST = 1 << 20;  // farther than round the globe
-        if (!(std::abs(lengths) < MOST)) return SIZE;
-        const double positive = lengths + MOST;
+        constexpr double MAX_LENGTHS = 1 << 20;  // farther than round the globe
+        if (!(std::abs(lengths) < MAX_LENGTHS)) return SIZE;
+        const double positive = lengths + MAX_LENGTHS;
         return static_cast<float>((positive - static_cast<double>(static_cast<int>(positive)) + 1.0) * SIZE);
     }
 };
