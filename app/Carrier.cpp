@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Options.h"
+#include "common/ship/Ship.h"
 #include "engine/scene/NodeWalk.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectPrefab.h"
@@ -11,7 +12,6 @@
 #include "engine/scene/World.h"
 #include "engine/text/Log.h"
 #include "src/logic/Logic_Test_Fly.h"
-#include "src/ship/Ship.h"
 
 namespace {
 

@@ -1,8 +1,6 @@
 // All connections between engine, logic and picture.
 #include "Connections.h"
 
-#include <algorithm>
-
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
 #include "engine/gui/UIRoot.h"
@@ -28,9 +26,8 @@ void connectLogic(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly_logic, P
         environment.day = day;
     });
     if (!picture || !fly_logic) return;
-    logic.m_signal_20_fog.append([picture, fly_logic](float) {
-        picture->setVisibility(std::max(fly_logic->getVisibilityDistance(), 1) * Logic_Test_Fly::VISIBILITY_STEP);
-    });
+    logic.m_signal_20_fog.append(
+        [picture, fly_logic](float) { picture->setVisibility(fly_logic->getFogVisibility()); });
 }
 
 void disconnectInput(Engine& engine) {

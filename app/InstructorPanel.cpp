@@ -196,6 +196,7 @@ void InstructorPanel::addLink(UILayout& column) {
     UILayout& group = addGroup(column, "panel.link");
     addLabels(group, {{"panel.records", &m_records},
                       {"panel.feedback", &m_feedback},
+                      {"panel.unsent", &m_unsent},
                       {"panel.refused", &m_refused},
                       {"panel.age", &m_age}});
 }
@@ -243,6 +244,7 @@ void InstructorPanel::refreshLink() {
     const LinkHealth link = m_query.getLink();
     m_records->setText(format("%" PRIu64, link.records));
     m_feedback->setText(format("%" PRIu64, link.feedback));
+    m_unsent->setText(format("%" PRIu64, link.unsent));
     m_refused->setText(format("%" PRIu64, link.refused));
     m_age->setText(link.age < 0.0 ? std::string("-") : format("%.1f s", link.age));
 }

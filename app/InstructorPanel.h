@@ -57,7 +57,8 @@ private:
     UICheckBox* m_navigation_lights = nullptr;
     UIButton* m_type_button = nullptr;
     UIButton* m_target_button = nullptr;
-    UILabel *m_nearest = nullptr, *m_records = nullptr, *m_feedback = nullptr, *m_refused = nullptr, *m_age = nullptr;
+    UILabel *m_nearest = nullptr, *m_records = nullptr, *m_feedback = nullptr, *m_unsent = nullptr,
+            *m_refused = nullptr, *m_age = nullptr;
 
     std::vector<TargetType> m_types;
     std::size_t m_type = 0;

@@ -21,9 +21,10 @@ void StatsPrinter::frame(double frame_seconds) {
     if (m_logic) {
         const LinkCounts& link = m_logic->getLinkCounts();
         const NetStats& net = SocketUDP::getStats();
-        std::printf(", %" PRIu64 " records in, %" PRIu64 " feedback out, %" PRIu64 " refused, %" PRIu64 " dropped",
-                    link.records - m_last.records, link.feedback - m_last.feedback, net.refused - m_refused,
-                    net.dropped - m_dropped);
+        std::printf(", %" PRIu64 " records in, %" PRIu64 " feedback out, %" PRIu64 " unsent, %" PRIu64
+                    " refused, %" PRIu64 " dropped",
+                    link.records - m_last.records, link.feedback - m_last.feedback, link.unsent - m_last.unsent,
+                    net.refused - m_refused, net.dropped - m_dropped);
         const float* const heights = m_logic->getLastFeedback().fTerrainHeightLG;
         if (link.feedback > m_last.feedback) {
             std::printf(", heights %.2f %.2f %.2f m", static_cast<double>(heights[0]), static_cast<double>(heights[1]),

@@ -146,7 +146,7 @@ bool measure(int records_each, int wanted, int rounds) {
         copying.push_back(bench::seconds([&] { whole &= floor.drainAndCopy(elements.data()) == datagrams; }) / records);
     }
     const long allocations = g_allocations - allocations_before;
-    const std::string what = "a record of " + std::to_string(records_each) + " a datagram";
+    const std::string what = "a record, " + std::to_string(records_each) + " a datagram";
     const double cost = bench::median(ours);
     bench::printRow((what + " / bare").c_str(), {cost, bench::median(least)}, ALLOWED_RATIO);
     bench::printRow((what + " / bare and copied once").c_str(), {cost, bench::median(copying)}, bench::NO_LIMIT);

@@ -4,12 +4,12 @@
 
 #include "Bench.h"
 #include "CountAllocations.h"
+#include "common/ship/Buoyancy.h"
+#include "common/ship/Ship.h"
 #include "engine/core/Engine.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/scene/World.h"
-#include "src/ship/Buoyancy.h"
-#include "src/ship/Ship.h"
 #include "support/Paths.h"
 
 namespace {

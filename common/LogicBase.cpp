@@ -52,7 +52,8 @@ void LogicBase::destroy_track(Track* track) {
 
 void LogicBase::load_track(const jString& path) {
     if (path.empty()) return;
-    const std::shared_ptr<Track> track(jNew<Track>({"..\\common\\LogicBase", "LogicBase::load_track"}), destroy_track);
+    constexpr MemTag TAG{"..\\common\\LogicBase", "LogicBase::load_track"};
+    const std::shared_ptr<Track> track(jNew<Track>(TAG), destroy_track, jTagAllocator<Track>(TAG));
     if (!track->load(path, m_world)) {
         jLog::error("%s:\"%s\" load failed", "LogicBase::load_track", path.c_str());
         return;

@@ -91,7 +91,7 @@ public:
     Signal<double> m_signal_3;
     Signal<Node*> m_signal_4_missile_gone;                  ///< about to be deleted
     Signal<ObjectPrefab*, bool> m_signal_5_prefab_created;  ///< and whether it is new: true
-    Signal<Node*, bool> m_signal_6;
+    Signal<Node*, bool> m_signal_6_rotor_wash;  ///< an effect of the helicopter, at `init`; the flag is false
     Signal<jString, Node*, bool> m_signal_7;
     Signal<SynCoder::CMDPlaySpeOnceInfo*> m_signal_8_effect_started;  ///< valid during the call
     Signal<Material*> m_signal_9;

@@ -77,8 +77,8 @@ bool Session::run(const volatile std::sig_atomic_t& stop) {
         if (!m_ended) waitUntil(until);
         collect();
     }
-    endRun(stop != 0);
-    return m_log.getFeedbackCount() > 0;
+    const bool whole = endRun(stop != 0);
+    return whole && m_log.getFeedbackCount() > 0;
 }
 
 void Session::sendDue(double time) {
@@ -111,7 +111,7 @@ void Session::send(std::int32_t order) {
                  std::strerror(errno));
 }
 
-void Session::endRun(bool stopped) {
+bool Session::endRun(bool stopped) {
     // Whoever stops the host means the viewer to stop as well.
     if (stopped && m_last_order != 0) send(0);
     for (const double end = now() + GRACE; now() < end;) {
@@ -119,7 +119,9 @@ void Session::endRun(bool stopped) {
         collect();
     }
     m_log.printSummary(now());
-    if (!m_log.closeCsv()) std::fprintf(stderr, "flyhost: %s is not complete\n", m_options.csv.c_str());
+    if (m_log.closeCsv()) return true;
+    std::fprintf(stderr, "flyhost: %s is not complete\n", m_options.csv.c_str());
+    return false;
 }
 
 void Session::waitUntil(double time) {

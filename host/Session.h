@@ -20,7 +20,7 @@ public:
     /// Opens the sockets and the file. On failure `error` says what failed, in one line.
     bool open(std::string& error);
     /// Sends and listens until the orders, the time or `stop` end it, and prints. Signals that set `stop` are to be
-    /// blocked outside; they are let in while the run waits. True when feedback came.
+    /// blocked outside; they are let in while the run waits. True when feedback came and the file is whole.
     bool run(const volatile std::sig_atomic_t& stop);
 
 private:
@@ -29,7 +29,7 @@ private:
     double now() const { return std::chrono::duration<double>(Clock::now() - m_start).count(); }
     void sendDue(double time);
     void send(std::int32_t order);
-    void endRun(bool stopped);
+    bool endRun(bool stopped);
     void waitUntil(double time);
     void collect();
 

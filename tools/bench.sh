@@ -18,7 +18,7 @@ model=$(sed -n 's/^model name[^:]*: //p;T;q' /proc/cpuinfo)
 machine=$(tr -cs '[:alnum:]' - <<<"${model:-$(uname -m)} $(nproc) cores" | tr '[:upper:]' '[:lower:]')
 results=bench/results/${machine%-}.csv
 commit=$(git rev-parse --short=10 HEAD 2>/dev/null || echo unknown)
-git diff --quiet HEAD 2>/dev/null || commit+=+  # with changes
+git diff --quiet HEAD -- . ':!bench/results' 2>/dev/null || commit+=+  # with changes
 mkdir -p bench/results
 [ -f "$results" ] || echo "date,commit,bench,row,cost,unit,floor,ratio,limit" >"$results"
 
@@ -27,7 +27,7 @@ trap 'rm -f "$printed"' EXIT
 for name in "${names[@]}"; do
     "build/bin/bench_$name" 2>/dev/null | tee "$printed" || echo "bench_$name: a limit is missed, or the run was not whole"
     # The three kinds of rows: a table's with costs in ns, a cost with its limit, a picture's time.
-    awk -F ' *[|] *' -v start="$(date -u +%F),$commit,$name," '
+    awk -F ' *[|] *' -v CONVFMT=%.10g -v start="$(date -u +%F),$commit,$name," '
         { gsub(",", "") }
         / quality$/ { quality = $0 ": "; sub(" quality", "", quality) }
         /^[|]/ && $2 != "" { print start $2 "," $3 + 0 ",ns," $4 + 0 "," $5 "," ($6 == "-" ? "" : $6) }

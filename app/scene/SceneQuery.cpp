@@ -3,13 +3,13 @@
 
 #include <algorithm>
 
+#include "common/ship/Ship.h"
 #include "engine/core/Engine.h"
 #include "engine/net/SocketUDP.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/World.h"
 #include "src/logic/Logic_Test_Fly.h"
 #include "src/logic/Target.h"
-#include "src/ship/Ship.h"
 
 namespace {
 
@@ -125,5 +125,5 @@ SceneWeather SceneQuery::getWeather() const {
 LinkHealth SceneQuery::getLink() const {
     const LinkCounts& counts = m_logic.getLinkCounts();
     const double age = m_record_time < 0.0 ? -1.0 : m_engine.getTime() - m_record_time;
-    return {counts.records, counts.feedback, SocketUDP::getStats().refused, age};
+    return {counts.records, counts.feedback, counts.unsent, SocketUDP::getStats().refused, age};
 }

@@ -46,6 +46,7 @@ struct SceneWeather {
 struct LinkHealth {
     std::uint64_t records = 0;   ///< applied
     std::uint64_t feedback = 0;  ///< sent
+    std::uint64_t unsent = 0;    ///< feedback that the system refused to send
     std::uint64_t refused = 0;   ///< datagrams from other senders
     double age = -1.0;           ///< seconds since the last record was applied; below 0 when there was none
 };

@@ -52,9 +52,10 @@ Json beam(const dvec3& place, const dvec3& color, double intensity) {
     return node;
 }
 
-/// A node that switches a lamp's look and its beams together.
+/// A node that switches a lamp's look and its beams together; off until a landing aid selects it.
 Json lampNode(const std::string& name, const dvec3& place, const std::string& model, const Json& beams) {
     Json node = sceneNode("node", name, place);
+    node["enabled"] = false;
     node["collider"] = false;
     node["mesh"] = model;
     node["children"] = beams;

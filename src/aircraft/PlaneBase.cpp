@@ -2,6 +2,7 @@
 // each frame of manual flight.
 #include "src/aircraft/PlaneBase.h"
 
+#include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectPrefab.h>
 #include <engine/scene/World.h>
 
@@ -17,7 +18,7 @@ bool PlaneBase::init(World* world) {
 bool PlaneBase::init(World* world, const jString& path) {
     if (!path.empty() && m_prefab_path == path) return true;
     m_undercarriage_open = true;
-    auto model = std::make_unique<ObjectPrefab>(path);
+    std::unique_ptr<ObjectPrefab> model(jNew<ObjectPrefab>({"src\\aircraft\\PlaneBase", "PlaneBase::init"}, path));
     m_model = model.get();
     if (!world || !model->isLoaded()) {
         m_failed_model = std::move(model);

@@ -3,11 +3,13 @@
 
 #include <engine/math/Vec.h>
 
+#include "common/LogicApi.h"
+
 class Node;
 
 /// Turns a flag's node about its Z axis so that its +X lies downwind, swinging a little. The node is not owned and must
 /// outlive this.
-class FlagOper {
+class LOGIC_API FlagOper {
 public:
     /// False for a null node; the flag then has none.
     bool init(Node* root);

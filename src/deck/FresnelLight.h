@@ -3,13 +3,15 @@
 
 #include <engine/math/Vec.h>
 
+#include "common/LogicApi.h"
+
 class Node;
 class Object;
 
 /// A lens unit of five lamps, of which an eye on the glide path sees the middle one with the green datum lights, and
 /// which grows with distance so that it stays visible. The lamp is chosen for one observer. Nodes are not owned and
 /// must outlive this; what the model lacks is left out.
-class FresnelLight {
+class LOGIC_API FresnelLight {
 public:
     enum State {
         OFF = 0,        ///< all dark

@@ -3,12 +3,14 @@
 
 #include <engine/math/Transform.h>
 
+#include "common/LogicApi.h"
+
 class Node;
 class ObjectPrefab;
 
 /// Swings the nodes "left_hand" and "right_hand" of a prefab about their Z axes. The prefab is not owned and must
 /// outlive this; arms that it lacks are left out.
-class HandOper {
+class LOGIC_API HandOper {
 public:
     /// False for null; there is then nobody to move.
     bool init(ObjectPrefab* root);

@@ -12,7 +12,6 @@
 #include <fstream>
 #include <limits>
 #include <locale>
-#include <new>
 #include <sstream>
 
 namespace {
@@ -51,17 +50,19 @@ bool PlaneFlyKit::init(const char* path) {
     m_start_position = m_start_angles = dvec3();
 
     std::ifstream in;
-    if (!openFile(path, in, m_size)) {
+    std::size_t size = 0;
+    if (!openFile(path, in, size)) {
         m_failed = true;
         return m_failed;
     }
-    m_bytes.reset(new (std::nothrow) char[m_size]);
-    if (!m_bytes) {
+    try {
+        m_bytes.resize(size);
+    } catch (const std::exception&) {
         jLog::error("Alloc memory failed:%s", path);
         return false;
     }
-    in.read(m_bytes.get(), static_cast<std::streamsize>(m_size));
-    m_size = static_cast<std::size_t>(in.gcount());
+    in.read(m_bytes.data(), static_cast<std::streamsize>(size));
+    m_bytes.resize(static_cast<std::size_t>(in.gcount()));
     if (!tokenize(path) || !readFrames(path)) return false;
 
     clearAllTokens();
@@ -71,7 +72,7 @@ bool PlaneFlyKit::init(const char* path) {
 }
 
 bool PlaneFlyKit::tokenize(const char* path) {
-    PathTokenizer tokenizer({m_bytes.get(), m_size});
+    PathTokenizer tokenizer({m_bytes.data(), m_bytes.size()});
     PathToken token;
     while (tokenizer.next(token)) m_tokens.append(token);
     if (const int line = tokenizer.getOpenCommentLine()) {
@@ -184,8 +185,8 @@ void PlaneFlyKit::setStartPose(const dvec3& position, const dvec3& angles) {
 void PlaneFlyKit::clearAllTokens() {
     m_tokens = {};
     m_next_token = 0;
-    m_bytes.reset();
-    m_size = 0;
+    m_bytes.clear();
+    m_bytes.shrink_to_fit();
 }
 
 void PlaneFlyKit::release() {

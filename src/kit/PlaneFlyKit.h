@@ -1,9 +1,9 @@
 // A recorded flight: the states of a flight path file, looked up by time.
 #pragma once
 
-#include <engine/text/Containers.h>
+#include <engine/memory/Allocator.h>
 
-#include <memory>
+#include <vector>
 
 #include "src/kit/FlightPathTokens.h"
 #include "src/kit/FlyFrame.h"
@@ -54,8 +54,8 @@ private:
     void append(const FlyFrame& frame);
     int findNext(float t) const;
 
-    std::unique_ptr<char[]> m_bytes;  ///< what the tokens point into
-    std::size_t m_size = 0;
+    using Bytes = std::vector<char, jTagAllocator<char>>;
+    Bytes m_bytes{jTagAllocator<char>({"src\\kit\\PlaneFlyKit", "PlaneFlyKit::init"})};  ///< what the tokens point into
     jVector<PathToken> m_tokens;
     int m_next_token = 0;
     jVector<FlyFrame> m_frames;       ///< as played

@@ -3,7 +3,46 @@
 
 #include <engine/text/Log.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <string_view>
+
+namespace {
+
+/// Every key of the file, and of each channel in "slaves".
+constexpr const char* KEYS[] = {"flightSimulation_ip",
+                                "local_ip",
+                                "recv_from_flightSimulation_port",
+                                "local_port",
+                                "send_to_flightSimulation_port",
+                                "data_port",
+                                "fps_limit",
+                                "show_fps",
+                                "real_time_fps",
+                                "vsync",
+                                "slaves",
+                                "show_recv_data_print",
+                                "show_send_data_print",
+                                "head_offset",
+                                "ignore_order",
+                                "ships_auto_move",
+                                "first_ship_path",
+                                "third_ship_path",
+                                "plane_path",
+                                "use_photoelectric_data",
+                                "fly_mode",
+                                "KeyControl",
+                                "target_type"};
+constexpr const char* CHANNEL_KEYS[] = {"shear", "yaw", "fov"};
+
+/// A key of the table: an accessor of another one does not compile.
+consteval const char* key(std::string_view name) {
+    const auto found = std::ranges::find(KEYS, name, [](const char* known) { return std::string_view(known); });
+    if (found == std::end(KEYS)) throw "the table of keys lacks it";
+    return *found;
+}
+
+}  // namespace
 
 AppData& AppData::get() {
     static AppData data;
@@ -17,7 +56,14 @@ void AppData::open() {
 bool AppData::load() {
     m_is_open = true;
     m_package.clear();
-    if (mjl::open(PATH, m_package, false)) return true;
+    const bool read = mjl::open(PATH, m_package, false);
+    m_package.warnUnknownKeys(KEYS);
+    if (const Package* const channels = m_package.getPackage(key("slaves"))) {
+        for (const Item& channel : *channels) {
+            if (channel.getPackage()) channel.getPackage()->warnUnknownKeys(CHANNEL_KEYS);
+        }
+    }
+    if (read) return true;
     jLog::warning("Open config file failed:%s, use default config", PATH);
     return false;
 }
@@ -37,41 +83,41 @@ int AppData::number(const char* key, int fallback) const {
 }
 
 jString AppData::getFlightSimulationIp() const {
-    return text("flightSimulation_ip", "127.0.0.1");
+    return text(key("flightSimulation_ip"), "127.0.0.1");
 }
 jString AppData::getLocalIp() const {
-    return text("local_ip", "127.0.0.1");
+    return text(key("local_ip"), "127.0.0.1");
 }
 int AppData::getRecvFromFlightSimulationPort() const {
-    return number("recv_from_flightSimulation_port", 10004);
+    return number(key("recv_from_flightSimulation_port"), 10004);
 }
 int AppData::getLocalPort() const {
-    return number("local_port", 10004);
+    return number(key("local_port"), 10004);
 }
 int AppData::getSendToFlightSimulationPort() const {
-    return number("send_to_flightSimulation_port", 10005);
+    return number(key("send_to_flightSimulation_port"), 10005);
 }
 int AppData::getDataPort() const {
-    return number("data_port", 6000);
+    return number(key("data_port"), 6000);
 }
 
 double AppData::getFpsLimit() const {
-    const double limit = m_package.getDouble("fps_limit");
+    const double limit = m_package.getDouble(key("fps_limit"));
     return limit == 0.0 ? 6000.0 : limit;
 }
 
 bool AppData::isShowFps() const {
-    return m_package.getBool("show_fps");
+    return m_package.getBool(key("show_fps"));
 }
 bool AppData::isRealTimeFps() const {
-    return m_package.getBool("real_time_fps");
+    return m_package.getBool(key("real_time_fps"));
 }
 bool AppData::isVsync() const {
-    return m_package.getBool("vsync");
+    return m_package.getBool(key("vsync"));
 }
 
 bool AppData::applyShear(const jString& channel, ChannelView& view) const {
-    const Package* const channels = m_package.getPackage("slaves");
+    const Package* const channels = m_package.getPackage(key("slaves"));
     const Package* const settings = channels ? channels->getPackage(channel.c_str()) : nullptr;
     if (!settings) return false;
     if (!settings->getFloats("shear", view.shear, 2)) view.shear[0] = view.shear[1] = 0.0f;
@@ -89,43 +135,43 @@ bool AppData::applyShear(const jString& channel, ChannelView& view) const {
 }
 
 bool AppData::isShowRecvDataPrint() const {
-    return m_package.getBool("show_recv_data_print");
+    return m_package.getBool(key("show_recv_data_print"));
 }
 bool AppData::isShowSendDataPrint() const {
-    return m_package.getBool("show_send_data_print");
+    return m_package.getBool(key("show_send_data_print"));
 }
 float AppData::getHeadOffset() const {
-    return m_package.getFloat("head_offset");
+    return m_package.getFloat(key("head_offset"));
 }
 bool AppData::isIgnoreOrder() const {
-    return m_package.getBool("ignore_order");
+    return m_package.getBool(key("ignore_order"));
 }
 bool AppData::isShipsAutoMove() const {
-    return m_package.getBool("ships_auto_move");
+    return m_package.getBool(key("ships_auto_move"));
 }
 
 jString AppData::getFirstShipPath() const {
-    return text("first_ship_path", "data/assets/Targets/MODELS/JT_CN_LNJ/JT_CN_LNJ.prefab");
+    return text(key("first_ship_path"), "data/assets/Targets/MODELS/JT_CN_LNJ/JT_CN_LNJ.prefab");
 }
 
 jString AppData::getPlanePath() const {
-    return text("plane_path", "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.prefab");
+    return text(key("plane_path"), "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.prefab");
 }
 
 jString AppData::getThirdShipPath() const {
-    return text("third_ship_path", "data/HARBOR_PROJECT/prefabs/LNJ_2023/LNJ_2023.prefab");
+    return text(key("third_ship_path"), "data/HARBOR_PROJECT/prefabs/LNJ_2023/LNJ_2023.prefab");
 }
 
 bool AppData::isUsePhotoelectricData() const {
-    return m_package.getBool("use_photoelectric_data");
+    return m_package.getBool(key("use_photoelectric_data"));
 }
 int AppData::getFlyMode() const {
-    return m_package.getInt("fly_mode");
+    return m_package.getInt(key("fly_mode"));
 }
 
 jVector<jString> AppData::getKeyControls() const {
     jVector<jString> keys;
-    const Package* const controls = m_package.getPackage("KeyControl");
+    const Package* const controls = m_package.getPackage(key("KeyControl"));
     if (!controls) return keys;
     for (const Item& control : *controls) keys.append(controls->getString(control.getName().c_str()));
     return keys;
@@ -133,14 +179,14 @@ jVector<jString> AppData::getKeyControls() const {
 
 jVector<int> AppData::getTargetTypes() const {
     jVector<int> codes;
-    const Package* const paths = m_package.getPackage("target_type");
+    const Package* const paths = m_package.getPackage(key("target_type"));
     if (!paths) return codes;
     for (const Item& path : *paths) codes.append(std::atoi(path.getName().c_str() + 1));  // behind the "_"
     return codes;
 }
 
 jString AppData::getTargetPath(int type) const {
-    const Package* const paths = m_package.getPackage("target_type");
+    const Package* const paths = m_package.getPackage(key("target_type"));
     const jString key = std::string(1, '_').append(ToString(type));
     return paths ? paths->getString(key.c_str()) : jString();
 }

@@ -33,7 +33,7 @@ public:
 
     jString getFlightSimulationIp() const;
     jString getLocalIp() const;
-    int getRecvFromFlightSimulationPort() const;  ///< the host's sending port
+    int getRecvFromFlightSimulationPort() const;  ///< the host's sending port; -1 for any
     int getLocalPort() const;                     ///< where the receiver listens
     int getSendToFlightSimulationPort() const;    ///< the host's receiving port
     int getDataPort() const;                      ///< of the recorded-data feed

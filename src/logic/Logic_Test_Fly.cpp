@@ -6,13 +6,13 @@
 #include <engine/scene/Object.h>
 #include <engine/text/Log.h>
 
+#include "common/ship/Ship.h"
 #include "src/aircraft/Helicopter.h"
 #include "src/aircraft/PlaneExtra300s.h"
 #include "src/aircraft/PlaneJ15.h"
 #include "src/kit/UdpDataKit.h"
 #include "src/logic/AppData.h"
 #include "src/logic/Target.h"
-#include "src/ship/Ship.h"
 
 extern "C" LogicBase* CreateLogic(World* world, CameraControl* camera) {
     return jNew<Logic_Test_Fly>({"src\\logic\\Logic_Test_Fly", "CreateLogic"}, world, camera);
@@ -35,6 +35,7 @@ Logic_Test_Fly::~Logic_Test_Fly() {
     release_tracks();
     jDelete(m_jet);
     jDelete(m_aerobatic);
+    if (m_aircraft_node) m_world->removeNode(m_aircraft_node);
     jDelete(m_helicopter);
     jDelete(m_ship);
     AppData::get().close();

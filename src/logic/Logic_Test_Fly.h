@@ -5,6 +5,7 @@
 #include <engine/action/TimerManager.h>
 #include <engine/core/Clock.h>
 #include <engine/core/Message.h>
+#include <engine/memory/Allocator.h>
 
 #include "common/LogicBase.h"
 #include "src/aircraft/HeliEffectsKit.h"
@@ -44,6 +45,7 @@ enum FLY_MODE : std::int32_t { DATA_FLY = 0, MANUAL_FLY = 1, AUTO_FLY = 2 };
 struct LinkCounts {
     std::uint64_t records = 0;   ///< host records applied
     std::uint64_t feedback = 0;  ///< feedback records sent
+    std::uint64_t unsent = 0;    ///< feedback records that the system refused to send
 };
 
 /// Local transforms of places on the helicopter's model; identity for one that the model lacks.
@@ -120,9 +122,12 @@ public:
     static double calFog(double base, double density);
     /// Fires notification 20 with the fog's value for a visibility in metres, 0.39 at 300 m and below, 1.01 at most.
     void use_visibility_set_fog(int metres);
-    // Kept for the host application.
-    void setNaviLight(unsigned short value) { m_navi_light = value; }
-    int getNaviLight() const { return m_navi_light; }
+    /// The visibility in metres, 300 at least, that the last notification 20 was computed from, set before it is fired:
+    /// the picture's extinction is 3.912 / visibility. 0 before the first.
+    int getFogVisibility() const;
+    // Whether the navigation lights are on, 1 at first as the models have them. Kept for the host application.
+    void setNaviLight(unsigned short value);
+    int getNaviLight() const;
 
     // Host link: _link.cpp
     /// In data flight opens the receiver and the senders anew; kits of an earlier call stay as they are.
@@ -174,6 +179,8 @@ public:
     const jString& getAircraftType() const { return m_aircraft_type; }
     PlaneBase* getAircraft() const { return m_aircraft; }       ///< owned by the logic; null without one
     Helicopter* getHelicopter() const { return m_helicopter; }  ///< owned by the logic; null without one
+    /// The helicopter's wipers; nothing without a helicopter.
+    void set_wipers(bool on);
     const HelicopterPlaces& getHelicopterPlaces() const { return m_heli_places; }
     int getControlCount() const;                                 ///< control nodes that the aircraft's model has
     Object* getAircraftNode() const { return m_aircraft_node; }  ///< the plane's model; null without one
@@ -202,7 +209,7 @@ public:
     void emit_missile();
     /// Takes the missiles that have ended, seen by their node being switched off, out of the world, and tells of each
     /// before (notification 4). The last of the list takes the place of one that goes and is looked at with the next
-    /// call.
+    /// call. Nothing when a handler of that notification calls it.
     void update_missle();
     /// A missile's body met something: it is switched off and bursts where it met it (notification 8). A body that is
     /// switched off already, and null, are ignored.
@@ -247,9 +254,8 @@ public:
     void set_node_uv_offset(const GUIEventChange& event, UIElement* element);
     void set_node_digit(const GUIEventChange& event, UIElement* element);  ///< truncated to an integer
     void set_node_onoff(const GUIEventChange& event, UIElement* element);
-    void toggle_light();          ///< landing light of the jet, search light of the helicopter
-    bool set_wipers_on(bool on);  ///< the helicopter's; false on another aircraft
-    void set_gear(bool down);     ///< at once, on the carrier jet; nothing on another aircraft
+    void toggle_light();       ///< landing light of the jet, search light of the helicopter
+    void set_gear(bool down);  ///< at once, on the carrier jet; nothing on another aircraft
     /// `set_gear`; the event and the element are not looked at.
     void on_open_undercarriage(const GUIEventMouse& event, UIElement* element);
     void on_close_undercarriage(const GUIEventMouse& event, UIElement* element);
@@ -413,7 +419,8 @@ private:
     HitCallback m_hit_callback;
     MissileCallback m_missile_callback;  ///< of every missile's body
     jVector<Missile> m_missiles;         ///< in order of firing, but for what `update_missle` moved
-    jMap<jString, std::unique_ptr<Target>> m_targets;
+    bool m_retiring_missiles = false;    ///< `update_missle` runs
+    jMap<jString, std::unique_ptr<Target, jDeleter>> m_targets;
     mutable jVector<Node*> m_target_nodes;  ///< of the map, in its order; made when asked for after a change
     mutable bool m_target_nodes_stale = false;
     bool m_exploded = false;
@@ -441,9 +448,10 @@ private:
     Node* m_snow = nullptr;
     ObjectTerrain* m_terrain = nullptr;
     ObjectOcean* m_ocean = nullptr;
-    jVector<Track*> m_own_tracks;   ///< owned, in order of loading; the base's list stays empty
-    std::int32_t m_visibility = 0;  ///< metres, a multiple of 300
-    std::uint16_t m_navi_light = 0;
+    jVector<Track*> m_own_tracks;       ///< owned, in order of loading; the base's list stays empty
+    std::int32_t m_visibility = 0;      ///< metres, a multiple of 300
+    std::int32_t m_fog_visibility = 0;  ///< metres
+    std::uint16_t m_navi_light = 1;
     dmat4 m_start_transform;
     bool m_destroyed = false;
     Stopwatch m_fly_stopwatch;

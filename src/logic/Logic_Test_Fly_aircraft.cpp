@@ -126,9 +126,10 @@ void Logic_Test_Fly::init_helicopter() {
         {"deflector", &m_heli_places.deflector}, {PILOT_EYE.c_str(), &m_heli_places.eye}};
     for (const auto& [name, place] : places) readPlace(*model, name, *place);
     if (!m_heli_effects.init(m_helicopter)) return;
-    m_heli_effects.registerEffects(m_signal_6);
-    m_heli_effects.registerEffects({[this](Node* effect, bool) {
-        if (effect) m_deflected.append(effect);
+    m_heli_effects.registerEffects({[this](Node* effect, bool shown) {
+        if (!effect) return;
+        fire(m_signal_6_rotor_wash, effect, shown);
+        m_deflected.append(effect);
     }});
 }
 

@@ -70,11 +70,6 @@ void Logic_Test_Fly::toggle_light() {
     if (is_helicopter()) m_helicopter->toggleLight();
 }
 
-bool Logic_Test_Fly::set_wipers_on(bool on) {
-    if (is_helicopter()) m_helicopter->setWipersOn(on);
-    return is_helicopter();
-}
-
 void Logic_Test_Fly::set_gear(bool down) {
     if (!is_jet()) return;
     m_jet->setUndercarriage(down, false);

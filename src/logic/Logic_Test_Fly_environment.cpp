@@ -129,6 +129,19 @@ double Logic_Test_Fly::calFog(double base, double density) {
 }
 
 void Logic_Test_Fly::use_visibility_set_fog(int metres) {
-    const double density = densityOfVisibility(std::max(metres, 300)) / 100.0;
+    m_fog_visibility = std::max(metres, 300);
+    const double density = densityOfVisibility(m_fog_visibility) / 100.0;
     fire(m_signal_20_fog, static_cast<float>(1.0 - density));
+}
+
+int Logic_Test_Fly::getFogVisibility() const {
+    return m_fog_visibility;
+}
+
+void Logic_Test_Fly::setNaviLight(unsigned short value) {
+    m_navi_light = value;
+}
+
+int Logic_Test_Fly::getNaviLight() const {
+    return m_navi_light;
 }

@@ -65,7 +65,8 @@ void Logic_Test_Fly::send_udp() {
     record.fTerrainHeightCG = calc_height(m_aircraft_node->getWgsPosition());
     record.nCollisionDetect = m_collision;
     m_last_feedback = record;
-    if (m_sender && m_sender->write(&record, UDP_SEND_WIRE_SIZE) > 0) ++m_link_counts.feedback;
+    if (!m_sender) return;
+    ++(m_sender->write(&record, UDP_SEND_WIRE_SIZE) > 0 ? m_link_counts.feedback : m_link_counts.unsent);
 }
 
 /// Over the deck all gears have the deck's height under the aircraft, elsewhere each has the terrain's under itself.

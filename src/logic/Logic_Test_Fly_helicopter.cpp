@@ -46,3 +46,7 @@ void Logic_Test_Fly::measure_helicopter_surface() {
     }
     m_helicopter->setSurfaceHeight(static_cast<float>(surface));
 }
+
+void Logic_Test_Fly::set_wipers(bool on) {
+    if (m_helicopter) m_helicopter->setWipersOn(on);
+}

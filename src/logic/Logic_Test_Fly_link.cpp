@@ -1,6 +1,7 @@
 // The host link: opens the sockets, takes the host's records in data flight at the start of each frame, keeps its
 // order.
 #include <engine/memory/Allocator.h>
+#include <engine/text/Log.h>
 
 #include <cstdio>
 
@@ -15,6 +16,13 @@ constexpr const char* NOTICE_GROUP = "224.255.255.255";
 constexpr int NOTICE_PORT = 10021;
 constexpr int NOTICE_SIZE = 72;  ///< bytes, all zero
 
+constexpr int ANY_PORT = -1;  ///< configured: the host may send from any port
+
+/// Whether an IPv4 address is in the loopback network.
+bool isLoopback(const jString& address) {
+    return address.starts_with("127.");
+}
+
 constexpr const char* KIT_SOURCE = "src\\kit\\UdpDataKit";
 
 }  // namespace
@@ -27,9 +35,15 @@ void Logic_Test_Fly::init_udp() {
     const int host_port = data.getRecvFromFlightSimulationPort();
     const int local_port = data.getLocalPort();
 
+    if (isLoopback(local_ip) && !isLoopback(host_ip)) {
+        jLog::warning(
+            "no record can arrive: \"local_ip\" %s is a loopback address and \"flightSimulation_ip\" %s is not; set "
+            "\"local_ip\" to this machine's address in the host's network",
+            local_ip.c_str(), host_ip.c_str());
+    }
     m_receiver = jNew<UdpRecvKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
-    m_recv_ready = m_receiver->init(local_ip, local_port, host_ip, host_port);
-    if (!m_recv_ready) show_warning(true);
+    m_recv_ready = m_receiver->init(local_ip, local_port, host_ip, host_port == ANY_PORT ? 0 : host_port);
+    show_warning(!m_recv_ready);
     m_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});
     m_send_ready = m_sender->init(host_ip, data.getSendToFlightSimulationPort());
     m_multicast_sender = jNew<UdpSendKit>({KIT_SOURCE, "Logic_Test_Fly::init_udp"});

@@ -58,6 +58,8 @@ void Logic_Test_Fly::remove_missile(const Missile& missile) {
 }
 
 void Logic_Test_Fly::update_missle() {
+    if (m_retiring_missiles) return;
+    m_retiring_missiles = true;
     for (int i = 0; i < m_missiles.size(); ++i) {
         if (m_missiles[i].prefab->isEnabled()) continue;
         fire(m_signal_4_missile_gone, m_missiles[i].prefab);
@@ -65,6 +67,7 @@ void Logic_Test_Fly::update_missle() {
         m_missiles.removeFast(i);
         remove_missile(missile);
     }
+    m_retiring_missiles = false;
 }
 
 /// Missiles in the air when their actions are about to go would hang there: they are hidden, as at the end of a flight.

@@ -5,9 +5,9 @@
 #include <engine/scene/Object.h>
 #include <engine/text/Log.h>
 
+#include "common/ship/Ship.h"
 #include "src/logic/AppData.h"
 #include "src/logic/Logic_Test_Fly.h"
-#include "src/ship/Ship.h"
 
 void Logic_Test_Fly::init_ships() {
     jLog::message("%s begin \n", "Logic_Test_Fly::init_ships");

@@ -21,7 +21,7 @@ bool Logic_Test_Fly::apply_target(TargetInfo info) {
         return true;
     }
     const jString path = info.path.empty() ? AppData::get().getTargetPath(info.type) : info.path;
-    std::unique_ptr<Target> target = Target::Create(m_world, &m_action_manager, info, path);
+    Target::Ptr target = Target::Create(m_world, &m_action_manager, info, path);
     if (!target) return false;
     fire(m_signal_5_prefab_created, target->getPrefab(), true);  // a handler may change the map
     m_target_nodes_stale = true;

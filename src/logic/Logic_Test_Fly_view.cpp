@@ -31,7 +31,7 @@ bool readPose(const CameraControl* camera, dvec3& position, dquat& rotation) {
 
 void Logic_Test_Fly::swap() {
     if (m_player_mode == FIRST_VIEW) follow_aircraft();
-    if (m_player_mode == THIRD_VIEW && m_aircraft_node) update_third_view();
+    if (m_player_mode == THIRD_VIEW && getModel()) update_third_view();
 }
 
 void Logic_Test_Fly::set_player_mode(PLAYER_MODE mode) {

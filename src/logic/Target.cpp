@@ -2,7 +2,6 @@
 #include "src/logic/Target.h"
 
 #include <engine/globe/EllipsoidModel.h>
-#include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectPrefab.h>
 #include <engine/scene/World.h>
 #include <engine/text/Log.h>
@@ -15,7 +14,8 @@ namespace {
 constexpr double SMALL_MOVE = 1.0;     ///< metres; up to here a target stays where it is
 constexpr float GLIDE_TIME = 1.0f;     ///< seconds
 constexpr double HIGHEST = 1000000.0;  ///< metres above or below the ellipsoid that a place is believed
-constexpr int HEADING = 4;             ///< in the record's pose
+constexpr MemTag TAG{"src\\logic\\Target", "Target::Create"};
+constexpr int HEADING = 4;  ///< in the record's pose
 
 dvec3 placeOf(const TargetInfo& info) {
     return {info.pose[0], info.pose[1], info.pose[2]};
@@ -31,8 +31,7 @@ bool isOnGlobe(const TargetInfo& info) {
 
 }  // namespace
 
-std::unique_ptr<Target> Target::Create(World* world, ActionManager* actions, const TargetInfo& info,
-                                       const jString& path) {
+Target::Ptr Target::Create(World* world, ActionManager* actions, const TargetInfo& info, const jString& path) {
     if (info.name.empty()) {
         jLog::error("target of type %d: it has no name", info.type);
         return nullptr;
@@ -42,7 +41,7 @@ std::unique_ptr<Target> Target::Create(World* world, ActionManager* actions, con
         jLog::error("target \"%s\": no model for type %d", info.name.c_str(), info.type);
         return nullptr;
     }
-    auto* const prefab = jNew<ObjectPrefab>({"src\\logic\\Target", "Target::Create"}, path);
+    auto* const prefab = jNew<ObjectPrefab>(TAG, path);
     if (!prefab->isLoaded()) {
         jDelete(prefab);
         return nullptr;  // the loading has said why
@@ -52,7 +51,7 @@ std::unique_ptr<Target> Target::Create(World* world, ActionManager* actions, con
     prefab->setWgsPosition(placeOf(info));
     prefab->setWgsHPR({std::isfinite(info.pose[HEADING]) ? info.pose[HEADING] : 0.0, 0.0, 0.0});
     world->addChild(prefab);
-    return std::unique_ptr<Target>(new Target(actions, prefab, info));
+    return Ptr(jNew<Target>(TAG, actions, prefab, info));
 }
 
 Target::Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info)

@@ -1,6 +1,8 @@
 // A target of the host: a model in the world that glides to each place reported.
 #pragma once
 
+#include <engine/memory/Allocator.h>
+
 #include <memory>
 
 #include "common/LogicApi.h"
@@ -14,10 +16,13 @@ class World;
 /// when destroyed; the world and the manager outlive it.
 class LOGIC_API Target {
 public:
+    using Ptr = std::unique_ptr<Target, jDeleter>;
+
     /// Null, with one error logged and nothing added, when the record has no name, no model that loads, or no place on
     /// the globe. `path` is the model's prefab.
-    static std::unique_ptr<Target> Create(World* world, ActionManager* actions, const TargetInfo& info,
-                                          const jString& path);
+    static Ptr Create(World* world, ActionManager* actions, const TargetInfo& info, const jString& path);
+    /// For `Create`: the model is loaded and in the world.
+    Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info);
     ~Target();
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
@@ -38,7 +43,6 @@ public:
     bool isGliding() const { return m_glide != nullptr; }
 
 private:
-    Target(ActionManager* actions, ObjectPrefab* prefab, const TargetInfo& info);
     void glide(const dvec3& place);
 
     ActionManager* m_actions;

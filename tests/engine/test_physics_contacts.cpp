@@ -148,7 +148,7 @@ TEST_F(PhysicsContacts, FastBodiesMeetWhatIsInTheirPath) {
     for (const auto& c : cases) {
         for (const double dt : {1.0 / 60.0, 0.1}) {
             for (const Flyer flyer : {DRIVEN, DYNAMIC_BY_NODE, DYNAMIC}) {
-                if (flyer == DYNAMIC && c.east > 0.0) continue;  // only paths of nodes are met in time as well
+                if (flyer == DYNAMIC && c.east > 0.0) continue;  // paths are compared in time only if nodes move both
                 Object* const target = c.make();
                 const auto kind = flyer == DRIVEN ? BodySettings::DRIVEN : BodySettings::DYNAMIC;
                 Object* const missile = addBody("missile", at(0, -75, 5), settings({box({0.3f, 2, 0.3f})}, kind));

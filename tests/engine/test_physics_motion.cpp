@@ -137,10 +137,12 @@ TEST_F(PhysicsMotion, OnlyEnabledDynamicBodiesMove) {
 TEST_F(PhysicsMotion, RefusesWhatCannotBe) {
     const std::pair<const char*, Function<void(BodySettings&)>> cases[] = {
         {"no shape", [](BodySettings& s) { s.shapes.clear(); }},
+        {"no mass", [](BodySettings& s) { s.mass = 0.0f; }},
         {"mass is no number", [](BodySettings& s) { s.mass = NONE; }},
         {"flat box", [](BodySettings& s) { s.shapes[0].size = vec3(1, 0, 1); }},
         {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(7); }},
         {"position is no number", [](BodySettings& s) { s.shapes[0].transform.t.x = NAN; }},
+        {"centre is no number", [](BodySettings& s) { s.center_of_mass.x = NONE; }},
         {"negative inertia", [](BodySettings& s) { s.inertia.x = -1.0f; }},
     };
     Object* const object = addFloating("fragile", at(0, 0, 10));

@@ -1,5 +1,6 @@
 // The datagram socket over the loopback interface, with real senders at the other end.
 #include <engine/net/SocketUDP.h>
+#include <engine/text/Log.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -191,6 +192,26 @@ TEST_F(Socket, MulticastLeavesThroughTheBoundInterfaceAndCrossesNoRouter) {
     size = sizeof leaving;
     ASSERT_EQ(getsockopt(fd, IPPROTO_IP, IP_MULTICAST_IF, &leaving, &size), 0);
     EXPECT_EQ(ntohl(leaving.s_addr), INADDR_LOOPBACK);
+}
+
+TEST_F(Socket, TheFirstRefusalNamesTheSenderAndWhoIsAccepted) {
+    std::vector<std::string> lines;
+    jLog::setSink([&](jLog::Level, const jString& line) { lines.push_back(line); });
+    LoopbackSocket host, other;
+    SocketUDP socket;
+    ASSERT_TRUE(listen(socket, "127.0.0.1", host.getPort()));
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(other.send(Bytes(5, 1), socket.getLocalPort()));
+        EXPECT_TRUE(readOne(socket).empty());
+    }
+    jLog::setSink({});
+    const std::string text = lines.empty() ? "" : lines[0];
+    EXPECT_NE(text.find("refused: 1, the last from 127.0.0.1:" + std::to_string(other.getPort()) + ";"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("accepted are those from 127.0.0.1:" + std::to_string(host.getPort())), std::string::npos)
+        << text;
+    EXPECT_EQ(lines.size(), 1u) << "within a second";
 }
 
 }  // namespace

@@ -147,27 +147,36 @@ TEST_F(TerrainTest, ATriangleWithAHoleIsNoGround) {
     }
 }
 
-TEST_F(TerrainTest, VerticalPicksAgreeWithHeightsAtAnySpacing) {
+TEST_F(TerrainTest, VerticalPicksAgreeWithHeightsAtAnyPlaceAndSpacing) {
     const EllipsoidModel globe;
     Random r(5);
-    for (const double step : {0.00001, 0.0003, 0.01, 0.5}) {
+    const std::tuple<double, double, double> cases[] = {
+        {112.0, 17.0, 0.00001}, {-40.0, -60.0, 0.5}, {179.0, 2.0, 0.1}, {20.0, 89.5, 0.03}};
+    for (const auto& [west, north, step] : cases) {
         TestRaster source;
         source.columns = source.rows = 40;
-        source.transform = {-40.0, step, 0, -60.0, 0, -step};
+        source.transform = {west, step, 0, north, 0, -step};
         source.fill<float>([&](int, int) { return r.getDouble(-50.0, 3000.0); });
-        const auto raster = open(source);
-        ASSERT_TRUE(raster);
+        open(source);
+        auto* const terrain = add(std::make_unique<ObjectTerrain>("data/heights.vrt", ""));
+        ASSERT_TRUE(terrain->isLoaded());
+        terrain->setPosition({100.0, -2000.0, 30.0});  // without effect
         for (int i = 0; i < 500; ++i) {
             const auto [lon, lat] = source.centre(r.getDouble(0, 39), i % 10 ? r.getDouble(0, 39) : r.getInt() % 39);
-            const double expected = heightAt(*raster, lon, lat);
+            const auto at = [&, lon = lon, lat = lat](double height) { return globe.toWorld({lon, lat, height}); };
+            double height = NONE;
+            ASSERT_TRUE(terrain->getAltitudeByLonLat(std::remainder(lon, 360.0), lat, height));
             dvec3 hit;
-            ASSERT_TRUE(pickGround(*raster, globe.toWorld({lon, lat, 100e3}), globe.toWorld({lon, lat, -1e3}), hit))
-                << i;
-            EXPECT_NEAR(globe.toWGS(hit).z, expected, 1e-4);
-            ASSERT_TRUE(pickGround(*raster, globe.toWorld({lon, lat, -1e3}), globe.toWorld({lon, lat, 5e3}), hit)) << i;
-            EXPECT_NEAR(globe.toWGS(hit).z, expected, 1e-4);
-            EXPECT_FALSE(pickGround(*raster, globe.toWorld({lon, lat, 4e3}), globe.toWorld({lon, lat, 3.01e3}), hit));
+            for (const auto& [from, to] : {std::pair(100e3, -1e3), {-1e3, 5e3}, {height + 1.0, height - 1.0}}) {
+                jVector<Node*> nodes;
+                EXPECT_TRUE(world().getIntersection(at(from), at(to), nodes));
+                ASSERT_TRUE(terrain->getIntersection(terrain->toLocal(at(from)), terrain->toLocal(at(to)), 0, hit))
+                    << lon << " " << lat;
+                EXPECT_NEAR(globe.toWGS(terrain->toWorld(hit)).z, height, 1e-3);
+            }
+            EXPECT_FALSE(terrain->getIntersection(terrain->toLocal(at(4e3)), terrain->toLocal(at(3.01e3)), 0, hit));
         }
+        world().removeNode(terrain);
     }
 }
 
@@ -187,7 +196,7 @@ TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
     };
     constexpr int STEPS = 20000;
     int hits = 0;
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 150; ++i) {
         const dvec3 a = i % 3 == 0 ? globe.toWorld({112.5, 17.0, 40e3}) : point(), b = point();
         const auto heightAbove = [&](const dvec3& p) {
             const dvec3 geo = globe.toWGS(p);
@@ -207,7 +216,7 @@ TEST_F(TerrainTest, SlantedPicksFindTheFirstCrossing) {
         EXPECT_NEAR(heightAbove(hit), 0.0, 1e-3) << i;
         EXPECT_LE(length(hit - a) / length(b - a), std::isnan(first) ? 1.0 : first + 1e-9) << i;
     }
-    EXPECT_GT(hits, 100);
+    EXPECT_GT(hits, 50);
 }
 
 TEST_F(TerrainTest, DegenerateSegmentsHitNothing) {
@@ -261,7 +270,7 @@ TEST_F(TerrainTest, OtherSystemsAreTransformedToLongitudeAndLatitude) {
 // More tiles than are kept: rows start one number apart in the file, so that a post is the sum of its column and row.
 TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
     TestRaster source;
-    source.columns = source.rows = 256 * 24 + 10;
+    source.columns = source.rows = 256 * 22 + 10;
     source.type = "Int16";
     source.line = 2;
     source.transform = {112.0, 0.0001, 0, 17.0, 0, -0.0001};
@@ -272,9 +281,9 @@ TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
     const auto raster = open(source);
     ASSERT_TRUE(raster);
     Random r(9);
-    for (int i = 0; i < 2 * 25 * 25; ++i) {  // every tile twice
-        const int column = std::min(i % 25 * 256 + int(r.getInt() % 256), source.columns - 1);
-        const int row = std::min(i / 25 % 25 * 256 + int(r.getInt() % 256), source.rows - 1);
+    for (int i = 0; i < 2 * 23 * 23; ++i) {  // every tile twice
+        const int column = std::min(i % 23 * 256 + int(r.getInt() % 256), source.columns - 1);
+        const int row = std::min(i / 23 % 23 * 256 + int(r.getInt() % 256), source.rows - 1);
         const auto [lon, lat] = source.centre(column, row);
         EXPECT_NEAR(heightAt(*raster, lon, lat), (column + row) % 4001 - 1000, 1e-2) << column << " " << row;
     }
@@ -284,13 +293,15 @@ TEST_F(TerrainTest, ALargeRasterIsReadInTiles) {
 TEST_F(TerrainTest, WhatCannotBeReadIsRefusedWithOneLine) {
     TestRaster good;
     good.fill<float>([](int, int) { return 1.0; });
-    TestRaster unplaced = good;
+    TestRaster unplaced = good, thin = good;
     unplaced.srs.clear();
+    thin.columns = 1;
     const std::string endless =
         R"(<VRTDataset rasterXSize="2000000000" rasterYSize="2000000000"><SRS>EPSG:4326</SRS>)"
         R"(<GeoTransform>0,1e-9,0,0,0,-1e-9</GeoTransform><VRTRasterBand dataType="Byte" band="1"/></VRTDataset>)";
     const std::pair<const char*, std::string> cases[] = {{"no raster", "hills and valleys"},
                                                          {"no georeference", unplaced.describe()},
+                                                         {"one column", thin.describe()},
                                                          {"too large", endless},
                                                          {"cut off", good.describe().substr(0, 150)}};
     for (const auto& [what, text] : cases) {
@@ -306,36 +317,6 @@ TEST_F(TerrainTest, WhatCannotBeReadIsRefusedWithOneLine) {
         EXPECT_FALSE(terrain.getAltitudeByLonLat(112.0, 17.0, height));
         EXPECT_FALSE(terrain.getIntersection({7e6, 0, 0}, {}, 0, hit));
         EXPECT_TRUE(terrain.getBoundBox().isEmpty());
-    }
-}
-
-TEST_F(TerrainTest, PicksAgreeWithHeightsAtEveryLongitudeAndLatitude) {
-    const EllipsoidModel globe;
-    Random r(11);
-    for (const dvec3& corner :
-         {dvec3(112.0, 17.0, 0), dvec3(179.0, 2.0, 0), dvec3(-91.0, -40.0, 0), dvec3(20.0, 89.5, 0)}) {
-        TestRaster source;
-        source.columns = source.rows = 20;
-        source.transform = {corner.x, 0.1, 0, corner.y, 0, -0.1};
-        source.fill<float>([&](int, int) { return r.getDouble(0.0, 400.0); });
-        open(source);
-        auto* const terrain = add(std::make_unique<ObjectTerrain>("data/heights.vrt", ""));
-        ASSERT_TRUE(terrain->isLoaded());
-        terrain->setPosition({100.0, -2000.0, 30.0});  // no matter
-        for (int i = 0; i < 200; ++i) {
-            auto [lon, lat] = source.centre(r.getDouble(0, 19), r.getDouble(0, 19));
-            lon = std::remainder(lon, 360.0);
-            double height = NONE;
-            ASSERT_TRUE(terrain->getAltitudeByLonLat(lon, lat, height));
-            const dvec3 a = globe.toWorld({lon, lat, height + 1.0}), b = globe.toWorld({lon, lat, height - 1.0});
-            jVector<Node*> nodes;
-            ASSERT_TRUE(world().getIntersection(a, b, nodes));
-            dvec3 hit;
-            ASSERT_TRUE(terrain->getIntersection(terrain->toLocal(a), terrain->toLocal(b), 0, hit))
-                << lon << " " << lat;
-            EXPECT_NEAR(globe.toWGS(terrain->toWorld(hit)).z, height, 1e-3);
-        }
-        world().removeNode(terrain);
     }
 }
 

@@ -101,6 +101,7 @@ TEST_F(TrackTest, TheHighestOfThoseThatRaiseAValueHoldsWhateverTheirOrder) {
 TEST_F(TrackTest, BadChannelsAreLeftOutAndBadFilesRefused) {
     for (const char* bad : {R"({ "parameter": "enabled", "keys": [ [0, 0] ] })",
                             R"({ "node": "n", "parameter": "enabled", "keys": [ [0, "x"] ] })",
+                            R"({ "node": "n", "parameter": "enabled", "keys": [ [1e300, 0] ] })",
                             R"({ "node": "n", "parameter": "enabled", "keys": [ ] })", "5",
                             R"({ "environment": true, "parameter": "gravity", "keys": [ [0, 0] ] })"}) {
         clearLines();

@@ -201,6 +201,7 @@ TEST_F(WorldTest, WrongValuesCostALineAndLeaveTheDefault) {
         {R"({ "type": "light", "light": { "kind": "laser", "intensity": 1e300, "color": [1, "a", 1] } })", 3, true},
         {R"({ "type": "particles", "particles": { "max_particles": 1e12, "texture": "../../../x.png" } })", 2, true},
         {R"({ "body": { "mass": 4 } })", 1, true},
+        {R"({ "type": 7, "name": "n" })", 1, true},
         {R"({ "type": "prefab" })", 1, false},
         {R"({ "type": "terrain", "terrain": { } })", 1, false}};
     for (const auto& c : cases) {
@@ -242,4 +243,32 @@ TEST_F(WorldTest, TheStateHashSeesEveryKindOfChange) {
     expectChanged("a node more");
     world().removeNode(c);
     expectChanged("and gone again", false);
+}
+
+TEST_F(WorldTest, AnUnknownKeyIsToldOnceWithTheNearestKnownOne) {
+    write("data/a.prefab", R"({ "nodes": 1,
+        "node": { "tag": [ "x" ], "body": { "mas": 1, "shapes": [ { "names": "hull" } ] },
+            "children": [ { "type": "light", "colider": false,
+                "light": { "colour": [1, 1, 1] } },
+                { "type": "particles", "particles": { "life_spred": 1, "max_particles": 5 } } ] } })");
+    write("data/a.world", R"({ "enviroment": { },
+        "environment": { "cloudyness": 1, "camera": { "geodetik": [0, 0, 0] } },
+        "nodes": [ { "prefab": "a.prefab", "postion": [1, 2, 3] }, { "prefab": "a.prefab" } ] })");
+    ASSERT_TRUE(world().load("data/a.world"));
+    const std::pair<const char*, const char*> unknown[] = {
+        {"data/a.prefab:1: unknown key \"nodes\"", "\"node\""},
+        {"data/a.prefab:2: unknown key \"tag\"", "\"tags\""},
+        {"data/a.prefab:2: unknown key \"mas\"", "\"mass\""},
+        {"data/a.prefab:2: unknown key \"names\"", "\"name\""},
+        {"data/a.prefab:3: unknown key \"colider\"", "\"collider\""},
+        {"data/a.prefab:4: unknown key \"colour\"", "\"color\""},
+        {"data/a.prefab:5: unknown key \"life_spred\"", "\"life_spread\""},
+        {"data/a.world:1: unknown key \"enviroment\"", "\"environment\""},
+        {"data/a.world:2: unknown key \"cloudyness\"", "\"cloudiness\""},
+        {"data/a.world:2: unknown key \"geodetik\"", "\"geodetic\""},
+        {"data/a.world:3: unknown key \"postion\"", "\"position\""}};
+    for (const auto& [key, nearest] : unknown) {
+        EXPECT_EQ(countLines(key + std::string(" is ignored; the nearest known one is ") + nearest), 1) << key;
+    }
+    EXPECT_EQ(lines().size(), std::size(unknown));
 }

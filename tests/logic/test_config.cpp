@@ -134,4 +134,20 @@ TEST_F(SceneTest, StringTableRetriesUntilThereIsAFileAndSharesItsMisses) {
     EXPECT_EQ(countLines("tr:key[b] not found in string file"), 1);
 }
 
+TEST_F(SceneTest, UnknownConfigurationKeysAreToldWhereverTheyCameFrom) {
+    write(FILE_NAME, R"({ "local_ip": "127.0.0.1",
+        "flightSimulationIp": "1", "target_type": { "_7": "x" }, "KeyControl": { "any": "a" },
+        "slaves": { "left": { "shaer": [1, 0] } } })");
+    mjl::setOverride(FILE_NAME, "vsink", "true");
+    AppData::get().load();
+    mjl::clearOverrides();
+    for (const char* line : {":2: unknown key \"flightSimulationIp\" is ignored; the nearest known one is "
+                             "\"flightSimulation_ip\"",
+                             ":3: unknown key \"shaer\" is ignored; the nearest known one is \"shear\"",
+                             ", overridden: unknown key \"vsink\" is ignored; the nearest known one is \"vsync\""}) {
+        EXPECT_EQ(countLines(FILE_NAME + std::string(line)), 1) << line;
+    }
+    EXPECT_EQ(countLines("unknown key"), 3);
+}
+
 }  // namespace

@@ -133,4 +133,16 @@ TEST_F(EnvironmentTest, WeatherNodesAreFoundAndTheOceanKeepsItsOwnState) {
     }
 }
 
+TEST_F(EnvironmentTest, TheFogsVisibilityIsThatOfTheLastNotification) {
+    begin();
+    std::vector<int> told;
+    fly().m_signal_20_fog.append([&](float) { told.push_back(fly().getFogVisibility()); });
+    fly().setVisibilityDistance(100);
+    fly().use_visibility_set_fog(6000);
+    fly().use_visibility_set_fog(-5);
+    EXPECT_EQ(told, (std::vector{30000, 6000, 300}));
+    EXPECT_EQ(fly().getVisibilityDistance(), 100);
+    EXPECT_EQ(fly().getNaviLight(), 1) << "as models are shown at first";
+}
+
 }  // namespace

@@ -1,5 +1,7 @@
 // The rotor wash: what it needs of the model, what is on at which height, how dense it is, and what lies below.
 #include "HelicopterWorld.h"
+#include "engine/gui/UIRoot.h"
+#include "engine/memory/Allocator.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/ObjectTerrain.h"
@@ -149,6 +151,20 @@ TEST_F(HeliSurfaceTest, TheHigherOfGroundAndSeaIsBelow) {
         end();
         for (const char* name : {"start_deck", "terrain", "ocean"}) world().removeNode(world().getNodeByName(name));
     }
+}
+
+TEST_F(HeliEffectsTest, TheLogicNotifiesOfTheEffectsThatExist) {
+    writePrefab(BODY, wash(LAND));
+    addStart();
+    LogicBase* const made = CreateLogic(&world(), nullptr);
+    made->set_airport_node("start_deck");
+    made->set_aircraft_path(TestJet::CONFIG);
+    std::string names;
+    made->m_signal_6_rotor_wash.append([&](Node* node, bool) { names += (node ? node->getName() : "null") + " "; });
+    printedBy([&] { made->init(); });
+    EXPECT_EQ(names, "downwash_spe leaf_1 ");
+    engine().getUIRoot()->clear();
+    jDelete(made);
 }
 
 }  // namespace

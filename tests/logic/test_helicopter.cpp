@@ -1,5 +1,6 @@
 // The helicopter: what its keys do, what turns and flashes, its limits, and a flight from lift-off to landing.
 #include "HelicopterWorld.h"
+#include "engine/camera/CameraControl.h"
 
 namespace {
 
@@ -261,6 +262,15 @@ TEST_F(HelicopterFlightTest, LiftsOffAndHoversAlikeWithFramesOfAnyLength) {
         end();
         for (const char* name : {"start_deck", "deck"}) world().removeNode(world().getNodeByName(name));
     }
+}
+
+TEST_F(HelicopterFlightTest, TheOrbitCameraIsPlacedAfterItMovedAndTheLogicSwitchesTheWipers) {
+    begin();
+    model().setWorldPosition(model().getWorldPosition() + dvec3(30.0, 40.0, 0.0));
+    logic().swap();
+    EXPECT_NEAR(length(engine().getCameraControl()->getPosition() - model().getWorldPosition()), 25.0, 1e-6);
+    logic().set_wipers(true);
+    EXPECT_TRUE(craft().isWipersOn());
 }
 
 }  // namespace

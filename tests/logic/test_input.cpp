@@ -2,6 +2,7 @@
 #include "LogicWorld.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/input/ControlApp.h"
+#include "engine/input/InputRouter.h"
 
 namespace {
 
@@ -118,6 +119,30 @@ TEST_F(InputDeathTest, AltAndF4TogetherEndTheProcess) {
     EXPECT_EXIT(press({ControlApp::KEY_F4}), testing::ExitedWithCode(7), "");
     EXPECT_EXIT(press({ControlApp::KEY_ALT}), testing::ExitedWithCode(7), "");
     EXPECT_EXIT(press({ControlApp::KEY_F4, ControlApp::KEY_ALT}), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(InputTest, ANotchOutAndOneInReturnToTheDistanceThroughTheRouter) {
+    begin();
+    InputRouter& router = *engine().getInput();
+    router.bindWheel([this](const GUIEventWheel& e) { logic().onMouseWheel(e, nullptr); });
+    const auto turn = [&](int delta) {
+        router.wheel(delta);
+        frame();
+        return distance();
+    };
+    frame();
+    for (int i = 0; i < 30; ++i) {
+        const double before = distance();
+        EXPECT_NEAR(turn(-120), before + 1.0, 1e-4) << "toward the user";
+        EXPECT_NEAR(turn(120), before, 1e-4);
+        turn(120);
+    }
+    EXPECT_NEAR(turn(120), 1.0, 1e-4);
+    EXPECT_NEAR(turn(-2400), 21.0, 1e-4);
+    // With Shift by a tenth.
+    router.keyEvent(ControlApp::KEY_SHIFT, true);
+    EXPECT_NEAR(turn(-120), 23.1, 1e-4);
+    EXPECT_NEAR(turn(120), 20.79, 1e-4);
 }
 
 }  // namespace

@@ -197,6 +197,7 @@ TEST_F(LinkTest, SendsThatTheSystemRefusesAreCountedAndTheLinkRecovers) {
         for (int i = 0; i < 100; ++i) frame();
         EXPECT_EQ(logic().getLinkCounts().feedback, feedback);
         EXPECT_EQ(SocketUDP::getStats().sendFailed, failed + 100);
+        EXPECT_EQ(logic().getLinkCounts().unsent, 100u);
         EXPECT_LT(lines().size(), 5u) << "not a line a frame";
         setLoopback("127.0.0.1");
         host().collectFeedback();
@@ -220,6 +221,26 @@ TEST_F(LinkTest, SendsThatTheSystemRefusesAreCountedAndTheLinkRecovers) {
     ASSERT_TRUE(WIFEXITED(status));
     if (WEXITSTATUS(status) == NOT_ALLOWED) GTEST_SKIP() << "the system gives no network namespace";
     EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(LinkTest, MinusOneTakesRecordsFromAnyPortOfTheHost) {
+    begin(R"(, "recv_from_flightSimulation_port": -1)");
+    LoopbackSocket other;
+    ASSERT_TRUE(other.send(packets::record(2), host().getViewerPort()));
+    for (int i = 0; i < 100000 && logic().getLinkCounts().records == 0; ++i) frame();
+    EXPECT_EQ(logic().getLinkCounts().records, 1u);
+    deliver(packets::record(2), 1);
+}
+
+TEST_F(LinkTest, WhatCannotWorkIsTold) {
+    // Nothing is sent while there is no order.
+    for (const auto& [config, warnings] : {std::pair("", 0), {R"(, "flightSimulation_ip": "192.0.2.1")", 1}}) {
+        end();
+        begin(config);
+        EXPECT_EQ(countLines("no record can arrive: \"local_ip\" 127.0.0.1 is a loopback address and "
+                             "\"flightSimulation_ip\" 192.0.2.1"),
+                  warnings);
+    }
 }
 
 }  // namespace

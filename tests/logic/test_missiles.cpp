@@ -164,6 +164,22 @@ TEST_F(MissileTest, RetiredOnesGiveTheirPlaceToTheLast) {
     EXPECT_FALSE(logic().getMissile(0)->isEnabled());
 }
 
+TEST_F(MissileTest, AHandlerMayRetireMissilesWhileTheyAreRetired) {
+    begin();
+    jVector<Node*> gone;
+    logic().m_signal_4_missile_gone.append([&](Node* node) {
+        gone.append(node);
+        logic().update_missle();
+    });
+    for (int i = 0; i < 3; ++i) fireOne();
+    Node* const flying = logic().getMissile(0);
+    for (const int i : {1, 2}) logic().getMissile(i)->setEnabled(false);
+    for (int i = 0; i < 2; ++i) logic().update_missle();
+    EXPECT_EQ(gone.size(), 2);
+    ASSERT_EQ(logic().getNumMissiles(), 1);
+    EXPECT_EQ(logic().getMissile(0), flying);
+}
+
 TEST_F(MissileTest, HandlersMayTakeMissilesAway) {
     begin();
     addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));

@@ -131,6 +131,16 @@ TEST_F(PanelTest, TheWarningShowsAFailedLinkInDataFlightAlone) {
     }
 }
 
+TEST_F(PanelTest, TheWarningGoesWhenARetrySucceeds) {
+    auto other = std::make_unique<LoopbackSocket>(host().getViewerPort());
+    begin();
+    UILabel& warning = label("数据接收异常\n");
+    EXPECT_TRUE(warning.isVisible());
+    other.reset();
+    logic().set_fly_mode(DATA_FLY);
+    EXPECT_FALSE(warning.isVisible());
+}
+
 TEST_F(PanelTest, TestModeShowsTheControlsAndDraggingOneMovesItsPart) {
     begin();
     EXPECT_FALSE(grid().isVisible());

@@ -10,7 +10,8 @@
 namespace {
 
 constexpr double MAX_POSITION = 1e6;  // pixels
-constexpr int MAX_TURN = 120000;      // of the wheel, in one event
+constexpr int NOTCH = 120;
+constexpr int MAX_TURN = 1000 * NOTCH;  // of the wheel, in one event
 
 bool isKey(int key) {
     return key >= 0 && key < ControlApp::KEY_COUNT;
@@ -112,7 +113,10 @@ void InputRouter::applyKey(int key, bool down, int modifiers) {
         return;
     }
     if (down == (before == SCENE)) return;  // a repeat, or a release without a press
-    const bool ctrl = (modifiers & MOD_CTRL) != 0 || m_control.isKeyPress(ControlApp::KEY_CTRL);
+    bool& pressed_with_ctrl = m_pressed_with_ctrl[static_cast<std::size_t>(key)];
+    bool ctrl = (modifiers & MOD_CTRL) != 0 || m_control.isKeyPress(ControlApp::KEY_CTRL);
+    if (down) pressed_with_ctrl = ctrl;
+    ctrl = ctrl || pressed_with_ctrl;
     m_control.setKey(key, down);
     tell(down ? m_key_press : m_key_release,
          GUIEventKey{static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(ctrl ? 1 : 0)});
@@ -179,12 +183,18 @@ void InputRouter::applyWheel(int delta) {
         const GUIEventMouse place = mouseEvent(0);
         return m_panels.getState().scroll(delta, place.x, place.y);
     }
-    m_control.addWheel(delta);
-    tell(m_wheel, GUIEventWheel{delta, 1});
+    if (m_control.isKeyPress(ControlApp::KEY_SHIFT)) return m_control.addWheel(delta);
+    while (delta != 0) {
+        const int part = std::clamp(delta, -NOTCH, NOTCH);
+        tell(m_wheel, GUIEventWheel{part, static_cast<std::uint8_t>(part > 0 ? 1 : 0)});
+        delta -= part;
+    }
 }
 
 void InputRouter::releaseAll() {
-    // Ctrl before the characters: a release that nobody made is no command.
+    // A release that nobody made is no command: Ctrl is released before the characters, and how they were pressed is
+    // forgotten.
+    m_pressed_with_ctrl.fill(false);
     for (int key = ControlApp::KEY_COUNT - 1; key >= 0; --key) {
         if (m_key_owners[static_cast<std::size_t>(key)] != NOBODY) applyKey(key, false, 0);
     }

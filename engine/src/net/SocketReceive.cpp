@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "engine/text/Log.h"
 #include "net/SocketState.h"
 
 namespace {
@@ -24,6 +25,12 @@ int receiveWith(Call call) {
         if (errno != EINTR && errno != ECONNREFUSED) break;
     }
     return -1;
+}
+
+jString textOf(const sockaddr_in& endpoint) {
+    char address[INET_ADDRSTRLEN] = {};
+    ::inet_ntop(AF_INET, &endpoint.sin_addr, address, sizeof address);
+    return jString(address) + ":" + ToString(ntohs(endpoint.sin_port));
 }
 
 }  // namespace
@@ -106,14 +113,34 @@ void ReceiveBatch::countDrops(msghdr& header) {
 }
 
 int SocketUDP::read(void* buffer, int size, int count) {
+    const int bytes = m_state->read(buffer, size, count);
+    m_state->tellRefused();
+    return bytes;
+}
+
+/// One line at once, then one a second at most, for the reader at the terminal: no result depends on this clock.
+void SocketUDP::State::tellRefused() {
+    if (untold == 0) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (told != decltype(told)() && now - told < std::chrono::seconds(1)) return;
+    jLog::warning("port %d: datagrams refused: %d, the last from %s; accepted are those from %s", ntohs(local.sin_port),
+                  untold, textOf(stranger).c_str(),
+                  filterPort == 0 ? (hostText + ", any port").c_str() : textOf(host).c_str());
+    untold = 0;
+    told = now;
+}
+
+int SocketUDP::State::read(void* buffer, int size, int count) {
     const std::int64_t bytes = static_cast<std::int64_t>(size) * count;
-    if (!isOpened() || !buffer || size <= 0 || count <= 0) return 0;
+    if (fd < 0 || !buffer || size <= 0 || count <= 0) return 0;
     auto* to = static_cast<unsigned char*>(buffer);
     const auto room = static_cast<std::size_t>(std::min<std::int64_t>(bytes, INT32_MAX));
     Arrival arrival;
-    for (int i = 0; i < MAX_PASSED_OVER && m_state->batch.next(m_state->fd, to, room, arrival); ++i) {
-        if (!m_state->accepts(arrival.from)) {
+    for (int i = 0; i < MAX_PASSED_OVER && batch.next(fd, to, room, arrival); ++i) {
+        if (!accepts(arrival.from)) {
             ++netStats().refused;
+            ++untold;
+            stranger = arrival.from;
         } else if (arrival.size == 0) {
             ++netStats().empty;
         } else {

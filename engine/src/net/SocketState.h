@@ -5,6 +5,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -66,7 +67,12 @@ struct SocketUDP::State {
     jString hostText;
     int largestSent = 0;
     ReceiveBatch batch;
+    int untold = 0;          ///< datagrams refused since the last line about them
+    sockaddr_in stranger{};  ///< sender of the last of them
+    std::chrono::steady_clock::time_point told{};
 
+    int read(void* buffer, int size, int count);
+    void tellRefused();
     void updateFilter();
     bool accepts(const sockaddr_in& from) const {
         return (host.sin_addr.s_addr == 0 || from.sin_addr.s_addr == host.sin_addr.s_addr) &&

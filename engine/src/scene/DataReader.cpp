@@ -11,7 +11,7 @@ void DataReader::complain(const Item& item, const jString& text) const {
 }
 
 const Item* DataReader::getItem(const char* key, Item::Type type, const char* wanted) const {
-    const Item* const item = m_package.getItem(key);
+    const Item* const item = getItem(key);
     if (!item || item->getType() == type) return item;
     const bool is_number = item->getType() == Item::INT || item->getType() == Item::DOUBLE;
     if (type == Item::DOUBLE && is_number) return item;
@@ -56,7 +56,7 @@ bool DataReader::read(const char* key, jString& out) const {
 }
 
 bool DataReader::readNumbers(const char* key, double* out, int n) const {
-    const Item* const item = m_package.getItem(key);
+    const Item* const item = getItem(key);
     if (!item) return false;
     double values[4];
     bool good = item->getArray().size() == n && item->getDoubles(values, n) == n;

@@ -1,13 +1,15 @@
 // Typed reading of scene files: what does not fit costs one log line with file and line, and the default stays.
 #pragma once
 
+#include <vector>
+
 #include "engine/math/Vec.h"
 #include "engine/text/Package.h"
 
 class DataReader {
 public:
     /// `file` stands for the package's origin in messages. Both must outlive the reader.
-    DataReader(const Package& package, const jString& file) : m_package(package), m_file(file) {}
+    DataReader(const Package& package, const jString& file) : m_package(package), m_file(file) { m_known.reserve(32); }
 
     // False, with `out` as it was, when the key is missing or of another type.
     bool read(const char* key, bool& out) const;
@@ -31,8 +33,13 @@ public:
     /// An element of such a list as a package; null, with a line, when it is none.
     const Package* asPackage(const Item& element, const char* what) const;
 
-    const Item* getItem(const char* key) const { return m_package.getItem(key); }
-    bool has(const char* key) const { return m_package.has(key); }
+    const Item* getItem(const char* key) const {
+        m_known.push_back(key);
+        return m_package.getItem(key);
+    }
+    bool has(const char* key) const { return getItem(key) != nullptr; }
+    /// After the last read: one warning for each key of the package that was not looked up.
+    void warnUnknownKeys() const { m_package.warnUnknownKeys(m_known); }
     const jString& getFile() const { return m_file; }
     /// Logs "file:line: text".
     void complain(const Item& item, const jString& text) const;
@@ -44,4 +51,5 @@ private:
 
     const Package& m_package;
     const jString& m_file;
+    mutable std::vector<const char*> m_known;  ///< every key looked up
 };

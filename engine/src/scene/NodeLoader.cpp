@@ -53,6 +53,7 @@ std::unique_ptr<Node> NodeLoader::load(const Package& package) const {
     if (!node) return nullptr;
     fill(in, *node);
     if (in.has("body")) addBody(in, *node);
+    in.warnUnknownKeys();
     return isBroken() ? nullptr : std::move(node);
 }
 
@@ -65,6 +66,7 @@ void NodeLoader::loadContent(const Package& package, ObjectPrefab& prefab) const
         fill(in, *prefab.addChild(std::move(top)));
     }
     if (in.has("body") && !isBroken()) addBody(in, prefab);
+    in.warnUnknownKeys();
 }
 
 std::unique_ptr<Node> NodeLoader::create(const DataReader& in) const {
@@ -120,8 +122,10 @@ std::unique_ptr<Node> NodeLoader::createParticles(const DataReader& in) const {
         const DataReader deflector_in(*deflector, m_file);
         deflector_in.read("position", position);
         deflector_in.read("hpr", hpr);
+        deflector_in.warnUnknownKeys();
         particles->addDeflector(dmat4(dquat::fromEulerZXY(hpr), position));
     }
+    part.warnUnknownKeys();
     return particles;
 }
 
@@ -131,7 +135,9 @@ std::unique_ptr<Node> NodeLoader::createDecal(const DataReader& in) const {
     part.read("width", width);
     part.read("height", height);
     part.read("depth", depth);
-    return std::make_unique<DecalOrtho>(width, height, depth, getPath(part, "texture"));
+    const jString texture = getPath(part, "texture");
+    part.warnUnknownKeys();
+    return std::make_unique<DecalOrtho>(width, height, depth, texture);
 }
 
 std::unique_ptr<Node> NodeLoader::createLight(const DataReader& in) const {
@@ -148,12 +154,15 @@ std::unique_ptr<Node> NodeLoader::createText(const DataReader& in) const {
     part.read("text", text);
     part.read("height", height);
     part.read("color", color);
+    part.warnUnknownKeys();
     return std::make_unique<NodeText>(text, height, color);
 }
 
 std::unique_ptr<Node> NodeLoader::createTrigger(const DataReader& in) const {
     vec3 size{1.0f, 1.0f, 1.0f};
-    DataReader(typePart(in, "trigger"), m_file).read("size", size);
+    const DataReader part(typePart(in, "trigger"), m_file);
+    part.read("size", size);
+    part.warnUnknownKeys();
     return std::make_unique<NodeTrigger>(size);
 }
 
@@ -164,7 +173,9 @@ std::unique_ptr<Node> NodeLoader::createTerrain(const DataReader& in) const {
         in.complain(*in.getItem("type"), "a terrain needs \"elevation\", a raster");
         return nullptr;
     }
-    auto terrain = std::make_unique<ObjectTerrain>(elevation, getPath(part, "imagery"));
+    const jString imagery = getPath(part, "imagery");
+    part.warnUnknownKeys();
+    auto terrain = std::make_unique<ObjectTerrain>(elevation, imagery);
     if (!terrain->isLoaded()) return nullptr;
     return terrain;
 }
@@ -176,6 +187,7 @@ std::unique_ptr<Node> NodeLoader::createOcean(const DataReader& in) const {
     bool global_wind = ocean->isUseGlobalWind();
     part.read("beaufort", beaufort);
     part.read("global_wind", global_wind);
+    part.warnUnknownKeys();
     ocean->setBeaufort(std::clamp(beaufort, 0, 12));
     ocean->setUseGlobalWind(global_wind);
     return ocean;
@@ -244,6 +256,7 @@ void NodeLoader::fillContent(const DataReader& in, Node& node) const {
         Node& child = *node.addChild(std::move(made));
         fill(child_in, child);
         if (child_in.has("body")) addBody(child_in, child);
+        child_in.warnUnknownKeys();
     }
 }
 

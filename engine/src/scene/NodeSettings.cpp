@@ -27,6 +27,7 @@ bool readShape(const DataReader& in, Shape& shape) {
     in.read("size", shape.size);
     in.read("position", position);
     in.read("hpr", hpr);
+    in.warnUnknownKeys();
     shape.transform = dmat4(dquat::fromEulerZXY(hpr), position);
     return true;
 }
@@ -62,6 +63,7 @@ void readLight(const DataReader& in, LightSettings& s) {
     in.read("range", s.range);
     in.read("angle", s.angle);
     in.read("size", s.size);
+    in.warnUnknownKeys();
 }
 
 void readBody(const DataReader& in, BodySettings& s) {
@@ -81,4 +83,5 @@ void readBody(const DataReader& in, BodySettings& s) {
         Shape shape;
         if (package && readShape(DataReader(*package, in.getFile()), shape)) s.shapes.append(shape);
     }
+    in.warnUnknownKeys();
 }

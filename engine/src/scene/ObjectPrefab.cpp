@@ -74,7 +74,9 @@ void ObjectPrefab::load(const PrefabChain& chain) {
     if (!checkChain(chain)) return;
     const Package* const file = readFile(chain.path, chain.absolute_path);
     if (!file) return;
-    const Item* const item = file->getItem("node");
+    static constexpr const char* KEYS[] = {"node"};
+    file->warnUnknownKeys(KEYS);
+    const Item* const item = file->getItem(KEYS[0]);
     const Package* const node = item ? item->getPackage() : nullptr;
     if (!node) {
         jLog::error("%s: no \"node\" in it", m_path.c_str());

@@ -76,7 +76,9 @@ void readEnvironment(const DataReader& in, Environment& environment) {
         const DataReader camera_in(*camera, in.getFile());
         camera_in.read("geodetic", environment.camera_geodetic);
         camera_in.read("wgs_hpr", environment.camera_wgs_hpr);
+        camera_in.warnUnknownKeys();
     }
+    in.warnUnknownKeys();
 }
 
 }  // namespace
@@ -123,6 +125,7 @@ bool World::load(const jString& path) {
     if (const Package* environment = in.getPackage("environment")) {
         readEnvironment(DataReader(*environment, path), m_state->environment);
     }
+    in.warnUnknownKeys();
     for (auto& node : nodes) addChild(std::move(node));
     return true;
 }

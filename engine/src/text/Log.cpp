@@ -1,7 +1,6 @@
 // The log: formats, folds repeats, hands lines to the sink.
 #include "engine/text/Log.h"
 
-#include <array>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -13,20 +12,14 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 
 constexpr const char* LEVEL_NAMES[] = {"", "warning: ", "error: "};
 
-/// A line that was written lately.
-struct RecentLine {
-    jLog::Level level = jLog::MESSAGE;
-    jString line;
-    SteadyTime written{};
-    int folded = 0;  ///< repeats since
-};
-
 struct LogState {
     std::recursive_mutex mutex;  // a sink may log
     jLog::Sink sink;
     jLog::Level lowest = jLog::MESSAGE;
-    std::array<RecentLine, 8> recent;
-    std::size_t next = 0;  ///< the oldest of them
+    jLog::Level level = jLog::MESSAGE;  ///< of the last line
+    jString line;                       ///< the last one
+    SteadyTime written{};               ///< when it or its count was written
+    int folded = 0;                     ///< its repeats since
 };
 
 LogState& state() {
@@ -34,29 +27,25 @@ LogState& state() {
     return *instance;
 }
 
-void writeFolded(RecentLine& recent) {
-    if (recent.folded > 0) {
-        std::fprintf(stderr, "%s%s (%d times more)\n", LEVEL_NAMES[recent.level], recent.line.c_str(), recent.folded);
-    }
-    recent.folded = 0;
+void writeFolded(LogState& s) {
+    if (s.folded > 0) std::fprintf(stderr, "%s%s (%d times more)\n", LEVEL_NAMES[s.level], s.line.c_str(), s.folded);
+    s.folded = 0;
 }
 
 void writeLine(LogState& s, jLog::Level level, const jString& line) {
     // Folding is for the reader at the terminal alone; no result depends on this clock.
     const SteadyTime now = std::chrono::steady_clock::now();
-    for (RecentLine& recent : s.recent) {
-        if (recent.level != level || recent.line != line) continue;
-        ++recent.folded;
-        if (now - recent.written < std::chrono::seconds(1)) return;
-        writeFolded(recent);
-        recent.written = now;
-        return;
+    if (level == s.level && line == s.line && s.written != SteadyTime()) {
+        ++s.folded;
+        if (now - s.written < std::chrono::seconds(1)) return;
+        writeFolded(s);
+    } else {
+        writeFolded(s);
+        std::fprintf(stderr, "%s%s\n", LEVEL_NAMES[level], line.c_str());
+        s.level = level;
+        s.line = line;
     }
-    RecentLine& oldest = s.recent[s.next];
-    s.next = (s.next + 1) % s.recent.size();
-    writeFolded(oldest);
-    std::fprintf(stderr, "%s%s\n", LEVEL_NAMES[level], line.c_str());
-    oldest = {level, line, now, 0};
+    s.written = now;
 }
 
 void log(jLog::Level level, const char* format, std::va_list args) {
@@ -113,5 +102,5 @@ void jLog::setLevel(Level level) {
 void jLog::flush() {
     LogState& s = state();
     const std::lock_guard lock(s.mutex);
-    for (RecentLine& recent : s.recent) writeFolded(recent);
+    writeFolded(s);
 }

@@ -1,10 +1,33 @@
 // Named values in memory.
 #include "engine/text/Package.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <string_view>
 
 #include "engine/text/Log.h"
+
+namespace {
+
+/// Levenshtein distance: single characters inserted, removed or replaced.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
 
 Item::Item() = default;
 Item::~Item() = default;
@@ -182,4 +205,19 @@ bool Package::getFloats(const char* key, float* out, int n) const {
 const Package* Package::getPackage(const char* key) const {
     const Item* const found = find(key, Item::PACKAGE, "a package { … }");
     return found ? found->getPackage() : nullptr;
+}
+
+void Package::warnUnknownKeys(std::span<const char* const> known) const {
+    if (m_path.empty() || known.empty()) return;
+    for (const Item& item : m_items) {
+        const std::string_view key = item.getName();
+        if (item.m_told || std::ranges::any_of(known, [key](const char* k) { return key == k; })) continue;
+        item.m_told = true;
+        const std::string_view start = key.substr(0, 64);  // a longer one resembles none
+        const char* const nearest =
+            *std::ranges::min_element(known, {}, [start](const char* k) { return editDistance(start, k); });
+        const jString place = item.getLine() > 0 ? jString(":") + ToString(item.getLine()) : jString(", overridden");
+        jLog::warning("%s%s: unknown key \"%s\" is ignored; the nearest known one is \"%s\"", m_path.c_str(),
+                      place.c_str(), item.getName().c_str(), nearest);
+    }
 }

@@ -56,11 +56,21 @@ struct PassHook final : osg::Camera::DrawCallback {
     std::function<void()> run;
 };
 
-osg::ref_ptr<osg::GraphicsContext> makeWindow(const PictureSettings& settings, std::string& error) {
+/// A window of the settings' size, or as much of it as the screen holds; the settings get the size it has.
+osg::ref_ptr<osg::GraphicsContext> makeWindow(PictureSettings& settings, std::string& error) {
     osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
     traits->readDISPLAY();
     traits->setUndefinedScreenDetailsToDefaultScreen();
-    traits->x = traits->y = WINDOW_CORNER;
+    unsigned width = 0, height = 0;
+    if (auto* const system = osg::GraphicsContext::getWindowingSystemInterface()) {
+        system->getScreenResolution(*traits, width, height);
+    }
+    if (width > 0 && height > 0) {
+        settings.width = std::min(settings.width, static_cast<int>(width));
+        settings.height = std::min(settings.height, static_cast<int>(height));
+    }
+    traits->x = std::clamp(static_cast<int>(width) - settings.width, 0, WINDOW_CORNER);
+    traits->y = std::clamp(static_cast<int>(height) - settings.height, 0, WINDOW_CORNER);
     traits->width = settings.width;
     traits->height = settings.height;
     traits->windowName = settings.title;
@@ -215,10 +225,22 @@ bool WorldPicture::isClosing() {
     });
 }
 
+/// Keys that were held go with the focus: their releases reach another window.
+void WorldPicture::watchFocus() {
+    auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(*m_context);
+    Window focus = None;
+    int revert = 0;
+    XGetInputFocus(window.getEventDisplay(), &focus, &revert);
+    const bool has_focus = focus == window.getWindow();
+    if (m_has_focus && !has_focus) m_engine.getInput()->focusLost();
+    m_has_focus = has_focus;
+}
+
 bool WorldPicture::poll() {
     m_viewer.advance(m_engine.getTime());
     if (isClosing()) return false;
     m_viewer.eventTraversal();
+    if (m_settings.window) watchFocus();
     if (m_is_lost) jLog::error("the window was lost: its display server has gone");
     if (m_is_lost || !m_context->valid()) return false;
     const osg::GraphicsContext::Traits& traits = *m_context->getTraits();

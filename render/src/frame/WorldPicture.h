@@ -45,6 +45,7 @@ private:
     void abandonContext();
     /// Whether the user has closed the window; it still exists.
     bool isClosing();
+    void watchFocus();
     void beginPass();
     void endPass();
 
@@ -54,8 +55,9 @@ private:
     int m_window_width = 0, m_window_height = 0;  ///< window size before full screen
     unsigned m_frames_drawn = 0;
     void (*m_release_compiler)() =
-        nullptr;             ///< what the driver's compiler holds between shaders, where it can be let go
-    bool m_is_lost = false;  ///< the display connection was lost while the window was open
+        nullptr;               ///< frees memory of the driver's shader compiler; null where the driver cannot
+    bool m_is_lost = false;    ///< the display connection was lost while the window was open
+    bool m_has_focus = false;  ///< of the keyboard
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;
     osgViewer::Viewer m_viewer;

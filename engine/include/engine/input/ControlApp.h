@@ -21,8 +21,8 @@ public:
     }
     bool isLeftButtonDown() const { return m_buttons[BUTTON_LEFT]; }
     bool isRightButtonDown() const { return m_buttons[BUTTON_RIGHT]; }
-    bool isWheelButtonDown() const { return m_wheel < 0; }       ///< the wheel was turned toward the user this frame
-    bool isWheelButtonUp() const { return m_wheel > 0; }         ///< the wheel was turned away from the user this frame
+    bool isWheelButtonDown() const { return m_wheel < 0; }       ///< a polled turn toward the user in this frame
+    bool isWheelButtonUp() const { return m_wheel > 0; }         ///< a polled turn away from the user in this frame
     float getMouseSensitivity() const { return m_sensitivity; }  ///< degrees a pixel
     virtual double getMouseDX() const { return m_dx; }           ///< pixels of this frame
     virtual double getMouseDY() const { return m_dy; }           ///< pixels of this frame, downward

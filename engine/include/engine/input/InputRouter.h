@@ -28,9 +28,11 @@ public:
     void textEvent(char32_t codepoint);  ///< a character that was typed, beside its key event
     void mouseMove(double x, double y);
     void mouseButton(int button, bool down);  ///< of ControlApp::Button, where the mouse is
-    void wheel(int delta);                    ///< 120 a notch, positive away from the user
-    void resize(int width, int height);       ///< the window's new size
-    void focusLost();                         ///< the window is no longer the user's: all that is held is released
+    /// A turn, 120 a notch, positive away from the user. It reaches the listeners as one event a notch, so that equal
+    /// turns to and fro cancel; with Shift held it goes to the input state instead, which is polled once a frame.
+    void wheel(int delta);
+    void resize(int width, int height);  ///< the window's new size
+    void focusLost();                    ///< the window is no longer the user's: all that is held is released
 
     /// Applies what waits; the engine calls it as the frame begins. What handlers add waits for the next frame.
     void dispatch();
@@ -76,6 +78,7 @@ private:
     bool m_mouse_known = false;
     double m_x = 0.0, m_y = 0.0;
     std::array<Owner, ControlApp::KEY_COUNT> m_key_owners{};
+    std::array<bool, ControlApp::KEY_COUNT> m_pressed_with_ctrl{};  ///< of the scene's keys
     std::array<Owner, 4> m_button_owners{};
     jList<KeyHandler> m_key_press, m_key_release;
     jList<MouseHandler> m_mouse_down, m_mouse_up, m_mouse_move;

@@ -68,3 +68,37 @@ void jDelete(T* object) {
     memRemoveInfo(block);
     jAllocator::get()->localFree(block);
 }
+
+/// Deletes what jNew made, for smart pointers.
+struct jDeleter {
+    template <class T>
+    void operator()(T* object) const {
+        jDelete(object);
+    }
+};
+
+/// Allocator of a standard container or control block: its blocks are registered under the tag.
+template <class T>
+struct jTagAllocator {
+    using value_type = T;
+
+    explicit jTagAllocator(const MemTag& t) : tag(t) {}
+    template <class U>
+    jTagAllocator(const jTagAllocator<U>& other) : tag(other.tag) {}
+
+    T* allocate(std::size_t n) {
+        void* const block = jAllocator::get()->localAlloc(n * sizeof(T));
+        memAddInfo(block, 0, tag.source, tag.line, tag.function, n * sizeof(T));
+        return static_cast<T*>(block);
+    }
+    void deallocate(T* block, std::size_t) {
+        memRemoveInfo(block);
+        jAllocator::get()->localFree(block);
+    }
+    template <class U>
+    bool operator==(const jTagAllocator<U>&) const {
+        return true;
+    }
+
+    MemTag tag;
+};

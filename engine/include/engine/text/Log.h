@@ -4,7 +4,8 @@
 #include "engine/text/Containers.h"
 
 /// printf-style log. Lines go to standard error, each with its level and one line end, and to the sink when one is set.
-/// Repeats of one line within a second fold into one with a count. Safe from any thread.
+/// A line that is logged again, with no other line between, is folded: its count is written once a second. Safe from
+/// any thread.
 class jLog {
 public:
     enum Level { MESSAGE, WARNING, ERROR };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "engine/text/Containers.h"
 
@@ -89,6 +90,10 @@ public:
     /// Puts an item at the end. REQUIRES that none has its name yet.
     void append(Item item) { m_items.append(std::move(item)); }
     void clear() { m_items.clear(); }
+
+    /// Logs a warning with file, line and the nearest of `known` for each key that is none of them: once for each item
+    /// of a package that was read from a file.
+    void warnUnknownKeys(std::span<const char* const> known) const;
 
     const jString& getPath() const { return m_path; }  ///< the file it was read from; empty when made in memory
     void setPath(const jString& path) { m_path = path; }

@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+#include "common/LogicApi.h"
+
 class DecalOrtho;
 class Node;
 class ObjectOcean;
@@ -22,7 +24,7 @@ struct AuthoredParticles {
 
 /// Keeps the wake's node level on the ship's course, lays the foam's picture as wide as its particles reach, and lets
 /// foam live shorter in higher seas.
-class Wakes {
+class LOGIC_API Wakes {
 public:
     /// None is owned; all must outlive this. The ocean may be null: the foam's life is then as authored.
     Wakes(Node* node, Ship* ship, ObjectOcean* ocean);

@@ -1,5 +1,5 @@
 // Sample points of a hull's box and the forces on them; run by the ship's step, before the physics.
-#include "src/ship/Buoyancy.h"
+#include "common/ship/Buoyancy.h"
 
 #include <engine/camera/CameraControl.h>
 #include <engine/core/Engine.h>

@@ -1,5 +1,5 @@
 // The ship's step: buoyancy, control, propulsion and drag. Run by the logic's `ships_auto_move`, before the physics.
-#include "src/ship/Ship.h"
+#include "common/ship/Ship.h"
 
 #include <engine/core/Engine.h>
 #include <engine/input/ControlApp.h>
@@ -9,8 +9,8 @@
 
 #include <cmath>
 
-#include "src/ship/Buoyancy.h"
-#include "src/ship/Wakes.h"
+#include "common/ship/Buoyancy.h"
+#include "common/ship/Wakes.h"
 
 namespace {
 
@@ -33,14 +33,14 @@ Ship::Ship(Object* object, ObjectOcean* ocean) : m_object(object) {
     reset();
     m_body = object->getBodyRigid();
     if (m_body) {
-        m_buoyancy = jNew<Buoyancy>({"src\\ship\\Ship", "Ship::Ship"}, m_body, ocean);
+        m_buoyancy = jNew<Buoyancy>({"..\\common\\ship\\Ship", "Ship::Ship"}, m_body, ocean);
         const Shape* const hull = m_body->getShape(0);
         if (hull && hull->getType() == Shape::BOX) {
             m_hull_volume = hull->getSize().x * hull->getSize().y * hull->getSize().z;
         }
     }
     Node* const wakes = findWakes(*object);
-    if (wakes) m_wakes = jNew<Wakes>({"src\\ship\\Ship", "Ship::Ship"}, wakes, this, ocean);
+    if (wakes) m_wakes = jNew<Wakes>({"..\\common\\ship\\Ship", "Ship::Ship"}, wakes, this, ocean);
 }
 
 Ship::~Ship() {

@@ -4,13 +4,15 @@
 #include <engine/math/Vec.h>
 #include <engine/text/Containers.h>
 
+#include "common/LogicApi.h"
+
 class BodyRigid;
 class ObjectOcean;
 
 /// Lifts a body whose first shape is a box, by the depth of its bottom face below the waves. Two bodies of one sea
 /// differ in mass alone: a box of volume V that is immersed by the share f of its height carries V * density * f^2
 /// kilograms.
-class Buoyancy {
+class LOGIC_API Buoyancy {
 public:
     /// Neither is owned; both must outlive this. Without a world of the body's node, or with another first shape, one
     /// log line says so and there are no points; without an ocean the sea is level.

@@ -1,5 +1,5 @@
 // The wake's step, run by the logic's `ships_auto_move` before the ship's own.
-#include "src/ship/Wakes.h"
+#include "common/ship/Wakes.h"
 
 #include <engine/core/Engine.h>
 #include <engine/scene/NodeWalk.h>
@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-#include "src/ship/Ship.h"
+#include "common/ship/Ship.h"
 
 namespace {
 

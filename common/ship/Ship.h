@@ -12,8 +12,8 @@ class ObjectOcean;
 class Wakes;
 
 /// Propulsion, steering and the hull's drag on an object's rigid body, with its buoyancy and its wake. The body's axes
-/// are the ship's: +Y ahead, +X to starboard, +Z up. Every force is scaled by how far the hull is immersed: strongest
-/// half-way, none when it is dry or sunk.
+/// are the ship's: +Y ahead, +X to starboard, +Z up. Thrust and rudder depend on how far the hull is immersed:
+/// strongest half-way, none when it is dry or sunk. Drag and damping grow with the immersion.
 class LOGIC_API Ship {
 public:
     enum ControlMode {
