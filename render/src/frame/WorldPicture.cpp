@@ -56,7 +56,7 @@ struct PassHook final : osg::Camera::DrawCallback {
     std::function<void()> run;
 };
 
-/// A window of the settings' size, or as much of it as the screen holds; the settings get the size it has.
+/// A window of the settings' size, reduced to the size of the screen; the settings are updated to the actual size.
 osg::ref_ptr<osg::GraphicsContext> makeWindow(PictureSettings& settings, std::string& error) {
     osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
     traits->readDISPLAY();
@@ -225,7 +225,7 @@ bool WorldPicture::isClosing() {
     });
 }
 
-/// Keys that were held go with the focus: their releases reach another window.
+/// Keys held at the loss of focus are released: their release events go to another window.
 void WorldPicture::watchFocus() {
     auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(*m_context);
     Window focus = None;

@@ -1,9 +1,9 @@
-// Calls after a time.
+// Delayed calls.
 #pragma once
 
 #include "engine/text/Containers.h"
 
-/// Calls functions once their time has passed, in order of being added.
+/// Calls functions after a delay, in the order of addition.
 class TimerManager {
 public:
     /// Calls `function` after `delay` seconds, and every `delay` seconds again when `repeat` is set. Returns an id > 0.
