@@ -1,4 +1,4 @@
-// The engine's life, the frame and its clock.
+// The engine: lifetime, frame and clock.
 #include "engine/core/Engine.h"
 
 #include <cmath>

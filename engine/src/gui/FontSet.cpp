@@ -1,4 +1,4 @@
-// Reads the font, keeps account of the glyphs in use and builds their atlas; the panels' layout asks it for sizes.
+// Reads the font, records the glyphs in use and builds their atlas; the panels' layout uses it to measure texts.
 #include "gui/FontSet.h"
 
 #include <imgui_freetype.h>
@@ -74,7 +74,7 @@ bool FontSet::addFonts() {
                                                   &config, entry.ranges.Data);
     }
     const bool is_built = m_atlas.Build();
-    m_atlas.ClearInputData();  // a copy of the file for each size
+    m_atlas.ClearInputData();  // a copy of the file per size
     return is_built;
 }
 
@@ -88,7 +88,7 @@ void FontSet::build() {
         addFonts();
     }
     m_failed = m_bytes.empty();
-    // Some megabytes, wanted again only when a text brings a new glyph.
+    // Several megabytes, needed again only for new glyphs.
     m_bytes = std::vector<char>();
     m_published = false;
 }

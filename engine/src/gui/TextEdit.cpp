@@ -1,4 +1,4 @@
-// The editor's state machine is stb_textedit's; this gives it the text, the font's widths and the keys.
+// The editor's state machine is stb_textedit; this file provides the text, the font's widths and the keys.
 #include "gui/TextEdit.h"
 
 #include <algorithm>
@@ -48,7 +48,7 @@ void layoutRow(StbTexteditRow* row, const TextLine* line, int start) {
 
 }  // namespace
 
-// Keys are characters, or these.
+// Keys are characters or one of these.
 #define STB_TEXTEDIT_K_LEFT 0x200000
 #define STB_TEXTEDIT_K_RIGHT 0x200001
 #define STB_TEXTEDIT_K_UP 0x200002
@@ -77,7 +77,7 @@ void layoutRow(StbTexteditRow* row, const TextLine* line, int start) {
 
 namespace {
 
-/// 0 for a key that edits nothing.
+/// 0 for a key without an editing function.
 int editorKey(int key, bool ctrl) {
     switch (key) {
         case Keys::KEY_LEFT:
@@ -115,7 +115,7 @@ struct TextEdit::State {
         editor.select_start = 0;
         editor.select_end = editor.cursor = STB_TEXTEDIT_STRINGLEN(&line);
     }
-    /// The atlas may have been built anew since the last event.
+    /// The atlas may have been rebuilt since the last event.
     TextLine* prepare() {
         fonts.note(text.c_str(), font_size);
         fonts.build();

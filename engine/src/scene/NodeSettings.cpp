@@ -1,4 +1,4 @@
-// What scene files say about particles, lights and bodies, over the defaults of their settings.
+// Reads the settings of particles, lights and bodies from scene files, over their defaults.
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/SceneNodes.h"

@@ -41,7 +41,7 @@ private:
 
     jString m_text;
     std::unique_ptr<TextEdit> m_edit;  ///< null unless being edited
-    bool m_fresh = false;              ///< the press that started editing is still held
+    bool m_begin_press = false;        ///< the press that started editing is still held
 };
 
 /// An integer stored elsewhere. Typed values are passed to the setter and fire a change; a text that is not an integer,

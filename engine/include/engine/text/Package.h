@@ -51,7 +51,7 @@ private:
     friend class Package;
 
     Type m_type = NONE;
-    mutable bool m_told = false;  ///< the warning about a wrong type was logged
+    mutable bool m_warned = false;  ///< the warning about a wrong type was logged
     int m_line = 0;
     std::int64_t m_int = 0;
     double m_double = 0.0;
@@ -102,7 +102,7 @@ public:
 private:
     /// The item; null when it is missing or of another type.
     const Item* find(const char* key, Item::Type type, const char* wanted) const;
-    void tellType(const Item& item, const char* wanted) const;
+    void warnType(const Item& item, const char* wanted) const;
 
     jVector<Item> m_items;
     jString m_path;
