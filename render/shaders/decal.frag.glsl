@@ -1,4 +1,4 @@
-// An image on the ground, worn by it.
+// An image on the ground with wear and weather.
 #include "terrain_light.glsl"
 uniform sampler2D u_image;
 uniform sampler2D u_detail;
@@ -15,7 +15,7 @@ void main() {
     vec3 base = reflectanceOf(image.rgb) * (0.6 + 0.8 * grain);
     float lit = lightThere(v_position);
 #ifdef GROUND_WEATHER
-    // Worn in wide patches where water stands. Cleared of snow, which is left along the edges.
+    // Worn in wide patches, the same as those of the puddles. Cleared of snow except along the edges.
     float worn = texture(u_detail, v_ground.zw * (1.0 / 97.0)).r;
     vec2 inward = (0.5 - abs(v_ground.xy - 0.5)) * u_size;
     float edge = 1.0 - smoothstep(2.0, 8.0, min(inward.x, inward.y) + 16.0 * (worn - 0.5));

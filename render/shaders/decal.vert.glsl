@@ -1,14 +1,15 @@
-// An image that lies in the ground's own triangles, brought a little nearer so that it wins over them.
+// An image in the ground's own triangles, moved a little toward the eye so that it passes the depth test.
 #include "common.glsl"
-uniform float u_pixel;  // angle of one, radians
-uniform float u_rank;   // among the decals: the higher lies on top
+uniform float u_pixel;  // angle of a pixel, radians
+uniform float u_rank;   // order of the decals: a higher rank is drawn over a lower one
 out vec3 v_position;    // in the eye's frame
 out vec3 v_normal;
-out vec4 v_ground;  // place in the image, metres east and north
-out vec3 v_haze;    // what the air adds
-out float v_passed; // share of the radiance that reaches the eye
+out vec4 v_ground;  // image coordinates, metres east and north
+out vec3 v_haze;    // radiance added by the air
+out float v_passed; // transmittance of the air
 
-// Far away coarser triangles stand for the ground, some pixels off. Near by only rounding has to be beaten.
+// Far away the ground may be drawn from coarser triangles, some pixels off. Near the eye there are only rounding
+// errors.
 float nearer(vec3 position, vec3 normal) {
     float distance = length(position);
     float sine = max(abs(dot(position, normal)) / distance, 0.002);

@@ -1,3 +1,4 @@
+// Panels: vertex colour times glyph or image texture.
 uniform sampler2D u_texture;
 in vec2 v_uv;
 in vec4 v_color;

@@ -1,4 +1,4 @@
-// Panels in pixels from the upper left corner.
+// Panels: positions in pixels from the upper left corner.
 uniform vec2 u_pixel;  // 2 / width, -2 / height
 in vec2 a_place;
 in vec2 a_uv;

@@ -1,16 +1,17 @@
-// Lamps as points of light. How bright one looks follows how far its light at the eye lies above what is just seen.
+// Lamps as points of light. Apparent brightness depends on the ratio of the illuminance at the eye to the threshold of
+// visibility.
 #include "common.glsl"
-uniform vec3 u_sight;  // 1 / illuminance that is just seen (1/lux), focal length in pixels, pixels a 720th of height
+uniform vec3 u_sight;  // 1 / threshold illuminance (1/lux), focal length in pixels, pixels per 720th of the height
 flat out vec3 v_color;
-flat out vec4 v_shape;  // half the sprite, radius of the core (pixels), brightness of core and halo
-flat out vec3 v_tilt;   // depth a pixel to the right and up, and at most
+flat out vec4 v_shape;  // half size of the sprite, radius of the core (pixels), brightness of core and halo
+flat out vec3 v_tilt;   // depth per pixel to the right and up, and its maximum
 
-const float BEAM_EDGE = 0.6;   // how far a spot fades outside its cone, over 1 - its cosine
-const float SPILL = 0.0003;    // what it gives to all sides
-const float TILT_MOST = 0.08;  // of the distance
+const float BEAM_EDGE = 0.6;   // width of a spot's fade outside its cone, relative to 1 - its cosine
+const float SPILL = 0.0003;    // intensity in all other directions
+const float MAX_TILT = 0.08;  // relative to the distance
 
-// The plane that the lamp stands on must not cut the sprite: over its lower half the depth follows that plane, a little
-// way toward the eye.
+// The plane that the lamp is mounted on must not clip the sprite: in its lower half the depth follows that plane, moved
+// slightly toward the eye.
 vec2 tiltOf(vec3 position) {
     float below = dot(position, u_up);
     return u_up.xy * (below < 0.0 ? gl_ProjectionMatrix[3][2] / (u_sight.y * min(below, -1.0)) : 0.0);
@@ -34,9 +35,9 @@ void main() {
     float halo = glare * (1.0 + glare) * (1.0 + 2.0 * (1.0 - through)) * u_sight.z;
     v_shape = vec4(1.3 * core + 1.0 + halo, core, 1.0 - exp2(-1.6 * decades), 0.2 * min(glare, 4.0));
     v_color = gl_MultiTexCoord0.rgb / max(candela, 1e-6);
-    v_tilt = vec3(tiltOf(position), TILT_MOST * gl_ProjectionMatrix[3][2] / distance);
+    v_tilt = vec3(tiltOf(position), MAX_TILT * gl_ProjectionMatrix[3][2] / distance);
     gl_PointSize = 2.0 * v_shape.x;
-    // Out of a fixture, toward the eye.
+    // Moved toward the eye, out of the lamp's housing.
     gl_Position = gl_ProjectionMatrix * vec4(position * max(1.0 - (size + 0.1) / distance, 0.5), 1.0);
     if (decades < 0.01) gl_Position = vec4(0.0, 0.0, -2.0, 1.0);
 }

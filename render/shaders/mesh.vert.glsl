@@ -1,8 +1,9 @@
+// Meshes: positions in the eye's frame, with air per vertex.
 #include "common.glsl"
 out vec3 v_position;  // in the eye's frame
 out vec3 v_normal;
 out vec2 v_uv;
-out vec4 v_air;  // haze in front of it, extinction on the way
+out vec4 v_air;  // haze in front of it, mean extinction
 #ifdef NORMAL_TEXTURE
 in vec4 a_tangent;
 out vec4 v_tangent;

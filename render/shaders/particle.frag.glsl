@@ -1,3 +1,4 @@
+// A particle: an image or a soft disc, blended or additive.
 #ifdef IMAGE
 #include "common.glsl"
 uniform sampler2D u_sprite;
@@ -8,7 +9,7 @@ in vec4 v_color;
 #endif
 in vec3 v_uv_gain;
 
-// A lumpy soft disc: lobes of threefold and fourfold symmetry on a round one.
+// A soft disc with lobes of threefold and fourfold symmetry.
 float puff(vec2 at) {
     vec2 square = at * at;
     float lobes = at.x * (square.x - 3.0 * square.y) - 2.0 * at.x * at.y * (square.x - square.y);

@@ -1,18 +1,18 @@
-// Particles as quads, four vertices each; lit and dimmed by the air per vertex.
+// Particles as quads of four vertices; light and air per vertex.
 #include "common.glsl"
 uniform vec4 u_start_color;
 uniform vec4 u_end_color;
-out vec3 v_uv_gain;  // -1 to 1; how much faster than one particle those that this stands for cover toward their rim
+out vec3 v_uv_gain;  // -1 to 1; opacity gain where this particle represents several
 #ifdef IMAGE
-out vec4 v_light;  // radiance at the eye where the image is white; alpha
-out vec3 v_air;    // radiance of the air before it
+out vec4 v_light;  // radiance at the eye of a white texel; alpha
+out vec3 v_air;    // radiance of the air in front
 #else
 out vec4 v_color;  // display value; alpha
 #endif
 
 const float EARTH_DIAMETER = 1.2742e7;
-const float GLOW = 30.0;       // kcd/m^2 of a flame whose colour is 1
-const float BRIGHTEST = 0.7;  // times the radiance that shows as white
+const float GLOW = 30.0;       // kcd/m^2 of a flame of colour 1
+const float MAX_BRIGHTNESS = 0.7;  // of the radiance displayed as white
 
 vec3 sideways(vec3 centre) {
     vec3 side = cross(centre, u_up);
@@ -41,26 +41,26 @@ void main() {
     float appear = min(gl_MultiTexCoord0.x * 12.0, 1.0);
     float alpha = clamp(color.a, 0.0, 1.0) * appear;
     v_uv_gain.z = 1.0;
-    float stands_for = gl_MultiTexCoord0.w;
+    float represented = gl_MultiTexCoord0.w;
 #ifdef ADDITIVE
-    alpha = min(alpha * stands_for, 1.0);
+    alpha = min(alpha * represented, 1.0);
 #else
-    float together = 1.0 - pow(1.0 - min(alpha, 0.99), stands_for);
-    v_uv_gain.z = min(stands_for * alpha / max(together, 1e-3), 1.4);
+    float together = 1.0 - pow(1.0 - min(alpha, 0.99), represented);
+    v_uv_gain.z = min(represented * alpha / max(together, 1e-3), 1.4);
     alpha = together;
 #endif
     alpha *= gl_MultiTexCoord0.z;
-    alpha *= clamp(1.4 * distance / max(size, 1e-3) - 0.35, 0.0, 1.0);  // no wall in the eye's face
+    alpha *= clamp(1.4 * distance / max(size, 1e-3) - 0.35, 0.0, 1.0);  // no opaque wall close to the eye
 #ifndef FLAT
     float height = u_air.z + dot(position, u_up) + dot(position, position) / EARTH_DIAMETER;
-    alpha *= clamp(height / (0.3 * size + 0.01), 0.0, 1.0);  // and no edge along the sea
+    alpha *= clamp(height / (0.3 * size + 0.01), 0.0, 1.0);  // no hard edge at the sea surface
 #endif
 
     float through = airTransmittance(position);
 #ifdef ADDITIVE
-    // The eye narrows before a flame: bright ones keep their colour.
+    // Limits the radiance to the exposure, so that bright flames keep their colour.
     float strongest = max(max(color.r, color.g), max(color.b, 1e-3)) * u_exposure;
-    vec3 light = color.rgb * (min(GLOW, BRIGHTEST / strongest) * through);
+    vec3 light = color.rgb * (min(GLOW, MAX_BRIGHTNESS / strongest) * through);
     vec3 air = vec3(0.0);
 #else
     float facing = dot(normal, u_light_direction);
@@ -70,7 +70,7 @@ void main() {
     vec3 air = skyRadiance(direction) * (1.0 - through);
 #endif
 #ifdef ADDITIVE
-    light *= alpha;  // fading in radiance, flames redden
+    light *= alpha;  // fading by radiance makes flames redder
     alpha = 1.0;
 #endif
 #ifdef IMAGE
@@ -80,6 +80,6 @@ void main() {
     v_color = vec4(display(light + air), alpha);
 #endif
     v_uv_gain.xy = corner;
-    position *= 1.0 - 0.3 * size / max(distance, size);  // round, so nearer than its middle; foam lies over its waves
+    position *= 1.0 - 0.3 * size / max(distance, size);  // depth of a sphere's front; foam is drawn above its waves
     gl_Position = gl_ProjectionMatrix * vec4(position, 1.0);
 }

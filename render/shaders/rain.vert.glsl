@@ -1,16 +1,16 @@
-// Rain, hail and snow: a box of drops that repeats round the eye, each smeared along its way. East, north, up.
+// Rain, hail and snow: a box of drops that repeats around the eye, with motion blur per drop. East, north, up.
 #include "common.glsl"
-uniform vec3 u_drop_offset;  // what the drops have moved, metres
-uniform vec3 u_drop_centre;  // of the box, from the eye
-uniform vec3 u_drop_streak;  // way of a drop while it is seen, metres
+uniform vec3 u_drop_offset;  // displacement of the drops, metres
+uniform vec3 u_drop_centre;  // of the box, relative to the eye
+uniform vec3 u_drop_streak;  // motion of a drop during the exposure, metres
 uniform vec4 u_drop_look;    // width of the box, of a drop (metres); focal length (pixels); seconds
 uniform vec4 u_drop_color;
-out vec3 v_across;  // place in the streak over its half width, half length of its straight part
+out vec3 v_across;  // position in the streak divided by its half width, half length of its straight part
 out vec4 v_color;   // display value and alpha
 
 #ifdef RAIN
-const float SPARKLE = 1.6;  // water throws more light ahead than back
-const float DENSE = 2.6;    // the colour's alpha is that of a drop, a streak is seen longer
+const float SPARKLE = 1.6;  // water scatters more light forward than back
+const float DENSE = 2.6;    // the colour's alpha is that of a single drop; a streak is visible for longer
 #else
 const float SPARKLE = 1.7;
 const float DENSE = 1.0;
@@ -20,7 +20,7 @@ void main() {
     int index = gl_VertexID & 3;
     vec2 corner = vec2(index == 1 || index == 2 ? 1.0 : -1.0, index > 1 ? 1.0 : -1.0);
     float seed = gl_Vertex.w;
-    float box = u_drop_look.x * (seed < 0.35 ? 0.5 : 1.0);  // more of them near, where they are seen best
+    float box = u_drop_look.x * (seed < 0.35 ? 0.5 : 1.0);  // denser near the eye, where drops are most visible
     vec3 place = mod(gl_Vertex.xyz * box + u_drop_offset - u_drop_centre + 0.5 * box, box) - 0.5 * box;
     float edge = 2.0 * length(place) / box;
     place += u_drop_centre * (box / u_drop_look.x);

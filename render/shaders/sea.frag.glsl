@@ -1,15 +1,15 @@
-// The sea's surface: mirrored sky and light, light from the water, foam.
+// The sea's surface: reflected sky and light, light from the water, foam.
 #include "common.glsl"
 uniform sampler2D u_large;
 uniform sampler2D u_small;
 uniform sampler2D u_foam;
 uniform sampler2D u_ground;
-uniform vec3 u_levels;  // at which the large, the small cascade and swell are read
+uniform vec3 u_levels;  // texture levels of the large cascade, the small cascade and the swell
 uniform vec2 u_slope_scale;
 uniform mat2 u_ripples_turn;
 uniform mat2 u_swell_turn;
 uniform float u_lap;
-const float ZERO = 128.0 / 255.0;  // a texture's value for a level surface
+const float ZERO = 128.0 / 255.0;  // texture value of a level surface
 
 in vec4 v_view;
 in vec4 v_glint;
@@ -26,7 +26,7 @@ in vec4 v_fine;
 in vec3 v_ground;
 #endif
 
-// Slope of the surface; the share of it under foam; how ragged foam is there.
+// Slope of the surface; share covered by foam; raggedness of the foam.
 vec2 readWaves(out float cover, out float rags) {
 #ifdef NEAR
     vec2 slope = v_large.xy;
@@ -43,7 +43,7 @@ vec2 readWaves(out float cover, out float rags) {
     rags = 0.5;
     cover = rags * spread;
 #else
-    // Waves break on the crests of greater ones, and their foam lies in rags.
+    // Small waves break on the crests of larger ones; their foam is ragged.
     vec4 small = textureLod(u_small, v_small.xy, u_levels.y);
     slope += (small.xy - ZERO) * (u_slope_scale.y * v_small.z);
     rags = clamp(6.0 * small.w - 2.8, 0.0, 1.0);
@@ -65,7 +65,7 @@ void main() {
 
     vec2 seen = slope - view.xy * v_low.a;
     float upright = inversesqrt(1.0 + dot(seen, seen));
-    // What faces away is hidden by what faces the eye.
+    // Facets that face away are hidden by facets that face the eye.
     float facing = (view.z - dot(view.xy, seen)) * upright;
     facing = sqrt(facing * facing + 0.004);
     float grazing = max(1.0 - facing, 0.0);
@@ -97,9 +97,9 @@ void main() {
 
     float alpha = 1.0;
 #ifdef SHORE
-    // By the way through the water. Ground that is drawn lower than it lies, far away, stays dry.
+    // Opacity by the path length in the water. Distant ground that is drawn below its true height stays dry.
     alpha = (1.0 - exp2(-0.35 * depth / max(view.z, 0.02)) * (1.0 - fresnel) * (1.0 - cover)) * clamp(1.0 + 2.0 * under, 0.0, 1.0);
 #endif
-    // Slivers along the horizon may carry what is no number: they show the air.
+    // Thin triangles along the horizon may yield NaN: those show the air.
     gl_FragColor = vec4(display(max(radiance * v_view.w, 0.0) + v_air), alpha);
 }

@@ -1,12 +1,12 @@
-// The sea's vertices, and all that changes slowly over its surface.
+// The sea's vertices, and all quantities that vary slowly over its surface.
 #include "common.glsl"
 #include "shadow.glsl"
 uniform vec2 u_weather;           // wetness and snow
-uniform vec2 u_per_metre;         // texture lengths of the large and the small cascade in a metre
-uniform vec4 u_place;             // of the eye in them
+uniform vec2 u_per_metre;         // repetitions of the large and the small cascade per metre
+uniform vec4 u_place;             // texture coordinates of the eye
 uniform mat2 u_ripples_map;       // metres to texture coordinates
 uniform vec2 u_ripples_place;
-uniform vec2 u_ripples_kind;      // levels finer than their cascade, strength
+uniform vec2 u_ripples_kind;      // finer texture levels than their cascade, strength
 uniform mat2 u_swell_map;
 uniform vec2 u_swell_place;
 uniform vec2 u_swell_kind;
@@ -15,20 +15,20 @@ uniform vec2 u_foam_place;
 uniform float u_pixel;            // angle of a pixel
 uniform vec3 u_ranges;            // of the bands, metres
 uniform float u_mean_square[16];  // mean square slope of both cascades, level by level
-uniform vec4 u_gusts_east;        // turns of four slow waves in a metre
+uniform vec4 u_gusts_east;        // periods of four slow waves per metre
 uniform vec4 u_gusts_north;
-uniform vec4 u_gusts_place;       // their turns at the eye
-const float SAMPLES = 128.0;      // of a cascade along a side
+uniform vec4 u_gusts_place;       // their phases at the eye, in periods
+const float SAMPLES = 128.0;      // samples per side of a cascade
 
-out vec4 v_view;   // to the eye, east, north, up; how much of a radiance here reaches it
-out vec4 v_glint;  // slope that mirrors the light; light mirrored for a density of such slopes; its sharpness
-out vec4 v_low;    // radiance of the mirrored sky near the horizon; slope to the eye's side of what is seen of the sea
-out vec4 v_high;   // radiance of the mirrored sky high up; how much light arrives
-out vec3 v_air;    // radiance of the air before the surface
-out vec3 v_water;  // radiance out of the water
+out vec4 v_view;   // direction to the eye, east, north, up; transmittance of the air
+out vec4 v_glint;  // slope that mirrors the light; mirrored light per density of such slopes; sharpness of the density
+out vec4 v_low;    // radiance of the mirrored sky near the horizon; mean visible slope toward the eye
+out vec4 v_high;   // radiance of the mirrored sky high up; share of direct light
+out vec3 v_air;    // radiance of the air in front of the surface
+out vec3 v_water;  // radiance from inside the water
 out vec4 v_small;  // texture coordinates in the small cascade; strengths of its slopes and of its foam
 out vec4 v_large;  // NEAR: slopes and foam of the large cascade, strength of ripples
-                   // else: texture coordinates, strength, strength of swell
+                   // otherwise: texture coordinates, strength, strength of swell
 #if defined(FINE) || defined(REMOTE)
 out vec4 v_fine;   // texture coordinates of ripples and foam, or of swell
 #endif
@@ -42,14 +42,14 @@ float meanSquare(int cascade, float level) {
     return mix(u_mean_square[8 * cascade + i], u_mean_square[8 * cascade + i + 1], at - float(i));
 }
 
-// Where the textures are read and how strong they are, by distance; the mean square slope that they show. A pixel is long
-// where the view is flat; textures are read somewhat finer than it.
+// Texture coordinates and strengths by distance; returns the mean square slope that the textures show. In flat views a
+// pixel is long; textures are read somewhat finer than that.
 float layWaves(vec2 rest, float distance, float rise) {
     float across = u_pixel * distance;
     float level = log2(across * SAMPLES + 1e-9) - 0.6 * log2(max(rise, 0.01));
     float level_large = level + log2(u_per_metre.x), level_small = level + log2(u_per_metre.y);
     float kept_large = meanSquare(0, level_large), kept_small = meanSquare(1, level_small);
-    // A square that repeats often enough to be seen as a pattern goes.
+    // Fade out tiles that repeat often enough for their pattern to be visible.
     float end = clamp(2.0 - 2.0 * distance / u_ranges.z, 0.0, 1.0) *
                 clamp(-0.5 * log2(across * u_per_metre.y * 32.0), 0.0, 1.0);
     float kept = kept_large + kept_small * end * end;
@@ -76,15 +76,15 @@ float layWaves(vec2 rest, float distance, float rise) {
     return kept;
 }
 
-// How fresh the wind is there, 1 in the mean.
+// Relative wind speed at a position, mean 1.
 float gustAt(vec2 rest, float distance) {
     vec4 waves = sin(6.2832 * (rest.x * u_gusts_east + rest.y * u_gusts_north + u_gusts_place));
     float seen = clamp(2.0 - distance * 6e-5, 0.0, 1.0);
     return 1.0 + 0.6 * seen * sin(waves.x + 2.0 * waves.y) * sin(waves.z + 2.0 * waves.w);
 }
 
-// Sun or moon mirrored by a surface of many small slopes: Cox and Munk (1954), with the area seen after Smith (1967) in
-// short. `variance` is of the slopes that no texture shows, `all` of all slopes.
+// Sun or moon mirrored by a surface of many small slopes: Cox and Munk (1954), with the visible area after Smith
+// (1967), abridged. `variance` is of the slopes that no texture shows, `all` of all slopes.
 vec4 glintAt(vec3 view, vec3 light, float rise, float variance, float all) {
     vec3 half_way = view + light;
     half_way.z = max(half_way.z, 0.02);
@@ -97,7 +97,7 @@ vec4 glintAt(vec3 view, vec3 light, float rise, float variance, float all) {
                 -0.7213475 / variance);
 }
 
-// Light that comes back out of the water; crests before the light let it through.
+// Light that leaves the water; crests in front of the light are translucent.
 vec3 waterAt(vec3 view, vec3 light, float height, float distance, float lit) {
     vec3 down = u_light_color * max(light.z, 0.0) + u_ambient_above;
     float against = clamp(-dot(view.xy, light.xy), 0.0, 1.0);
@@ -118,7 +118,8 @@ void main() {
     vec3 light = u_eye_to_local * u_light_direction;
     float lit = lightThere(position.xyz);
 
-    // What no texture shows goes into the surface's roughness: the shortest ripples, which follow the gusts, rain's too.
+    // Slopes that no texture shows are part of the roughness: the shortest ripples, which vary with the gusts, and
+    // those of rain.
     float kept = layWaves(rest, distance, rise);
     float gust = gustAt(rest, distance);
     v_small.z *= 0.5 + 0.5 * gust;
@@ -126,7 +127,7 @@ void main() {
     float bare = gust * (0.002 + 0.25 * u_mean_square[8]) + 0.01 * u_weather.x;
     float variance = 0.5 * (max(total - kept, 0.0) + bare);
 
-    // Slopes that face the eye are seen larger, the more the flatter the view: the mean over what is seen of them.
+    // Slopes toward the eye appear larger, more so in flatter views: the mean of the visible slope.
     float tilt = variance / (rise + 0.8 * sqrt(variance)) / max(length(view.xy), 0.01);
     v_view = vec4(view, airTransmittance(position.xyz));
     v_low = vec4(skyRadiance(vec3(-view.xy, 0.04)), tilt);

@@ -1,2 +1,3 @@
+// The shadow map: depth only.
 void main() {
 }

@@ -1,14 +1,14 @@
-// The dome, infinitely far. What is smooth enough is computed here and not in the fragments.
+// The dome of the sky, infinitely far. Smooth quantities are computed per vertex.
 #include "common.glsl"
 #include "sky_clouds.glsl"
 uniform vec3 u_sun;         // to the sun: east, north, up
-uniform vec3 u_glow_color;  // of the haze round the sun
+uniform vec3 u_glow_color;  // of the glow around the sun
 out vec3 v_sky;
-out vec4 v_place;  // as of a Sight
+out vec4 v_place;  // same as in Sight
 out vec3 v_look;
 
 void main() {
-    vec3 at = gl_Vertex.xyz;  // x to the sun's side
+    vec3 at = gl_Vertex.xyz;  // x toward the sun's azimuth
     vec3 direction = vec3(at.x * u_sun_side + at.y * vec2(u_sun_side.y, -u_sun_side.x), at.z);
     vec4 texel = textureLod(u_sky, gl_MultiTexCoord0.xy, 0.0);
     // Henyey and Greenstein's phase function for a mean cosine of 0.7, down to a cosine of 0.3.

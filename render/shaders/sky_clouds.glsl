@@ -1,21 +1,21 @@
-// A sheet of clouds over the eye. Directions are east, north, up.
+// A layer of clouds over the eye. Directions are east, north, up.
 uniform sampler2D u_clouds;      // cloud, slope along x and y
 uniform vec4 u_cloud_sheet;      // height over the eye, 2 * height / globe's radius, 1 / side of the pattern, opacity
-uniform vec2 u_cloud_place;      // of the eye in the pattern
-uniform vec2 u_cloud_air;        // extinction to base 2 a metre; texels a radian at a metre
-uniform vec4 u_cloud_edge;       // factor and summand that make cover of the pattern; the same for nearness to the rim
-uniform vec3 u_cloud_slope;      // factors and summand that make a slope's light
+uniform vec2 u_cloud_place;      // position of the eye in the pattern
+uniform vec2 u_cloud_air;        // extinction (base 2, 1/m); texels per radian at a distance of 1 m
+uniform vec4 u_cloud_edge;       // scale and offset from pattern to cover; the same for nearness to the rim
+uniform vec3 u_cloud_slope;      // scale per axis and offset from slope to light
 uniform vec3 u_cloud_to_light;
-uniform vec3 u_cloud_light;      // radiance of what sun or moon shines on
-uniform vec3 u_cloud_ambient;    // and of what lies in the shade
+uniform vec3 u_cloud_light;      // radiance of parts lit by sun or moon
+uniform vec3 u_cloud_ambient;    // radiance of parts in shade
 
-// Where a direction meets the clouds. It may be interpolated between directions.
+// Intersection of a direction with the clouds. It may be interpolated between directions.
 struct Sight {
-    vec4 place;  // x, y over z is the place in the pattern less the eye's; w the level of detail
-    vec3 look;   // how lit thick cloud is and how much more its rim is; how much hides what lies behind
+    vec4 place;  // x, y divided by z: position in the pattern relative to the eye; w: level of detail
+    vec3 look;   // light on thick cloud and additional light at its rim; transmittance toward the eye
 };
 
-// Clouds shine on the side of the light, and their rims when the light is behind them.
+// Clouds are bright on the side of the light; their rims are bright when the light is behind them.
 Sight cloudSight(vec3 direction) {
     float up = max(direction.z, 0.0);
     float z = 0.5 * (up + sqrt(up * up + u_cloud_sheet.y));
@@ -38,12 +38,12 @@ float cloudCover(vec3 pattern) {
     return clamp(pattern.r * u_cloud_edge.x + u_cloud_edge.y, 0.0, 1.0);
 }
 
-// Share of the light from behind the clouds that comes through.
+// Transmittance of the clouds for light from behind.
 float throughClouds(vec3 direction) {
     return 1.0 - cloudCover(cloudPattern(cloudSight(direction).place)) * u_cloud_sheet.w;
 }
 
-// The sky with a cloud before it.
+// The sky with a cloud in front.
 vec3 behindClouds(vec3 sky, vec3 pattern, vec3 look) {
     float rim = clamp(pattern.r * u_cloud_edge.z + u_cloud_edge.w, 0.0, 1.0);
     rim *= dot(pattern.gb, u_cloud_slope.xy) + u_cloud_slope.z;

@@ -1,8 +1,8 @@
-// The discs of sun and moon, blended over the sky: alpha is what they hide of it.
+// The discs of sun and moon, blended over the sky: alpha is the share of the sky that they hide.
 #include "common.glsl"
 #include "sky_clouds.glsl"
 uniform vec3 u_disc_radiance;
-uniform vec3 u_disc_halo;     // radiance of the eye's own glare at the disc's edge
+uniform vec3 u_disc_halo;     // radiance of the glare in the eye at the disc's edge
 uniform vec3 u_disc_to_sun;   // in the disc's frame: right, up, to the eye
 in vec2 v_place;
 in vec3 v_direction;

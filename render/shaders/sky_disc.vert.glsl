@@ -1,7 +1,7 @@
-// A square toward the sun or the moon, infinitely far. REACH: its half side, in radii of the disc.
+// A square facing the sun or the moon, infinitely far. REACH: its half side, in radii of the disc.
 uniform mat3 u_eye_to_local;
 uniform vec3 u_disc_direction;  // east, north, up
-uniform vec3 u_disc_right;      // of the length that the disc's radius has there
+uniform vec3 u_disc_right;      // its length is the disc's radius
 uniform vec3 u_disc_up;
 out vec2 v_place;      // in radii of the disc
 out vec3 v_direction;  // east, north, up

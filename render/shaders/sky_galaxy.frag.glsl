@@ -1,3 +1,4 @@
+// The Milky Way: the interpolated display value.
 in vec3 v_display;
 
 void main() {

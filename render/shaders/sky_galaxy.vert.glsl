@@ -1,4 +1,4 @@
-// The Milky Way: a belt round the sky, added to it.
+// The Milky Way: a belt around the sky, added to it.
 #include "common.glsl"
 uniform sampler2D u_clouds;
 uniform mat3 u_stars_to_local;  // from the equatorial frame
@@ -8,8 +8,8 @@ out vec3 v_display;
 
 void main() {
     vec3 direction = u_stars_to_local * gl_Vertex.xyz;
-    vec3 at = gl_MultiTexCoord0.xyz;  // along the belt in turns, across it from -1 to 1; brightness there
-    // Dust hides the middle of the belt here and there.
+    vec3 at = gl_MultiTexCoord0.xyz;  // along the belt in turns, across it from -1 to 1; brightness
+    // Dust hides the middle of the belt in places.
     float dust = textureLod(u_clouds, vec2(at.x * 4.0, at.y * 0.35), 3.0).r;
     float across = 1.0 - at.y * at.y;
     float lane = 1.0 - 0.75 * dust * max(1.0 - 3.0 * abs(at.y), 0.0);

@@ -1,3 +1,4 @@
+// A star: a round point, brightest in its centre.
 in vec3 v_display;
 
 void main() {

@@ -14,7 +14,7 @@ void main() {
     vec3 sky = skyRadiance(direction);
     float size = 1.6;
     v_display = (display(sky + light * (u_star_gain * clear)) - display(sky)) * step(0.0, direction.z);
-    // What a point cannot show by being brighter it shows by being larger.
+    // Brightness beyond the display's range enlarges the point.
     float bright = max(v_display.r, max(v_display.g, v_display.b));
     gl_PointSize = size + 1.6 * bright * bright;
     gl_Position = gl_ProjectionMatrix * vec4(direction * u_eye_to_local, 0.0);

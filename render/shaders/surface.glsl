@@ -1,12 +1,11 @@
-// How a surface of a material answers the light of sun, sky and lamps. MATTE: neither metal nor a
-// mirror while it is dry.
+// Reflection of sun, sky and lamps by a material. MATTE: neither metallic nor mirroring while it is dry.
 #pragma import_defines(LAMPS, WEATHER)
 uniform vec2 u_weather;  // wetness and snow on upward surfaces, 0 to 1
 const int MAX_LAMPS = 4;
 uniform int u_num_lamps;
 uniform vec4 u_lamp_places[MAX_LAMPS];  // in the eye's frame; w: 1 / range
-uniform vec4 u_lamp_colors[MAX_LAMPS];  // kcd; w: cosine of a spot's half angle, -2 for none
-uniform vec3 u_lamp_axes[MAX_LAMPS];    // where a spot points
+uniform vec4 u_lamp_colors[MAX_LAMPS];  // kcd; w: cosine of a spot's half angle, -2 for omnidirectional lamps
+uniform vec3 u_lamp_axes[MAX_LAMPS];    // direction of a spot
 
 struct Surface {
     vec3 base;
@@ -14,7 +13,7 @@ struct Surface {
     float roughness;
 };
 
-// Rain darkens a surface and makes it shine; snow lies on what looks up.
+// Rain darkens a surface and makes it shine; snow covers surfaces that face up.
 Surface weathered(Surface surface, vec3 normal) {
 #ifdef WEATHER
     float upward = dot(normal, u_up);
@@ -45,8 +44,8 @@ vec3 lampLight(vec3 normal, vec3 position) {
     return light;
 }
 
-// Radiance to the eye; `lit` is the share of the direct light that arrives. The highlight is Trowbridge and Reitz's
-// (GGX) with Karis' approximation of visibility and the Fresnel term (2013).
+// Radiance toward the eye; `lit` is the share of the direct light that arrives. The highlight follows Trowbridge and
+// Reitz (GGX) with Karis' approximation of visibility and the Fresnel term (2013).
 vec3 surfaceRadiance(Surface surface, vec3 normal, vec3 position, float lit) {
     vec3 to_eye = -normalize(position);
     float to_light = dot(normal, u_light_direction), across = dot(normal, to_eye), upward = dot(normal, u_up);
@@ -56,7 +55,7 @@ vec3 surfaceRadiance(Surface surface, vec3 normal, vec3 position, float lit) {
 
     float a2 = max(surface.roughness * surface.roughness, 0.002);
     a2 *= a2;
-    // Squares of the half way vector's length and of its cosines to normal and eye, without the vector.
+    // Squared length of the half vector and its squared cosines to normal and eye, without the vector.
     float half2 = max(2.0 + 2.0 * dot(u_light_direction, to_eye), 0.01);
     float nh = max(to_light + across, 0.0), d = nh * nh * (a2 - 1.0) + half2;
     float highlight = a2 * half2 / (d * d * (3.1416 * surface.roughness + 1.5708));

@@ -1,4 +1,4 @@
-// Imagery, and NEAR the eye what it does not show: clumps and stones; right before it (CLOSE) tufts and grains.
+// The ground: imagery, NEAR the eye with clumps and stones, very near (CLOSE) with tufts and grains.
 #include "terrain_light.glsl"
 uniform sampler2D u_imagery;
 uniform sampler2D u_detail;
@@ -12,7 +12,7 @@ in vec3 v_normal;
 in vec2 v_place;
 
 const mat2 TURNED = mat2(0.6, 0.8, -0.8, 0.6) * (1.0 / 83.0);
-// Two together repeat nowhere.
+// Two patterns whose sum does not visibly repeat.
 const mat2 DRIFTS = mat2(0.96, -0.28, 0.28, 0.96) * (1.0 / 610.0);
 const mat2 FIELDS = mat2(0.28, 0.96, -0.96, 0.28) * (1.0 / 1730.0);
 #endif
@@ -36,7 +36,7 @@ void main() {
     float green = clamp((base.g - max(base.r, base.b)) / base.g * 5.0, 0.0, 1.0);
 #endif
 #ifdef NEAR
-    // Each texture fades out before the tiles without it begin.
+    // Each texture fades out before the first tiles without it.
     float distance = length(v_position);
 #ifdef CLOSE
     vec2 detail = texture(u_detail, v_place * (1.0 / 19.0)).rg;
@@ -48,7 +48,7 @@ void main() {
     float lightness = 1.0 + (mix(detail.g, detail.r, green) - 0.5) * strength;
     patches = detail.r;
     fine = (patches - 0.5) * min(strength, 1.0);
-    // Wet sand where the waves run up.
+    // Wet sand in the reach of the waves.
     float dry = smoothstep(0.3, 1.1, v_ground.z + 0.5 * patches);
     base *= lightness * (1.0 - 0.4 * (1.0 - dry) * (1.0 - green));
     float lit = lightThere(v_position);
@@ -57,7 +57,7 @@ void main() {
 #endif
 #ifdef GROUND_WEATHER
     base = mix(base, base * vec3(2.3, 1.0, 0.4), u_ground.z * green);
-    // Crowns show dark through it, and none lies where the waves run up.
+    // Trees appear dark through snow; there is no snow in the reach of the waves.
     float woods = green * (1.0 - smoothstep(0.038, 0.063, dot(base, vec3(0.25, 0.5, 0.25))));
     float drifts = texture(u_detail, DRIFTS * v_place).r + texture(u_detail, FIELDS * v_place).r - 0.5;
     drifts = clamp(drifts + 0.7 * fine, 0.0, 1.0);

@@ -1,21 +1,21 @@
-// The ground. Light and air vary little over a tile's cells: they are taken a vertex.
+// The ground. Light and air vary little over a tile's cells: they are computed per vertex.
 #include "common.glsl"
 #pragma import_defines(GROUND_WEATHER)
-layout(location = 6) in vec3 a_ground;  // place in the imagery, height above the ellipsoid
+layout(location = 6) in vec3 a_ground;  // imagery coordinates, height above the ellipsoid
 out vec3 v_ground;
-out vec3 v_sun;   // radiance of white ground by the sun and by the sky, as it reaches the eye
+out vec3 v_sun;   // radiance at the eye of white ground lit by the sun, and lit by the sky
 out vec3 v_sky;
-out vec3 v_haze;  // what the air adds
+out vec3 v_haze;  // radiance added by the air
 #if defined(NEAR) || defined(GROUND_WEATHER)
 out vec3 v_position;  // in the eye's frame
 out vec3 v_normal;
 #endif
 #if defined(NEAR) || defined(GROUND_WEATHER)
-uniform vec2 u_extent;  // of the imagery, metres
+uniform vec2 u_extent;  // size of the imagery, metres
 out vec2 v_place;       // metres east and north
 #endif
 #ifdef NEAR
-out float v_passed;  // share of the radiance that reaches the eye
+out float v_passed;  // transmittance of the air
 #endif
 
 void main() {

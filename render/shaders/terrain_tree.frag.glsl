@@ -1,4 +1,4 @@
-// A tree's leaves.
+// Leaves of a tree.
 #include "common.glsl"
 uniform sampler2D u_tree;  // lightness, opacity
 in vec2 v_uv;

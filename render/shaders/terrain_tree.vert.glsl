@@ -1,11 +1,11 @@
-// Trees: squares that face the eye, lit as round crowns.
+// Trees: squares that face the eye, shaded as round crowns.
 #include "common.glsl"
 #pragma import_defines(GROUND_WEATHER)
-layout(location = 6) in vec4 a_tree;  // corner: -1 to 1 and 0 to 1; height, metres; chance
+layout(location = 6) in vec4 a_tree;  // corner: -1 to 1 and 0 to 1; height, metres; random number
 uniform sampler2D u_imagery;
 uniform vec3 u_ground;
 out vec2 v_uv;
-out vec3 v_light;  // radiance of a leaf as it reaches the eye
+out vec3 v_light;  // radiance of a leaf at the eye
 out vec3 v_haze;
 
 const float REACH = 600.0;  // metres
@@ -18,7 +18,7 @@ void main() {
     vec3 top = cross(to_eye, right);
     float steep = dot(u_up, to_eye);
     bool is_above = steep > 0.6;
-    // The last trees grow out of the ground as the eye comes nearer.
+    // At the edge of their range trees grow as the eye comes nearer.
     float size = a_tree.z * clamp((REACH * (0.4 + 0.6 * a_tree.w) - distance) * 0.02, 0.0, 1.0);
     vec2 corner = vec2(0.5 * a_tree.x, is_above ? a_tree.y - 0.5 : a_tree.y - 0.02) * size;
     vec3 position = foot + right * corner.x + top * corner.y;

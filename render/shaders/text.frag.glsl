@@ -1,11 +1,11 @@
-// Letters from the font's glyph textures.
+// Texts from the font's glyph textures.
 #include "common.glsl"
 uniform sampler2D u_glyphs;
 in vec3 v_position;
 in vec2 v_uv;
 in vec4 v_color;
 
-const float SELF_LIGHT = 0.3;  // of a letter in the dark, times the radiance that shows as white
+const float SELF_LIGHT = 0.3;  // emission of a letter in the dark, of the radiance displayed as white
 
 void main() {
     float ink = texture(u_glyphs, v_uv).a * v_color.a;

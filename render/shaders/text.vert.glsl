@@ -1,3 +1,4 @@
+// Texts in the scene and over the picture.
 out vec3 v_position;  // in the eye's frame
 out vec2 v_uv;
 out vec4 v_color;

@@ -1,4 +1,4 @@
-// Foam of ships: white bubbles above, and pale water with air in it below them.
+// Foam of ships: white bubbles on the surface, and pale aerated water below them.
 uniform sampler2D u_sheet;
 uniform sampler2D u_foam;
 in vec3 v_place;
@@ -6,7 +6,7 @@ in vec2 v_pattern;
 in vec3 v_white;
 in vec3 v_aerated;
 
-const float LEVEL = 2.0;  // the same everywhere: choosing it pixel by pixel costs twice as much on a processor
+const float LEVEL = 2.0;  // constant: selecting it per pixel doubles the cost on a CPU
 
 void main() {
     float thick = textureLod(u_sheet, v_place.xy, 0.0).r;

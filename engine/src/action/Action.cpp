@@ -1,4 +1,4 @@
-// The life of actions: single, grouped, managed.
+// Actions: single ones and groups.
 #include "engine/action/Action.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* SOURCE = "engine\\action\\Action";
 
-/// Calls what waits for the end of an action, gives back what it holds and destroys it.
+/// Ends an action: calls the handlers of its end, releases it and destroys it.
 void finish(Action* action) {
     action->trigger();
     destroyAction(action);
@@ -39,7 +39,7 @@ void Action::release() {}
 
 void Action::trigger() {
     for (int i = 0; i < done.size(); ++i) {
-        const Function<void(Action*)> handler = done[i];  // it may connect others
+        const Function<void(Action*)> handler = done[i];  // it may connect further handlers
         handler(this);
     }
 }

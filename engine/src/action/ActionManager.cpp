@@ -1,4 +1,4 @@
-// The managers: actions stepped once an update, functions called after a time.
+// Managers: actions stepped once per update, functions called after a delay.
 #include <algorithm>
 
 #include "engine/action/Action.h"
@@ -22,7 +22,7 @@ void ActionManager::remove(int index) {
     m_actions[index] = nullptr;
     action->m_slot = -1;
     ++m_gaps;
-    // The action whose step runs now is still on the stack below: it ends when the update has returned to the manager.
+    // The action may be the one whose step is running: it is destroyed after the update.
     m_removed.append(action);
 }
 
@@ -59,7 +59,7 @@ void ActionManager::update(float dt) {
 }
 
 void ActionManager::sweep() {
-    m_updating = true;  // what ends here may remove others
+    m_updating = true;  // ending an action may remove others
     for (int i = 0; i < m_removed.size(); ++i) {
         const auto* const interval = dynamic_cast<const ActionInterval*>(m_removed[i]);
         if (interval && interval->isDoneIfDel() && !interval->isDone()) m_removed[i]->forceDone();
@@ -67,7 +67,7 @@ void ActionManager::sweep() {
     }
     m_removed.clear();
     m_updating = false;
-    // Not at every removal: many that are removed one by one cost no more than one walk each time the list has halved.
+    // Not at every removal: compaction at half the size keeps the cost of many single removals linear.
     if (2 * m_gaps > m_actions.size()) closeGaps();
 }
 
@@ -97,7 +97,7 @@ void TimerManager::removeTimer(int id) {
 }
 
 void TimerManager::update(float dt) {
-    jVector<int> due;  // by id: a call may add and remove timers
+    jVector<int> due;  // ids: a call may add and remove timers
     for (Timer& timer : m_timers) {
         timer.left -= dt;
         if (timer.left <= 0.0f) due.append(timer.id);

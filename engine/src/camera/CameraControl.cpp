@@ -1,4 +1,4 @@
-// Writes the camera's place to its node.
+// Writes the camera's pose to its node.
 #include "engine/camera/CameraControl.h"
 
 #include "engine/scene/Node.h"

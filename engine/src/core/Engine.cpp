@@ -1,4 +1,4 @@
-// The engine's life, the frame and its clock.
+// The engine: lifetime, frame and clock.
 #include "engine/core/Engine.h"
 
 #include <cmath>
@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr double LONGEST_FRAME = 0.1;  // seconds
+constexpr double MAX_FRAME = 0.1;  // seconds
 
 Engine* g_engine = nullptr;
 
@@ -77,8 +77,8 @@ int Engine::getClampCount() const {
 
 void Engine::beginFrame(double dt) {
     if (!(dt > 0.0)) dt = 0.0;
-    if (dt > LONGEST_FRAME) {
-        dt = LONGEST_FRAME;
+    if (dt > MAX_FRAME) {
+        dt = MAX_FRAME;
         ++m_state->clamps;
     }
     m_state->frame_time = dt;

@@ -1,4 +1,4 @@
-// What the engine owns, for its own sources.
+// The members of the engine, for its own sources.
 #pragma once
 
 #include "engine/camera/CameraControl.h"
@@ -21,5 +21,5 @@ struct EngineState {
     double time = 0.0;
     int frame = 0;
     int clamps = 0;
-    std::unique_ptr<World> world;  ///< made last, goes first: nodes may ask for all of the above
+    std::unique_ptr<World> world;  ///< constructed last, destroyed first: nodes may use all of the above
 };

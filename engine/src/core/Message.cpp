@@ -1,4 +1,4 @@
-// Who is attached, and the dispatch.
+// The list of attached nodes, and the dispatch.
 #include "engine/core/Message.h"
 
 #include "engine/text/Containers.h"

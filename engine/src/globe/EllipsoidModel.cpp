@@ -1,4 +1,4 @@
-// The ellipsoid in both directions, and local frames on it.
+// Conversions to and from the ellipsoid, and local frames on it.
 #include "engine/globe/EllipsoidModel.h"
 
 #include "engine/math/jMath.h"
@@ -14,10 +14,10 @@ struct Latitude {
     double sin, cos;
 };
 
-// Bowring, "The accuracy of geodetic latitude and height equations", Survey Review 28 (1985): the reduced latitude as a
-// pair of sine and cosine, so that no step needs an angle. p is the distance from the axis.
+// Bowring, "The accuracy of geodetic latitude and height equations", Survey Review 28 (1985): the reduced latitude is
+// kept as sine and cosine, so that no step needs an angle. p is the distance from the axis.
 Latitude geodeticLatitude(double p, double z) {
-    double sb = z * A, cb = p * B;  // reduced latitude, first guess
+    double sb = z * A, cb = p * B;  // initial reduced latitude
     for (int i = 0; i < 2; ++i) {
         const double n = std::sqrt(sb * sb + cb * cb);
         if (n == 0.0) return {0.0, 1.0};
@@ -44,7 +44,7 @@ dvec3 EllipsoidModel::toWorld(const dvec3& geo) const {
 dvec3 EllipsoidModel::toWGS(const dvec3& world) const {
     const double p = std::sqrt(world.x * world.x + world.y * world.y);
     const Latitude lat = geodeticLatitude(p, world.z);
-    // Along the normal: exact at both the equator and the poles, where p / cos alone would divide by nothing.
+    // Height along the normal: exact at the equator and the poles, where p / cos would divide by zero.
     const double height = p * lat.cos + world.z * lat.sin - A * std::sqrt(1.0 - E2 * lat.sin * lat.sin);
     return {std::atan2(world.y, world.x) * jMath::RAD2DEG, std::atan2(lat.sin, lat.cos) * jMath::RAD2DEG, height};
 }

@@ -1,4 +1,4 @@
-// Looks the Chinese font up in the system's font list, once a process that shows texts.
+// Finds the Chinese font in the system's font list, once per process that shows texts.
 #include "gui/FontFile.h"
 
 #include <fontconfig/fontconfig.h>

@@ -1,4 +1,4 @@
-// Reads the font, keeps account of the glyphs in use and builds their atlas; the panels' layout asks it for sizes.
+// Reads the font, records the glyphs in use and builds their atlas; the panels' layout uses it to measure texts.
 #include "gui/FontSet.h"
 
 #include <imgui_freetype.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr std::uintmax_t LARGEST_FILE = std::uintmax_t{256} << 20;
+constexpr std::uintmax_t MAX_FILE_SIZE = std::uintmax_t{256} << 20;
 
 }  // namespace
 
@@ -48,7 +48,7 @@ void FontSet::readFile() {
     }
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(std::filesystem::path(std::string(m_file)), error);
-    if (!error && size < LARGEST_FILE) m_bytes.resize(static_cast<std::size_t>(size));
+    if (!error && size < MAX_FILE_SIZE) m_bytes.resize(static_cast<std::size_t>(size));
     std::ifstream in(m_file, std::ios::binary);
     if (!in.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()))) m_bytes.clear();
     if (m_bytes.empty()) {
@@ -74,7 +74,7 @@ bool FontSet::addFonts() {
                                                   &config, entry.ranges.Data);
     }
     const bool is_built = m_atlas.Build();
-    m_atlas.ClearInputData();  // a copy of the file for each size
+    m_atlas.ClearInputData();  // a copy of the file per size
     return is_built;
 }
 
@@ -88,7 +88,7 @@ void FontSet::build() {
         addFonts();
     }
     m_failed = m_bytes.empty();
-    // Some megabytes, wanted again only when a text brings a new glyph.
+    // Several megabytes, needed again only for new glyphs.
     m_bytes = std::vector<char>();
     m_published = false;
 }

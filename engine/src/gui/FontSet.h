@@ -1,4 +1,4 @@
-// The fonts of the panels in every size in use, with the glyphs in use.
+// The panels' font in all sizes in use, with the glyphs in use.
 #pragma once
 
 #include <imgui.h>
@@ -8,22 +8,22 @@
 
 #include "engine/gui/UIRoot.h"
 
-/// Builds its atlas when a text with a new glyph or size is measured, never for a text that it has seen.
+/// The atlas is built when a text with a new glyph or size is measured; known texts do not build it.
 class FontSet {
 public:
     /// `file`: path of a font file; empty for the installed Chinese font.
     explicit FontSet(const jString& file) : m_file(file) {}
 
-    /// Takes a text's glyphs into the next build.
+    /// Adds a text's glyphs to the next build.
     void note(const char* text, int size);
-    /// Builds what was noted; nothing when that is built already. REQUIRES that no drawing is being made.
+    /// Builds the noted glyphs; no effect when they are built already. REQUIRES that no drawing is in progress.
     void build();
 
-    UISize measure(const jString& text, int size);  ///< notes and builds what it needs
-    /// The font of that size as built; null before the first build.
+    UISize measure(const jString& text, int size);  ///< notes and builds as necessary
+    /// The font of this size from the last build; null before the first.
     ImFont* getFont(int size) const;
     ImFontAtlas* getAtlas() { return &m_atlas; }
-    /// The atlas as a picture needs it, up to date with the last build.
+    /// The atlas in the form for a picture, from the last build.
     const UIFontAtlas& publish();
     const UIFontAtlas& getPublished() const { return m_picture; }
 
@@ -40,10 +40,10 @@ private:
 
     jString m_file;
     int m_index = 0;
-    bool m_failed = false;  ///< the file is no font: not tried again
+    bool m_failed = false;  ///< the file is not a font: no further attempts
     bool m_changed = true;
     bool m_published = false;
-    std::vector<char> m_bytes;  ///< of the font file while fonts are built; empty for ImGui's own font
+    std::vector<char> m_bytes;  ///< the font file's bytes while fonts are built; empty for ImGui's own font
     std::map<int, Size> m_sizes;
     ImFontAtlas m_atlas;
     UIFontAtlas m_picture;

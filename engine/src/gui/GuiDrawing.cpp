@@ -1,4 +1,4 @@
-// Draws the tree into one ImGui frame; the picture's frame calls it, a run without a picture never does.
+// Draws the panels into one ImGui frame; called for a picture's frame, never in a run without a picture.
 #include <algorithm>
 
 #include "engine/text/Log.h"
@@ -25,10 +25,10 @@ void GuiState::makeContext() {
     context = ImGui::CreateContext(fonts.getAtlas());
     ImGui::SetCurrentContext(context);
     ImGuiIO& io = ImGui::GetIO();
-    io.IniFilename = nullptr;  // no file of ImGui's own
+    io.IniFilename = nullptr;  // ImGui writes no settings file
     io.LogFilename = nullptr;
     io.BackendFlags |= ImGuiBackendFlags_RendererHasVtxOffset;
-    io.DeltaTime = 1.0f / 60.0f;  // ImGui moves nothing here; it only wants a step above 0
+    io.DeltaTime = 1.0f / 60.0f;  // unused, but ImGui requires a step above 0
 }
 
 void GuiState::draw() {

@@ -1,4 +1,4 @@
-// What the UI root is made of: the tree's top, the mouse and keyboard on it, the drawing.
+// The members of the UI root: elements at the top of the tree, mouse and keyboard, drawing.
 #pragma once
 
 #include "engine/gui/UIRoot.h"
@@ -11,25 +11,25 @@ struct GuiState {
     struct Top {
         std::unique_ptr<UIElement> element;
         int expand = 0;
-        int scroll = 0;           ///< pixels that its content is moved up
-        int hidden = 0;           ///< pixels of it that do not fit into the window
-        bool shows(int y) const;  ///< whether that line of the window is not cut off
+        int scroll = 0;           ///< pixels by which its content is moved up
+        int hidden = 0;           ///< pixels of its height that do not fit into the window
+        bool shows(int y) const;  ///< whether the element is visible in this row of the window
     };
 
     explicit GuiState(const jString& font) : fonts(font) { s_current = this; }
     ~GuiState();
-    /// The one that lives, null when there is none.
+    /// The current instance, null when there is none.
     static GuiState* get() { return s_current; }
 
     // The tree: UIRoot.cpp
-    void layout();  ///< nothing when nothing has changed
+    void layout();  ///< no effect when nothing has changed
     void adopt(UIElement& element);
-    /// Ends an element; within a handler only once all handlers have returned.
+    /// Deletes an element; while handlers are running only after all of them have returned.
     void dispose(std::unique_ptr<UIElement> element);
     void forget(const UIElement* element);
-    int getTexture(const jString& path);  ///< 0, with one log line, when there is no such file
+    int getTexture(const jString& path);  ///< 0, with one log line, when the file does not exist
 
-    // Mouse and keyboard: PanelInput.cpp. Places are pixels of the window.
+    // Mouse and keyboard: PanelInput.cpp. Positions are pixels of the window.
     Top* findTop(int x, int y);
     UIElement* find(int x, int y);
     bool takesMouse(int x, int y) { return findTop(x, y) != nullptr; }
@@ -52,7 +52,7 @@ struct GuiState {
 
     std::vector<Top> tops;
     std::vector<std::unique_ptr<UIElement>> disposed;
-    int handling = 0;  ///< depth of what may call handlers
+    int handling = 0;  ///< nesting depth of operations that may call handlers
     int width = 1280;
     int height = 720;
     bool layout_known = true;
@@ -75,7 +75,7 @@ private:
     void drawTop(Top& top, UIPainter& painter);
 };
 
-/// Handlers may be called while it lives.
+/// Marks a scope in which handlers may be called.
 class HandlerScope {
 public:
     explicit HandlerScope(GuiState& state) : m_state(state) { ++m_state.handling; }

@@ -1,4 +1,4 @@
-// Mouse and keyboard on the panels: whose area it is, who is held, whose text is edited. The input door calls it.
+// Mouse and keyboard on the panels: element under the mouse, held element, edited text. Called by the input router.
 #include <algorithm>
 
 #include "engine/gui/Keys.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int SCROLL = 48;  // pixels a notch of the wheel
+constexpr int SCROLL = 48;  // pixels per notch of the wheel
 
 }  // namespace
 
@@ -27,7 +27,7 @@ UIElement* GuiState::find(int x, int y) {
 
 void GuiState::press(int x, int y) {
     const HandlerScope scope(*this);
-    // The end of an editing may change the tree under the mouse.
+    // Ending the editing may change the tree below the mouse.
     if (edited && find(x, y) != edited) endEdit(true);
     hovered = pressed = find(x, y);
     if (pressed) pressed->press(x, y);

@@ -1,4 +1,4 @@
-// The editor's state machine is stb_textedit's; this gives it the text, the font's widths and the keys.
+// The editor's state machine is stb_textedit; this file provides the text, the font's widths and the keys.
 #include "gui/TextEdit.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::size_t LONGEST = 256;  // characters
+constexpr std::size_t MAX_LENGTH = 256;  // characters
 
 struct TextLine {
     std::vector<ImWchar> characters;
@@ -26,7 +26,7 @@ struct TextLine {
         return width;
     }
     bool insert(int at, const ImWchar* added, int count) {
-        if (characters.size() + static_cast<std::size_t>(count) > LONGEST) return false;
+        if (characters.size() + static_cast<std::size_t>(count) > MAX_LENGTH) return false;
         characters.insert(characters.begin() + at, added, added + count);
         return true;
     }
@@ -48,7 +48,7 @@ void layoutRow(StbTexteditRow* row, const TextLine* line, int start) {
 
 }  // namespace
 
-// Keys are characters, or these.
+// Keys are characters or one of these.
 #define STB_TEXTEDIT_K_LEFT 0x200000
 #define STB_TEXTEDIT_K_RIGHT 0x200001
 #define STB_TEXTEDIT_K_UP 0x200002
@@ -77,7 +77,7 @@ void layoutRow(StbTexteditRow* row, const TextLine* line, int start) {
 
 namespace {
 
-/// 0 for a key that edits nothing.
+/// 0 for a key without an editing function.
 int editorKey(int key, bool ctrl) {
     switch (key) {
         case Keys::KEY_LEFT:
@@ -115,7 +115,7 @@ struct TextEdit::State {
         editor.select_start = 0;
         editor.select_end = editor.cursor = STB_TEXTEDIT_STRINGLEN(&line);
     }
-    /// The atlas may have been built anew since the last event.
+    /// The atlas may have been rebuilt since the last event.
     TextLine* prepare() {
         fonts.note(text.c_str(), font_size);
         fonts.build();
@@ -128,7 +128,7 @@ struct TextEdit::State {
 TextEdit::TextEdit(FontSet& fonts, int font_size, const jString& text)
     : m_state(new State{fonts, font_size, text, text, {}, {}}) {
     m_state->line.characters = fromUtf8(text);
-    if (m_state->line.characters.size() > LONGEST) m_state->line.characters.resize(LONGEST);
+    if (m_state->line.characters.size() > MAX_LENGTH) m_state->line.characters.resize(MAX_LENGTH);
     stb_textedit_initialize_state(&m_state->editor, 1);
     m_state->selectAll();
     m_state->prepare();

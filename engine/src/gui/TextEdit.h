@@ -1,4 +1,4 @@
-// The editing of one line of text.
+// Editing of one line of text.
 #pragma once
 
 #include <memory>
@@ -7,23 +7,23 @@
 
 class FontSet;
 
-/// Caret, selection, undo. Begins with all selected; places are pixels from the text's left end.
+/// Caret, selection, undo. Initially all text is selected; positions are pixels from the text's left end.
 class TextEdit {
 public:
     /// REQUIRES that `fonts` outlives it.
     TextEdit(FontSet& fonts, int font_size, const jString& text);
     ~TextEdit();
 
-    void key(int key, int modifiers);  ///< a number and modifiers of Keys; others do nothing
-    void type(char32_t codepoint);     ///< control characters, and those beyond 256, are dropped
+    void key(int key, int modifiers);  ///< `key` and `modifiers` as in Keys; other keys have no effect
+    void type(char32_t codepoint);     ///< ignores control characters, and characters beyond 256
     void press(float x);
     void drag(float x);
 
     const jString& getText() const;
-    bool isChanged() const;  ///< another text than at first
+    bool isChanged() const;  ///< the text differs from the initial one
     float getCaret() const;
     float getSelectionBegin() const;
-    float getSelectionEnd() const;  ///< the begin when nothing is selected
+    float getSelectionEnd() const;  ///< equals the begin when nothing is selected
 
 private:
     struct State;

@@ -1,4 +1,4 @@
-// The line of text: its look, and the editing from the click to the commit.
+// The line of text: appearance, and editing from the click to the commit.
 #include "engine/gui/UIEditLine.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int MARGIN = 4;  // beside the text
+constexpr int MARGIN = 4;  // on both sides of the text
 
 }  // namespace
 
@@ -71,17 +71,17 @@ void UIEditLine::press(int x, int) {
     if (!state) return;
     refresh();
     m_edit = std::make_unique<TextEdit>(state->fonts, m_font_size, m_text);
-    m_fresh = true;
+    m_begin_press = true;
     state->beginEdit(*this);
 }
 
 void UIEditLine::drag(int x, int) {
-    // The press that begins the editing selects all; only later ones select by dragging.
-    if (m_edit && !m_fresh) m_edit->drag(toText(x));
+    // The press that starts editing selects all; only later presses select by dragging.
+    if (m_edit && !m_begin_press) m_edit->drag(toText(x));
 }
 
 void UIEditLine::release(int, int) {
-    m_fresh = false;
+    m_begin_press = false;
 }
 
 float UIEditLine::toText(int x) const {

@@ -1,4 +1,4 @@
-// What all elements have in common: place, size, visibility, handlers.
+// Common parts of all elements: position, size, visibility, handlers.
 #include "engine/gui/UIElement.h"
 
 #include <algorithm>

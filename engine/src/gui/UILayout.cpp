@@ -1,4 +1,4 @@
-// Where layouts put their children; called when something changed and somebody asks, or the panels are drawn.
+// Arrangement of children; computed on demand after a change, or when the panels are drawn.
 #include "engine/gui/UILayout.h"
 
 #include <algorithm>
@@ -128,10 +128,10 @@ void UIGridLayout::setColumnRatio(int column, float ratio) {
     contentChanged();
 }
 
-/// Widens the columns with ratios until they are in proportion.
+/// Widens the columns with ratios until their widths are in proportion.
 void UIGridLayout::shareWidth() {
     const int count = std::min(m_ratios.size(), m_num_columns);
-    float unit = 0.0f;  // width of ratio 1
+    float unit = 0.0f;  // width for ratio 1
     for (int i = 0; i < count; ++i) {
         if (m_ratios[i] > 0.0f)
             unit = std::max(unit, static_cast<float>(m_columns[static_cast<std::size_t>(i)]) / m_ratios[i]);

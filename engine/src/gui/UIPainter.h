@@ -1,9 +1,9 @@
-// The strokes that elements draw themselves with, and the panels' colours.
+// Drawing primitives of the elements, and the panels' colours.
 #pragma once
 
 #include "gui/GuiState.h"
 
-/// Draws into one draw list of one frame. Colours as those of UIElement.
+/// Draws into the draw list of a frame. Colours as in UIElement.
 class UIPainter {
 public:
     static constexpr vec4 PANEL{0.07f, 0.08f, 0.10f, 0.62f};
@@ -24,15 +24,15 @@ public:
     void line(float x1, float y1, float x2, float y2, const vec4& color, float width = 1.0f);
     void image(int texture, int x, int y, UISize size);
     void text(float x, float y, const jString& text, int font_size, const vec4& color);
-    /// What is drawn until `unclip` stays within.
+    /// Restricts drawing to a rectangle until `unclip`.
     void clip(int x, int y, UISize size);
     void unclip() { m_list.PopClipRect(); }
-    /// Whether a strip of that height shows at all.
+    /// Whether any part of a horizontal strip is visible.
     bool shows(int y, int height) const;
 
     bool isHovered(const UIElement& element) const { return m_state.hovered == &element; }
     bool isHeld(const UIElement& element) const { return m_state.pressed == &element; }
-    /// A widget's usual look, by hovering and holding.
+    /// The standard colour of a widget, depending on hovering and holding.
     const vec4& lookOf(const UIElement& element, const vec4& idle) const {
         return isHeld(element) ? HELD : isHovered(element) ? HOVERED : idle;
     }

@@ -1,4 +1,4 @@
-// The top of the tree: who is in it, where each stands. The picture's frame calls `update`; layouts follow on demand.
+// The top of the tree: its elements and their positions. The picture's frame calls `update`; layout is done on demand.
 #include "engine/gui/UIRoot.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int LEAST_SCROLLED = 64;  // pixels: less of an element is not worth scrolling
-constexpr int GAP = 4;              // pixels between one that is cut and what it would cover
+constexpr int MIN_SCROLLED = 64;  // pixels: an element with less visible height is not scrolled
+constexpr int GAP = 4;            // pixels between a clipped element and the element below it
 
 }  // namespace
 
@@ -72,7 +72,7 @@ const UIFontAtlas& UIRoot::getFontAtlas() const {
     return m_state->fonts.getPublished();
 }
 
-// The state's part. ---------------------------------------------------------------------------------------------------
+// GuiState. -----------------------------------------------------------------------------------------------------------
 
 bool GuiState::Top::shows(int y) const {
     const int begin = element->m_set_y;
@@ -122,7 +122,7 @@ void GuiState::layout() {
     }
 }
 
-/// Where an element must end: at the window's bottom, or at what stands below it.
+/// The y where an element must end: the window's bottom, or the top of the next element below it.
 int GuiState::findEnd(const UIElement& element, int element_width) {
     int end = height;
     for (const Top& top : tops) {
@@ -141,7 +141,7 @@ void GuiState::placeTop(Top& top) {
     if (top.expand & UIRoot::EXPAND_WIDTH) size.width = width;
     if (top.expand & UIRoot::EXPAND_HEIGHT) size.height = height;
     const int room = findEnd(element, size.width) - element.m_set_y;
-    top.hidden = room >= LEAST_SCROLLED ? std::max(size.height - room, 0) : 0;
+    top.hidden = room >= MIN_SCROLLED ? std::max(size.height - room, 0) : 0;
     top.scroll = std::clamp(top.scroll, 0, top.hidden);
     element.place(element.m_set_x, element.m_set_y - top.scroll, size);
 }

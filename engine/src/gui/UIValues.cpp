@@ -1,4 +1,4 @@
-// The fields for values that live elsewhere: how a value becomes a text and a typed text a value.
+// Fields for values stored elsewhere: conversion between values and texts.
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// False unless the whole text, spaces round it apart, is a number that fits.
+/// False unless the whole text, except surrounding spaces, is a number in range.
 template <class T>
 bool parse(const jString& text, T& value) {
     const std::size_t first = text.find_first_not_of(' ');
@@ -48,7 +48,7 @@ void UIInt::commit(const jString& text) {
     }
 }
 
-/// One number of the vector.
+/// One component of the vector.
 class UIDVec3::Field final : public UIEditLine {
 public:
     Field(UIDVec3& owner, int component) : m_owner(owner), m_component(component) {}

@@ -1,4 +1,4 @@
-// Label, sprite, button, check box and slider: their sizes, their looks, what the mouse does to them.
+// Label, sprite, button, check box and slider: sizes, appearance, mouse handling.
 #include "engine/gui/UIWidgets.h"
 
 #include <algorithm>
@@ -43,7 +43,7 @@ UISize UILabel::measure() {
 void UILabel::draw(UIPainter& painter) {
     if (m_has_background) painter.fill(m_x, m_y, m_size, m_background);
     const auto x = static_cast<float>(m_x), y = static_cast<float>(m_y);
-    // Over the scene it needs an edge against the sky.
+    // Over the scene a shadow makes it readable against the sky.
     if (m_in_root) painter.text(x + 1.0f, y + 1.0f, m_text, m_font_size, UIPainter::SHADOW);
     painter.text(x, y, m_text, m_font_size, m_font_color);
 }

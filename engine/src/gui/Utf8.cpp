@@ -1,4 +1,4 @@
-// Conversions of edited texts. Apart from them: ImGui's internal header brings a text editor of its own.
+// Conversions of edited texts. In a separate file, because ImGui's internal header contains a text editor of its own.
 #include "gui/Utf8.h"
 
 #include <imgui_internal.h>

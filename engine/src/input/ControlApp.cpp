@@ -1,10 +1,10 @@
-// The input state's changes within a frame.
+// Changes of the input state within a frame.
 #include "engine/input/ControlApp.h"
 
 void ControlApp::setKey(int key, bool down) {
     if (!valid(key)) return;
     const auto i = static_cast<std::size_t>(key);
-    // A key that repeats while held was pressed once.
+    // Key repeats are not clicks.
     if (down && !m_held[i]) m_clicked[i] = true;
     m_held[i] = down;
 }

@@ -1,4 +1,4 @@
-// Queues input as it comes and, as the frame begins, hands it to the panels or to the scene.
+// Queues input and, at the beginning of the frame, dispatches it to the panels or to the scene.
 #include "engine/input/InputRouter.h"
 
 #include <algorithm>
@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr double FARTHEST = 1e6;  // pixels
+constexpr double MAX_POSITION = 1e6;  // pixels
 constexpr int NOTCH = 120;
-constexpr int LONGEST_TURN = 1000 * NOTCH;  // of the wheel, in one event
+constexpr int MAX_TURN = 1000 * NOTCH;  // of the wheel, in one event
 
 bool isKey(int key) {
     return key >= 0 && key < ControlApp::KEY_COUNT;
@@ -22,7 +22,7 @@ bool isButton(int button) {
 }
 
 template <class Handlers, class Event>
-void tell(const Handlers& handlers, const Event& event) {
+void notify(const Handlers& handlers, const Event& event) {
     for (const auto& handler : handlers) handler(event);
 }
 
@@ -40,8 +40,8 @@ void InputRouter::textEvent(char32_t codepoint) {
 
 void InputRouter::mouseMove(double x, double y) {
     if (!std::isfinite(x) || !std::isfinite(y)) return;
-    m_waiting.push_back(
-        {Event::MOVE, 0, false, 0, std::clamp(x, -FARTHEST, FARTHEST), std::clamp(y, -FARTHEST, FARTHEST)});
+    m_waiting.push_back({Event::MOVE, 0, false, 0, std::clamp(x, -MAX_POSITION, MAX_POSITION),
+                         std::clamp(y, -MAX_POSITION, MAX_POSITION)});
 }
 
 void InputRouter::mouseButton(int button, bool down) {
@@ -49,7 +49,7 @@ void InputRouter::mouseButton(int button, bool down) {
 }
 
 void InputRouter::wheel(int delta) {
-    m_waiting.push_back({Event::WHEEL, std::clamp(delta, -LONGEST_TURN, LONGEST_TURN)});
+    m_waiting.push_back({Event::WHEEL, std::clamp(delta, -MAX_TURN, MAX_TURN)});
 }
 
 void InputRouter::resize(int width, int height) {
@@ -108,7 +108,7 @@ void InputRouter::applyKey(int key, bool down, int modifiers) {
     if (down && before == NOBODY) owner = panels.takesKeys() ? PANELS : SCENE;
     if (!down) owner = NOBODY;
     if (before == PANELS || owner == PANELS) {
-        // A key that is held repeats.
+        // Key repeats.
         if (down && panels.takesKeys()) panels.key(key, modifiers);
         return;
     }
@@ -118,8 +118,8 @@ void InputRouter::applyKey(int key, bool down, int modifiers) {
     if (down) pressed_with_ctrl = ctrl;
     ctrl = ctrl || pressed_with_ctrl;
     m_control.setKey(key, down);
-    tell(down ? m_key_press : m_key_release,
-         GUIEventKey{static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(ctrl ? 1 : 0)});
+    notify(down ? m_key_press : m_key_release,
+           GUIEventKey{static_cast<std::uint16_t>(key), static_cast<std::uint8_t>(ctrl ? 1 : 0)});
 }
 
 bool InputRouter::isHolding(Owner owner) const {
@@ -130,7 +130,7 @@ bool InputRouter::isOutside() const {
     return m_x < 0.0 || m_y < 0.0 || m_x >= m_panels.getWidth() || m_y >= m_panels.getHeight();
 }
 
-/// Who holds it keeps it until all buttons are up.
+/// The owner of a held button keeps the mouse until all buttons are released.
 InputRouter::Owner InputRouter::ownerOfMouse() const {
     if (isHolding(PANELS)) return PANELS;
     if (isHolding(SCENE)) return SCENE;
@@ -159,7 +159,7 @@ void InputRouter::applyMove(double x, double y) {
         if (panels.hovered || isOutside()) return;
     }
     m_control.addMotion(dx, dy);
-    tell(m_mouse_move, event);
+    notify(m_mouse_move, event);
 }
 
 void InputRouter::applyButton(int button, bool down) {
@@ -175,7 +175,7 @@ void InputRouter::applyButton(int button, bool down) {
     }
     if (down) panels.endEdit(true);
     m_control.setButton(button, down);
-    tell(down ? m_mouse_down : m_mouse_up, event);
+    notify(down ? m_mouse_down : m_mouse_up, event);
 }
 
 void InputRouter::applyWheel(int delta) {
@@ -186,14 +186,14 @@ void InputRouter::applyWheel(int delta) {
     if (m_control.isKeyPress(ControlApp::KEY_SHIFT)) return m_control.addWheel(delta);
     while (delta != 0) {
         const int part = std::clamp(delta, -NOTCH, NOTCH);
-        tell(m_wheel, GUIEventWheel{part, static_cast<std::uint8_t>(part > 0 ? 1 : 0)});
+        notify(m_wheel, GUIEventWheel{part, static_cast<std::uint8_t>(part > 0 ? 1 : 0)});
         delta -= part;
     }
 }
 
 void InputRouter::releaseAll() {
-    // A release that nobody made is no command: Ctrl is released before the characters, and how they were pressed is
-    // forgotten.
+    // A release without a user action must not trigger a command: Ctrl is released before the characters, and the
+    // record of keys pressed with Ctrl is cleared.
     m_pressed_with_ctrl.fill(false);
     for (int key = ControlApp::KEY_COUNT - 1; key >= 0; --key) {
         if (m_key_owners[static_cast<std::size_t>(key)] != NOBODY) applyKey(key, false, 0);

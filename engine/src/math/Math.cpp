@@ -1,4 +1,4 @@
-// Rotations and transforms: what the headers do not inline.
+// Rotations and transforms: functions that are not inline.
 #include <algorithm>
 
 #include "engine/math/Bounds.h"
@@ -83,7 +83,7 @@ dmat3 fromEulerXYZ(const dvec3& a) {
     return (dquat(dvec3(1, 0, 0), a.x) * dquat(dvec3(0, 1, 0), a.y) * dquat(dvec3(0, 0, 1), a.z)).getMat3();
 }
 
-// (x, y, z) of the result's frame = (z, x, y) of q's: a proper rotation that keeps the handedness.
+// (x, y, z) of the result's frame = (z, x, y) of q's: a proper rotation, handedness is kept.
 dquat convertFromZUpCoordinateSystem(const dquat& q) {
     const dmat3 m = q.getMat3();
     return dquat(dmat3(m.z, m.x, m.y));
@@ -93,7 +93,7 @@ dmat4 inverse(const dmat4& m) {
     const dvec3 yz = cross(m.y, m.z);
     const double det = dot(m.x, yz);
     if (det == 0.0 || !std::isfinite(1.0 / det)) return {};
-    // Rows of the inverse are the cross products of the columns over the determinant.
+    // The rows of the inverse are the cross products of the columns divided by the determinant.
     const dmat3 r = transpose(dmat3(yz / det, cross(m.z, m.x) / det, cross(m.x, m.y) / det));
     return {r, -(r * m.t)};
 }

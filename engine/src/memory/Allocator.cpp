@@ -1,4 +1,4 @@
-// Heap blocks of the plug-in and the books on them.
+// Heap blocks and their registration.
 #include "engine/memory/Allocator.h"
 
 #include <atomic>
@@ -18,7 +18,7 @@ struct Books {
     std::unordered_map<const void*, std::pair<unsigned long long, MemInfo>> entries;
 };
 
-// Never destroyed: blocks may be given back while static objects of a plug-in go.
+// Never destroyed: blocks may be freed while static objects of a plug-in are destroyed.
 Books& books() {
     static Books* const instance = new Books;
     return *instance;

@@ -1,5 +1,5 @@
-// Taking datagrams from the kernel: in batches, filtered by their sender, without waiting. Once a frame until nothing
-// is pending.
+// Receives datagrams in batches without blocking and filters them by sender. Called once per frame until nothing is
+// pending.
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -10,13 +10,13 @@
 namespace {
 
 constexpr int BATCH = 64;
-constexpr std::size_t LARGE = 8192;  ///< bytes from which a copy costs more than a call
+constexpr std::size_t LARGE = 8192;  ///< bytes from which on a copy costs more than a system call
 constexpr int MAX_ERRORS = 16;
-/// So that a flood from strangers cannot hold a frame.
+/// Limits the time that a flood of refused datagrams takes in a frame.
 constexpr int MAX_PASSED_OVER = 1 << 16;
 
-/// Calls until it succeeds, nothing is pending or it fails for good. A signal, or the news that a datagram which this
-/// socket sent found no listener, says nothing about what is pending.
+/// Repeats the call until it succeeds, nothing is pending or it fails permanently. A signal, or the report that an
+/// earlier sent datagram found no listener, does not concern pending datagrams.
 template <class Call>
 int receiveWith(Call call) {
     for (int i = 0; i < MAX_ERRORS; ++i) {
@@ -38,7 +38,7 @@ jString textOf(const sockaddr_in& endpoint) {
 void ReceiveBatch::allocate(int size) {
     clear();
     m_limit = static_cast<std::size_t>(size);
-    // An odd number of cache lines apart, so that the slots' beginnings do not all fall into the same cache set.
+    // An odd number of cache lines apart, so that the beginnings of the slots are spread over the cache sets.
     const std::size_t stride = (m_limit / 128 + 1) * 128 + 64;
     m_room = std::make_unique_for_overwrite<unsigned char[]>(stride * BATCH);
     m_slots.resize(BATCH);
@@ -109,25 +109,26 @@ void ReceiveBatch::countDrops(msghdr& header) {
         netStats().dropped += drops - m_drops;
         m_drops = drops;
     }
-    header.msg_controllen = sizeof Slot::control;  // the kernel leaves its own length there
+    header.msg_controllen = sizeof Slot::control;  // the kernel overwrites this with its own length
 }
 
 int SocketUDP::read(void* buffer, int size, int count) {
     const int bytes = m_state->read(buffer, size, count);
-    m_state->tellRefused();
+    m_state->logRefused();
     return bytes;
 }
 
-/// One line at once, then one a second at most, for the reader at the terminal: no result depends on this clock.
-void SocketUDP::State::tellRefused() {
-    if (untold == 0) return;
+/// The first line is written at once, later ones at most once per second. For the reader at the terminal: no result
+/// depends on this clock.
+void SocketUDP::State::logRefused() {
+    if (refusedUnlogged == 0) return;
     const auto now = std::chrono::steady_clock::now();
-    if (told != decltype(told)() && now - told < std::chrono::seconds(1)) return;
+    if (lastLogged != decltype(lastLogged)() && now - lastLogged < std::chrono::seconds(1)) return;
     jLog::warning("port %d: datagrams refused: %d, the last from %s; accepted are those from %s", ntohs(local.sin_port),
-                  untold, textOf(stranger).c_str(),
+                  refusedUnlogged, textOf(lastRefused).c_str(),
                   filterPort == 0 ? (hostText + ", any port").c_str() : textOf(host).c_str());
-    untold = 0;
-    told = now;
+    refusedUnlogged = 0;
+    lastLogged = now;
 }
 
 int SocketUDP::State::read(void* buffer, int size, int count) {
@@ -139,8 +140,8 @@ int SocketUDP::State::read(void* buffer, int size, int count) {
     for (int i = 0; i < MAX_PASSED_OVER && batch.next(fd, to, room, arrival); ++i) {
         if (!accepts(arrival.from)) {
             ++netStats().refused;
-            ++untold;
-            stranger = arrival.from;
+            ++refusedUnlogged;
+            lastRefused = arrival.from;
         } else if (arrival.size == 0) {
             ++netStats().empty;
         } else {

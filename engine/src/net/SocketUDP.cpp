@@ -1,5 +1,5 @@
-// Datagram sockets: opening, addresses, the source filter and sending. The link reads and sends once a frame, on the
-// frame thread; the statistics are the process's.
+// Datagram sockets: opening, addresses, source filter and sending. The link reads and sends once per frame, on the
+// frame thread; the counters are per process.
 #include "engine/net/SocketUDP.h"
 
 #include <fcntl.h>
@@ -18,8 +18,8 @@ namespace {
 constexpr std::uint64_t FNV_BASIS = 14695981039346656037u;
 constexpr std::uint64_t FNV_PRIME = 1099511628211u;
 
-constexpr int LARGEST_PORT = 65535;
-/// More than any frame's worth of datagrams; the kernel takes what it allows.
+constexpr int MAX_PORT = 65535;
+/// More than the datagrams of any frame; the kernel limits it.
 constexpr int QUEUE_BYTES = 64 << 20;
 
 NetStats makeStats() {
@@ -35,7 +35,7 @@ void hashSent(const unsigned char* bytes, std::size_t size) {
 }
 
 bool isPort(int port, int lowest) {
-    return port >= lowest && port <= LARGEST_PORT;
+    return port >= lowest && port <= MAX_PORT;
 }
 
 bool parseAddress(const jString& text, in_addr& out) {
@@ -51,7 +51,7 @@ bool isMulticast(in_addr address) {
     return IN_MULTICAST(ntohl(address.s_addr));
 }
 
-/// Only an address of this machine can be bound to.
+/// Only addresses of this machine can be bound.
 bool isLocalAddress(in_addr address) {
     const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (fd < 0) return false;
@@ -67,8 +67,8 @@ void setOption(int fd, int level, int option, int value) {
     ::setsockopt(fd, level, option, &value, sizeof value);
 }
 
-/// Joins on the loopback interface and on the system's choice: the group is heard from this machine and from the
-/// network.
+/// Joins on the loopback interface and on the interface that the system selects: the group is received from this
+/// machine and from the network.
 bool joinGroup(int fd, in_addr group) {
     ip_mreq request{};
     request.imr_multiaddr = group;
@@ -120,8 +120,8 @@ bool SocketUDP::bind(const jString& address, int port) {
     if (!isOpened() || !isPort(port, 0)) return false;
     if (!parseAddress(address, at.sin_addr)) return refuse("bind", address);
     const bool group = isMulticast(at.sin_addr);
-    // Several programs may listen to a group; a port of one address belongs to one program, and a second one must hear
-    // so.
+    // Several programs may receive from a group; the port of a unicast address belongs to one program, and the bind of
+    // a second one must fail.
     if (group) setOption(m_state->fd, SOL_SOCKET, SO_REUSEADDR, 1);
     socklen_t length = sizeof at;
     if (::bind(m_state->fd, reinterpret_cast<const sockaddr*>(&at), sizeof at) != 0 ||
@@ -130,7 +130,7 @@ bool SocketUDP::bind(const jString& address, int port) {
         jLog::warning("SocketUDP::bind: %s:%d: %s", address.c_str(), port, std::strerror(errno));
         return false;
     }
-    // A group's datagrams leave through the interface of the address bound to; without one the route decides.
+    // Multicast is sent through the interface of the bound address; without one the routing table decides.
     if (!group && at.sin_addr.s_addr != htonl(INADDR_ANY)) {
         ::setsockopt(m_state->fd, IPPROTO_IP, IP_MULTICAST_IF, &at.sin_addr, sizeof at.sin_addr);
     }
@@ -141,7 +141,7 @@ bool SocketUDP::bind(const jString& address, int port) {
 
 bool SocketUDP::setRecvIP(const jString& address) {
     in_addr parsed{};
-    // No datagram ever comes from a group, from the broadcast address or from no address.
+    // A datagram's source is never a multicast address, the broadcast address or the zero address.
     if (!parseAddress(address, parsed) || isMulticast(parsed) || parsed.s_addr == htonl(INADDR_ANY) ||
         parsed.s_addr == htonl(INADDR_BROADCAST)) {
         return refuse("setRecvIP", address);
@@ -178,7 +178,7 @@ bool SocketUDP::setSendPort(int port) {
 
 bool SocketUDP::recv(int size) {
     if (!isOpened() || size <= 0) return false;
-    // Beyond the system's limit only with the right to; otherwise the limit itself.
+    // Exceeding the system's limit requires a privilege; otherwise the limit itself is used.
     if (::setsockopt(m_state->fd, SOL_SOCKET, SO_RCVBUFFORCE, &QUEUE_BYTES, sizeof QUEUE_BYTES) != 0) {
         setOption(m_state->fd, SOL_SOCKET, SO_RCVBUF, QUEUE_BYTES);
     }
@@ -233,8 +233,8 @@ int SocketUDP::write(const void* buffer, int size, int count) {
 }
 
 bool SocketUDP::State::sendDatagram(const void* bytes, std::size_t size) const {
-    // A port unreachable message that an earlier datagram brought about is reported once by a later call, which then
-    // has sent nothing; signals interrupt. Neither says anything about this datagram.
+    // A port unreachable message for an earlier datagram is reported once by a later call, which then sends nothing;
+    // signals interrupt the call. Neither concerns this datagram.
     for (int attempt = 0; attempt < 4; ++attempt) {
         const ssize_t sent = ::sendto(fd, bytes, size, MSG_DONTWAIT | MSG_NOSIGNAL,
                                       reinterpret_cast<const sockaddr*>(&target), sizeof target);
@@ -249,7 +249,7 @@ void SocketUDP::State::updateFilter() {
     const bool everyAddress = local.sin_addr.s_addr == htonl(INADDR_ANY);
     const bool own =
         ownPort && (everyAddress ? isLocalAddress(host.sin_addr) : host.sin_addr.s_addr == local.sin_addr.s_addr);
-    // Nobody else can send from the receiver's own endpoint, so there the address alone decides.
+    // Only the socket itself sends from its own endpoint, so in this case only the address is checked.
     filterPort = own ? 0 : host.sin_port;
 }
 

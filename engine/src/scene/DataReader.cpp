@@ -1,4 +1,4 @@
-// Typed reading of scene files, while they are loaded.
+// Typed reading of scene files during loading.
 #include "scene/DataReader.h"
 
 #include <cmath>

@@ -1,5 +1,5 @@
-// Keeps the tiles of an elevation raster and answers heights from them; asked by queries at any point of the frame.
-// Only the first touch of a tile reads the file.
+// Keeps the tiles of an elevation raster and computes heights from them; called by queries at any point of the frame.
+// Only the first access to a tile reads the file.
 #include "engine/scene/ElevationRaster.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 constexpr float HOLE = std::numeric_limits<float>::quiet_NaN();
 constexpr int READ_AT_ONCE = 64;           // tiles
 constexpr long long TILE_LIMIT = 1 << 24;  // keeps the table of tiles below 200 MB
-// A place computed from an edge post's own coordinates may come out this far beyond it, in cells, through rounding.
+// A position computed from an edge post's own coordinates may be this far outside, in cells, by rounding.
 constexpr double EDGE_SLACK = 1e-6;
 
 int divideUp(int n, int d) {
@@ -165,7 +165,7 @@ const ElevationRaster::Tile& ElevationRaster::load(int index) const {
     return tile;
 }
 
-// A new tile while there is room, else the one that nobody wanted for longest.
+// A new tile while there is room, otherwise the least recently used one.
 ElevationRaster::Tile& ElevationRaster::takeSlot() const {
     if (m_tiles.size() < m_tiles.capacity()) {
         Tile& tile = m_tiles.emplace_back();
@@ -186,7 +186,7 @@ HeightRange ElevationRaster::measure(Tile& tile) const {
         HeightRange range;
         for (int r = row; r <= row + BLOCK_CELLS; ++r) {
             const float* line = &tile.posts[static_cast<std::size_t>(r) * TILE_POSTS];
-            for (int c = column; c <= column + BLOCK_CELLS; ++c) range.expand(line[c]);  // a NaN changes nothing
+            for (int c = column; c <= column + BLOCK_CELLS; ++c) range.expand(line[c]);  // a NaN has no effect
         }
         tile.blocks[static_cast<std::size_t>(block)] = range;
         all.expand(range);

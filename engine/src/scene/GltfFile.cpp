@@ -11,20 +11,20 @@ namespace fs = std::filesystem;
 namespace gltf {
 namespace {
 
-constexpr std::uintmax_t SIZE_LIMIT = 64u << 20;  // bytes, of the file and of each file it refers to
-constexpr int DEPTH_LIMIT = 64;                   // of nesting in its text
+constexpr std::uintmax_t SIZE_LIMIT = 64u << 20;  // bytes, of the file and of each referenced file
+constexpr int DEPTH_LIMIT = 64;                   // nesting of the text
 
 [[noreturn]] void fail(const std::string& what) {
     throw std::runtime_error(what);
 }
 
-// Where a model may take its buffers and images from.
+// The folder that a model may read buffers and images from.
 struct Folder {
     fs::path base;     // canonical
-    std::string left;  // the first path asked for that lies elsewhere
+    std::string left;  // the first requested path outside the folder
 };
 
-// tinygltf looks below the base folder, then below the working directory, where nothing of a model is.
+// tinygltf searches the base folder, then the working directory, which has no files of the model.
 bool isInside(Folder& folder, const std::string& file) {
     const std::string prefix = folder.base.string() + "/";
     if (file.compare(0, prefix.size(), prefix) != 0) return false;
@@ -70,14 +70,14 @@ tinygltf::FsCallbacks makeCallbacks(Folder& folder) {
     return calls;
 }
 
-// Keeps the bytes as they are. Those in a buffer view are read later, with its bounds checked, which tinygltf does not.
+// Keeps the encoded bytes. Those in a buffer view are read later with bounds checks, which tinygltf lacks.
 bool keepImage(tinygltf::Image* image, const int, std::string*, std::string*, int, int, const unsigned char* bytes,
                int size, void*) {
     if (image->bufferView < 0) image->image.assign(bytes, bytes + size);
     return true;
 }
 
-// tinygltf follows nested values with recursion: text nested without bound would exhaust the stack.
+// tinygltf parses nested values recursively: unlimited nesting would exhaust the stack.
 void checkDepth(const unsigned char* text, std::size_t size) {
     int depth = 0;
     bool quoted = false;
@@ -146,7 +146,7 @@ std::size_t readFile(const jString& path, tinygltf::Model& model) {
     if (!folder.left.empty()) fail("refers to a file outside its folder: " + folder.left);
     if (!good) fail(problem.empty() ? "not a sound glTF file" : problem);
     checkExtensions(model);
-    // After the text comes a chunk's length and type, then the first buffer unless that names a file.
+    // The text is followed by a chunk's length and type, then by the first buffer, unless that buffer is a file.
     return binary && !model.buffers.empty() && model.buffers[0].uri.empty() ? 20 + text + 8 : 0;
 }
 

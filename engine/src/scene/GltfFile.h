@@ -1,5 +1,5 @@
-// A glTF file read into tinygltf's structures, and its accessors read safely. Everything here throws std::runtime_error
-// with what is wrong when the file is not sound; the model loader makes the one log line of it.
+// Reads a glTF file into tinygltf's structures, and its accessors safely. For an invalid file all functions throw
+// std::runtime_error with the reason; the model loader writes the one log line.
 #pragma once
 
 #include <tiny_gltf.h>
@@ -14,27 +14,26 @@
 
 namespace gltf {
 
-/// Reads a .glb or .gltf file (by its content, not its name) and the buffers and images beside or below it. Images keep
-/// their encoded bytes; one that is missing stays empty. References that leave the file's folder, extensions that this
-/// engine lacks and files above 64 MiB are refused. Gives where in the file the first buffer begins, 0 when that is a
-/// file of its own.
+/// Reads a .glb or .gltf file (by its content, not its name) and the buffers and images in its folder or below. Images
+/// keep their encoded bytes; a missing one is empty. References outside the file's folder, unsupported extensions and
+/// files above 64 MiB are refused. Returns the file offset of the first buffer, 0 when that buffer is a separate file.
 std::size_t readFile(const jString& path, tinygltf::Model& model);
 
-/// The elements of an accessor, every byte of which lies in its buffer.
+/// The elements of an accessor; all bytes are inside its buffer.
 struct Elements {
     const unsigned char* data = nullptr;
     std::size_t count = 0;
-    std::size_t stride = 0;  ///< bytes from element to element
+    std::size_t stride = 0;  ///< bytes between elements
     int component = 0;       ///< TINYGLTF_COMPONENT_TYPE_*
-    int width = 0;           ///< components an element
+    int width = 0;           ///< components per element
     bool normalized = false;
 };
 Elements getElements(const tinygltf::Model& model, int accessor);
 
-/// One component as glTF 2.0 section 3.6.2.2 turns it into a float.
+/// Converts one component to a float as in glTF 2.0 section 3.6.2.2.
 float toFloat(const unsigned char* bytes, int component, bool normalized);
 
-/// An accessor of N components an element, of any component type.
+/// An accessor with N components per element, of any component type.
 template <std::size_t N>
 std::vector<std::array<float, N>> readVectors(const tinygltf::Model& model, int accessor) {
     const Elements elements = getElements(model, accessor);
@@ -50,15 +49,15 @@ std::vector<std::array<float, N>> readVectors(const tinygltf::Model& model, int 
     return out;
 }
 
-/// An accessor of whole numbers, each below `limit`.
+/// An accessor of integers, all below `limit`.
 std::vector<std::uint32_t> readIndices(const tinygltf::Model& model, int accessor, std::size_t limit);
 
-/// A buffer view, which lies in its buffer.
+/// A buffer view inside its buffer.
 const tinygltf::BufferView& getView(const tinygltf::Model& model, int view);
 /// Its bytes.
 std::vector<unsigned char> readView(const tinygltf::Model& model, int view);
 
-/// The element of an array of the file; throws for an index outside it. `what` names it in the message.
+/// An element of an array of the file; throws for an invalid index. `what` names it in the message.
 template <class T>
 const T& at(const std::vector<T>& items, int index, const char* what) {
     if (index < 0 || static_cast<std::size_t>(index) >= items.size()) {

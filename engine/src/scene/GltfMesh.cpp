@@ -1,4 +1,4 @@
-// Turns glTF meshes and materials into the engine's; called when a model is loaded.
+// Converts glTF meshes and materials to the engine's; called when a model is loaded.
 #include "scene/GltfMesh.h"
 
 #include <algorithm>
@@ -11,8 +11,9 @@
 namespace gltf {
 namespace {
 
-constexpr std::size_t VERTEX_LIMIT = 1u << 25;  // of a file: keeps one that names the same data over and over in bounds
-constexpr float CREASE = 0.766f;  // cosine of 40 degrees: a face further off its vertex's normal is an edge's
+constexpr std::size_t VERTEX_LIMIT = 1u << 25;  // per file: limits files that reference the same data many times
+// cosine of 40 degrees: a face that deviates more from its vertex's normal has a hard edge
+constexpr float CREASE = 0.766f;
 
 using Vector = std::array<float, 3>;
 
@@ -23,7 +24,7 @@ Vector toArray(const vec3& v) {
     return {v.x, v.y, v.z};
 }
 
-// From Y up to Z up.
+// Rotates from Y up to Z up.
 template <std::size_t N>
 void turn(std::vector<std::array<float, N>>& vectors) {
     for (auto& v : vectors) {
@@ -33,7 +34,7 @@ void turn(std::vector<std::array<float, N>>& vectors) {
     }
 }
 
-// Strips and fans as separate triangles, all wound the same way.
+// Converts strips and fans to separate triangles with the same winding.
 std::vector<std::uint32_t> toTriangles(const std::vector<std::uint32_t>& in, int mode) {
     std::vector<std::uint32_t> out;
     if (mode == TINYGLTF_MODE_TRIANGLES) {
@@ -55,7 +56,7 @@ vec3 faceNormal(const MeshSurface& surface, std::size_t triangle) {
     return cross(b - a, c - a);
 }
 
-// A vertex of its own for one triangle's corner, with that triangle's normal.
+// Adds a separate vertex for one triangle's corner, with that triangle's normal.
 std::uint32_t splitVertex(MeshSurface& surface, std::uint32_t vertex, const vec3& normal) {
     surface.positions.push_back(surface.positions[vertex]);
     surface.normals.push_back(toArray(normal));
@@ -64,8 +65,8 @@ std::uint32_t splitVertex(MeshSurface& surface, std::uint32_t vertex, const vec3
     return static_cast<std::uint32_t>(surface.positions.size() - 1);
 }
 
-// Smooth normals, weighted by area, over vertices that triangles share; a triangle that stands at an angle to them gets
-// vertices of its own, so that boxes keep their edges.
+// Smooth normals, weighted by area, over the vertices that triangles share. A triangle at a large angle to them gets
+// separate vertices, so that boxes keep their edges.
 void makeNormals(MeshSurface& surface) {
     std::vector<vec3> sums(surface.positions.size());
     const std::size_t triangles = surface.indices.size() / 3;

@@ -1,4 +1,4 @@
-// Meshes and materials of a glTF file in the engine's form and axes.
+// Conversion of a glTF file's meshes and materials to the engine's format and axes.
 #pragma once
 
 #include <tiny_gltf.h>
@@ -10,19 +10,19 @@
 
 namespace gltf {
 
-/// Turns the parts of one file; what several meshes or materials of it use is made once. Throws std::runtime_error when
-/// the file is not sound. The model must outlive it.
+/// Converts the parts of one file; shared parts are converted once. Throws std::runtime_error when the file is invalid.
+/// The model must outlive it.
 class MeshBuilder {
 public:
-    /// `file`: the model's; its first buffer begins at `start`, 0 for nowhere.
+    /// `file`: path of the model; `start`: offset of its first buffer in it, 0 for none.
     MeshBuilder(const tinygltf::Model& model, const jString& file, std::size_t start)
         : m_model(model), m_file(file), m_start(start) {}
 
     /// Null for a mesh without triangles.
     std::shared_ptr<const MeshData> getMesh(int index);
 
-    int getDropped() const { return m_dropped; }  ///< triangles without an area so far
-    int getSkipped() const { return m_skipped; }  ///< primitives that are no triangles so far
+    int getDropped() const { return m_dropped; }  ///< triangles without area so far
+    int getSkipped() const { return m_skipped; }  ///< primitives other than triangles so far
 
 private:
     MeshSurface makeSurface(const tinygltf::Primitive& primitive);

@@ -1,4 +1,4 @@
-// Named material parameters, set by the logic and read by the picture.
+// Named material parameters: set by the logic, read by the picture.
 #include "engine/scene/Material.h"
 
 #include <fstream>

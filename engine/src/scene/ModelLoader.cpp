@@ -1,5 +1,5 @@
-// Model files as trees of nodes: read once an engine run, hung into the scene as often as wanted. Called while worlds
-// and prefabs load.
+// Model files as trees of nodes: read once per engine run, instantiated any number of times. Called while worlds and
+// prefabs are loaded.
 #include "scene/ModelLoader.h"
 
 #include <algorithm>
@@ -21,7 +21,7 @@ std::map<jString, std::shared_ptr<const Model>>& getCache() {
     return cache;
 }
 
-// A node's own transform, in the file's axes.
+// A node's local transform, in the file's axes.
 dmat4 readTransform(const tinygltf::Node& node) {
     const std::vector<double>&m = node.matrix, &t = node.translation, &r = node.rotation, &s = node.scale;
     if (m.size() == 16) return {{m[0], m[1], m[2]}, {m[4], m[5], m[6]}, {m[8], m[9], m[10]}, {m[12], m[13], m[14]}};
@@ -35,12 +35,12 @@ dvec3 turned(const dvec3& v) {
     return {v.x, -v.z, v.y};
 }
 
-// The same transform between Z-up frames: C M C^-1 with C the turn of the axes.
+// The same transform between Z-up frames: C M C^-1 with C the rotation of the axes.
 dmat4 turned(const dmat4& m) {
     return {turned(m.x), -turned(m.z), turned(m.y), turned(m.t)};
 }
 
-// Builds the node tree of one file. Every node may hang in one place only, which rules cycles out.
+// Builds the node tree of one file. Every node may have only one parent, which excludes cycles.
 class TreeBuilder {
 public:
     TreeBuilder(const tinygltf::Model& file, gltf::MeshBuilder& meshes)
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    // The nodes of the file's scene; without scenes, the nodes that are nobody's child.
+    // The nodes of the file's scene; without scenes, the nodes without a parent.
     std::vector<int> findRoots() const {
         if (!m_file.scenes.empty()) return gltf::at(m_file.scenes, std::max(m_file.defaultScene, 0), "scene").nodes;
         std::vector<bool> child(m_file.nodes.size());
@@ -113,7 +113,7 @@ void instantiateNode(const ModelNode& from, Node& parent) {
     parent.addChild(std::move(node));
 }
 
-// Messages of the libraries may span lines; the log wants one.
+// Messages of the libraries may have several lines; a log entry has one.
 jString oneLine(jString text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
     std::replace(text.begin(), text.end(), '\n', ';');

@@ -1,5 +1,5 @@
-// The models kept while an engine runs.
+// The cache of loaded models.
 #pragma once
 
-/// Forgets every model loaded so far; nodes made from them keep theirs. Called when the engine ends.
+/// Empties the cache of models; existing nodes keep their meshes. Called when the engine ends.
 void clearModelCache();

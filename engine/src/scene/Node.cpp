@@ -1,4 +1,4 @@
-// The tree itself: names, places, activity, and what a node tells its world when they change.
+// The scene tree: names, transforms, activity, and notification of the world.
 #include "engine/scene/Node.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ Node* Node::addChild(std::unique_ptr<Node> child) {
     Node* const node = child.get();
     m_children.push_back(std::move(child));
     node->m_parent = this;
-    // Until now its own transform was its place in the world.
+    // Without a parent its local transform was its world transform.
     if (!(getWorldTransform() == dmat4())) node->markPlaceDirty(false);
     node->updateActive();
     treeChanged();
@@ -75,7 +75,7 @@ Node* Node::addChild(std::unique_ptr<Node> child) {
 
 std::unique_ptr<Node> Node::takeChild(Node* child) {
     if (!child || child->m_parent != this) return nullptr;
-    // In a world children lie in the order of joining it; outside there are few.
+    // In a world children are sorted by their order of joining it; outside a world there are few.
     const auto found = m_world ? std::lower_bound(m_children.begin(), m_children.end(), child->m_join_order,
                                                   [](const auto& c, auto order) { return c->m_join_order < order; })
                                : std::find_if(m_children.begin(), m_children.end(),
@@ -123,12 +123,13 @@ void Node::treeChanged() {
     contentMoved();
 }
 
-/// Something in this node's frame moved, came or went: the boxes of this prefab and of those round it are out of date.
+/// Called when content in this node's frame moved, was added or was removed: invalidates the boxes of this prefab and
+/// of the prefabs that contain it.
 void Node::contentMoved() {
     for (Node* node = this; node; node = node->m_parent) {
         if (node->getType() != PREFAB) continue;
         auto* const prefab = static_cast<ObjectPrefab*>(node);
-        if (prefab->m_box_dirty) return;  // so are those round it: their boxes are made from this one
+        if (prefab->m_box_dirty) return;  // the outer ones are invalid too, since they are computed from this one
         prefab->m_box_dirty = true;
         if (m_world) m_world->getState().spatial.moved(*prefab);
     }
@@ -171,7 +172,7 @@ void Node::setSensor(bool sensor, const vec3& size) {
     if (m_world) m_world->getState().sensorChanged(*this);
 }
 
-// Places. -------------------------------------------------------------------------------------------------------------
+// Transforms. ---------------------------------------------------------------------------------------------------------
 
 void Node::setTransform(const dmat4& local) {
     setLocal(local, false);
@@ -189,11 +190,11 @@ void Node::setLocal(const dmat4& local, bool by_physics) {
 }
 
 void Node::markPlaceDirty(bool by_physics) {
-    const bool below_knows = m_world_dirty;
+    const bool was_dirty = m_world_dirty;
     m_world_dirty = true;
     if (m_world) m_world->getState().placeChanged(*this);
     placeChanged(by_physics);
-    if (!below_knows) {
+    if (!was_dirty) {
         for (const auto& child : m_children) {
             if (!child->m_world_dirty) child->markPlaceDirty(by_physics);
         }
@@ -201,8 +202,8 @@ void Node::markPlaceDirty(bool by_physics) {
     readPlaceForBody();
 }
 
-/// Marking stops where it has been before. A body must hear of every move, so neither it nor anything above it stays
-/// marked.
+/// `markPlaceDirty` does not descend from nodes that are already dirty. A body must be notified of every move, so it
+/// and its ancestors must not stay dirty.
 void Node::readPlaceForBody() {
     const Object* const object = asObject();
     if (object && object->getBody()) getWorldTransform();
@@ -288,7 +289,7 @@ namespace {
 constexpr const char* POSITION_NAMES[] = {"position_x", "position_y", "position_z"};
 constexpr const char* HPR_NAMES[] = {"heading", "pitch", "roll"};
 
-/// `value` with the component replaced that the names list at `parameter`; false when none does.
+/// Replaces in `value` the component whose name in `names` is `parameter`; false when there is none.
 bool replaceComponent(const char* const (&names)[3], const jString& parameter, double component, dvec3& value) {
     for (int i = 0; i < 3; ++i) {
         if (parameter != names[i]) continue;

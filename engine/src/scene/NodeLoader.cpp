@@ -1,4 +1,4 @@
-// Builds nodes from scene files: worlds, prefabs and single descriptions, while they are loaded.
+// Makes nodes from scene files: worlds, prefabs and single descriptions.
 #include "scene/NodeLoader.h"
 
 #include <filesystem>
@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr int MAX_PREFAB_NODES = 100000;  // of one outermost file: far more than any ship, long before memory ends
+constexpr int MAX_PREFAB_NODES = 100000;  // per outermost file: far more than any ship has, far below the memory limit
 
-/// The part of the description that belongs to its type; an empty one when it is missing.
+/// The part of the description for its type; empty when it is missing.
 const Package& typePart(const DataReader& in, const char* key) {
     static const Package empty;
     const Package* const part = in.getPackage(key);
@@ -233,7 +233,7 @@ void NodeLoader::place(const DataReader& in, Node& node) const {
     }
 }
 
-/// A model's nodes have no description of their own: the flag of the node that names the model is theirs too.
+/// The nodes of a model have no description of their own: they take the flag of the node that names the model.
 void NodeLoader::clearColliders(Node& node) {
     for (int i = 0; i < node.getNumChildren(); ++i) {
         node.getChild(i)->setCollider(false);
@@ -252,7 +252,7 @@ void NodeLoader::fillContent(const DataReader& in, Node& node) const {
         const DataReader child_in(*package, m_file);
         std::unique_ptr<Node> made = create(child_in);
         if (!made) continue;
-        // Joined first: a child's geodetic place needs to know where its parent is.
+        // Added first: a child's geodetic position depends on its parent's transform.
         Node& child = *node.addChild(std::move(made));
         fill(child_in, child);
         if (child_in.has("body")) addBody(child_in, child);

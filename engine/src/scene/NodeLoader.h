@@ -1,4 +1,4 @@
-// From the description of a node in a scene file to the node.
+// Makes nodes from their descriptions in scene files.
 #pragma once
 
 #include <memory>
@@ -11,23 +11,23 @@ struct BodySettings;
 struct LightSettings;
 struct ParticleSettings;
 
-/// The prefab files that are being loaded, each within the one before, and what they share.
+/// The prefab files being loaded, each nested in the previous one, and their shared state.
 struct PrefabChain {
     struct Shared {
         int nodes = 0;        ///< made so far
-        bool broken = false;  ///< the outermost file fails as a whole; its line is logged
+        bool broken = false;  ///< the outermost file fails completely; its log line is written
     };
 
-    jString path;           ///< under the root
-    jString absolute_path;  ///< what tells one file from another
+    jString path;           ///< below the root
+    jString absolute_path;  ///< identifies the file
     const PrefabChain* outer = nullptr;
     Shared* shared = nullptr;
 };
 
-/// The folder of a file under the root, "" for one without.
+/// The folder of a file below the root, "" for a file in the root itself.
 jString folderOf(const jString& path);
 
-/// Makes nodes of one file.
+/// Makes the nodes of one file.
 class NodeLoader {
 public:
     /// `file` names the origin in messages; paths in it are relative to `folder`. `chain` is null outside prefab files.
@@ -36,7 +36,7 @@ public:
 
     /// A node with its children; null, with one log line, when it cannot be made.
     std::unique_ptr<Node> load(const Package& package) const;
-    /// Hangs the content that a prefab file describes under the prefab.
+    /// Adds the content of a prefab file as children of the prefab.
     void loadContent(const Package& package, ObjectPrefab& prefab) const;
 
 private:
@@ -58,7 +58,7 @@ private:
     void place(const DataReader& in, Node& node) const;
     void addBody(const DataReader& in, Node& node) const;
     bool isBroken() const { return m_chain && m_chain->shared->broken; }
-    /// The value of that key as a path under the root; empty when it is missing or leads out of the root.
+    /// The value of a key as a path below the root; empty when it is missing or outside the root.
     jString getPath(const DataReader& in, const char* key) const;
 
     const jString m_file;
@@ -66,7 +66,7 @@ private:
     const PrefabChain* const m_chain;
 };
 
-// What the types' own keys say, each over its defaults.
+// Reads the keys of a node type over their defaults.
 void readParticles(const DataReader& in, ParticleSettings& settings);
 void readLight(const DataReader& in, LightSettings& settings);
 void readBody(const DataReader& in, BodySettings& settings);

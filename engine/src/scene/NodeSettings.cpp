@@ -1,4 +1,4 @@
-// What scene files say about particles, lights and bodies, over the defaults of their settings.
+// Reads the settings of particles, lights and bodies from scene files, over their defaults.
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/scene/SceneNodes.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int MOST_PARTICLES = 100000;
+constexpr int MAX_PARTICLES = 100000;
 
 constexpr const char* LIGHT_KINDS[] = {"point", "spot"};
 constexpr const char* BODY_KINDS[] = {"static", "dynamic", "driven"};
@@ -53,7 +53,7 @@ void readParticles(const DataReader& in, ParticleSettings& s) {
     in.read("emitting", s.emitting);
     in.read("delay", s.delay);
     in.read("duration", s.duration);
-    if (in.read("max_particles", s.max_particles)) s.max_particles = std::clamp(s.max_particles, 0, MOST_PARTICLES);
+    if (in.read("max_particles", s.max_particles)) s.max_particles = std::clamp(s.max_particles, 0, MAX_PARTICLES);
 }
 
 void readLight(const DataReader& in, LightSettings& s) {

@@ -1,4 +1,4 @@
-// Trigger volumes: which sensors are inside, told once a frame after the physics.
+// Trigger volumes: reports the sensors that enter and leave, once per frame after the physics.
 #include <array>
 
 #include "engine/scene/SceneNodes.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A box as its centre and half edges, world frame; a point has edges of length 0.
+/// A box as centre and half edges, world frame; a point has edges of length 0.
 struct OrientedBox {
     OrientedBox(const Node& node, const vec3& size) {
         const dmat4& world = node.getWorldTransform();
@@ -21,10 +21,10 @@ struct OrientedBox {
     std::array<dvec3, 3> edges;
 };
 
-/// Whether the plane through both edges' directions separates the boxes.
+/// Whether the axis orthogonal to both edges separates the boxes.
 bool separates(const dvec3& e, const dvec3& f, const OrientedBox& a, const OrientedBox& b) {
     const dvec3 axis = cross(e, f);
-    // Nearly parallel edges, or a point's, give no direction but rounding.
+    // Nearly parallel edges, or those of a point, define no axis.
     if (length2(axis) <= 1e-12 * length2(e) * length2(f)) return false;
     return std::abs(dot(axis, b.center - a.center)) > a.reach(axis) + b.reach(axis);
 }
@@ -36,8 +36,8 @@ bool hasSeparatingFace(const OrientedBox& of, const OrientedBox& a, const Orient
     return false;
 }
 
-// Separating axes of two boxes (Gottschalk, Lin, Manocha, "OBBTree", SIGGRAPH 1996): the faces' normals and the
-// products of one edge of each.
+// Separating axis test of two boxes (Gottschalk, Lin, Manocha, "OBBTree", SIGGRAPH 1996): the normals of the faces and
+// the cross products of the edges.
 bool overlap(const OrientedBox& a, const OrientedBox& b) {
     if (hasSeparatingFace(a, a, b) || hasSeparatingFace(b, a, b)) return false;
     for (const dvec3& e : a.edges) {
@@ -85,7 +85,7 @@ void NodeTrigger::update(const jVector<Node*>& sensors) {
     fire(changes);
 }
 
-/// Calls what is connected. A callback may remove any node, this one included.
+/// Calls the connected handlers. A handler may remove any node, including this one.
 void NodeTrigger::fire(const jVector<Change>& changes) {
     const WorldState* const state = getWorld() ? &getWorld()->getState() : nullptr;
     const int id = getId();

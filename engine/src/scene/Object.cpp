@@ -1,4 +1,4 @@
-// What nodes with substance share: their body, their frame, their surfaces' defaults. The tree calls the hooks.
+// Common parts of nodes with surfaces or a body: body, frame, defaults of surfaces. The scene tree calls the hooks.
 #include "engine/scene/Object.h"
 
 #include "engine/physics/Body.h"

@@ -1,4 +1,4 @@
-// Meshes in the scene: picks and materials of each surface. Changed by the logic during its update.
+// Meshes in the scene: intersections and materials of each surface. Changed by the logic during its update.
 #include "engine/scene/ObjectMeshStatic.h"
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// The sea's state and where its waves lie on the globe.
+// The sea's state, and the positions of its waves on the globe.
 #include "engine/scene/ObjectOcean.h"
 
 #include <algorithm>
@@ -11,12 +11,12 @@
 
 namespace {
 
-/// Of the waves' phases. The same everywhere, so that all channels of a display show one sea.
+/// Seed of the wave phases. Constant, so that all channels of a display show the same sea.
 constexpr std::uint64_t SEED = 0x5EA;
 
 constexpr double NORTH_PER_DEGREE = jMath::DEG2RAD * EllipsoidModel::SEMI_MAJOR;
 
-/// The world's; calm where that is not finite.
+/// The world's wind; calm where it is not finite.
 vec3 windOver(const ObjectOcean& ocean) {
     World* const world = ocean.getWorld();
     return world && isFinite(dvec3(world->getEnvironment().wind)) ? world->getEnvironment().wind : vec3();

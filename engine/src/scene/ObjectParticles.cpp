@@ -1,4 +1,4 @@
-// Particle systems: birth, flight and death, stepped once a frame after the physics.
+// Particle systems: birth, motion and death of particles, once per frame after the physics.
 #include "engine/scene/ObjectParticles.h"
 
 #include <cmath>
@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double FASTEST_EMITTER = 2000.0;  // m/s; an emitter that moves faster was put elsewhere
+constexpr double MAX_EMITTER_SPEED = 2000.0;  // m/s; a faster move of the emitter counts as a teleport
 
 float spread(Random& random, float middle, float range) {
     return middle + range * random.getFloat(-1.0f, 1.0f);
@@ -20,12 +20,12 @@ vec3 spread(Random& random, const vec3& middle, const vec3& range) {
     return {x, y, spread(random, middle.z, range.z)};
 }
 
-/// What a particle meets on its way through a step.
+/// Forces on a particle during a step.
 struct Air {
     vec3 lift;     ///< acceleration, m/s^2, world frame
-    vec3 carry;    ///< the velocity that drag draws it to
-    float drag;    ///< a second
-    float growth;  ///< metres a second
+    vec3 carry;    ///< velocity that drag converges to
+    float drag;    ///< 1/s
+    float growth;  ///< metres per second
 };
 
 void advance(Particle& p, const Air& air, float dt, float fade) {
@@ -35,7 +35,7 @@ void advance(Particle& p, const Air& air, float dt, float fade) {
     p.size = std::max(0.0f, p.size + air.growth * dt);
 }
 
-/// Puts what fell through a plane back onto it.
+/// Moves particles that fell through a plane back onto it.
 void deflect(std::vector<Particle>& particles, const dmat4& plane) {
     const dvec3 normal = normalize(plane.z);
     for (Particle& p : particles) {
@@ -62,7 +62,7 @@ ObjectParticles::~ObjectParticles() = default;
 void ObjectParticles::worldChanged() {
     Object::worldChanged();
     if (!getWorld()) return;
-    // From the place in the world's order, which is the same in every run of the same scene; ids are not.
+    // From the node's order in the world, which is reproducible; ids are not.
     m_random.setSeed((getWorld()->getState().joined + 1) * 0x9E3779B97F4A7C15ULL);
     m_has_last_frame = false;
 }
@@ -117,7 +117,7 @@ void ObjectParticles::simulate(float dt, const vec3& wind) {
     updateBox();
 }
 
-/// Moves its playing time on; whether that has come to where it emits.
+/// Advances the playing time; returns whether the system now emits.
 bool ObjectParticles::isEmitting(float dt) {
     if (!m_emitting || !isActive()) return false;
     m_played += dt;
@@ -125,10 +125,10 @@ bool ObjectParticles::isEmitting(float dt) {
     return begun > 0.0f && !(m_settings.duration > 0.0f && begun - dt >= m_settings.duration);
 }
 
-/// Particles are born evenly over the step, along the emitter's way through it, and have flown on since.
+/// Particles are born uniformly over the step, along the motion of the emitter, and move from then on.
 void ObjectParticles::emit(const Step& step) {
     const dmat4 to = getWorldTransform();
-    const bool is_steady = m_has_last_frame && length(to.t - m_last_frame.t) <= FASTEST_EMITTER * step.dt;
+    const bool is_steady = m_has_last_frame && length(to.t - m_last_frame.t) <= MAX_EMITTER_SPEED * step.dt;
     const dmat4 from = is_steady ? m_last_frame : to;
     m_has_last_frame = isEmitting(step.dt);
     m_last_frame = to;

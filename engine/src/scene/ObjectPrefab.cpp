@@ -1,4 +1,4 @@
-// Prefabs: loading their files, and the lists and box of their content, made when asked for after a change.
+// Prefabs: loading of their files; lists and bounding box of their content, computed on demand after a change.
 #include "engine/scene/ObjectPrefab.h"
 
 #include "engine/physics/Body.h"
@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr int DEEPEST = 32;  // files within files
+constexpr int MAX_DEPTH = 32;  // nesting of files
 
-/// The path that tells one file from another; empty, with one log line, when there is none.
+/// The path that identifies a file; empty, with one log line, when it does not exist.
 jString findFile(const jString& path) {
     if (!WorldState::running) {
         jLog::error("%s: no engine to load it", path.c_str());
@@ -36,7 +36,7 @@ jString describe(const PrefabChain& chain) {
     return describe(*chain.outer) + " -> " + chain.path;
 }
 
-/// Whether the file can be loaded where it stands; false, with one log line and the outermost file broken, when not.
+/// Whether the file can be loaded in this chain. Otherwise false, with one log line, and the outermost file is broken.
 bool checkChain(const PrefabChain& chain) {
     int depth = 1;
     const PrefabChain* outermost = &chain;
@@ -46,7 +46,7 @@ bool checkChain(const PrefabChain& chain) {
         outermost = at;
         ++depth;
     }
-    if (!repeats && depth <= DEEPEST) return true;
+    if (!repeats && depth <= MAX_DEPTH) return true;
     chain.shared->broken = true;
     jLog::error("%s: %s: %s", outermost->path.c_str(), repeats ? "a prefab includes itself" : "prefabs nested too deep",
                 describe(chain).c_str());
@@ -123,7 +123,7 @@ const jVector<Object*>& ObjectPrefab::getObjects() const {
 
 namespace {
 
-/// Grows the box by what hangs below, in the frame that `frame` takes the node's own to.
+/// Expands the box by the content of the descendants; `frame` maps the node's own frame to the box's.
 void addContent(const Node& node, const dmat4& frame, BoundBox& box) {
     for (int i = 0; i < node.getNumChildren(); ++i) {
         Node& child = *node.getChild(i);

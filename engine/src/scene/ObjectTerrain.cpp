@@ -1,4 +1,4 @@
-// The ground as a scene object: opens its raster when it is made and hands queries on to it.
+// The ground as a scene object: opens its raster in the constructor and passes queries to it.
 #include "engine/scene/ObjectTerrain.h"
 
 #include <algorithm>
@@ -31,13 +31,13 @@ Interval cosineRange(double from, double to) {
     return range;
 }
 
-// The geocentric box of everything between two heights over a raster: products of the ranges of its factors.
+// The geocentric bounding box of the volume between two heights over a raster, from the ranges of the factors.
 BoundBox globeBox(const ElevationRaster& raster, const HeightRange& heights) {
     const double west = raster.getWest(), east = raster.getLongitude(raster.getNumColumns() - 1);
     const double south = raster.getSouth(), north = raster.getLatitude(raster.getNumRows() - 1);
     const Interval cos_lat = cosineRange(south, north), cos_lon = cosineRange(west, east);
     const Interval sin_lat = cosineRange(south - 90.0, north - 90.0), sin_lon = cosineRange(west - 90.0, east - 90.0);
-    // The radius of curvature in the prime vertical lies between the semi-major axis and its polar value.
+    // The radius of curvature in the prime vertical is between the semi-major axis and its polar value.
     constexpr double A = EllipsoidModel::SEMI_MAJOR, E2 = EllipsoidModel::ECCENTRICITY_2;
     const auto normal = [](double sine) { return A / std::sqrt(1.0 - E2 * sine * sine); };
     const double most = std::max(std::fabs(sin_lat.min), std::fabs(sin_lat.max));

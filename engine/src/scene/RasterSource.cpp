@@ -1,5 +1,5 @@
-// Opens elevation and imagery files and reads windows of them through GDAL; called when a terrain is made and when its
-// tiles are first wanted.
+// Opens elevation and imagery files and reads windows of them with GDAL; called when a terrain is made and when its
+// tiles are first used.
 #include "engine/scene/RasterSource.h"
 
 #include <cpl_error.h>
@@ -17,8 +17,7 @@
 
 namespace {
 
-// Keeps GDAL's own messages off the terminal while it lives, and the first error among them for the one line that the
-// caller writes.
+// While it exists, keeps GDAL's own messages off the terminal and stores the first error for the caller's log line.
 class QuietErrors {
 public:
     QuietErrors() { CPLPushErrorHandlerEx(&QuietErrors::take, this); }
@@ -43,9 +42,10 @@ private:
 
 constexpr const char* FIRST_DRIVERS[] = {"GTiff", nullptr};
 
-/// The usual format alone: the other hundred and more cost 8 MB, and wait until a file is none of it.
+/// Registers only the usual format: the more than one hundred others cost 8 MB and are registered when it cannot read a
+/// file.
 void registerFirstDrivers() {
-    // What is read is kept by whoever asked: the library's own copies would be held twice.
+    // Callers keep the posts that they read: a large library cache would hold them twice.
     constexpr GIntBig CACHE_BYTES = 2 << 20;
     static std::once_flag once;
     std::call_once(once, [] {
@@ -59,7 +59,7 @@ void registerAllDrivers() {
     std::call_once(once, [] { GDALAllRegister(); });
 }
 
-// The horizontal part of a system with longitude before latitude; the caller releases it.
+// The horizontal part of a reference system with longitude before latitude; the caller releases it.
 OGRSpatialReferenceH cloneHorizontal(OGRSpatialReferenceH system) {
     OGRSpatialReferenceH flat = OSRClone(system);
     if (OSRIsCompound(flat)) OSRStripVertical(flat);
@@ -128,8 +128,8 @@ bool RasterSource::isNorthUpWgs84() const {
            isWgs84(system);
 }
 
-// Resampled on the fly: a window of the result reads only what it needs of the file. In double precision, so that a
-// raster of whole metres is not rounded once more.
+// Resamples on demand: a window of the result reads only the necessary part of the file. In double precision, so that
+// rasters of whole metres are not rounded again.
 bool RasterSource::turnToWgs84() {
     if (isNorthUpWgs84()) {
         m_grid = m_file;

@@ -1,4 +1,4 @@
-// The state hash: asked for once a frame when a run is recorded or compared.
+// The state hash: computed once per frame when a run is recorded or compared.
 #include "scene/StateHash.h"
 
 #include "engine/physics/Body.h"

@@ -5,6 +5,6 @@
 
 class World;
 
-/// Over every node in tree order: name, local transform, enabled flag, and its body's pose and velocities. What is
-/// only looked at (particles, lights, materials) is not in it.
+/// Includes every node in tree order: name, local transform, enabled flag, and its body's pose and velocities. Excludes
+/// purely visual state (particles, lights, materials).
 std::uint64_t hashWorld(const World& world);

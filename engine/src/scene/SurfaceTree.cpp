@@ -1,4 +1,4 @@
-// Triangle trees through Embree: built when a mesh is loaded, asked by picks at any point of the frame.
+// Triangle trees with Embree: built when a mesh is loaded, used by intersection queries at any point of the frame.
 #include "scene/SurfaceTree.h"
 
 #include <embree3/rtcore.h>
@@ -11,10 +11,10 @@
 
 namespace {
 
-// A segment that ends this close to a triangle, in metres, touches it: what rounding leaves of geocentric coordinates.
+// Metres; a segment that ends this close to a triangle touches it: the rounding of geocentric coordinates.
 constexpr double TOUCH = 1e-8;
 
-// One device for the process. Building on one thread makes equal meshes equal trees, run for run.
+// One device per process. Building on one thread makes the trees of equal meshes equal in every run.
 RTCDevice getDevice() {
     struct Device {
         RTCDevice handle = rtcNewDevice("threads=1");
@@ -28,7 +28,8 @@ dvec3 toDouble(const std::array<float, 3>& p) {
     return {p[0], p[1], p[2]};
 }
 
-// 0, 1, 2 ... of at least so many: corners lie in order in every tree, so all trees share the longest.
+// At least `count` consecutive numbers from 0: the corners are in order in every tree, so all trees share the longest
+// list.
 std::shared_ptr<const std::vector<std::uint32_t>> countUp(std::size_t count) {
     static std::shared_ptr<const std::vector<std::uint32_t>> longest;
     if (!longest || longest->size() < count) {
@@ -98,8 +99,8 @@ SurfaceTree::SurfaceTree(const MeshSurface& surface) {
 
 SurfaceTree::~SurfaceTree() = default;
 
-// Single precision serves to find the triangle, from a start just outside the box or the segment's own; where the
-// segment meets that triangle's plane is then worked out in double precision.
+// Single precision selects the triangle, from a start just outside the box or the segment's own start; the intersection
+// with that triangle's plane is then computed in double precision.
 bool SurfaceTree::intersect(const dvec3& from, const dvec3& to, dvec3& hit) const {
     const dvec3 step = to - from;
     const double whole = length(step);
@@ -136,13 +137,13 @@ bool SurfaceTree::intersect(const dvec3& from, const dvec3& to, dvec3& hit) cons
             hit = from + step * std::clamp(t, 0.0, 1.0);
             return true;
         }
-        near = std::nextafter(ray.ray.tfar, reach);  // a triangle just behind the segment's start
+        near = std::nextafter(ray.ray.tfar, reach);  // there may be a triangle just behind the segment's start
     }
     return false;
 }
 
-// Fraction of the segment at which it meets the triangle's plane. Along the plane that is not defined; the ray's own
-// finding, good to the slack, then stands.
+// Fraction of the segment at its intersection with the triangle's plane. Undefined for a segment in the plane: then the
+// ray's own result is used, which is accurate to the slack.
 double SurfaceTree::meet(unsigned triangle, const dvec3& from, const dvec3& step, double guess) const {
     const Corners& corners = m_triangles[triangle];
     const dvec3 a = toDouble(corners[0]), b = toDouble(corners[1]), c = toDouble(corners[2]);

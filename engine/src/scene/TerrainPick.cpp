@@ -1,5 +1,6 @@
-// Segments against the ground: the segment is halved until each piece is over, under or within a few cells of the
-// ground, and those cells' triangles are solved. Asked by picks at any point of the frame.
+// Intersection of segments with the ground: the segment is halved until each piece is above, below or within a few
+// cells of the ground, and the triangles of those cells are solved. Called by intersection queries at any point of the
+// frame.
 #include "scene/TerrainPick.h"
 
 #include <algorithm>
@@ -11,24 +12,24 @@
 
 namespace {
 
-constexpr int MAX_DEPTH = 48;              // halvings: 1e7 m down to less than a micrometre
-constexpr double SMALL_SPAN = 2.0;         // cells each way that are solved directly
-constexpr double FLAT_SPAN = 0.002;        // degrees over which a chord sags by less than 1 mm
-constexpr double LONGEST_PIECE = 500e3;    // metres; the bounds of a longer piece are not worth having
-constexpr double WIDEST_PIECE = 10.0;      // degrees of longitude, likewise
-constexpr double HEIGHT_TOLERANCE = 1e-7;  // metres
-constexpr double LINE_TOLERANCE = 1e-7;    // cells
+constexpr int MAX_DEPTH = 48;               // halvings: 1e7 m down to less than a micrometre
+constexpr double SMALL_SPAN = 2.0;          // cells per direction that are solved directly
+constexpr double FLAT_SPAN = 0.002;         // degrees over which a chord sags by less than 1 mm
+constexpr double MAX_PIECE_LENGTH = 500e3;  // metres; the bounds of a longer piece are too loose to be useful
+constexpr double MAX_PIECE_WIDTH = 10.0;    // degrees of longitude, likewise
+constexpr double HEIGHT_TOLERANCE = 1e-7;   // metres
+constexpr double LINE_TOLERANCE = 1e-7;     // cells
 
-// A point of the segment, seen from the ground.
+// A point of the segment in the raster's coordinates.
 struct TrackPoint {
     double t;  // 0 at the segment's start, 1 at its end
     PostPlace place;
     double height;  // above the ellipsoid, metres
 
-    double side() const { return place.column - place.row; }  // whole numbers are the cells' diagonals
+    double side() const { return place.column - place.row; }  // integers are the cells' diagonals
 };
 
-// A triangle's plane and the cell that it is counted from.
+// A triangle's plane and its cell.
 struct Ground {
     GroundPlane plane;
     int column, row;
@@ -66,7 +67,7 @@ bool GroundPick::run(double& t) const {
     return clipToHeights(first, last) && search(at(first), at(last), MAX_DEPTH, t);
 }
 
-// Cuts off what lies outside a sphere round all of the ground.
+// Cuts off the part outside a sphere around all of the ground.
 bool GroundPick::clipToHeights(double& first, double& last) const {
     const double radius = EllipsoidModel::SEMI_MAJOR + std::max(m_raster.getRange().max, 0.0f) + 1.0;
     const double a = m_length * m_length, half_b = dot(m_from, m_step), c = length2(m_from) - radius * radius;
@@ -95,13 +96,13 @@ bool GroundPick::search(const TrackPoint& a, const TrackPoint& b, int depth, dou
     return search(a, middle, depth - 1, t) || search(middle, b, depth - 1, t);
 }
 
-// False when the piece is surely clear of the ground. Between its ends longitude is monotonic, height at most that of
-// the higher end (it is convex along a line) and at least that of the lower less the chord's sag, L^2 / (8 R), and
-// latitude leaves the ends' range by at most the bulge of a great circle, dlon^2 sin cos / 8 in radians.
+// False when the piece cannot meet the ground. Between its ends longitude is monotonic; height is at most that of the
+// higher end (it is convex along a line) and at least that of the lower end minus the chord's sag, L^2 / (8 R);
+// latitude leaves the range of the ends by at most the bulge of a great circle, dlon^2 sin cos / 8 in radians.
 bool GroundPick::mayMeet(const TrackPoint& a, const TrackPoint& b) const {
     const double piece = (b.t - a.t) * m_length;
     const double lon_span = std::fabs(a.place.column - b.place.column) * m_raster.getLonStep();
-    if (piece > LONGEST_PIECE || lon_span > WIDEST_PIECE) return true;
+    if (piece > MAX_PIECE_LENGTH || lon_span > MAX_PIECE_WIDTH) return true;
     const double sag = piece * piece / 5.0e7, bulge = 0.0018 * lon_span * lon_span / m_raster.getLatStep() + 1e-6;
     const double left = std::min(a.place.column, b.place.column), right = std::max(a.place.column, b.place.column);
     const double bottom = std::min(a.place.row, b.place.row) - bulge, top = std::max(a.place.row, b.place.row) + bulge;
@@ -114,12 +115,12 @@ bool GroundPick::mayMeet(const TrackPoint& a, const TrackPoint& b) const {
            std::max(a.height, b.height) >= ground.min - 1e-3;
 }
 
-// The lines on which the ground's slope changes: whole columns (family 0), whole rows (1) and the diagonals (2).
+// The lines where the ground's slope changes: whole columns (family 0), whole rows (1) and the diagonals (2).
 double lineCoordinate(const TrackPoint& p, int family) {
     return family == 0 ? p.place.column : family == 1 ? p.place.row : p.side();
 }
 
-// Moves p along the piece onto the line that it was meant to lie on; the piece is so short that one or two steps do.
+// Moves p along the piece onto its line; the piece is so short that one or two steps suffice.
 TrackPoint GroundPick::refine(TrackPoint p, const TrackPoint& a, const TrackPoint& b, int family) const {
     const double rate = (lineCoordinate(b, family) - lineCoordinate(a, family)) / (b.t - a.t);
     for (int i = 0; i < 3; ++i) {
@@ -130,7 +131,7 @@ TrackPoint GroundPick::refine(TrackPoint p, const TrackPoint& a, const TrackPoin
     return p;
 }
 
-// Cuts the piece where it crosses from triangle to triangle, so that the ground below each part is one plane.
+// Splits the piece at the borders of triangles, so that the ground below each part is one plane.
 bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t) const {
     struct Cut {
         double t;
@@ -147,7 +148,7 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
     }
     std::sort(cuts.begin(), cuts.begin() + count, [](const Cut& l, const Cut& r) { return l.t < r.t; });
     TrackPoint start = a;
-    double end_above = 0.0;  // over the part before, at its end; 0 while it had no ground
+    double end_above = 0.0;  // height above ground at the end of the previous part; 0 when it had no ground
     for (std::size_t i = 0; i <= count; ++i) {
         const TrackPoint end = i == count ? b : refine(at(cuts[i].t), a, b, cuts[i].family);
         Ground ground;
@@ -155,8 +156,8 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
             end_above = 0.0;
         } else {
             const double above = ground.heightOver(start);
-            // The two planes meet on the line between them, but a rounding error beside it the segment may slip
-            // through.
+            // Both planes contain the line between them; a segment next to it could pass between them by a rounding
+            // error.
             if (end_above * above < 0.0) return t = start.t, true;
             if (solvePlane(ground, start, end, t)) return true;
             end_above = ground.heightOver(end);
@@ -166,7 +167,7 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
     return false;
 }
 
-// The ground under the middle of a part; false without any.
+// The ground below the middle of a part; false when there is none.
 bool GroundPick::findGround(const TrackPoint& a, const TrackPoint& b, Ground& ground) const {
     const PostPlace middle{0.5 * (a.place.column + b.place.column), 0.5 * (a.place.row + b.place.row)};
     if (!m_raster.isInside(middle)) return false;
@@ -177,8 +178,8 @@ bool GroundPick::findGround(const TrackPoint& a, const TrackPoint& b, Ground& gr
     return !std::isnan(ground.plane.base);
 }
 
-// The zero of the height above a plane between two points, by false position with the Illinois rule (Dowell and
-// Jarratt, BIT 11, 1971): the function is all but linear, so that the first or second step is exact.
+// Root of the height above a plane between two points, by false position with the Illinois rule (Dowell and Jarratt,
+// BIT 11, 1971): the function is nearly linear, so that the first or second step is exact.
 bool GroundPick::solvePlane(const Ground& ground, TrackPoint a, TrackPoint b, double& t) const {
     double fa = ground.heightOver(a), fb = ground.heightOver(b);
     if (std::fabs(fa) <= HEIGHT_TOLERANCE) return t = a.t, true;

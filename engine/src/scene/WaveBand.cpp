@@ -1,4 +1,4 @@
-// Waves by inverse Fourier transform: computed once a frame when the sea is asked for.
+// Waves by inverse Fourier transform: computed once per frame when the sea is used.
 #include "scene/WaveBand.h"
 
 #include <kiss_fft.h>
@@ -12,7 +12,7 @@ constexpr int SIZE = WaveCascade::SIZE;
 constexpr std::size_t CELLS = std::size_t(SIZE) * SIZE;
 constexpr double TURN = 2.0 * jMath::PI;
 
-/// Seconds over which foam remembers.
+/// Time constant of the foam's decay, seconds.
 constexpr float FOAM_TIME = 1.0f;
 
 Complex unit(double turns) {
@@ -31,8 +31,8 @@ kiss_fft_cpx* bare(Complex* c) {
     return reinterpret_cast<kiss_fft_cpx*>(c);
 }
 
-/// How many standard deviations a normal variable is above its mean in the part `p` of all cases (0 < p <= 0.5).
-/// Abramowitz and Stegun 26.2.23, good to 5e-4.
+/// Quantile of the normal distribution: standard deviations above the mean that are exceeded with the probability `p`
+/// (0 < p <= 0.5). Abramowitz and Stegun 26.2.23, error below 5e-4.
 double deviationsAbove(double p) {
     const double t = std::sqrt(-2.0 * std::log(p));
     return t - (2.515517 + t * (0.802853 + t * 0.010328)) / (1.0 + t * (1.432788 + t * (0.189269 + t * 0.001308)));
@@ -88,7 +88,7 @@ void WaveBand::addPair(int column, int row, Random& random) {
         static_cast<std::uint16_t>(std::lround(std::sqrt(WaveSpectrum::GRAVITY * k) * WaveTurns::PERIOD / TURN));
     pair.at = static_cast<std::uint16_t>(cell(column, row));
     pair.opposite = static_cast<std::uint16_t>(cell(-column, -row));
-    // An exponential mean over the past of a wave exp(-i omega t).
+    // Exponentially weighted mean over the past of a wave exp(-i omega t).
     const float omega = static_cast<float>(pair.turn * TURN / WaveTurns::PERIOD);
     pair.gather = static_cast<float>(k) / Complex(1.0f, -omega * FOAM_TIME);
     m_pairs.push_back(pair);
@@ -100,8 +100,8 @@ int WaveBand::getLargestTurn() const {
     return largest;
 }
 
-/// The part of the spectrum that falls into the cell of wave numbers round this wave and into the band, m^2. Where a
-/// cell is large against its wave number it is measured in parts.
+/// The part of the spectrum inside the band and in the cell of wave numbers around this wave, m^2. Cells that are large
+/// relative to their wave number are integrated in parts.
 double WaveBand::getVariance(const WaveSpectrum& spectrum, int column, int row) const {
     const int parts = std::max(std::abs(column), std::abs(row)) < 8 ? 4 : 1;
     double sum = 0.0;
@@ -115,7 +115,7 @@ double WaveBand::getVariance(const WaveSpectrum& spectrum, int column, int row) 
     return sum * m_step * m_step / (parts * parts);
 }
 
-/// The part of a wave's variance that is left on the bilinear surface between samples.
+/// Share of a wave's variance that remains on the bilinear surface between samples.
 double WaveBand::getInterpolated(int column, int row) const {
     return (2.0 + std::cos(TURN * column / SIZE)) * (2.0 + std::cos(TURN * row / SIZE)) / 9.0;
 }
@@ -139,7 +139,7 @@ WaveSums WaveBand::setSpectrum(const WaveSpectrum& spectrum) {
 }
 
 void WaveBand::scale(double gain, double lift, double gather, double cover) {
-    constexpr double RAMP = 0.5;  // standard deviations from none to all
+    constexpr double RAMP = 0.5;  // standard deviations from no foam to full foam
     for (Pair& pair : m_pairs) {
         pair.ahead *= static_cast<float>(gain);
         pair.astern *= static_cast<float>(gain);
@@ -150,8 +150,8 @@ void WaveBand::scale(double gain, double lift, double gather, double cover) {
     m_foam_offset = foams ? static_cast<float>(0.5 - deviationsAbove(std::min(cover, 0.5)) / RAMP) : 0.0f;
 }
 
-/// The spectra of two pairs of real fields. For waves of height h the water's displacement ahead is i h (each particle
-/// goes round a circle), and it is drawn together by k h.
+/// The spectra of two pairs of real fields. For waves of height h the horizontal displacement ahead is i h (each
+/// particle moves in a circle), and its convergence is k h.
 void WaveBand::fill(const WaveTurns& turns) {
     constexpr Complex I(0.0f, 1.0f);
     for (const Pair& pair : m_pairs) {
@@ -159,7 +159,7 @@ void WaveBand::fill(const WaveTurns& turns) {
         const Complex ahead = pair.ahead * std::conj(turn), astern = std::conj(pair.astern) * turn;
         const Complex height = ahead + astern;
         const Complex gather = pair.gather * ahead + std::conj(pair.gather) * astern;
-        // Field a and field b go together as a + i b; at the opposite wave number each is its conjugate.
+        // Fields a and b are packed as a + i b; at the opposite wave number each is its conjugate.
         m_waves_height_east[pair.at] = height * (1.0f - pair.east);
         m_waves_height_east[pair.opposite] = std::conj(height) * (1.0f + pair.east);
         m_waves_north_gather[pair.at] = I * (pair.north * height + gather);
@@ -169,7 +169,7 @@ void WaveBand::fill(const WaveTurns& turns) {
 }
 
 void WaveBand::transform(const std::vector<Complex>& in, std::vector<Complex>& out) {
-    for (int column = -m_reach; column <= m_reach; ++column) {  // the others are zero and stay so
+    for (int column = -m_reach; column <= m_reach; ++column) {  // all others are always zero
         const std::size_t at = cell(column, 0);
         kiss_fft(m_fft.get(), bare(&in[at]), bare(&m_half_done[at]));
     }

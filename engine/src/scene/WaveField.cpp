@@ -1,4 +1,4 @@
-// The sea's surface: moved to the frame's time by whoever asks first, and looked up from then on.
+// The sea's surface: computed for the frame's time at the first use, then looked up.
 #include "engine/scene/WaveField.h"
 
 #include <algorithm>
@@ -12,9 +12,9 @@
 namespace {
 
 constexpr int SIZE = WaveCascade::SIZE;
-/// Metres. Their ratio is far from small fractions, so that no common tile shows.
+/// Sides of the cascades, metres. Their ratio is far from simple fractions, so that no common period is visible.
 constexpr double LARGE = 709.0, SMALL = 61.0;
-/// Rad/m: the bands meet where three waves go into the small square, enough of them to look irregular.
+/// Rad/m: the boundary of the bands is three waves per side of the small square, enough to look irregular.
 constexpr double SPLIT = 2.0 * jMath::PI * 3.0 / SMALL;
 
 using Values = float __attribute__((vector_size(16)));
@@ -25,23 +25,23 @@ Values load(const std::array<float, 4>& sample) {
     return values;
 }
 
-/// A sample's values and their derivatives east and north, 1/m.
+/// Values at a position and their derivatives east and north, 1/m.
 struct Surface {
     Values value, east, north;
 
     Surface operator+(const Surface& b) const { return {value + b.value, east + b.east, north + b.north}; }
 };
 
-/// Where a place lies in a cascade: samples from the origin, in [SIZE, 2 SIZE), so that a step west or south of it is
-/// still positive.
-struct Place {
-    Place(const WaveCascade& in, double length, double east, double north)
+/// Position in a cascade: samples from the origin, in [SIZE, 2 SIZE), so that a step west or south of it is still
+/// positive.
+struct CascadePoint {
+    CascadePoint(const WaveCascade& in, double length, double east, double north)
         : cascade(in),
           per_metre(static_cast<float>(SIZE / length)),
           column(wrap(east * (1.0 / length))),
           row(wrap(north * (1.0 / length))) {}
 
-    /// Bilinear between the four samples round the place `east` and `north` metres off.
+    /// Bilinear interpolation between the four samples around the point `to_east` and `to_north` metres away.
     Surface look(float to_east, float to_north) const {
         const float c = column + to_east * per_metre, r = row + to_north * per_metre;
         const int i = static_cast<int>(c), j = static_cast<int>(r);
@@ -61,14 +61,14 @@ struct Place {
 
 private:
     static float wrap(double lengths) {
-        constexpr double MOST = 1 << 20;  // farther than round the globe
-        if (!(std::abs(lengths) < MOST)) return SIZE;
-        const double positive = lengths + MOST;
+        constexpr double MAX_LENGTHS = 1 << 20;  // farther than round the globe
+        if (!(std::abs(lengths) < MAX_LENGTHS)) return SIZE;
+        const double positive = lengths + MAX_LENGTHS;
         return static_cast<float>((positive - static_cast<double>(static_cast<int>(positive)) + 1.0) * SIZE);
     }
 };
 
-/// Foam covers this part of the sea (Monahan and O'Muircheartaigh 1980).
+/// Share of the sea covered by foam (Monahan and O'Muircheartaigh 1980).
 double coverOf(double speed) {
     return 3.84e-6 * std::pow(std::max(speed, 0.0), 3.41);
 }
@@ -93,13 +93,14 @@ struct WaveField::State {
     double speed = 0.0, to_east = 1.0, to_north = 0.0;
     double time = 0.0;
     bool flat = true;
-    bool stale = false;  ///< the samples are not those of the state and time
+    bool stale = false;  ///< the samples do not match the state and time
     std::uint32_t revision = 0;
 };
 
-/// The sums are brought to the spectrum's variance: what a square cannot hold, waves longer than the large one and
-/// shorter than two samples of the small one, is spread over the waves that it holds. That variance lies between the
-/// samples' and the interpolated surface's, which are within 7 % of it at Beaufort 1 and 4 % from 2 up.
+/// Scales the sums to the spectrum's variance. Waves that the squares cannot represent, longer than the large one or
+/// shorter than two samples of the small one, are distributed over the other waves. The target variance is between
+/// those of the samples and of the interpolated surface, which differ from it by up to 7 % at Beaufort 1 and 4 % from 2
+/// up.
 void WaveField::State::setSpectrum(const WaveSpectrum& spectrum) {
     WaveSums sums[NUM_CASCADES], all;
     for (int i = 0; i < NUM_CASCADES; ++i) {
@@ -114,7 +115,8 @@ void WaveField::State::setSpectrum(const WaveSpectrum& spectrum) {
     if (flat) return;
     const double gain2 = wanted / std::sqrt(all.samples * all.surface);
     for (int i = 0; i < NUM_CASCADES; ++i) {
-        // Crests are narrower than troughs, so the mean over places lies lower than that over the water by the lift.
+        // Crests are narrower than troughs, so that the mean height over positions is lower than the mean over the
+        // water by `lift`.
         bands[i].scale(std::sqrt(gain2), i == 0 ? gain2 * all.lift : 0.0, gain2 * sums[i].gather,
                        coverOf(speed) * sums[i].gather / all.gather);
     }
@@ -163,21 +165,21 @@ std::uint32_t WaveField::getRevision() const {
 }
 
 vec3 WaveField::getDisplacement(double east, double north) const {
-    const Place large(m_state->cascades[0], LARGE, east, north), small(m_state->cascades[1], SMALL, east, north);
+    const CascadePoint large(m_state->cascades[0], LARGE, east, north), small(m_state->cascades[1], SMALL, east, north);
     const Values sum = large.look(0.0f, 0.0f).value + small.look(0.0f, 0.0f).value;
     return {sum[0], sum[1], sum[2]};
 }
 
 float WaveField::getHeight(double east, double north) const {
     if (m_state->flat) return 0.0f;
-    const Place large(m_state->cascades[0], LARGE, east, north), small(m_state->cascades[1], SMALL, east, north);
-    float x = 0.0f, y = 0.0f, height = 0.0f;  // of the water that is here now: its place at rest, how high it stands
-    for (int step = 0; step < 3; ++step) {    // Newton's
+    const CascadePoint large(m_state->cascades[0], LARGE, east, north), small(m_state->cascades[1], SMALL, east, north);
+    float x = 0.0f, y = 0.0f, height = 0.0f;  // of the water now at this point: its position at rest, its height
+    for (int step = 0; step < 3; ++step) {    // Newton's method
         const Surface at = large.look(x, y) + small.look(x, y);
         const float east_east = 1.0f + at.east[0], east_north = at.north[0];
         const float north_east = at.east[1], north_north = 1.0f + at.north[1];
         const float to_east = -x - at.value[0], to_north = -y - at.value[1];
-        // Near a fold of the surface the whole step would lead far off.
+        // Near a fold of the surface a full step would diverge.
         const float per_area = 1.0f / std::max(east_east * north_north - east_north * north_east, 0.2f);
         const float step_east = (north_north * to_east - east_north * to_north) * per_area;
         const float step_north = (east_east * to_north - north_east * to_east) * per_area;

@@ -1,4 +1,4 @@
-// Wind to waves: asked when the sea's state changes.
+// The wave spectrum of a wind: computed when the sea's state changes.
 #include "scene/WaveSpectrum.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 /// Phillips' constant of the Pierson-Moskowitz spectrum.
 constexpr double ALPHA = 8.1e-3;
 
-/// Metres, Beaufort 0 to 12.
+/// Wave heights in metres for Beaufort 0 to 12.
 constexpr double HEIGHTS[] = {0.0, 0.1, 0.2, 0.6, 1.0, 2.0, 3.0, 4.0, 5.5, 7.0, 9.0, 11.5, 14.0};
 
 double heightOf(double speed) {
@@ -20,8 +20,8 @@ double heightOf(double speed) {
     return std::lerp(HEIGHTS[step], HEIGHTS[step + 1], beaufort - step);
 }
 
-/// Of the width of sech^2(beta * angle); `log_ratio` is the logarithm of frequency over peak frequency. Banner 1990,
-/// equation 3.9; below 0.56 times the peak, where next to nothing is, the value there.
+/// Parameter beta of the width of sech^2(beta * angle); `log_ratio` is the logarithm of frequency over peak frequency.
+/// Banner 1990, equation 3.9; constant below 0.56 times the peak, where there is hardly any energy.
 float spreadOf(float log_ratio) {
     constexpr float LOW = -0.57982f, PEAK = -0.05129f, HIGH = 0.47000f;  // logarithms of 0.56, 0.95 and 1.6
     if (log_ratio < PEAK) return 2.61f * std::exp(1.3f * std::max(log_ratio, LOW));
@@ -40,7 +40,7 @@ double getBeaufortNumber(double speed) {
 }
 
 WaveSpectrum::WaveSpectrum(double speed, double to_east, double to_north) : m_height(heightOf(speed)) {
-    // The variance of the spectrum, alpha g^2 / (5 peak^4), is that of the height, (Hs / 4)^2.
+    // The variance of the spectrum, alpha g^2 / (5 peak^4), equals that of the height, (Hs / 4)^2.
     m_peak = m_height > 0.0 ? std::pow(ALPHA * 3.2 * GRAVITY * GRAVITY / (m_height * m_height), 0.25)
                             : std::numeric_limits<double>::infinity();
     m_peak_number = static_cast<float>(m_peak * m_peak / GRAVITY);
@@ -52,7 +52,8 @@ WaveSpectrum::WaveSpectrum(double speed, double to_east, double to_north) : m_he
 float WaveSpectrum::getDensity(float east, float north) const {
     const float k2 = east * east + north * north;
     if (k2 <= 0.0f || m_height <= 0.0) return 0.0f;
-    // With omega^2 = g k the spectrum over k is alpha / 2 k^-3 exp(-5/4 (peak / k)^2), over its plane that over k.
+    // With omega^2 = g k the density over k is alpha / 2 k^-3 exp(-5/4 (peak / k)^2); over the plane it is divided by
+    // k.
     const float peak2 = m_peak_number * m_peak_number;
     const float radial = 0.5f * static_cast<float>(ALPHA) / (k2 * k2) * std::exp(-1.25f * peak2 / k2);
     const float beta = spreadOf(0.25f * std::log(k2 / peak2));

@@ -1,4 +1,4 @@
-// The world's life, its lookups, world files and the frame's step.
+// The world: lifetime, lookups, world files and the step of a frame.
 #include "engine/scene/World.h"
 
 #include "engine/text/Log.h"

@@ -1,5 +1,5 @@
-// The world's books on its nodes: indexes and lists, kept as nodes join, leave and change; particles and triggers of a
-// frame.
+// The world's records of its nodes: indexes and lists, updated when nodes join, leave and change; particles and
+// triggers of a frame.
 #include "scene/WorldState.h"
 
 #include <algorithm>
@@ -121,7 +121,7 @@ void WorldState::reportDepartures() {
     std::vector<Departure> departures = std::move(m_departures);
     m_departures.clear();
     if (closing || departures.empty()) return;
-    // A callback may remove triggers and sensors, this one too, and so report departures of its own.
+    // A callback may remove triggers and sensors, including this one, and so report further departures.
     m_reports.push_back(&departures);
     for (const Departure& departure : departures) {
         if (!isAlive(departure.trigger, departure.trigger_id)) continue;

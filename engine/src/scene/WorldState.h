@@ -1,4 +1,4 @@
-// What a world owns, for the engine's own sources.
+// The members of a world, for the engine's own sources.
 #pragma once
 
 #include <memory>
@@ -13,22 +13,22 @@
 class NodeTrigger;
 class ObjectParticles;
 
-/// What a track's channel wants a value of the environment to be at least.
+/// A lower bound that a track's channel sets for a value of the environment.
 struct EnvironmentRaise {
     const float* target;
-    const void* by;  ///< the channel; null for the value's own
+    const void* by;  ///< the channel; null for the value's own entry
     float value;
 };
 
 struct WorldState {
-    /// Of the running engine's world, null when there is none. Set by the engine.
+    /// The state of the running engine's world, null when there is none. Set by the engine.
     inline static WorldState* running = nullptr;
 
-    double time = 0.0;  ///< the engine's, seconds
+    double time = 0.0;  ///< the engine's time, seconds
     Environment environment;
     std::vector<EnvironmentRaise> raises;
     bool enabled = true;
-    std::uint64_t joined = 0;  ///< nodes that ever joined: the next one's place in the order
+    std::uint64_t joined = 0;  ///< number of nodes that have joined so far: the next join order
     int num_nodes = 0;
     NodeIndex names;  ///< nodes without a name are not in it
     NodeIndex tags;
@@ -37,7 +37,7 @@ struct WorldState {
     jVector<NodeTrigger*> triggers;
     jVector<Node*> sensors;       ///< in order of their ids
     bool triggers_stale = false;  ///< a sensor or trigger moved or changed its activity
-    bool closing = false;         ///< the world goes: nothing is reported any more
+    bool closing = false;         ///< the world is being destroyed: no more reports
     bool watched = false;         ///< a mirror takes the changes
     WorldChanges changes;
     std::unordered_map<std::string, Package> prefab_files;  ///< by absolute path
@@ -49,7 +49,7 @@ struct WorldState {
     void placeChanged(Node& node);
     void activityChanged(Node& node);
     void contentChanged(Node& node);
-    /// Puts the node on the list of changes, if there is one and it is not on it.
+    /// Adds the node to the list of changes, if there is a list and the node is not in it.
     void touch(Node& node);
     void nameChanged(Node& node, const jString& old_name);
     void tagAdded(Node& node, const jString& tag);
@@ -57,7 +57,7 @@ struct WorldState {
 
     void stepParticles(float dt);
     void stepTriggers();
-    /// Tells the triggers that held sensors which have left meanwhile; call it when the tree is whole again.
+    /// Notifies the triggers of sensors that have left; call it when the tree is consistent again.
     void reportDepartures();
     bool isAlive(const NodeTrigger* trigger, int id) const;
     bool isAlive(const Node* sensor, int id) const;
@@ -73,6 +73,6 @@ private:
     void removeSensor(Node& node);
 
     std::vector<Departure> m_departures;
-    std::vector<std::vector<Departure>*> m_reports;            ///< under way, the outermost first
+    std::vector<std::vector<Departure>*> m_reports;            ///< in progress, the outermost first
     std::vector<std::pair<NodeTrigger*, int>> m_trigger_walk;  ///< kept for its memory
 };

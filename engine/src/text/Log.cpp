@@ -1,4 +1,4 @@
-// The log: formats, folds repeats, hands lines to the sink.
+// The log: formats lines, folds repeats, calls the sink.
 #include "engine/text/Log.h"
 
 #include <chrono>
@@ -18,12 +18,12 @@ struct LogState {
     jLog::Level lowest = jLog::MESSAGE;
     jLog::Level level = jLog::MESSAGE;  ///< of the last line
     jString line;                       ///< the last one
-    SteadyTime written{};               ///< when it or its count was written
-    int folded = 0;                     ///< its repeats since
+    SteadyTime written{};               ///< time of the last output of the line or its count
+    int folded = 0;                     ///< repeats since the last output
 };
 
 LogState& state() {
-    static LogState* const instance = new LogState;  // logging goes on while statics are destroyed
+    static LogState* const instance = new LogState;  // statics may log in their destructors
     return *instance;
 }
 
@@ -33,7 +33,7 @@ void writeFolded(LogState& s) {
 }
 
 void writeLine(LogState& s, jLog::Level level, const jString& line) {
-    // Folding is for the reader at the terminal alone; no result depends on this clock.
+    // Folding only helps the reader at the terminal; no result depends on this clock.
     const SteadyTime now = std::chrono::steady_clock::now();
     if (level == s.level && line == s.line && s.written != SteadyTime()) {
         ++s.folded;

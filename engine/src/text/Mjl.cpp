@@ -17,9 +17,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::uintmax_t MAX_BYTES = 64u << 20;
 constexpr std::size_t MAX_DEPTH = 64;
-constexpr std::size_t MAX_VALUES = 1000000;  // some 200 MB in memory
+constexpr std::size_t MAX_VALUES = 1000000;  // about 200 MB in memory
 
-/// Walks the text and tells how far the reader is, which the reader itself tells only when it fails.
+/// Iterates over the text and counts lines, since the parser reports its position only for errors.
 struct CountingIterator {
     using iterator_category = std::input_iterator_tag;
     using value_type = char;
@@ -45,14 +45,14 @@ struct CountingIterator {
     bool operator!=(const CountingIterator& o) const { return at != o.at; }
 };
 
-/// Builds the tree from the reader's events.
+/// Builds the tree from the parser's events.
 class TreeBuilder : public nlohmann::json_sax<Json> {
 public:
-    /// `file` is the path that every package of the tree gets.
+    /// `file`: the path stored in every package of the tree.
     TreeBuilder(const int* line, const jString& file) : m_line(line), m_file(file) {}
 
     Package root;
-    jString failure;  ///< with its place; empty when all went well
+    jString failure;  ///< error text with position; empty on success
 
     bool null() override { return put(Item()); }
     bool boolean(bool value) override { return put(make(&Item::setBool, value)); }
@@ -115,7 +115,7 @@ private:
         } else {
             item.setName(level.key);
             item.setLine(level.key_line);
-            // Of a key that stands twice the later value holds.
+            // The last value of a repeated key is used.
             if (level.keys.insert(level.key).second)
                 level.package.append(std::move(item));
             else
@@ -170,7 +170,7 @@ void layOverrides(const jString& path, Package& package) {
     for (const Item& item : found->second) package.item(item.getName().c_str()) = item;
 }
 
-/// False with a line logged when the file is there and cannot be taken; false without one when it is missing and not
+/// False with a log line when the file exists but cannot be read; false without one when it is missing and not
 /// required.
 bool readFile(const jString& path, jString& text, bool required) {
     const std::filesystem::path file(resolvePath(path));

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Levenshtein distance: single characters inserted, removed or replaced.
+/// Levenshtein distance: insertions, deletions and replacements of single characters.
 std::size_t editDistance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -140,9 +140,9 @@ Item& Package::item(const char* key) {
     return m_items.last();
 }
 
-void Package::tellType(const Item& item, const char* wanted) const {
-    if (m_path.empty() || item.m_told || item.getType() == Item::NONE) return;
-    item.m_told = true;
+void Package::warnType(const Item& item, const char* wanted) const {
+    if (m_path.empty() || item.m_warned || item.getType() == Item::NONE) return;
+    item.m_warned = true;
     jLog::warning("%s:%d: \"%s\" must be %s", m_path.c_str(), item.getLine(), item.getName().c_str(), wanted);
 }
 
@@ -151,7 +151,7 @@ const Item* Package::find(const char* key, Item::Type type, const char* wanted) 
     if (!item || item->getType() == type) return item;
     const bool is_number = item->getType() == Item::INT || item->getType() == Item::DOUBLE;
     if (type == Item::DOUBLE && is_number) return item;
-    tellType(*item, wanted);
+    warnType(*item, wanted);
     return nullptr;
 }
 
@@ -165,7 +165,7 @@ int Package::getInt(const char* key) const {
     const Item* const found = find(key, Item::DOUBLE, "a number");
     const std::int64_t value = found ? found->getInt() : 0;
     const bool fits = value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
-    if (!fits) tellType(*found, "a number of 32 bits");
+    if (!fits) warnType(*found, "a number of 32 bits");
     return fits ? static_cast<int>(value) : 0;
 }
 
@@ -188,7 +188,7 @@ bool Package::getDoubles(const char* key, double* out, int n) const {
     if (!found) return false;
     std::vector<double> values(static_cast<std::size_t>(n));
     if (found->getArray().size() != n || found->getDoubles(values.data(), n) != n) {
-        tellType(*found, ("a list of " + ToString(n) + " numbers").c_str());
+        warnType(*found, ("a list of " + ToString(n) + " numbers").c_str());
         return false;
     }
     std::copy(values.begin(), values.end(), out);
@@ -211,9 +211,9 @@ void Package::warnUnknownKeys(std::span<const char* const> known) const {
     if (m_path.empty() || known.empty()) return;
     for (const Item& item : m_items) {
         const std::string_view key = item.getName();
-        if (item.m_told || std::ranges::any_of(known, [key](const char* k) { return key == k; })) continue;
-        item.m_told = true;
-        const std::string_view start = key.substr(0, 64);  // a longer one resembles none
+        if (item.m_warned || std::ranges::any_of(known, [key](const char* k) { return key == k; })) continue;
+        item.m_warned = true;
+        const std::string_view start = key.substr(0, 64);  // longer keys resemble no known key
         const char* const nearest =
             *std::ranges::min_element(known, {}, [start](const char* k) { return editDistance(start, k); });
         const jString place = item.getLine() > 0 ? jString(":") + ToString(item.getLine()) : jString(", overridden");

@@ -1,4 +1,4 @@
-// Where the running engine's files are.
+// The folder of the running engine's files.
 #include "text/RuntimeRoot.h"
 
 #include <filesystem>

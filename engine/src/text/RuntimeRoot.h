@@ -3,8 +3,8 @@
 
 #include "engine/text/Containers.h"
 
-/// Set by the engine at its start, relative to the working directory or absolute. Empty, as before the first engine and
-/// after the last: paths are then used as they are.
+/// Set by the engine at its start, relative to the working directory or absolute. Empty without an engine: paths are
+/// then used unchanged.
 void setRuntimeRoot(const jString& folder);
-/// See Engine::resolvePath.
+/// Same as Engine::resolvePath.
 jString resolvePath(const jString& path);

@@ -1,4 +1,4 @@
-// Animation tracks: read once, written to the scene whenever the logic sets their position.
+// Animation tracks: read once, applied to the scene when the logic sets their position.
 #include "engine/track/Track.h"
 
 #include <cmath>
@@ -19,11 +19,11 @@ struct Channel {
     jString bearer;  ///< name or tag
     jString parameter;
     std::vector<Key> keys;  ///< in order of position, at least one
-    bool is_raise = false;  ///< of the environment: others raise the same value, and the highest holds
+    bool is_raise = false;  ///< lower bound of a value of the environment; the highest of all bounds is used
     bool was_written = false;
-    bool was_refused = false;  ///< a node has no such parameter; said once
+    bool was_refused = false;  ///< a node has no such parameter; logged once
     float last_value = 0.0f;
-    std::vector<int> last_nodes;  ///< ids of those that have the last value
+    std::vector<int> last_nodes;  ///< ids of the nodes that have the last value
 
     float getValue(float position) const;
 };
@@ -48,7 +48,7 @@ float* findEnvironment(Environment& environment, const jString& parameter) {
     return nullptr;
 }
 
-/// Of the wishes for `target`, of which there is one at least.
+/// The highest bound for `target`. REQUIRES that there is one.
 float getHighest(const std::vector<EnvironmentRaise>& raises, const float& target) {
     float highest = -INFINITY;
     for (const EnvironmentRaise& r : raises) {

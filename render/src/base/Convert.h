@@ -1,4 +1,4 @@
-// Between the engine's mathematics and the scene graph's.
+// Conversions between the engine's mathematics and the scene graph's.
 #pragma once
 
 #include <osg/Matrixd>

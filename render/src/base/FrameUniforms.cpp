@@ -1,4 +1,4 @@
-// Turns the frame's light and air into shader values, in the eye's frame.
+// Converts the frame's light and air to shader values in the eye's frame.
 #include "base/FrameUniforms.h"
 
 #include <cmath>

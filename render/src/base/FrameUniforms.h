@@ -1,4 +1,4 @@
-// The uniforms of common.glsl: set once a frame for everything that is drawn.
+// The uniforms of common.glsl: set once per frame, used by everything drawn.
 #pragma once
 
 #include <osg/StateSet>
@@ -7,7 +7,7 @@
 
 class FrameUniforms {
 public:
-    /// Adds them to the state of the scene's root.
+    /// Adds the uniforms to the state of the scene's root.
     explicit FrameUniforms(osg::StateSet& state);
     void update(const FrameView& view);
 

@@ -1,4 +1,4 @@
-// Notices of the scene graph as lines of the engine's log.
+// Writes notices of the scene graph as lines of the engine's log.
 #include "base/NotifyLog.h"
 
 #include <osg/Notify>
@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr std::size_t LONGEST = 500;  // characters of a notice
+constexpr std::size_t MAX_LENGTH = 500;  // characters of a notice
 
 struct LogHandler final : osg::NotifyHandler {
     void notify(osg::NotifySeverity severity, const char* message) override {
-        std::string line(message, std::min(std::strlen(message), LONGEST));
+        std::string line(message, std::min(std::strlen(message), MAX_LENGTH));
         while (!line.empty() && line.back() == '\n') line.pop_back();
         std::replace(line.begin(), line.end(), '\n', '|');
         if (line.empty()) return;

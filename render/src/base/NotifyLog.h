@@ -1,5 +1,5 @@
-// The scene graph's notices.
+// Routing of the scene graph's notices.
 #pragma once
 
-/// Sends warnings of the scene graph, shader errors among them, to the engine's log instead of standard error.
+/// Sends warnings of the scene graph, including shader errors, to the engine's log instead of standard error.
 void routeNotices();

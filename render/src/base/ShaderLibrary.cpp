@@ -1,4 +1,4 @@
-// Puts shader texts together: version, defines, includes.
+// Assembles shader texts: version, defines, includes.
 #include "base/ShaderLibrary.h"
 
 #include <sstream>

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-/// Makes each program once. The texts lie in render/shaders and are part of the library; a line `#include "x.glsl"` is
-/// replaced by that text.
+/// Makes each program once. The texts are in render/shaders and are compiled into the library; a line `#include
+/// "x.glsl"` is replaced by that text.
 class ShaderLibrary {
 public:
-    /// The program of "NAME.vert.glsl" and "NAME.frag.glsl", each with the defines in front.
+    /// The program of "NAME.vert.glsl" and "NAME.frag.glsl", with the defines prepended to both.
     osg::Program* getProgram(const std::string& name, const std::vector<std::string>& defines = {});
 
 private:

@@ -1,4 +1,4 @@
-// Decoding of images through the scene graph's readers.
+// Decodes images with the scene graph's readers.
 #include "base/TextureStore.h"
 
 #include <osg/Image>
@@ -14,8 +14,7 @@
 
 namespace {
 
-constexpr float SHARPENING =
-    -0.7f;  // levels: what is seen at a slant blurs less, what is seen straight on hardly flickers
+constexpr float SHARPENING = -0.7f;  // LOD bias: less blur at oblique angles, hardly any flicker in frontal views
 float g_anisotropy = 1.0f;
 
 const char* formatOf(const std::string& bytes) {
@@ -44,7 +43,7 @@ osg::ref_ptr<osg::Image> decode(const std::string& bytes, const std::string& nam
     auto* const reader = format ? osgDB::Registry::instance()->getReaderWriterForExtension(format) : nullptr;
     if (reader) {
         std::istringstream in(bytes);
-        // Lowest row first, as the other formats' readers have it.
+        // Lowest row first, like the readers of other formats.
         const osg::ref_ptr<osgDB::Options> options = new osgDB::Options("dds_flip");
         osgDB::ReaderWriter::ReadResult result = reader->readImage(in, options);
         if (result.validImage()) return result.getImage();
@@ -113,7 +112,7 @@ osg::ref_ptr<osg::Texture2D> TextureStore::get(const std::shared_ptr<const Image
     if (entry.texture.lock(texture)) return texture;
     const std::vector<unsigned char> bytes = image->read();
     texture = makeTexture(std::string(bytes.begin(), bytes.end()), image->name, is_color);
-    texture->getImage()->flipVertical();  // meshes count from the image's top
+    texture->getImage()->flipVertical();  // meshes count rows from the image's top
     entry = {image, texture.get()};
     std::erase_if(m_entries, [](const auto& item) { return !item.second.texture.valid(); });
     return texture;

@@ -10,11 +10,11 @@
 
 struct ImageData;
 
-/// Decodes each image once while something uses its texture.
+/// Decodes each image once and keeps it as long as its texture is in use.
 class TextureStore {
 public:
-    /// The texture of an image, with mipmaps; `is_color` for sRGB values, which shaders decode, else for plain numbers.
-    /// A chequered stand-in, with one log line, when the image cannot be decoded.
+    /// The texture of an image, with mipmaps; `is_color` for sRGB values, which shaders decode, otherwise for plain
+    /// numbers. When the image cannot be decoded: a chequered replacement and one log line.
     osg::ref_ptr<osg::Texture2D> get(const std::shared_ptr<const ImageData>& image, bool is_color);
 
 private:
@@ -25,14 +25,15 @@ private:
     std::map<std::pair<const ImageData*, bool>, Entry> m_entries;
 };
 
-/// Of textures made from now on: samples along a slant. 1 takes one and costs least where the processor draws.
+/// Maximum anisotropy of textures made from now on. 1 disables anisotropic filtering and costs least with a software
+/// driver.
 void setTextureAnisotropy(float most);
 
-/// Its image goes as soon as the device has it. REQUIRES that nothing else reads the image.
+/// Frees the texture's image as soon as it is on the device. REQUIRES that nothing else reads the image.
 void keepOnDeviceOnly(osg::Texture2D& texture);
 
-/// Red, green and blue of a byte each in half the memory, dithered: for what has no alpha.
+/// Packs three bytes of red, green and blue into half the memory, dithered. For images without alpha.
 osg::ref_ptr<osg::Image> pack(const osg::Image& image);
 
-/// The texture of an image file of the runtime root; the same stand-in and line.
+/// The texture of an image file below the runtime root; the same replacement and log line on failure.
 osg::ref_ptr<osg::Texture2D> loadTexture(const std::string& path, bool is_color = true);

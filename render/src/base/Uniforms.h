@@ -1,9 +1,9 @@
-// Shader values that change from frame to frame.
+// Uniforms: shader values that change from frame to frame.
 #pragma once
 
 #include <osg/StateSet>
 
-/// Not yet part of a state.
+/// A uniform that is not yet part of a state.
 template <class... Arguments>
 osg::Uniform* makeUniform(Arguments... arguments) {
     auto* const uniform = new osg::Uniform(arguments...);
@@ -11,7 +11,7 @@ osg::Uniform* makeUniform(Arguments... arguments) {
     return uniform;
 }
 
-/// Added to the state: a name and a value; or a type, a name and how many an array holds.
+/// Adds a uniform to the state. Arguments: name and value; or type, name and number of array elements.
 template <class... Arguments>
 osg::Uniform* addUniform(osg::StateSet& state, Arguments... arguments) {
     osg::Uniform* const uniform = makeUniform(arguments...);

@@ -1,4 +1,4 @@
-// Particles, lamps, texts and what falls from the sky: hands each node to its part; all parts are updated once a frame.
+// Particles, lamps, texts and precipitation: passes each node to its part; updates all parts once per frame.
 #include "effects/EffectsLayer.h"
 
 #include "engine/scene/SceneNodes.h"

@@ -1,4 +1,4 @@
-// What floats before the scene: particles, lamps, texts, rain and snow.
+// Effects: particles, lamps, texts, rain and snow.
 #pragma once
 
 #include <osg/Group>
@@ -19,13 +19,13 @@ class World;
 
 class EffectsLayer {
 public:
-    /// Also adds the lamps' uniforms, which all surfaces read, to the root's state.
+    /// Also adds the lamps' uniforms, used by all surfaces, to the root's state.
     EffectsLayer(osg::Group& root, ShaderLibrary& shaders);
-    /// A node of one of these kinds that is new or has changed: moved, switched or another content.
+    /// Called for a node of one of these kinds that was added or changed: moved, switched or with new content.
     void updateParticles(ObjectParticles& particles) { m_particles.add(particles); }
     void updateLight(const NodeLight& light);
     void updateText(const NodeText& text) { m_texts.set(text); }
-    /// A node of one of them that left the world.
+    /// Called for a node of one of these kinds that left the world.
     void remove(int id);
     void update(const FrameView& view, const World& world);
     void setVisible(bool visible);

@@ -1,4 +1,4 @@
-// Reads a light node; called when one is new or has changed.
+// Reads a light node; called when one was added or changed.
 #include "effects/Lamp.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// A lamp of the world as the picture needs it.
+// Drawing data of a lamp.
 #pragma once
 
 #include "engine/math/Vec.h"
@@ -7,13 +7,13 @@ class NodeLight;
 
 struct Lamp {
     dvec3 position;          ///< geocentric
-    vec3 axis;               ///< where a spot points, world frame, length 1
-    vec3 color;              ///< linear; its largest part is 1
-    float intensity = 0.0f;  ///< candela of that part, now
-    float range = 1.0f;      ///< metres; at 0 it lights nothing
+    vec3 axis;               ///< direction of a spot, world frame, length 1
+    vec3 color;              ///< linear; the largest component is 1
+    float intensity = 0.0f;  ///< current intensity of the largest component, candela
+    float range = 1.0f;      ///< metres; 0: it illuminates no surface
     float size = 0.0f;       ///< diameter, metres
-    float cone = -2.0f;      ///< cosine of a spot's half angle; -2 for a lamp that shines all around
+    float cone = -2.0f;      ///< cosine of a spot's half angle; -2 for an omnidirectional lamp
 };
 
-/// The lamp as it is now; an intensity of 0 for one that is switched off or has no usable values.
+/// The current state of the lamp; intensity 0 when it is switched off or has no usable values.
 Lamp readLamp(const NodeLight& light);

@@ -1,4 +1,4 @@
-// Picks lamps for the surface shaders, once a frame by night.
+// Selects lamps for the surface shaders, once per frame at night.
 #include "effects/LampLights.h"
 
 #include <algorithm>
@@ -10,22 +10,23 @@
 
 namespace {
 
-constexpr double LOOK_AHEAD = 15.0;  // metres in front of the eye: where lit surfaces are looked at
-constexpr double NEAREST_2 = 100.0;  // m^2: nearer lamps gain no rank by it
-constexpr double LIT_MOST = 0.4;     // times the radiance that shows as white
-constexpr double LIT_AT = 0.125;     // of a lamp's range
-constexpr double GROUND = 0.2;       // share of the light that it throws back
+constexpr double LOOK_AHEAD = 15.0;       // metres in front of the eye: the point where illuminance is compared
+constexpr double MIN_DISTANCE_2 = 100.0;  // m^2: nearer lamps rank the same
+constexpr double MAX_LIT = 0.4;           // of the radiance displayed as white
+constexpr double LIT_AT = 0.125;          // distance of the limited illuminance, of the lamp's range
+constexpr double GROUND = 0.2;            // reflectance of lit ground
 
 osg::Vec3f toEye(const FrameView& view, const dvec3& v) {
     return {static_cast<float>(dot(view.camera.x, v)), static_cast<float>(dot(view.camera.y, v)),
             static_cast<float>(dot(view.camera.z, v))};
 }
 
-/// The eye is set to the night; by lit ground it would narrow, and so the ground is never lit much beyond white.
+/// Limits the lamp so that lit ground is displayed hardly brighter than white: exposure is set for the night and does
+/// not react to it.
 double limitLight(const Lamp& lamp, float exposure) {
     const double distance = lamp.range * LIT_AT;
-    const double most = LIT_MOST * distance * distance * jMath::PI / (GROUND * std::max(exposure, 1e-9f));
-    return std::min(lamp.intensity * 0.001, most);
+    const double limit = MAX_LIT * distance * distance * jMath::PI / (GROUND * std::max(exposure, 1e-9f));
+    return std::min(lamp.intensity * 0.001, limit);
 }
 
 }  // namespace
@@ -63,9 +64,9 @@ void LampLights::remove(int id) {
 }
 
 int LampLights::choose(const dvec3& place, Chosen (&chosen)[MAX_LAMPS]) const {
-    Chosen best[MAX_LAMPS + 1];  // the last is the best of the rest
+    Chosen best[MAX_LAMPS + 1];  // the last is the best of the lamps not chosen
     for (const Lamp& lamp : m_lamps) {
-        const double score = lamp.intensity / (length2(lamp.position - place) + NEAREST_2);
+        const double score = lamp.intensity / (length2(lamp.position - place) + MIN_DISTANCE_2);
         if (score <= best[MAX_LAMPS].score) continue;
         int at = MAX_LAMPS;
         for (; at > 0 && best[at - 1].score < score; --at) best[at] = best[at - 1];
@@ -74,7 +75,7 @@ int LampLights::choose(const dvec3& place, Chosen (&chosen)[MAX_LAMPS]) const {
     int count = 0;
     for (; count < MAX_LAMPS && best[count].lamp; ++count) {
         chosen[count] = best[count];
-        // A lamp gives way before the next one takes its place.
+        // A lamp fades out before the next one replaces it.
         const double rest = best[MAX_LAMPS].score;
         if (rest > 0.0) chosen[count].share = std::clamp(2.0 * (best[count].score / rest - 1.0), 0.0, 1.0);
     }

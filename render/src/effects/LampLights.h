@@ -1,4 +1,4 @@
-// The light of lamps on surfaces: the few that matter most near the eye.
+// Illumination of surfaces by lamps: the few that matter most near the eye.
 #pragma once
 
 #include <osg/StateSet>
@@ -11,31 +11,31 @@
 
 class LampLights {
 public:
-    static constexpr int MAX_LAMPS = 4;  ///< as surface.glsl has it
+    static constexpr int MAX_LAMPS = 4;  ///< same as in surface.glsl
 
-    /// One that was chosen, with how much of its light is let through so that none comes or goes at once.
+    /// A chosen lamp and the share of its light that is used; the share makes changes of the choice gradual.
     struct Chosen {
         const Lamp* lamp = nullptr;
-        double score = 0.0;  ///< illuminance at the eye, klx, by which they are chosen
+        double score = 0.0;  ///< illuminance at the eye, klx: the ranking
         double share = 0.0;  ///< 0..1
     };
 
-    /// Adds the uniforms of surface.glsl to the state of the scene's root, and its define LAMPS while there are any.
+    /// Adds the uniforms of surface.glsl to the state of the scene's root, and its define LAMPS while there are lamps.
     explicit LampLights(osg::StateSet& root_state);
-    /// The lamp of that node, new or anew.
+    /// Adds or replaces the lamp of this node.
     void set(int id, const Lamp& lamp);
     void remove(int id);
     /// Chooses the lamps and sets the uniforms; none by day and while not `enabled`.
     void update(const FrameView& view, bool enabled);
 
-    /// The lamps that give a place (geocentric) the most light, strongest first; returns how many.
+    /// The lamps with the highest illuminance at a position (geocentric), highest first; returns their number.
     int choose(const dvec3& place, Chosen (&chosen)[MAX_LAMPS]) const;
 
 private:
     osg::StateSet& m_root_state;
     bool m_defined = false;
-    std::vector<Lamp> m_lamps;  ///< those that shine
-    std::vector<int> m_ids;     ///< their nodes'
+    std::vector<Lamp> m_lamps;  ///< lamps that are on
+    std::vector<int> m_ids;     ///< node ids, in the order of m_lamps
     std::unordered_map<int, std::size_t> m_slots;
     osg::ref_ptr<osg::Uniform> m_count, m_places, m_colors, m_axes;
 };

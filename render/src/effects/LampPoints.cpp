@@ -1,4 +1,4 @@
-// Lamps as point sprites: batches are rewritten where a lamp changed, the rest is the shader's.
+// Lamps as point sprites: batches are written again when a lamp changed, the shader does the rest.
 #include "effects/LampPoints.h"
 
 #include <osg/PointSprite>
@@ -12,9 +12,8 @@
 
 namespace {
 
-constexpr double CELL = 2048.0;  // metres: small enough for float positions, wide enough for an airfield
-constexpr float MARGIN =
-    400.0f;  // metres round a batch: a lamp alone in it shows further than so small a thing is drawn
+constexpr double CELL = 2048.0;   // metres: small enough for float positions, wide enough for an airfield
+constexpr float MARGIN = 400.0f;  // metres added to a batch's bounds, so that a single lamp is not culled for its size
 
 double backgroundOf(const SkyLight& light) {
     const double klx = std::max({light.ambient_above.x, light.ambient_above.y, light.ambient_above.z});
@@ -24,7 +23,7 @@ double backgroundOf(const SkyLight& light) {
 }  // namespace
 
 double getVisibleIlluminance(double background) {
-    // ICAO Annex 3, attachment D, the smooth relation; below 0.01 cd/m^2 the eye gains nothing more.
+    // ICAO Annex 3, attachment D, the smooth relation; below 0.01 cd/m^2 the threshold is constant.
     const double b = std::log10(std::clamp(background, 0.01, 40000.0));
     return std::pow(10.0, 0.57 * b + 0.05 * b * b - 6.66);
 }

@@ -1,4 +1,4 @@
-// Draws the lamps themselves: points of light that are seen from afar.
+// Draws the lamps as points of light that are visible from afar.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -15,14 +15,15 @@
 
 class ShaderLibrary;
 
-/// Illuminance at the eye, lux, from which on a point of light is seen against that background luminance (cd/m^2).
+/// Threshold of visibility of a point of light: illuminance at the eye, lux, for this background luminance (cd/m^2).
 double getVisibleIlluminance(double background);
 
-/// Lamps lie in batches by cells of the world; a change rewrites its own batch only, a frame without one nothing.
+/// Lamps are batched by cells of the world. A change rewrites only its own batch; a frame without changes rewrites
+/// nothing.
 class LampPoints {
 public:
     LampPoints(osg::Group& parent, ShaderLibrary& shaders);
-    /// The lamp of that node, new or anew; nothing is drawn for one without intensity or size.
+    /// Adds or replaces the lamp of this node; draws nothing for one without intensity or size.
     void set(int id, const Lamp& lamp);
     void remove(int id);
     void update(const FrameView& view);
@@ -35,10 +36,10 @@ private:
         void refresh();
 
         dvec3 origin;
-        std::vector<int> ids;  ///< node ids of the lamps, in the arrays' order
+        std::vector<int> ids;  ///< node ids of the lamps, in the order of the arrays
         osg::ref_ptr<osg::MatrixTransform> place;
         osg::ref_ptr<SpriteGeometry> geometry;
-        osg::ref_ptr<osg::Vec4Array> places;  ///< position from the origin, diameter
+        osg::ref_ptr<osg::Vec4Array> places;  ///< position relative to the origin, diameter
         osg::ref_ptr<osg::Vec3Array> axes;    ///< world frame
         osg::ref_ptr<osg::Vec4Array> colors;  ///< candela; cosine of the half angle
         osg::ref_ptr<osg::DrawArrays> points;
@@ -53,7 +54,8 @@ private:
     Batch& batchOf(const CellKey& cell);
 
     osg::ref_ptr<osg::Group> m_group;
-    osg::ref_ptr<osg::Uniform> m_sight;  ///< 1 / visible illuminance, focal length in pixels, pixels a 720th of height
+    /// 1 / threshold illuminance, focal length in pixels, pixels per 720th of the height
+    osg::ref_ptr<osg::Uniform> m_sight;
     std::map<CellKey, Batch> m_batches;
     std::unordered_map<int, Slot> m_slots;  ///< by node id
 };

@@ -1,4 +1,4 @@
-// Particle systems as batches of quads: written once a frame while any particle lives.
+// Particle systems as batches of quads, written once per frame while any particle lives.
 #include "effects/ParticleDrawing.h"
 
 #include <algorithm>
@@ -14,25 +14,25 @@ namespace {
 
 constexpr unsigned SPRITE_UNIT = 0;
 constexpr std::size_t FIRST_CAPACITY = 64;
-constexpr float FADE = 0.2f;  // of the particles that stand for others, how many come and go softly
+constexpr float FADE = 0.2f;  // when particles are merged: share of them that fades in or out instead of switching
 
 bool isFlat(const ParticleSettings& settings) {
     return settings.velocity.z == 0.0f && settings.velocity_spread.z == 0.0f && settings.buoyancy == 0.0f &&
            !settings.additive;
 }
 
-/// Such foam is shown by its decal.
+/// Particles below a decal are foam; the decal shows them.
 bool isBelowDecal(const Node& node) {
     const Node* const above = node.getParent();
     return above && (above->getType() == Node::DECAL_ORTHO || isBelowDecal(*above));
 }
 
-/// How many times over particles may cover the picture.
+/// Maximum area covered by all particles together, in picture areas; overlaps count several times.
 double fillLimit(Quality quality) {
     return quality == Quality::LOW ? 0.6 : quality == Quality::MEDIUM ? 1.3 : 10.0;
 }
 
-/// How much of the picture a particle covers.
+/// Computes the area that a particle covers on screen.
 class Frustum {
 public:
     explicit Frustum(const FrameView& view) : m_camera(view.camera) {
@@ -45,7 +45,7 @@ public:
         const dvec3 corner(std::fabs(m_middle_x) + m_half_width, std::fabs(m_middle_y) + m_half_height, 1.0);
         m_slant = length(corner);
     }
-    /// In pictures, at most 1; 0 out of sight.
+    /// In picture areas, at most 1; 0 when out of sight.
     double getArea(const Particle& p) const {
         const dvec3 from_eye = p.position - m_camera.t;
         const double ahead = -dot(from_eye, m_camera.z), size2 = p.size * p.size, reach = p.size * m_slant;
@@ -58,14 +58,14 @@ public:
 
 private:
     dmat4 m_camera;
-    // At 1 m along the eye's axis.
+    // Half sizes and centre of the picture at 1 m along the eye's axis.
     double m_half_width, m_half_height;
     double m_middle_x, m_middle_y;
-    double m_picture;  ///< area
+    double m_picture;  ///< area of the picture
     double m_slant;    ///< distance of the furthest corner
 };
 
-/// Areas by powers of two.
+/// Histogram of areas by powers of two.
 class AreaCounts {
 public:
     void add(double area) {
@@ -74,7 +74,7 @@ public:
         ++m_counts[bin];
         m_sums[bin] += area;
     }
-    /// The largest area that each may count with so that their sum keeps the limit; 1 when all may.
+    /// The largest area per particle for which the sum keeps the limit; 1 when no limit is necessary.
     double findWidest(double limit) const {
         double smaller = 0.0;
         for (const double sum : m_sums) smaller += sum;
@@ -92,7 +92,7 @@ private:
     double m_sums[BINS] = {};
 };
 
-/// Different from particle to particle and the same all its life: it follows from when it was born.
+/// Rotation of the sprite: differs between particles and is constant for each, since it depends on its time of birth.
 float turnOf(const Particle& p, double time) {
     return static_cast<float>(std::fmod(std::fabs((time - p.age) * 97.0 + p.life * 31.0), 2.0 * jMath::PI));
 }
@@ -189,7 +189,7 @@ void ParticleDrawing::sortByDistance(const ObjectParticles& particles, const dve
     std::sort(m_order.begin(), m_order.end(), std::greater<>());
 }
 
-/// Finds the area to which each may count so that all of them keep the limit together.
+/// Finds the maximum area per particle for which all of them together keep the limit.
 void ParticleDrawing::limitFill(const FrameView& view) {
     const Frustum frustum(view);
     AreaCounts counts;
@@ -234,7 +234,7 @@ void ParticleDrawing::write(System& system, const FrameView& view) {
     system.places->dirty();
     system.ages->dirty();
     system.quads->setCount(static_cast<int>(at));
-    const osg::Vec3f half(toOsg(box.getSize() * 0.75 + dvec3(1.0, 1.0, 1.0)));  // sprites stand turned in their boxes
+    const osg::Vec3f half(toOsg(box.getSize() * 0.75 + dvec3(1.0, 1.0, 1.0)));  // sprites are rotated in their boxes
     system.geometry->setBox(osg::BoundingBox(-half, half));
     system.place->setMatrix(osg::Matrixd::translate(toOsg(origin)));
 }

@@ -16,10 +16,11 @@
 class ObjectParticles;
 class ShaderLibrary;
 
-/// Particles face the eye, but for those below a decal, which the sea shows; those of a system that gives them no way
-/// to rise or sink (foam) lie flat. Additive ones glow by themselves, the others are lit. What has no living particle
-/// is not drawn; the first of them make a node, which stays until the system goes. Where thick smoke would cover the
-/// picture too many times over, some of its largest particles stand for all of them.
+/// Particles face the eye. Exceptions: particles below a decal, which the sea draws, and those of a system without
+/// vertical motion (foam), which are horizontal. Additive particles emit light, the others are lit. A system without
+/// living particles is not drawn; its first particle creates a node, which is kept until the system is removed. Where
+/// thick smoke would cover the picture too many times over, some of its largest particles are drawn in place of all of
+/// them.
 class ParticleDrawing {
 public:
     ParticleDrawing(osg::Group& parent, ShaderLibrary& shaders);
@@ -38,10 +39,11 @@ private:
     struct System {
         const ObjectParticles* particles = nullptr;
         LookKey look;
-        osg::ref_ptr<osg::MatrixTransform> place;  ///< null before the first particle lived
+        osg::ref_ptr<osg::MatrixTransform> place;  ///< null until the first particle lived
         osg::ref_ptr<SpriteGeometry> geometry;
-        osg::ref_ptr<osg::Vec4Array> places;  ///< four vertices a particle: position from the origin, size
-        osg::ref_ptr<osg::Vec4Array> ages;    ///< share of life passed, turn (radians), weight, how many it stands for
+        osg::ref_ptr<osg::Vec4Array> places;  ///< four vertices per particle: position relative to the origin, size
+        /// share of life passed, rotation (radians), weight, number of particles it represents
+        osg::ref_ptr<osg::Vec4Array> ages;
         osg::ref_ptr<osg::DrawArrays> quads;
     };
 
@@ -54,8 +56,9 @@ private:
 
     ShaderLibrary& m_shaders;
     osg::ref_ptr<osg::Group> m_group;
-    double m_widest = 0.0;  ///< area, in pictures, from which on particles stand for others
+    double m_widest = 0.0;  ///< area, in picture areas, from which on particles represent others
     std::map<LookKey, Look> m_looks;
-    std::unordered_map<int, System> m_systems;             ///< by node id
-    std::vector<std::pair<float, std::uint32_t>> m_order;  ///< of the system being written: distance, index
+    std::unordered_map<int, System> m_systems;  ///< by node id
+    /// distance and index of the particles of the system being written
+    std::vector<std::pair<float, std::uint32_t>> m_order;
 };

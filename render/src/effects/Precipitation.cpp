@@ -1,4 +1,5 @@
-// What falls: a box of drops that repeats round the eye. The CPU moves the box, the shader places the drops in it.
+// Precipitation: a box of drops that repeats around the eye. The CPU moves the box, the shader positions the drops in
+// it.
 #include "effects/Precipitation.h"
 
 #include <algorithm>
@@ -13,31 +14,31 @@
 
 namespace {
 
-/// How a kind is drawn.
+/// Drawing parameters of a kind.
 struct Style {
     const char* node;
-    const char* define;  ///< of the shader
+    const char* define;  ///< define for the shader
     double box;          ///< metres
     int most;            ///< drops at full density
-    double shutter;      ///< seconds of its way that a drop is smeared over
-    double longest;      ///< metres of that way
-    double width;        ///< of the drawn drop, over the node's size
+    double shutter;      ///< exposure time of the motion blur, seconds
+    double longest;      ///< maximum length of the motion blur, metres
+    double width;        ///< width of the drawn drop relative to the node's size
 };
 
 constexpr Style STYLES[] = {{"rain", "RAIN", 28.0, 4000, 0.035, 1.6, 0.16},
                             {"hail", "HAIL", 28.0, 1500, 0.004, 0.3, 0.35},
                             {"snow", "SNOW", 22.0, 4000, 0.0025, 0.3, 0.28}};
 constexpr int NUM_KINDS = 3;
-constexpr int MOST_DROPS = 4000;
-constexpr double FASTEST_EYE = 1000.0;  // m/s; an eye that moved faster was put elsewhere
-constexpr double SMOOTHING = 0.1;       // seconds
+constexpr int MAX_DROPS = 4000;
+constexpr double MAX_EYE_SPEED = 1000.0;  // m/s; a faster move of the eye counts as a teleport
+constexpr double SMOOTHING = 0.1;         // seconds
 
 osg::ref_ptr<osg::Vec4Array> makeSeeds() {
     osg::ref_ptr<osg::Vec4Array> seeds = new osg::Vec4Array(osg::Array::BIND_PER_VERTEX);
-    seeds->reserve(MOST_DROPS * 4);
+    seeds->reserve(MAX_DROPS * 4);
     Random random(11);
     const auto share = [&random] { return random.getFloat(0.0f, 1.0f); };
-    for (int i = 0; i < MOST_DROPS; ++i) {
+    for (int i = 0; i < MAX_DROPS; ++i) {
         const float x = share(), y = share(), z = share();
         seeds->insert(seeds->end(), 4, osg::Vec4f(x, y, z, share()));
     }
@@ -64,7 +65,7 @@ double shareOf(Quality quality) {
     return quality == Quality::LOW ? 0.5 : 1.0;
 }
 
-/// Fall and drift over the ground, east, north, up.
+/// Fall and drift relative to the ground, east, north, up.
 dvec3 velocityOf(const ObjectParticles& node, const vec3& wind) {
     const double fall = std::fabs(node.getLinearVelocity().z);
     return dvec3(wind * node.getSettings().wind) - dvec3(0.0, 0.0, fall);
@@ -81,7 +82,7 @@ void FallMotion::update(double dt, const dmat4& local, const dvec3& velocity) {
     if (!isFinite(next)) return;
     m_offset = dvec3(wrap(next.x, m_box), wrap(next.y, m_box), wrap(next.z, m_box));
     if (dt > 0.0) {
-        const bool is_flight = length(way) < FASTEST_EYE * dt;
+        const bool is_flight = length(way) < MAX_EYE_SPEED * dt;
         m_eye_velocity += ((is_flight ? way / dt : dvec3()) - m_eye_velocity) * (1.0 - std::exp(-dt / SMOOTHING));
     }
     m_velocity = velocity - m_eye_velocity;

@@ -1,4 +1,4 @@
-// Rain, hail and snow round the eye.
+// Rain, hail and snow around the eye.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -14,17 +14,17 @@ class ObjectParticles;
 class ShaderLibrary;
 class World;
 
-/// Where the drops of one kind are now and how they move, seen from the eye. East, north, up.
+/// Position and velocity of the drops of one kind relative to the eye. East, north, up.
 class FallMotion {
 public:
-    /// The box that the drops repeat in is `box` metres wide.
+    /// `box`: side of the box that the drops repeat in, metres.
     explicit FallMotion(double box) : m_box(box) {}
-    /// One frame of dt seconds, the eye at a geocentric place in its local frame, the drops falling with a velocity
-    /// over the ground (m/s).
+    /// Advances by one frame of dt seconds. `local`: east, north, up and geocentric position of the eye; `velocity`: of
+    /// the drops relative to the ground, m/s.
     void update(double dt, const dmat4& local, const dvec3& velocity);
-    /// What the drops have moved against the eye, each component in [0, box).
+    /// Displacement of the drops relative to the eye, metres, each component in [0, box).
     const dvec3& getOffset() const { return m_offset; }
-    /// Velocity of the drops against the eye, m/s; the eye's own share is smoothed over a tenth of a second.
+    /// Velocity of the drops relative to the eye, m/s; the eye's contribution is smoothed over a tenth of a second.
     const dvec3& getVelocity() const { return m_velocity; }
 
 private:
@@ -36,8 +36,8 @@ private:
     dvec3 m_offset;
 };
 
-/// Draws what the world's nodes "rain", "hail" and "snow" stand for while they are active: their spawn rate over the
-/// authored one is the density, their velocity the fall, size and colour the look.
+/// Draws the precipitation that the world's nodes "rain", "hail" and "snow" describe while they are active: spawn rate
+/// relative to the authored rate gives the density, velocity the fall; size and colour give the look.
 class Precipitation {
 public:
     Precipitation(osg::Group& parent, ShaderLibrary& shaders);
@@ -45,7 +45,7 @@ public:
 
 private:
     struct Kind {
-        jString node;  ///< its name
+        jString node;  ///< the node's name
         FallMotion motion;
         osg::ref_ptr<osg::Geometry> geometry;
         osg::ref_ptr<osg::DrawArrays> quads;

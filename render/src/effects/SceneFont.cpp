@@ -1,4 +1,4 @@
-// Finds the font and makes texts; called when the first text of a picture shows and when a text is new.
+// Finds the font and makes texts; called for the first text of a picture and for each added text.
 #include "effects/SceneFont.h"
 
 #include <fontconfig/fontconfig.h>
@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr unsigned RESOLUTION = 48;          // texels an em
+constexpr unsigned RESOLUTION = 48;          // texels per em
 constexpr FcChar32 CHINESE_SAMPLE = 0x80FD;  // 能
 
 using ConfigPtr = std::unique_ptr<FcConfig, decltype(&FcConfigDestroy)>;
@@ -22,7 +22,7 @@ std::string asBytes(const FcChar8* text) {
     return reinterpret_cast<const char*>(text);
 }
 
-/// Empty when no installed font has Chinese.
+/// Path of a font with Chinese characters; empty when none is installed.
 std::string findChineseFont() {
     const ConfigPtr config(FcInitLoadConfigAndFonts(), FcConfigDestroy);
     const PatternPtr wanted(FcPatternCreate(), FcPatternDestroy);

@@ -1,4 +1,4 @@
-// The font that texts of the picture are written in.
+// The font for texts in the picture.
 #pragma once
 
 #include <osgText/Font>
@@ -6,14 +6,14 @@
 
 #include <string>
 
-/// A font that has Chinese: "WenQuanYi Micro Hei", else whatever the system offers, else the scene graph's own, with
-/// one log line. A new one with every call, for its glyph textures live on one context.
+/// A font with Chinese characters: "WenQuanYi Micro Hei", otherwise another installed font, otherwise the scene graph's
+/// own font with one log line. Each call makes a new font, since its glyph textures belong to one context.
 osg::ref_ptr<osgText::Font> loadSceneFont();
 
-/// A text of one line, without display list; its height is that of a capital letter, in the units it is drawn in, its
-/// glyphs have that many texels an em. `setTextState` belongs above it.
+/// A text of one line, without display list. `height`: height of a capital letter in the units of the drawing;
+/// `resolution`: texels per em of the glyphs. Use below a node with `setTextState`.
 osg::ref_ptr<osgText::Text> makeText(const osg::ref_ptr<osgText::Font>& font, float height, long resolution);
 void setUtf8(osgText::Text& text, const std::string& utf8);
 
-/// What texts need above them: a program "text", which overrides their own, and the bin they are drawn in.
+/// State of a node above texts: the program "text", which overrides the texts' own program, and the render bin.
 void setTextState(osg::StateSet& state, osg::Program* program, int bin, const char* bin_type);

@@ -1,14 +1,14 @@
-// Texts of the world: made, moved and rewritten when their nodes changed.
+// Texts of the world: created, moved and updated when their nodes changed.
 #include "effects/SceneTexts.h"
 
 #include "base/Convert.h"
-#include "base/Place.h"
+#include "base/GlobeTransform.h"
 #include "base/ShaderLibrary.h"
 #include "engine/scene/SceneNodes.h"
 
 namespace {
 
-constexpr long RESOLUTION = 64;  // texels an em
+constexpr long RESOLUTION = 64;  // texels per em
 
 }  // namespace
 
@@ -21,7 +21,7 @@ void SceneTexts::set(const NodeText& text) {
     Entry& entry = m_texts[text.getId()];
     if (!entry.place) {
         if (!m_font) m_font = loadSceneFont();
-        entry.place = new Place;
+        entry.place = new GlobeTransform;
         entry.text = makeText(m_font, text.getHeight(), RESOLUTION);
         entry.text->setAxisAlignment(osgText::TextBase::XZ_PLANE);
         entry.text->setAlignment(osgText::TextBase::CENTER_BASE_LINE);

@@ -1,4 +1,4 @@
-// Texts that stand in the scene.
+// Texts in the scene.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -11,11 +11,11 @@
 class NodeText;
 class ShaderLibrary;
 
-/// Each is a line in its node's XZ plane, read from -Y, its baseline's middle at the node's origin.
+/// Each text is a line in its node's XZ plane, readable from -Y, with the middle of the baseline at the node's origin.
 class SceneTexts {
 public:
     SceneTexts(osg::Group& parent, ShaderLibrary& shaders);
-    /// The text of that node, new or anew.
+    /// Adds or replaces the text of this node.
     void set(const NodeText& text);
     void remove(int id);
 

@@ -1,4 +1,4 @@
-// States and geometry of sprites; used when a part is made.
+// States and geometry of sprites; used when a part is created.
 #include "effects/SpriteStates.h"
 
 #include <osg/BlendFunc>

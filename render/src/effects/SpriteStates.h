@@ -1,21 +1,21 @@
-// What everything made of small quads shares: states and buffers.
+// Shared states and buffers of small quads.
 #pragma once
 
 #include <osg/BoundingBox>
 #include <osg/Geometry>
 
-/// Over the picture by alpha; premultiplied, a color is added and alpha hides what lies behind. Depth is tested and not
-/// written, both sides show.
+/// Alpha blending over the picture. Premultiplied: the colour is added, and alpha hides the background. Depth is tested
+/// but not written; both sides are visible.
 void setBlended(osg::StateSet& state, int bin, const char* bin_type = "RenderBin");
 void setPremultiplied(osg::StateSet& state, int bin);
 
-/// A geometry without display list, its buffers rewritten often; the box is the caller's to keep right.
+/// A geometry without display list for buffers that are rewritten often; the caller keeps the bounding box correct.
 class SpriteGeometry final : public osg::Geometry {
 public:
     SpriteGeometry();
-    /// Tells the driver; REQUIRES that the arrays are set, for the buffer is theirs.
+    /// Sets the usage hint of the buffer for the driver. REQUIRES that the arrays are set: the buffer belongs to them.
     void expectChanges();
-    /// In the geometry's own frame, metres.
+    /// Bounding box in the geometry's own frame, metres.
     void setBox(const osg::BoundingBox& box);
     osg::BoundingBox computeBoundingBox() const override { return m_box; }
 

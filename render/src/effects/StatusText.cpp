@@ -1,4 +1,4 @@
-// The status line: laid out anew when its text or the picture's size changed.
+// The status line: layout is redone when its text or the picture's size changed.
 #include "effects/StatusText.h"
 
 #include <osg/Depth>
@@ -12,9 +12,9 @@
 namespace {
 
 constexpr int DRAW_LAST = 100;
-constexpr float CAPITAL = 13.0f, MARGIN = 14.0f;  // pixels of a picture 720 high
-constexpr float SMALLEST_CAPITAL = 9.0f;          // pixels: Chinese cannot be read below
-constexpr float EM_OVER_CAPITAL = 1.4f;           // of most fonts
+constexpr float CAPITAL = 13.0f, MARGIN = 14.0f;  // pixels for a picture of 720 rows
+constexpr float MIN_CAPITAL = 9.0f;               // pixels: minimum legible size of Chinese characters
+constexpr float EM_OVER_CAPITAL = 1.4f;           // ratio for most fonts
 
 }  // namespace
 
@@ -59,9 +59,9 @@ void StatusText::layOut() {
     if (m_laid_out_height != m_height) {
         m_laid_out_height = m_height;
         const float scale = static_cast<float>(m_height) / 720.0f;
-        const float capital = std::max(CAPITAL * scale, SMALLEST_CAPITAL), margin = MARGIN * scale;
+        const float capital = std::max(CAPITAL * scale, MIN_CAPITAL), margin = MARGIN * scale;
         makeTexts(capital);
-        // On whole pixels, for sharp strokes.
+        // Whole pixels, for sharp strokes.
         m_place->setMatrix(osg::Matrixd::translate(std::round(margin), std::round(m_height - margin - capital), 0.0));
     }
     m_projection->setMatrix(osg::Matrixd::ortho2D(0.0, m_width, 0.0, m_height));

@@ -10,13 +10,13 @@
 
 class ShaderLibrary;
 
-/// In the upper left corner, light with a dark outline, over everything else. Costs nothing while it is empty.
+/// Shown in the upper left corner, light with a dark outline, over everything else. An empty line costs nothing.
 class StatusText {
 public:
     StatusText(osg::Group& root, ShaderLibrary& shaders);
-    /// Empty for none. The font is loaded with the first text.
+    /// UTF-8; empty hides the line. The font is loaded with the first text.
     void set(const std::string& utf8);
-    /// The picture's size in pixels; the text grows with its height.
+    /// Size of the picture in pixels; the text is scaled with its height.
     void resize(int width, int height);
 
 private:
@@ -29,5 +29,5 @@ private:
     osg::ref_ptr<osgText::Text> m_text, m_outline;
     std::string m_utf8;
     int m_width = 0, m_height = 0;
-    int m_laid_out_height = 0;  ///< of the picture that the texts were made for
+    int m_laid_out_height = 0;  ///< height of the picture that the layout was made for
 };

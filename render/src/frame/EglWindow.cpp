@@ -1,4 +1,4 @@
-// An OpenGL context over EGL that needs no display server: a surfaceless one, else one of a bare device.
+// An OpenGL context over EGL without a display server: a surfaceless display, otherwise the display of a device.
 #include "frame/EglWindow.h"
 
 #include <EGL/egl.h>
@@ -37,7 +37,7 @@ public:
     }
     ~EglWindow() override { EglWindow::closeImplementation(); }
 
-    /// Empty when it went well.
+    /// Error text; empty on success.
     const char* open();
 
     bool valid() const override { return m_context != EGL_NO_CONTEXT; }
@@ -65,7 +65,7 @@ const char* EglWindow::open() {
     EGLConfig config;
     EGLint count = 0;
     if (!eglChooseConfig(m_display, wanted, &config, 1, &count) || count == 0) return "EGL has no OpenGL configuration";
-    const EGLint size[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};  // the picture is drawn into buffers of its own
+    const EGLint size[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};  // the picture has its own framebuffers
     m_surface = eglCreatePbufferSurface(m_display, config, size);
     m_context = eglCreateContext(m_display, config, EGL_NO_CONTEXT, nullptr);
     return m_surface == EGL_NO_SURFACE || m_context == EGL_NO_CONTEXT ? "EGL gives no OpenGL context" : "";

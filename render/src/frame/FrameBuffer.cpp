@@ -1,4 +1,4 @@
-// The picture's own buffers: made when the size changes, resolved and shown at the end of each frame.
+// The picture's framebuffers: created when the size changes, resolved and shown at the end of each frame.
 #include "frame/FrameBuffer.h"
 
 #include <algorithm>

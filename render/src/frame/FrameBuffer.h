@@ -1,28 +1,29 @@
-// What the picture is drawn into before it is shown or read.
+// The framebuffer that the picture is drawn into before it is shown or read.
 #pragma once
 
 #include <osg/GLExtensions>
 
 #include "render/Picture.h"
 
-/// A colour buffer and a depth buffer of 32-bit floats in which near is 1 and infinitely far is 0: at 10 km it still
-/// tells 3 mm apart. REQUIRES a current context for every operation and for the destruction.
+/// A colour buffer and a depth buffer of 32-bit floats with reversed depth: near is 1, infinity is 0. At 10 km it still
+/// resolves 3 mm. REQUIRES a current context for every operation and for the destruction.
 class FrameBuffer {
 public:
-    /// `samples` a pixel; the driver may give fewer.
+    /// `samples` per pixel; the driver may give fewer.
     FrameBuffer(osg::GLExtensions& gl, int samples) : m_gl(gl), m_samples(samples) {}
     ~FrameBuffer() { release(); }
     FrameBuffer(const FrameBuffer&) = delete;
     FrameBuffer& operator=(const FrameBuffer&) = delete;
 
-    /// Makes the buffers anew when the size is another. False when the driver cannot; there are none then.
+    /// Creates the buffers again when the size has changed. False when the driver cannot create them; there are none
+    /// then.
     bool resize(int width, int height);
     GLuint getDrawId() const { return m_draw; }  ///< framebuffer that the scene is drawn into
-    /// Folds the samples together and binds what holds the result, for drawing over it.
+    /// Resolves the samples and binds the framebuffer with the result, so that later drawing goes over it.
     void resolve();
     /// Copies the result to the window's own buffer.
     void show(int width, int height);
-    /// Reads the result; REQUIRES that it was resolved. Distances are near / depth. Empty without buffers.
+    /// Reads the result; REQUIRES that it was resolved. Distances are near / depth. Empty snapshot without buffers.
     Snapshot read(bool with_distance, double near);
 
 private:
@@ -34,5 +35,6 @@ private:
     int m_samples;
     int m_width = 0, m_height = 0;
     GLuint m_draw = 0, m_draw_color = 0, m_draw_depth = 0;
-    GLuint m_result = 0, m_result_color = 0, m_result_depth = 0;  ///< the same as drawn into without samples
+    /// result of `resolve`; identical to the draw buffers without multisampling
+    GLuint m_result = 0, m_result_color = 0, m_result_depth = 0;
 };

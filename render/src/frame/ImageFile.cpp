@@ -1,4 +1,4 @@
-// Screenshots through the scene graph's writers.
+// Writes screenshots with the scene graph's writers.
 #include "frame/ImageFile.h"
 
 #include <osg/Image>
@@ -11,7 +11,7 @@ bool writePng(Snapshot picture, const std::string& file, std::string& error) {
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->setImage(picture.width, picture.height, 1, GL_RGB, GL_RGB, GL_UNSIGNED_BYTE, picture.rgb.data(),
                     osg::Image::NO_DELETE, 1);
-    image->flipVertical();  // the writers want the lowest row first
+    image->flipVertical();  // the writers expect the lowest row first
     auto* const writer = osgDB::Registry::instance()->getReaderWriterForExtension("png");
     if (!writer) {
         error = "the scene graph's PNG plug-in is missing";

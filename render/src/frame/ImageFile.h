@@ -1,9 +1,9 @@
-// Pictures as files.
+// Image files.
 #pragma once
 
 #include <string>
 
 #include "render/Picture.h"
 
-/// Writes a PNG file; the folder is made when missing. False, with `error` saying why, when that fails.
+/// Writes a PNG file; creates its folder when missing. On failure false, with the reason in `error`.
 bool writePng(Snapshot picture, const std::string& file, std::string& error);

@@ -1,4 +1,4 @@
-// Sorts the world's changes by kind, once a frame before drawing.
+// Sorts the changes of the world by node type, once per frame before drawing.
 #include "frame/WorldMirror.h"
 
 #include "effects/EffectsLayer.h"

@@ -1,5 +1,5 @@
-// Opens the context, puts the parts together and draws the frame: changes taken in, light computed, parts moved, the
-// scene drawn into the picture's own buffer, the buffer shown.
+// Opens the context, creates the parts and draws the frame: apply changes, compute light, update parts, draw the scene
+// into the picture's own framebuffer, show it.
 #include "frame/WorldPicture.h"
 
 #include <malloc.h>
@@ -33,11 +33,11 @@
 
 namespace {
 
-constexpr double NEAR = 0.2;  // metres; depth reaches to infinity from here
+constexpr double NEAR = 0.2;  // metres; the far plane is at infinity
 constexpr int MAX_SIZE = 16384;
-constexpr int WINDOW_CORNER = 40;  // pixels from the screen's upper left
+constexpr int WINDOW_CORNER = 40;  // pixels from the screen's upper left corner
 
-/// F11 fills the screen and back.
+/// F11 switches full screen on and off.
 struct FullscreenKey final : osgGA::GUIEventHandler {
     explicit FullscreenKey(std::function<void()> f) : toggle(std::move(f)) {}
     bool handle(const osgGA::GUIEventAdapter& event, osgGA::GUIActionAdapter&) override {
@@ -49,14 +49,14 @@ struct FullscreenKey final : osgGA::GUIEventHandler {
     std::function<void()> toggle;
 };
 
-/// A part of the frame that runs on the context, as the scene graph wants it.
+/// A step of the frame that runs with the context current, as a callback of the scene graph.
 struct PassHook final : osg::Camera::DrawCallback {
     explicit PassHook(std::function<void()> f) : run(std::move(f)) {}
     void operator()(osg::RenderInfo&) const override { run(); }
     std::function<void()> run;
 };
 
-/// A window of the settings' size, or as much of it as the screen holds; the settings get the size it has.
+/// A window of the settings' size, reduced to the size of the screen; the settings are updated to the actual size.
 osg::ref_ptr<osg::GraphicsContext> makeWindow(PictureSettings& settings, std::string& error) {
     osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
     traits->readDISPLAY();
@@ -83,7 +83,7 @@ osg::ref_ptr<osg::GraphicsContext> makeWindow(PictureSettings& settings, std::st
     return context && context->valid() ? context : nullptr;
 }
 
-/// Without this the X library ends the process when its server goes.
+/// Without this handler the X library ends the process when its server is lost.
 void surviveLoss(osg::GraphicsContext& context, bool& lost) {
     auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(context);
     XSetIOErrorHandler([](Display*) { return 0; });
@@ -93,7 +93,7 @@ void surviveLoss(osg::GraphicsContext& context, bool& lost) {
     }
 }
 
-/// Display value of a radiance times the exposure, as the shaders have it.
+/// Display value of radiance times exposure; the same curve as in the shaders.
 float displayOf(float value) {
     const float x = std::max(value - 0.004f, 0.0f);
     return x * (6.2f * x + 0.5f) / (x * (6.2f * x + 1.7f) + 0.06f);
@@ -122,7 +122,7 @@ WorldPicture::~WorldPicture() {
 }
 
 void WorldPicture::abandonContext() {
-    // Nothing that belongs to a lost window can be given back.
+    // The objects of a lost context cannot be released.
     m_buffer.release();
     m_context->ref();
     m_viewer.getCamera()->setGraphicsContext(nullptr);
@@ -139,7 +139,7 @@ bool WorldPicture::open(std::string& error) {
         return false;
     }
     routeNotices();
-    // A texture gives its image up when as many contexts have it; a picture has one.
+    // A texture frees its image once all contexts have it; a picture has one context.
     osg::DisplaySettings::instance()->setMaxNumberOfGraphicsContexts(1);
     m_context = m_settings.window ? makeWindow(m_settings, error)
                                   : makeOffscreenContext(m_settings.width, m_settings.height, error);
@@ -206,12 +206,13 @@ void WorldPicture::buildScene() {
     passes->addChild(m_root);
     passes->addChild(GuiDrawable::makeOverlay(*m_engine.getUIRoot(), m_shaders));
     m_viewer.setSceneData(passes);
-    // Programs are made as they are drawn: made ahead they lack what the nodes above define, and would be made twice.
+    // Programs are compiled when first drawn. Compiled ahead they would lack the defines of parent nodes, and would be
+    // compiled twice.
     static_cast<osgViewer::Renderer*>(m_viewer.getCamera()->getRenderer())->setCompileOnNextDraw(false);
 }
 
-// The scene graph would close the window in its traversal, before its last picture could be saved. What comes in after
-// this look is newer than the frame and waits for the next traversal.
+// The scene graph would close the window in its traversal, before the last picture could be saved. Events that arrive
+// after this check are newer than the frame and wait for the next traversal.
 bool WorldPicture::isClosing() {
     auto* const window = dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
     if (!window || !m_settings.window) return false;
@@ -224,7 +225,7 @@ bool WorldPicture::isClosing() {
     });
 }
 
-/// Keys that were held go with the focus: their releases reach another window.
+/// Keys held at the loss of focus are released: their release events go to another window.
 void WorldPicture::watchFocus() {
     auto& window = dynamic_cast<osgViewer::GraphicsWindowX11&>(*m_context);
     Window focus = None;
@@ -267,7 +268,7 @@ void WorldPicture::updateView() {
     m_view.time = m_engine.getTime();
     m_view.view = toOsg(inverse(m_view.camera));
 
-    // Depth = near / distance; the shear shifts the picture by half widths and half heights.
+    // Depth = near / distance; the shear shifts the picture in half widths and half heights.
     const double scale = 1.0 / std::tan(m_settings.fov * 0.5 * jMath::DEG2RAD);
     const double aspect = static_cast<double>(m_view.width) / m_view.height;
     m_view.focal = 0.5 * m_view.height * scale;
@@ -299,18 +300,18 @@ void WorldPicture::draw() {
 
     osg::Camera& camera = *m_viewer.getCamera();
     camera.setViewport(0, 0, m_view.width, m_view.height);
-    // Through a gap between what is drawn far away one sees haze.
+    // Gaps between distant objects show haze.
     const vec3 haze = m_view.light.horizon * m_view.light.exposure;
     camera.setClearColor({displayOf(haze.x), displayOf(haze.y), displayOf(haze.z), 1.0f});
     camera.setViewMatrix(m_view.view);
     camera.setProjectionMatrix(m_view.projection);
     camera.setLODScale(static_cast<float>(1.0 / m_view.focal));
     m_root->setNodeMask(world.isEnabled() ? ~0u : 0u);
-    // Framebuffers that parts draw into end with this one bound again.
+    // Parts that draw into their own framebuffers must leave this one bound.
     m_context->setDefaultFboId(m_buffer->getDrawId());
     m_viewer.updateTraversal();
     m_viewer.renderingTraversals();
-    // Images and shaders are made in the first frames; what that took goes back to the system.
+    // Images and shaders are made in the first frames; the memory freed after that is returned to the system.
     ++m_frames_drawn;
     if (m_frames_drawn <= 256 && std::has_single_bit(m_frames_drawn)) {
         if (m_release_compiler) m_release_compiler();
@@ -328,7 +329,7 @@ void WorldPicture::endPass() {
 }
 
 void WorldPicture::setVisibility(double metres) {
-    // Koschmieder's law: contrast falls to 2 % at the visibility distance.
+    // Koschmieder's law: contrast is 2 % at the visibility distance.
     m_view.extinction = 3.912 / (metres >= 1.0 ? metres : 1.0);
 }
 
@@ -340,7 +341,7 @@ void WorldPicture::setTitle(const std::string& title) {
     m_settings.title = title;
     auto* const window = dynamic_cast<osgViewer::GraphicsWindowX11*>(m_context.get());
     if (!window || !takeContext()) return;
-    // The scene graph's own call knows Latin letters only.
+    // The scene graph's own call supports Latin letters only.
     Display* const display = window->getEventDisplay();
     XChangeProperty(display, window->getWindow(), XInternAtom(display, "_NET_WM_NAME", False),
                     XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,

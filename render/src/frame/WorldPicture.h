@@ -1,4 +1,4 @@
-// The picture over the scene graph's viewer: its parts, its context and its frame.
+// The picture, based on the scene graph's viewer: its parts, its context and its frame.
 #pragma once
 
 #include <osgViewer/Viewer>
@@ -23,7 +23,7 @@ public:
     explicit WorldPicture(Engine& engine, const PictureSettings& settings);
     ~WorldPicture() override;
 
-    /// False, with `error` saying why, without a usable context.
+    /// False without a usable context, with the reason in `error`.
     bool open(std::string& error);
 
     bool poll() override;
@@ -40,10 +40,10 @@ private:
     void buildScene();
     void setUpCamera();
     void updateView();
-    /// Makes the context current; false once the window is gone.
+    /// Makes the context current; false once the window was lost.
     bool takeContext();
     void abandonContext();
-    /// Whether the user closed the window; it is still there.
+    /// Whether the user has closed the window; it still exists.
     bool isClosing();
     void watchFocus();
     void beginPass();
@@ -52,16 +52,16 @@ private:
     Engine& m_engine;
     PictureSettings m_settings;
     FrameView m_view;
-    int m_window_width = 0, m_window_height = 0;  ///< while the screen is filled: before that
+    int m_window_width = 0, m_window_height = 0;  ///< window size before full screen
     unsigned m_frames_drawn = 0;
     void (*m_release_compiler)() =
-        nullptr;               ///< what the driver's compiler holds between shaders, where it can be let go
-    bool m_is_lost = false;    ///< the display went under an open window
+        nullptr;               ///< frees memory of the driver's shader compiler; null where the driver cannot
+    bool m_is_lost = false;    ///< the display connection was lost while the window was open
     bool m_has_focus = false;  ///< of the keyboard
     ShaderLibrary m_shaders;
     osg::ref_ptr<osg::GraphicsContext> m_context;
     osgViewer::Viewer m_viewer;
-    osg::ref_ptr<osg::Group> m_root;  ///< of the main pass
+    osg::ref_ptr<osg::Group> m_root;  ///< root of the main pass
     std::unique_ptr<FrameBuffer> m_buffer;
     std::unique_ptr<FrameUniforms> m_uniforms;
     std::unique_ptr<SkyLayer> m_sky;

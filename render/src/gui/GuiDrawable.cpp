@@ -1,4 +1,4 @@
-// Panels: uploaded and drawn anew each frame, last of all.
+// Draws the panels: uploaded again each frame, drawn last.
 #include "gui/GuiDrawable.h"
 
 #include <imgui.h>
@@ -34,7 +34,7 @@ osg::ref_ptr<osg::Texture2D> makeFontTexture(const UIFontAtlas& atlas) {
     return texture;
 }
 
-/// Panels count rows from the top.
+/// Panel images count rows from the top.
 osg::ref_ptr<osg::Texture2D> loadPanelImage(const jString& file) {
     osg::ref_ptr<osg::Texture2D> texture = loadTexture(file, false);
     texture->getImage()->flipVertical();

@@ -1,4 +1,4 @@
-// The panels over the picture.
+// Drawing of the panels over the picture.
 #pragma once
 
 #include <osg/Drawable>
@@ -10,12 +10,12 @@
 class ShaderLibrary;
 class UIRoot;
 
-/// Draws what the engine's panels made for this frame: triangles in pixels, cut to rectangles, each with the glyphs'
-/// texture or a panel image.
+/// Draws the panels of this frame: triangles in pixels, clipped to rectangles, each with the glyph texture or a panel
+/// image.
 class GuiDrawable final : public osg::Drawable {
 public:
     explicit GuiDrawable(const UIRoot& panels) : m_panels(panels) {}
-    /// A group that shows the panels over everything drawn before it.
+    /// A group that draws the panels over everything drawn before.
     static osg::ref_ptr<osg::Group> makeOverlay(const UIRoot& panels, ShaderLibrary& shaders);
 
     void drawImplementation(osg::RenderInfo& info) const override;
@@ -30,8 +30,8 @@ private:
     void bindTexture(osg::State& state, std::size_t index) const;
 
     const UIRoot& m_panels;
-    // What belongs to the context; the scene graph draws through a constant drawable.
+    // Objects of the context; mutable because the scene graph draws through a constant drawable.
     mutable unsigned m_vertices = 0, m_indices = 0;
     mutable std::uint32_t m_font_revision = 0;
-    mutable std::vector<osg::ref_ptr<osg::Texture2D>> m_textures;  ///< the glyphs', then the images'
+    mutable std::vector<osg::ref_ptr<osg::Texture2D>> m_textures;  ///< the glyph texture, then the images
 };

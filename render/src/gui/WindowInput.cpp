@@ -1,4 +1,4 @@
-// The window's events in the engine's terms; taken in before the frame begins.
+// Translates the window's events for the engine; called before the frame begins.
 #include "gui/WindowInput.h"
 
 #include <utility>
@@ -33,7 +33,7 @@ constexpr std::pair<int, int> SPECIAL_KEYS[] = {{Event::KEY_Escape, ControlApp::
                                                 {Event::KEY_Alt_L, ControlApp::KEY_ALT},
                                                 {Event::KEY_Alt_R, ControlApp::KEY_ALT}};
 
-/// The engine's number of a key, -1 for none.
+/// The engine's key number, -1 for none.
 int keyOf(int code) {
     if (code >= 'A' && code <= 'Z') return code - 'A' + 'a';
     if (code > 0 && code < 128 && code >= ' ') return code;

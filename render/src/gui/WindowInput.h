@@ -1,11 +1,11 @@
-// What the user does in the window.
+// Keys, mouse and wheel of the window.
 #pragma once
 
 #include <osgGA/GUIEventHandler>
 
 class InputRouter;
 
-/// Hands the window's keys, mouse and wheel to the engine's input.
+/// Passes the window's keys, mouse and wheel to the engine's input.
 class WindowInput final : public osgGA::GUIEventHandler {
 public:
     explicit WindowInput(InputRouter& input) : m_input(input) {}

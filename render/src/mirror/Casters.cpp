@@ -1,4 +1,4 @@
-// Compares places in the frame that the shadows were drawn in.
+// Compares caster poses in the frame that the shadow map was drawn in.
 #include "mirror/Casters.h"
 
 #include <algorithm>
@@ -7,14 +7,14 @@
 
 namespace {
 
-constexpr double UNSEEN = 0.01;  // metres; a shadow may lie off its caster by twice that, half the finest texel
+constexpr double UNSEEN = 0.01;  // metres; the shadow may be off by twice this, half the finest texel
 
 Reach reachAt(const dmat4& place, const Reach& reach) {
     const double scale = std::max({length(place.x), length(place.y), length(place.z)});
     return {place * reach.middle, reach.radius * scale};
 }
 
-/// Metres that no point within the reach has moved further.
+/// Upper bound, in metres, of the motion of any point in the sphere.
 double moveBetween(const dmat4& from, const dmat4& to, const Reach& reach) {
     const dvec3 x = to.x - from.x, y = to.y - from.y, z = to.z - from.z;
     const double turn = std::sqrt(dot(x, x) + dot(y, y) + dot(z, z));

@@ -1,4 +1,4 @@
-// Finds the height at which most of a surface is level and keeps, cell by cell, what is closed there.
+// Finds the height with the largest level area of a surface and stores which grid cells are closed there.
 #include "mirror/LevelTop.h"
 
 #include <algorithm>
@@ -11,12 +11,12 @@
 
 namespace {
 
-constexpr double LEAST_AREA = 2000.0;  // m^2
-constexpr double FLAT = 0.995;         // cosine of the slope that still is level
-constexpr double SLACK = 0.3;          // metres by which it may be uneven
-constexpr double NEAREST = 1.0;        // metres; nearer the eye it may be cut off by the picture's near plane
-constexpr double LEAST_CELL = 1.0;     // metres
-constexpr int MOST_CELLS = 1024;       // along a side
+constexpr double MIN_AREA = 2000.0;   // m^2
+constexpr double FLAT = 0.995;        // minimum cosine of the slope of a level triangle
+constexpr double SLACK = 0.3;         // metres of allowed unevenness
+constexpr double MIN_DISTANCE = 1.0;  // metres; closer to the eye the picture's near plane may clip it
+constexpr double MIN_CELL = 1.0;      // metres
+constexpr int MAX_CELLS = 1024;       // per side
 
 using Triangle = std::array<dvec3, 3>;
 
@@ -38,7 +38,7 @@ double areaOf(const Triangle& t) {
     return 0.5 * length(cross(t[1] - t[0], t[2] - t[0]));
 }
 
-/// Leaves those at the height where most lie, which it gives.
+/// Keeps the triangles at the height with the largest total area; returns this height.
 double keepHeight(std::vector<Triangle>& flat) {
     std::map<long, double> areas;
     for (const Triangle& t : flat) areas[std::lround(t[0].z / SLACK)] += areaOf(t);
@@ -51,7 +51,7 @@ double keepHeight(std::vector<Triangle>& flat) {
     return height;
 }
 
-/// A rectangle seen from above.
+/// A rectangle in plan view.
 struct Area {
     double left = std::numeric_limits<double>::infinity(), bottom = left, right = -left, top = -left;
 
@@ -63,8 +63,8 @@ struct Area {
     }
 };
 
-/// Part of the line at `y` that lies in the triangle, seen from above: left and right; the other way round where none
-/// does.
+/// Left and right end of the part of the line at `y` inside the triangle, in plan view; left > right where there is
+/// none.
 std::pair<double, double> spanAt(const Triangle& triangle, double y) {
     Area span;
     for (std::size_t k = 0; k < 3; ++k) {
@@ -85,14 +85,14 @@ std::unique_ptr<LevelTop> LevelTop::find(const MeshSurface& surface) {
         size += areaOf(t);
         for (const dvec3& p : t) bounds.add(p);
     }
-    if (size < LEAST_AREA) return nullptr;
+    if (size < MIN_AREA) return nullptr;
 
     std::unique_ptr<LevelTop> top(new LevelTop);
     const double wide = bounds.right - bounds.left, deep = bounds.top - bounds.bottom;
     top->m_height = height;
     top->m_left = bounds.left;
     top->m_bottom = bounds.bottom;
-    top->m_cell = std::max({LEAST_CELL, wide / MOST_CELLS, deep / MOST_CELLS});
+    top->m_cell = std::max({MIN_CELL, wide / MAX_CELLS, deep / MAX_CELLS});
     top->m_columns = static_cast<int>(wide / top->m_cell) + 1;
     top->m_rows = static_cast<int>(deep / top->m_cell) + 1;
     std::vector<char> closed(static_cast<std::size_t>(top->m_columns) * static_cast<std::size_t>(top->m_rows));
@@ -102,14 +102,14 @@ std::unique_ptr<LevelTop> LevelTop::find(const MeshSurface& surface) {
 }
 
 void LevelTop::close(const Triangle& triangle, std::vector<char>& closed) const {
-    constexpr double HAIR = 1e-3;  // metres; triangles that share an edge leave no gap
+    constexpr double HAIR = 1e-3;  // metres; avoids gaps between triangles that share an edge
     const auto [first, last] = std::minmax({triangle[0].y, triangle[1].y, triangle[2].y});
     const int from_row = static_cast<int>((first - m_bottom) / m_cell);
     const int to_row = std::min(static_cast<int>((last - m_bottom) / m_cell), m_rows - 1);
     for (int row = from_row; row <= to_row; ++row) {
         const auto [left, right] = spanAt(triangle, m_bottom + (row + 0.5) * m_cell);
         if (left > right) continue;
-        // Those whose middle lies in it.
+        // Cells whose centres are inside.
         const int from = std::max(static_cast<int>(std::ceil((left - HAIR - m_left) / m_cell - 0.5)), 0);
         const int to = std::min(static_cast<int>(std::floor((right + HAIR - m_left) / m_cell - 0.5)), m_columns - 1);
         for (int column = from; column <= to; ++column) closed[cellAt(column, row)] = 1;
@@ -124,7 +124,7 @@ void LevelTop::sum(const std::vector<char>& closed) {
     for (int row = 0; row < m_rows; ++row) {
         int open = 0;
         for (int column = 0; column < m_columns; ++column) {
-            bool covers = true;  // when its neighbours are closed too
+            bool covers = true;  // true when all its neighbours are closed too
             for (int k = 0; k < 9; ++k) covers = covers && isClosed(column + k % 3 - 1, row + k / 3 - 1);
             open += covers ? 0 : 1;
             m_open[cornerAt(column + 1, row + 1)] = m_open[cornerAt(column + 1, row)] + open;
@@ -134,14 +134,14 @@ void LevelTop::sum(const std::vector<char>& closed) {
 
 double LevelTop::getDistance(const dvec3& eye) const {
     const double above = eye.z - m_height;
-    if (above < SLACK + NEAREST) return std::numeric_limits<double>::infinity();
+    if (above < SLACK + MIN_DISTANCE) return std::numeric_limits<double>::infinity();
     const double x = std::clamp(eye.x, m_left, m_left + m_columns * m_cell) - eye.x;
     const double y = std::clamp(eye.y, m_bottom, m_bottom + m_rows * m_cell) - eye.y;
     return length(dvec3(x, y, above));
 }
 
 bool LevelTop::hides(const dvec3& eye, const std::array<dvec3, 8>& corners) const {
-    // Lines of sight must enter and leave the layer that holds the top where that is closed.
+    // Lines of sight must enter and leave the layer around the top through closed cells.
     Area passed;
     for (const dvec3& corner : corners) {
         if (corner.z > m_height - SLACK) return false;

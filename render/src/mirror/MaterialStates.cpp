@@ -1,4 +1,4 @@
-// Materials as shader programs, textures and uniforms.
+// Converts materials to shader programs, textures and uniforms.
 #include "mirror/MaterialStates.h"
 
 #include <osg/AlphaFunc>
@@ -30,12 +30,12 @@ void setBlending(osg::StateSet& state) {
     state.setAttributeAndModes(new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA));
     state.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0, false));
     state.setRenderBinDetails(DRAW_BLENDED, "DepthSortedBin");
-    state.setNestRenderBins(false);  // after the sky, whichever meshes it belongs to
+    state.setNestRenderBins(false);  // draw after the sky, whatever mesh the state belongs to
 }
 
 bool isMatte(const Material& material) {
-    constexpr float LEAST_ROUGHNESS = 0.6f, MOST_METALLIC = 0.1f;
-    return !material.metal_rough_texture && material.roughness >= LEAST_ROUGHNESS && material.metallic <= MOST_METALLIC;
+    constexpr float MIN_ROUGHNESS = 0.6f, MAX_METALLIC = 0.1f;
+    return !material.metal_rough_texture && material.roughness >= MIN_ROUGHNESS && material.metallic <= MAX_METALLIC;
 }
 
 int slotOf(const SurfaceShape& shape) {

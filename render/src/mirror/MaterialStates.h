@@ -13,25 +13,25 @@ class ShaderLibrary;
 
 constexpr unsigned TANGENT_ATTRIBUTE = 6;
 
-/// What a surface brings along beside its positions.
+/// Vertex attributes of a surface besides positions.
 struct SurfaceShape {
     bool normals = true, uvs = true, tangents = false;
 };
 
-/// One state for each material in use and each shape of its surfaces.
+/// One state per material in use and surface shape.
 class MaterialStates {
 public:
     explicit MaterialStates(ShaderLibrary& shaders) : m_shaders(shaders) {}
-    /// The material's state for surfaces of that shape; counts a user. The material outlives its release.
+    /// The material's state for surfaces of this shape; adds a user. The material must outlive its release.
     osg::StateSet* acquire(const Material& material, const SurfaceShape& shape);
     void release(const Material* material);
-    /// Writes the states of materials whose parameters changed.
+    /// Updates the states of materials whose parameters changed.
     void update();
     int getNumMaterials() const { return static_cast<int>(m_entries.size()); }
 
 private:
     struct Entry {
-        osg::ref_ptr<osg::StateSet> states[8];  ///< by shape
+        osg::ref_ptr<osg::StateSet> states[8];  ///< indexed by shape
         std::uint32_t revision = 0;
         int users = 0;
     };

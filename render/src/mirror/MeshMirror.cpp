@@ -1,4 +1,4 @@
-// Meshes of the scene graph beside the world's: made when a node joins, moved when it moved.
+// Scene graph meshes for the world's meshes: created when a node is added, moved when it moved.
 #include "mirror/MeshMirror.h"
 
 #include <algorithm>
@@ -6,14 +6,14 @@
 
 #include "base/Convert.h"
 #include "base/FrameView.h"
-#include "base/Place.h"
+#include "base/GlobeTransform.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 
 namespace {
 
-constexpr double SMALL = 25.0;            // metres: an aircraft
-constexpr double FARTHEST_COVER = 150.0;  // metres from the eye
+constexpr double SMALL = 25.0;                // metres: size of an aircraft
+constexpr double MAX_COVER_DISTANCE = 150.0;  // metres from the eye
 
 Reach reachOf(const MeshData& mesh) {
     return {mesh.bounds.getCenter(), length(mesh.bounds.getSize()) * 0.5};
@@ -45,7 +45,7 @@ MeshMirror::MeshNode& MeshMirror::add(const ObjectMeshStatic& mesh) {
     MeshNode& node = m_nodes[mesh.getId()];
     node.mesh = &mesh.getMesh();
     node.shared = &acquire(*node.mesh);
-    node.place = new Place;
+    node.place = new GlobeTransform;
     if (reachOf(*node.mesh).radius < SMALL) node.place->setStateSet(m_small);
     for (const SharedSurface& shared : node.shared->surfaces) {
         osg::ref_ptr<osg::Node> surface = new SurfaceDetail(shared.levels);
@@ -84,10 +84,10 @@ void MeshMirror::update(ObjectMeshStatic& mesh) {
 Cover MeshMirror::findCover(const dvec3& eye) const {
     Cover nearest;
     if (m_group->getNodeMask() == 0) return nearest;
-    double least = FARTHEST_COVER;
+    double least = MAX_COVER_DISTANCE;
     for (const auto& [id, topped] : m_topped) {
         const dmat4& at = topped.place;
-        const bool is_mirrored = dot(at.x, cross(at.y, at.z)) <= 0.0;  // seen from below only
+        const bool is_mirrored = dot(at.x, cross(at.y, at.z)) <= 0.0;  // visible from below only
         if (topped.node->place->getNodeMask() == 0 || is_mirrored) continue;
         const dvec3 place = inverse(topped.place) * eye;
         for (std::size_t i = 0; i < topped.node->surfaces.size(); ++i) {

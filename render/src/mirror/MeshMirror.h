@@ -1,4 +1,4 @@
-// Draws the world's meshes: geometry shared between nodes of one model, states between surfaces of one material.
+// Draws the world's meshes. Nodes of one model share geometry, surfaces of one material share states.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -17,7 +17,7 @@ class ShaderLibrary;
 struct MeshData;
 struct MeshSurface;
 
-/// Node masks, beside "not drawn" (0).
+/// Node masks; 0 is not drawn.
 enum MeshMasks : unsigned { MASK_DRAWN = 1, MASK_CASTS_SHADOW = 2 };
 
 class MeshMirror {
@@ -25,25 +25,25 @@ public:
     MeshMirror(osg::Group& root, ShaderLibrary& shaders);
     void update(ObjectMeshStatic& mesh);
     void remove(int id);
-    /// Writes materials whose parameters changed.
+    /// Updates materials whose parameters changed.
     void updateMaterials() { m_materials.update(); }
     void setVisible(bool visible);
 
     osg::Group* getGroup() const { return m_group; }
-    /// Metres to the nearest drawn mesh's bounds, 0 inside; infinite without one.
+    /// Metres to the bounds of the nearest drawn mesh, 0 inside; infinite without one.
     double getDistance(const osg::Vec3d& place) const;
-    /// What hides most from an eye in the world, and what the eye may ride on: the nearest level top below it, unless
-    /// all are far away. Valid until the next change.
+    /// The best occluder for an eye in the world, also the surface that the eye may move with: the nearest level top
+    /// below it, none when all are far away. Valid until the next change.
     Cover findCover(const dvec3& eye) const;
     int getNumNodes() const { return static_cast<int>(m_nodes.size()); }
-    int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< whose geometry is kept
-    int getNumMaterials() const { return m_materials.getNumMaterials(); }   ///< whose states are kept
+    int getNumModels() const { return static_cast<int>(m_meshes.size()); }  ///< models with loaded geometry
+    int getNumMaterials() const { return m_materials.getNumMaterials(); }   ///< materials with loaded states
     Casters& getCasters() { return m_casters; }
 
 private:
     struct SharedSurface {
         std::vector<DetailLevel> levels;
-        std::unique_ptr<LevelTop> top;  ///< null for most
+        std::unique_ptr<LevelTop> top;  ///< null for most meshes
     };
     struct SharedMesh {
         std::vector<SharedSurface> surfaces;
@@ -54,22 +54,22 @@ private:
         const SharedMesh* shared;
         osg::ref_ptr<osg::MatrixTransform> place;
         std::vector<osg::ref_ptr<osg::Node>> surfaces;
-        std::vector<std::shared_ptr<const Material>> materials;  ///< whose states the surfaces have
+        std::vector<std::shared_ptr<const Material>> materials;  ///< materials of the surfaces' states
     };
 
     /// A node with level tops.
     struct ToppedNode {
         const MeshNode* node = nullptr;
-        dmat4 place;  ///< to the world
+        dmat4 place;  ///< pose in the world
     };
 
     MeshNode& add(const ObjectMeshStatic& mesh);
-    /// Whether the surface has another material than before.
+    /// Whether the surface's material differs from the previous one.
     bool dress(MeshNode& node, std::size_t surface, const std::shared_ptr<const Material>& material);
     const SharedMesh& acquire(const MeshData& mesh);
 
     osg::ref_ptr<osg::Group> m_group;
-    osg::ref_ptr<osg::StateSet> m_small;  ///< of small meshes
+    osg::ref_ptr<osg::StateSet> m_small;  ///< state of small meshes
     MaterialStates m_materials;
     std::unordered_map<const MeshData*, SharedMesh> m_meshes;
     std::unordered_map<int, MeshNode> m_nodes;     ///< by node id

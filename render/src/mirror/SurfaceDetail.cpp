@@ -1,4 +1,4 @@
-// Makes coarser versions of a surface when its mesh is loaded, and picks one for each view as the scene is culled.
+// Makes coarser versions of a surface when its mesh is loaded, and selects one for each view during culling.
 #include "mirror/SurfaceDetail.h"
 
 #include <meshoptimizer.h>
@@ -12,13 +12,14 @@
 
 namespace {
 
-constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // metres off the level before
-constexpr std::size_t FEWEST = 3 * 64;                           // indices below which nothing is gained
-constexpr double WORTHWHILE = 0.75;                              // share of the level before
-constexpr float ROUGH = 0.05f;                                   // metres from which on a step may close gaps and holes
-constexpr float FINEST_CELL = 1e-3f;    // of the surface's extent: such a step gathers vertices in cells no finer
-constexpr float CELL_DIAGONAL = 1.75f;  // cells; the furthest that a vertex moves by it
-constexpr float PIXELS = 0.6f;          // off the true shape
+constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // maximum error of each level, metres
+constexpr std::size_t MIN_INDICES = 3 * 64;                      // indices; smaller surfaces are not simplified
+constexpr double WORTHWHILE = 0.75;                              // maximum size relative to the previous level
+// metres; from this error on, simplification may close gaps and holes
+constexpr float ROUGH = 0.05f;
+constexpr float MIN_CELL = 1e-3f;       // relative to the surface's extent: minimum cell size of vertex clustering
+constexpr float CELL_DIAGONAL = 1.75f;  // cells; maximum motion of a vertex by clustering
+constexpr float PIXELS = 0.6f;          // allowed deviation from the true shape on screen
 constexpr float SHADOW_ERROR = 0.03f;   // metres; less than a texel of the finest shadow map
 
 template <class Array, class Source>
@@ -54,21 +55,21 @@ osg::ref_ptr<osg::Geometry> withTriangles(const osg::Geometry& whole, const Indi
     return geometry;
 }
 
-/// Metres for a relative error of 1.
+/// Metres per relative error of 1.
 float scaleOf(const MeshSurface& surface) {
     return meshopt_simplifyScale(surface.positions.front().data(), surface.positions.size(),
                                  sizeof(surface.positions[0]));
 }
 
-/// Fewer triangles at most `error` metres away, which becomes the distance reached.
+/// Simplifies to at most `error` metres; sets `error` to the error reached.
 Indices simplify(const MeshSurface& surface, const Indices& from, float scale, float& error) {
     Indices to(from.size());
     float reached = 0.0f;
     to.resize(meshopt_simplify(to.data(), from.data(), from.size(), surface.positions.front().data(),
                                surface.positions.size(), sizeof(surface.positions[0]), 0, error / scale, 0, &reached));
-    // Surfaces of many small pieces hardly lose triangles as long as the pieces stay, or lose all.
+    // For surfaces of many small pieces, edge collapse hardly removes triangles unless it removes whole pieces.
     const std::size_t most = to.empty() ? from.size() : to.size();
-    if (error >= ROUGH && error >= FINEST_CELL * scale && most > FEWEST) {
+    if (error >= ROUGH && error >= MIN_CELL * scale && most > MIN_INDICES) {
         Indices rough(from.size());
         rough.resize(meshopt_simplifySloppy(rough.data(), from.data(), from.size(), surface.positions.front().data(),
                                             surface.positions.size(), sizeof(surface.positions[0]), 0, error / scale));
@@ -86,7 +87,7 @@ Indices simplify(const MeshSurface& surface, const Indices& from, float scale, f
 std::vector<DetailLevel> makeLevels(const MeshSurface& surface) {
     std::vector<DetailLevel> levels{{makeGeometry(surface), 0.0f}};
     Indices indices(surface.indices.begin(), surface.indices.end());
-    if (indices.size() < FEWEST) return levels;
+    if (indices.size() < MIN_INDICES) return levels;
     const float scale = scaleOf(surface);
     for (const float step : STEPS) {
         float error = step;
@@ -95,7 +96,7 @@ std::vector<DetailLevel> makeLevels(const MeshSurface& surface) {
         if (fewer.empty()) break;
         levels.push_back({withTriangles(*levels.front().geometry, fewer), levels.back().error + error});
         indices = std::move(fewer);
-        if (indices.size() < FEWEST) break;
+        if (indices.size() < MIN_INDICES) break;
     }
     return levels;
 }

@@ -1,4 +1,4 @@
-// A mesh's surface with fewer triangles the further away it is seen.
+// Levels of detail of a mesh surface by distance.
 #pragma once
 
 #include <osg/Geometry>
@@ -8,17 +8,17 @@
 
 struct MeshSurface;
 
-/// One degree of detail: a geometry and how far it lies off the surface's true shape at most, metres.
+/// One level of detail: a geometry and its maximum deviation from the true surface, metres.
 struct DetailLevel {
     osg::ref_ptr<osg::Geometry> geometry;
     float error = 0.0f;
 };
 
-/// The surface as it is, then coarser ones that share its vertices; as many as are worth it.
+/// The full surface, then coarser ones that share its vertices, as long as they save enough.
 std::vector<DetailLevel> makeLevels(const MeshSurface& surface);
 
-/// Draws the coarsest level that looks the same: from the eye by the camera's LOD scale, which is metres a pixel at a
-/// distance of 1 m; into a shadow map always the same one, so that shadows do not change with the eye.
+/// Draws the coarsest level that looks the same. For the eye this follows the camera's LOD scale, in metres per pixel
+/// at a distance of 1 m. In a shadow map the level is fixed, so that shadows do not change with the eye.
 class SurfaceDetail : public osg::Group {
 public:
     explicit SurfaceDetail(const std::vector<DetailLevel>& levels);

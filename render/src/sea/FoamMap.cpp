@@ -1,4 +1,4 @@
-// Foam seen from above: drawn once a frame for each decal that carries some.
+// Foam in plan view: drawn once per frame for each decal that carries foam.
 #include "sea/FoamMap.h"
 
 #include <algorithm>
@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr float EDGE = 24.0f;  ///< texels over which foam fades out towards the picture's edges
-constexpr float RISE = 25.0f;  ///< a particle is all there after this part of its life
+constexpr float EDGE = 24.0f;  ///< texels over which foam fades out toward the picture's edges
+constexpr float RISE = 25.0f;  ///< inverse of the share of its life in which a particle fades in
 
 int clampTexel(float at) {
     return static_cast<int>(std::clamp(at, 0.0f, static_cast<float>(FoamMap::SIDE - 1)));
@@ -43,7 +43,7 @@ void FoamMap::drawSystem(const ObjectParticles& particles, const dmat4& to_pictu
     }
 }
 
-/// Thickest in the middle; what is drawn smaller than a texel is drawn thinner in its place.
+/// Thickest in the middle. A disc smaller than a texel is drawn as one texel with less thickness.
 void FoamMap::drawDisc(float x, float y, float radius, float strength) {
     const float wide = std::max(radius, 1.0f);
     if (!(strength > 0.0f) || !(x > -wide && x < SIDE + wide && y > -wide && y < SIDE + wide)) return;
@@ -68,7 +68,7 @@ void FoamMap::drawDisc(float x, float y, float radius, float strength) {
     m_empty = false;
 }
 
-/// From thickness to how much it hides.
+/// Converts thickness to coverage.
 void FoamMap::finishCell(int column, int row) {
     if (!m_foamy[static_cast<std::size_t>(row * CELLS + column)]) return;
     const auto inward = [](int at) {

@@ -1,4 +1,4 @@
-// How thickly foam lies round a ship.
+// Foam coverage around a ship.
 #pragma once
 
 #include <array>
@@ -9,24 +9,24 @@
 class Node;
 class ObjectParticles;
 
-/// The foam particles below a decal, drawn from above into a square picture that the sea then shows. Its first row is
-/// the decal's -Y edge, its first column the -X edge.
+/// The foam particles below a decal, drawn in plan view into a square picture for the sea. Its first row is the decal's
+/// -Y edge, its first column the -X edge.
 class FoamMap {
 public:
     static constexpr int SIDE = 256;  ///< texels
 
-    /// Draws all particles below the node anew. `to_picture` maps the world to (0..1, 0..1) on the decal;
-    /// `texels_per_metre` is how large a metre is drawn.
+    /// Draws all particles below the node again. `to_picture` maps the world to (0..1, 0..1) on the decal;
+    /// `texels_per_metre` is the scale of the picture.
     void draw(const Node& decal, const dmat4& to_picture, float texels_per_metre);
 
     bool isEmpty() const { return m_empty; }
-    /// Whether there is foam anywhere in the box, in the picture's 0..1. Generous by some texels.
+    /// Whether there is foam anywhere in the box, in the picture's 0..1. Conservative by some texels.
     bool isFoamIn(float left, float bottom, float right, float top) const;
-    /// Share of the water that is hidden, 0..255, row after row; 0 along the edges.
+    /// Coverage of the water, 0..255, row by row; 0 along the edges.
     const std::vector<unsigned char>& getTexels() const { return m_texels; }
 
 private:
-    static constexpr int CELL = 8, CELLS = SIDE / CELL;  ///< texels along a cell
+    static constexpr int CELL = 8, CELLS = SIDE / CELL;  ///< texels per side of a cell, cells per side
 
     void drawSystem(const ObjectParticles& particles, const dmat4& to_picture, float texels_per_metre);
     void drawDisc(float x, float y, float radius, float strength);

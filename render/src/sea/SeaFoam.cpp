@@ -1,4 +1,4 @@
-// The foam's pattern: made once.
+// The foam's pattern: made once at the start.
 #include "sea/SeaFoam.h"
 
 #include <osg/Image>
@@ -15,14 +15,15 @@ namespace {
 
 constexpr int SIDE = 256;
 
-/// Points strewn over a square that repeats, one to a cell; after S. Worley, A Cellular Texture Basis Function (1996).
+/// Points distributed over a tiling square, one per cell; after S. Worley, A Cellular Texture Basis Function (1996).
 class Bubbles {
 public:
     Bubbles(int cells, Random& random) : m_cells(cells), m_points(static_cast<std::size_t>(cells * cells)) {
         for (auto& point : m_points) point = {random.getFloat(0.0f, 1.0f), random.getFloat(0.0f, 1.0f)};
     }
 
-    /// How much nearer the nearest point is than the next one, in cells: 0 on the walls between bubbles.
+    /// Difference of the distances to the nearest and the second nearest point, in cells: 0 on the walls between
+    /// bubbles.
     float getWall(float x, float y) const {
         const float u = x * static_cast<float>(m_cells), v = y * static_cast<float>(m_cells);
         const int column = static_cast<int>(u), row = static_cast<int>(v);
@@ -45,7 +46,7 @@ private:
     std::vector<std::array<float, 2>> m_points;
 };
 
-/// Replaces values by their rank, 0..1.
+/// Replaces each value by its rank, 0..1.
 std::vector<float> spreadEvenly(const std::vector<float>& values) {
     std::vector<std::size_t> order(values.size());
     std::iota(order.begin(), order.end(), std::size_t(0));

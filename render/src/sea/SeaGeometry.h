@@ -1,10 +1,10 @@
-// Geometry on the sea's own vertices.
+// Geometry with the sea's own vertices.
 #pragma once
 
 #include <osg/Geometry>
 
-/// Triangles between vertices that move in every frame: local places, places at rest (texture coordinates 0). The
-/// arrays are shared with whoever else draws them.
+/// Triangles between vertices that move in every frame: local positions, and positions at rest (texture coordinates 0).
+/// The arrays are shared with all other users of these vertices.
 inline osg::ref_ptr<osg::Geometry> makeSeaGeometry(osg::Vec3Array* places, osg::Vec3Array* rests,
                                                    osg::DrawElementsUInt* indices) {
     osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;

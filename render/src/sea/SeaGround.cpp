@@ -1,4 +1,4 @@
-// The ground under the water: read once when the terrain changes.
+// The ground below the water: read once when the terrain changes.
 #include "sea/SeaGround.h"
 
 #include <algorithm>
@@ -37,7 +37,7 @@ void SeaGround::measure() {
     m_blocks.resize(static_cast<std::size_t>(m_block_columns) * static_cast<std::size_t>(m_block_rows));
     for (int row = 0; row < m_rows; ++row) {
         for (int column = 0; column < m_columns; ++column) {
-            // A post on the line between blocks belongs to the cells of each.
+            // A post on the border of blocks belongs to the cells of each.
             for (int y = std::max(row - 1, 0) / BLOCK; y <= row / BLOCK; ++y) {
                 for (int x = std::max(column - 1, 0) / BLOCK; x <= column / BLOCK; ++x) {
                     m_blocks[static_cast<std::size_t>(y * m_block_columns + x)].expand(*getPost(column, row));

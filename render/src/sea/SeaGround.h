@@ -1,4 +1,4 @@
-// The ground under the water, as the shore needs it.
+// The ground below the water, for depths near the shore.
 #pragma once
 
 #include <osg/Image>
@@ -8,12 +8,12 @@
 
 #include "engine/scene/ElevationRaster.h"
 
-/// Heights of an elevation raster, thinned out to at most 1024 posts a side. Places are texture coordinates of its
-/// picture: columns from the west and rows from the south, posts at the centres of texels.
+/// Heights of an elevation raster, reduced to at most 1024 posts per side. Positions are texture coordinates of its
+/// image: columns from the west and rows from the south, posts at the centres of texels.
 class SeaGround {
 public:
     static constexpr int MAX_POSTS = 1024;
-    static constexpr float DEEP = -500.0f;  ///< stands for ground that is not known, metres
+    static constexpr float DEEP = -500.0f;  ///< metres; used where the ground is unknown
 
     explicit SeaGround(const ElevationRaster& raster);
 
@@ -22,15 +22,15 @@ public:
     double getColumnsPerDegree() const { return m_per_lon; }
     double getRowsPerDegree() const { return m_per_lat; }
 
-    /// Height of the ground, metres; DEEP outside.
+    /// Height of the ground, metres; DEEP outside the raster.
     float getAltitude(float column, float row) const;
-    /// The lowest and the highest ground of an area, or beyond; DEEP outside.
+    /// Bounds of the ground heights of an area, conservative; DEEP outside the raster.
     HeightRange getRange(double west, double south, double east, double north) const;
-    /// The heights, metres, one float a texel.
+    /// The heights, metres, one float per texel.
     osg::Image* getImage() const { return m_image; }
 
 private:
-    static constexpr int BLOCK = 16;  ///< cells along a block's side
+    static constexpr int BLOCK = 16;  ///< cells per side of a block
 
     const float* getPost(int column, int row) const {
         return m_posts + static_cast<std::ptrdiff_t>(row) * m_columns + column;
@@ -38,11 +38,11 @@ private:
     void read(const ElevationRaster& raster, int column_stride, int row_stride);
     void measure();
 
-    double m_west = 0.0, m_south = 0.0;  ///< degrees, of the outermost texels' outer edges
+    double m_west = 0.0, m_south = 0.0;  ///< degrees, outer edges of the outermost texels
     double m_per_lon = 1.0, m_per_lat = 1.0;
     int m_columns = 0, m_rows = 0;
     int m_block_columns = 0, m_block_rows = 0;
     osg::ref_ptr<osg::Image> m_image;
-    float* m_posts = nullptr;  ///< the image's
+    float* m_posts = nullptr;  ///< data of the image
     std::vector<HeightRange> m_blocks;
 };

@@ -1,4 +1,4 @@
-// The sea in the picture: its waves, mesh and shader values are brought up to date before the frame is drawn.
+// The sea in the picture: waves, mesh and shader values are updated before the frame is drawn.
 #include "sea/SeaLayer.h"
 
 #include <osg/BlendFunc>
@@ -26,7 +26,7 @@ enum SeaTextures { UNIT_LARGE, UNIT_SMALL, UNIT_FOAM, UNIT_GROUND };
 
 constexpr std::size_t MAX_VERTICES = std::size_t(SeaMesh::MAX_PATCHES) * SeaMesh::VERTICES;
 
-/// Planes through the sides of the view's pyramid.
+/// Planes through the sides of the view's frustum.
 void setSides(SeaMeshView& eye, const osg::Matrixd& local_to_clip) {
     for (int i = 0; i < 4; ++i) {
         const double sign = i % 2 == 0 ? 1.0 : -1.0;
@@ -144,7 +144,7 @@ SeaMeshView SeaLayer::lookAt(const FrameView& view, const Cover& cover) const {
     const double w2 = 1.0 - EllipsoidModel::ECCENTRICITY_2 * s * s;
     eye.east_radius = EllipsoidModel::SEMI_MAJOR / std::sqrt(w2);
     eye.north_radius = eye.east_radius * (1.0 - EllipsoidModel::ECCENTRICITY_2) / w2;
-    // A degree in the field and on the ground.
+    // The length of a degree in the wave field and on the ground.
     double east = 0.0, north = 0.0;
     const double degree = 0.001, lon_side = lon > 0.0 ? -degree : degree, lat_side = lat > 0.0 ? -degree : degree;
     m_ocean->getFieldPlace(lon + lon_side, lat + lat_side, east, north);
@@ -172,7 +172,8 @@ std::array<osg::Array*, 4> SeaLayer::getArrays() const {
 }
 
 void SeaLayer::takeMesh() {
-    // Only those in use go to the device; in steps, so that its buffer keeps its layout over many frames.
+    // Only the used vertices are sent to the device; the count grows in steps, so that the buffer keeps its layout over
+    // many frames.
     constexpr int STEP = 128;
     const int room = std::min((m_mesh.getNumPatches() / STEP + 1) * STEP, SeaMesh::MAX_PATCHES);
     for (osg::Array* array : getArrays()) {

@@ -1,4 +1,4 @@
-// The sea: the engine ocean's own waves out to the horizon.
+// The sea: the waves of the engine's ocean, drawn to the horizon.
 #pragma once
 
 #include <osg/Geode>
@@ -25,11 +25,11 @@ class SeaLayer {
 public:
     SeaLayer(osg::Group& root, ShaderLibrary& shaders);
     ~SeaLayer();
-    /// The ocean to draw; null for none. It outlives its being set here.
+    /// The ocean to draw; null for none. It must exist until it is replaced here.
     void setOcean(const ObjectOcean* ocean);
-    /// The ground whose depth the shore follows; null for none.
+    /// The ground that gives the depth along the shore; null for none.
     void setTerrain(const ObjectTerrain* terrain);
-    /// `cover` hides water from the eye.
+    /// `cover` is an occluder that hides water from the eye.
     void update(const FrameView& view, const Cover& cover);
     void setVisible(bool visible);
 
@@ -48,7 +48,7 @@ private:
     void takeMesh();
 
     osg::ref_ptr<osg::Group> m_group;
-    osg::ref_ptr<osg::MatrixTransform> m_local;      ///< from the local frame under the eye
+    osg::ref_ptr<osg::MatrixTransform> m_local;      ///< transform from the local frame below the eye
     osg::ref_ptr<osg::Vec3Array> m_places, m_rests;  ///< shared by all parts
     osg::ref_ptr<osg::Vec4Array> m_waves;
     osg::ref_ptr<osg::Vec2Array> m_grounds;

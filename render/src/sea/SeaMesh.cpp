@@ -1,5 +1,5 @@
-// The sea's triangles: chosen and filled once a frame, on the processor, since every visible vertex needs both cascades
-// and the ground at its place.
+// The sea's triangles: selected and computed once per frame on the CPU, since every visible vertex needs both cascades
+// and the ground at its position.
 #include "sea/SeaMesh.h"
 
 #include <algorithm>
@@ -15,9 +15,9 @@ namespace {
 
 constexpr int SIZE = WaveCascade::SIZE;
 constexpr int SIDE = SeaMesh::CELLS + 1;
-constexpr double SHALLOW = 3.0;  // metres of water from which on waves reach their height
-constexpr double SHORE = 30.0;   // and from which on the ground is not seen
-constexpr double BURIED = 5.0;   // ground that far above the water hides it for good
+constexpr double SHALLOW = 3.0;  // metres of water depth from which on waves have their full height
+constexpr double SHORE = 30.0;   // metres of water depth from which on the ground is not visible
+constexpr double BURIED = 5.0;   // metres of ground above the water level that hide the water completely
 
 using Values = SeaValues;
 
@@ -43,7 +43,7 @@ float fade(double value, double from, double to) {
     return static_cast<float>(std::clamp((to - value) / (to - from), 0.0, 1.0));
 }
 
-/// Distance over which a line of `size` from `at` reaches to the origin.
+/// Distance of the origin from a line of length `size` that begins at `at`.
 double gapTo(double at, double size) {
     return std::max({at, -at - size, 0.0});
 }
@@ -85,14 +85,14 @@ void SeaVertex::slide(const SeaVertex& to, float part) {
 
 SeaMesh::SeaMesh() {
     m_vertices.reserve(std::size_t(MAX_PATCHES) * VERTICES);
-    // A level's vertices must not move yet where the finer level's have ended their move: that is within a patch's side
-    // of the finer level's range. Up to 90 m waves are still seen one by one.
+    // The vertices of a level must not move yet where those of the finer level have ended their motion, which is within
+    // one patch side of the finer level's range. Up to 90 m waves are still visible individually.
     constexpr double START = 0.82;  // of the range
-    constexpr double LEAST[] = {24.0, 60.0, 190.0};
+    constexpr double MIN_RANGES[] = {24.0, 60.0, 190.0};
     for (int level = 0; level <= MAX_LEVEL; ++level) {
         const double finer = level > 0 ? m_ranges[level - 1] : 0.0;
         m_ranges[level] = (finer + std::ldexp(CELLS, level)) / START;
-        if (level < 3) m_ranges[level] = std::max(m_ranges[level], LEAST[level]);
+        if (level < 3) m_ranges[level] = std::max(m_ranges[level], MIN_RANGES[level]);
     }
     for (int level = 0; level <= MAX_LEVEL; ++level) m_morphs[level] = START * m_ranges[level];
 }
@@ -109,7 +109,7 @@ void SeaMesh::update(const SeaMeshView& view, const WaveField& field, const SeaS
         band.shore.clear();
     }
     m_spacing = field.getCascade(1).length / SIZE;
-    // Looking down, cells may be as large as they are seen; high up they must not be small, there are too many.
+    // Seen from above, cells may grow with the eye's height; from high up they must grow, otherwise there are too many.
     const double fine = m_ranges[2] * m_spacing, height = std::abs(view.height);
     m_lift = 0.6 * std::min(height, fine) + 0.15 * std::max(height - fine, 0.0);
 
@@ -220,7 +220,7 @@ void SeaMesh::fill(const Patch& patch, SeaVertex* out, bool shore) const {
     }
 }
 
-/// The vertex of a place on the lattice: the same to the last bit whichever patch asks, so that no gap opens.
+/// The vertex at a lattice position: bit-identical for all patches that share it, so that there are no gaps.
 SeaVertex SeaMesh::makeVertex(std::int64_t column, std::int64_t row, bool shore) const {
     const SeaMeshView& v = *m_view;
     const double field_east = static_cast<double>(column) * m_spacing, east = field_east - v.east;
@@ -245,8 +245,8 @@ SeaVertex SeaMesh::makeVertex(std::int64_t column, std::int64_t row, bool shore)
     return out;
 }
 
-/// How far the water there is from its place at rest; the large cascade's slopes go into the vertex. A cascade goes
-/// where the cells are too coarse for it.
+/// Displacement of the water from its position at rest; the large cascade's slopes are stored in the vertex. A cascade
+/// fades out where the cells are too coarse for it.
 Values SeaMesh::displace(SeaVertex& out, std::int64_t column, std::int64_t row, double east, double north) const {
     const WaveCascade &large = m_field->getCascade(0), &small = m_field->getCascade(1);
     const double distance = getDistance(out.rest_east, out.rest_north);
@@ -266,8 +266,8 @@ Values SeaMesh::displace(SeaVertex& out, std::int64_t column, std::int64_t row, 
     return moved;
 }
 
-/// Moves the vertices that the next level does not have onto those that it has: its triangles are left, with the very
-/// same corners.
+/// Moves the vertices that the next level lacks onto the vertices that it has. The result is the triangles of the next
+/// level, with identical corners.
 void SeaMesh::morph(const Patch& patch, SeaVertex* out) const {
     const double from = m_morphs[patch.level] * m_spacing, to = m_ranges[patch.level] * m_spacing;
     for (int y = 0; y < SIDE; ++y) {

@@ -1,4 +1,4 @@
-// From the field's samples to textures: computed once a frame when the waves have moved.
+// Converts the field's samples to textures: computed once per frame when the waves have moved.
 #include "sea/SeaSlopes.h"
 
 #include <algorithm>
@@ -74,8 +74,8 @@ float SeaSlopes::measure(const WaveCascade& cascade) {
     return std::sqrt(sum / static_cast<float>(cascade.samples.size()));
 }
 
-/// The slopes that belong to each sample's water: those over places at rest through the inverse of the displacement's
-/// own derivatives.
+/// The slopes at the displaced positions: slopes over positions at rest, times the inverse Jacobian of the
+/// displacement.
 void SeaSlopes::differentiate(const WaveCascade& cascade, float per_height) {
     const auto half = static_cast<float>(0.5 * SIZE / cascade.length);
     for (int row = 0; row < SIZE; ++row) {
@@ -88,7 +88,7 @@ void SeaSlopes::differentiate(const WaveCascade& cascade, float per_height) {
             const float en = (north[column][0] - south[column][0]) * half;
             const float nn = 1.0f + (north[column][1] - south[column][1]) * half;
             const float ue = (east[2] - west[2]) * half, un = (north[column][2] - south[column][2]) * half;
-            // Where the surface nearly folds its slope has no bounds.
+            // Where the surface nearly folds the slope is unbounded.
             const float per_area = 1.0f / std::max(ee * nn - en * ne, 0.3f);
             m_texels[static_cast<std::size_t>(row * SIZE + column)] = {(ue * nn - un * ne) * per_area,
                                                                        (un * ee - ue * en) * per_area, here[column][3],
@@ -97,13 +97,13 @@ void SeaSlopes::differentiate(const WaveCascade& cascade, float per_height) {
     }
 }
 
-/// Rounds the texels of a level into its image; the first level sets the scale.
+/// Quantises the texels of a level into its image; the first level sets the scale.
 void SeaSlopes::write(Layer& layer, int level) {
     const auto count = static_cast<std::size_t>((SIZE >> level) * (SIZE >> level));
     float sum = 0.0f;
     for (std::size_t i = 0; i < count; ++i) sum += m_texels[i][0] * m_texels[i][0] + m_texels[i][1] * m_texels[i][1];
     layer.mean_square[static_cast<std::size_t>(level)] = sum / static_cast<float>(count);
-    // Eight standard deviations from end to end, in steps so that the rounding stays the same from frame to frame.
+    // A range of eight standard deviations, in steps so that the quantisation stays the same from frame to frame.
     if (level == 0)
         layer.scale = std::exp2(std::ceil(std::log2(8.0f * std::sqrt(0.5f * layer.mean_square[0]) + 0.01f)));
     const float scale = 255.0f / layer.scale;
@@ -116,7 +116,7 @@ void SeaSlopes::write(Layer& layer, int level) {
     }
 }
 
-/// Means of four texels each, down to `side` texels a side.
+/// Averages blocks of four texels, down to `side` texels per side.
 void SeaSlopes::halve(int side) {
     for (int row = 0; row < side; ++row) {
         for (int column = 0; column < side; ++column) {

@@ -1,4 +1,4 @@
-// The waves' slopes and foam as textures.
+// The slopes and foam of the waves as textures.
 #pragma once
 
 #include <osg/Image>
@@ -11,27 +11,28 @@
 class WaveField;
 struct WaveCascade;
 
-/// One texture a cascade, each level half the one before. Texels hold the slopes east and north of the displaced
-/// surface (value = ZERO + slope / scale), its foam and its height.
+/// One texture per cascade with mipmap levels. Texels contain the slopes east and north of the displaced surface (value
+/// = ZERO + slope / scale), its foam and its height.
 class SeaSlopes {
 public:
-    using Texel = std::array<float, 4>;  ///< slopes east and north, foam, height as in the texture
+    using Texel = std::array<float, 4>;  ///< slopes east and north, foam, height in texture units
 
     static constexpr int NUM_LEVELS = 8;
     static constexpr float ZERO = 128.0f / 255.0f;  ///< value of a level surface
 
     SeaSlopes();
 
-    /// Takes the field in when it has changed.
+    /// Recomputes the textures when the field has changed.
     void update(const WaveField& field);
 
     osg::Texture2D* getTexture(int cascade) const { return m_layers[cascade].texture; }
     float getScale(int cascade) const { return m_layers[cascade].scale; }
-    /// Mean square slope that is left at that level: the rest of level 0's has gone into the surface's roughness.
+    /// Mean square slope visible at this level: the rest of level 0's value is part of the surface's roughness.
     float getMeanSquare(int cascade, int level) const { return m_layers[cascade].mean_square[level]; }
-    /// The large cascade's texels at its samples, unrounded.
+    /// The large cascade's texels at its samples, not quantised.
     const std::vector<Texel>& getLarge() const { return m_large; }
-    float getReachSideways() const { return m_reach_sideways; }  ///< no water is further from its place at rest, metres
+    /// maximum horizontal displacement of water from its position at rest, metres
+    float getReachSideways() const { return m_reach_sideways; }
     float getReachUpward() const { return m_reach_upward; }
 
 private:
@@ -49,7 +50,7 @@ private:
     void halve(int side);
 
     std::array<Layer, 2> m_layers;
-    std::vector<Texel> m_texels;  ///< of the level at hand
+    std::vector<Texel> m_texels;  ///< of the current level
     std::vector<Texel> m_large;
     std::uint32_t m_revision = 0;
     bool m_taken = false;

@@ -1,4 +1,4 @@
-// The sea's shader values: waves by place and distance, phases kept exact far from the field's origin.
+// The sea's shader values: waves by position and distance; phases are exact far from the field's origin.
 #include "sea/SeaUniforms.h"
 
 #include <algorithm>
@@ -12,22 +12,23 @@
 
 namespace {
 
-constexpr double FOAM_TILE = 4.0, FOAM_STRETCH = 1.5;  // metres across the wind; times as many along it
-constexpr double WAKE_TILE = 7.0;                      // metres either way: a ship's foam is not drawn out by the wind
-constexpr double FOAM_TURNS = 16.0;                    // wind directions that the foam tells apart
+constexpr double FOAM_TILE = 4.0, FOAM_STRETCH = 1.5;  // metres across the wind; ratio of the length along the wind
+// metres in both directions: a ship's foam is not stretched by the wind
+constexpr double WAKE_TILE = 7.0;
+constexpr double FOAM_TURNS = 16.0;  // number of distinct wind directions of the foam pattern
 constexpr double SAMPLES = WaveCascade::SIZE;
-constexpr double STRETCH = 0.6;   // textures are read somewhat finer than a pixel is long where the view is flat
-constexpr double LAP_TIME = 7.0;  // seconds between the waves that lap at a shore
+constexpr double STRETCH = 0.6;   // in flat views textures are read somewhat finer than a pixel is long
+constexpr double LAP_TIME = 7.0;  // seconds between waves running up a shore
 
 float fraction(double value) {
     return static_cast<float>(value - std::floor(value));
 }
 
-/// Slow waves in a metre, east and north, that together tell where the wind is fresher: none a multiple of another.
+/// Frequencies of slow waves per metre, east and north; their sum gives the gusts. None is a multiple of another.
 constexpr double GUSTS[4][2] = {
     {1.0 / 4100, 1.0 / 7300}, {-1.0 / 2900, 1.0 / 3700}, {1.0 / 5900, -1.0 / 1900}, {1.0 / 1300, 1.0 / 2300}};
 
-/// A linear map of metres in the field to texture coordinates that repeat.
+/// A linear map from metres in the field to tiling texture coordinates.
 struct TextureMap {
     TextureMap(double degrees, double per_u, double per_v) {
         const double c = std::cos(degrees * jMath::DEG2RAD), s = std::sin(degrees * jMath::DEG2RAD);
@@ -62,7 +63,7 @@ void SeaUniforms::LayerUniforms::update(double length, float scale, const SeaMes
     const double back = static_cast<double>(layer.strength * scale);
     map->set(to_texture.getMatrix());
     place->set(to_texture.getPlace(eye));
-    turn->set(TextureMap(-layer.turn, back, back).getMatrix());  // slopes turn the other way
+    turn->set(TextureMap(-layer.turn, back, back).getMatrix());  // slopes rotate in the opposite direction
 }
 
 SeaUniforms::SeaUniforms(osg::StateSet& state)
@@ -96,8 +97,8 @@ void SeaUniforms::addBand(int band, osg::StateSet& state) {
     state.addUniform(m_levels[static_cast<std::size_t>(band)]);
 }
 
-/// Textures are read at one level throughout a band, that of its nearest pixels: choosing it pixel by pixel costs twice
-/// as much on a processor.
+/// All textures of a band are read at one level, that of its nearest pixels: selecting the level per pixel doubles the
+/// cost on a CPU.
 void SeaUniforms::updateLevels(const SeaMeshView& eye, double pixel, double large, double small) {
     for (std::size_t band = 0; band < m_levels.size(); ++band) {
         const double distance = std::hypot(band > 0 ? SeaMesh::BAND_RANGES[band - 1] : 0.0, eye.height);
@@ -136,7 +137,7 @@ void SeaUniforms::update(const FrameView& view, const SeaMeshView& eye, const Ob
 void SeaUniforms::updateFoam(const SeaMeshView& eye, const ObjectOcean& ocean) {
     World* const world = ocean.getWorld();
     const vec3 wind = world ? world->getEnvironment().wind : vec3();
-    // Where the origin is far a small change of direction would move the pattern far.
+    // Far from the origin a small change of direction would move the pattern far.
     const double step = 360.0 / FOAM_TURNS;
     const double direction = std::round(std::atan2(wind.y, wind.x) * jMath::RAD2DEG / step) * step;
     const TextureMap to_texture(direction, 1.0 / (FOAM_TILE * FOAM_STRETCH), 1.0 / FOAM_TILE);

@@ -1,4 +1,4 @@
-// What the sea's shaders need of a frame.
+// Shader values of the sea for a frame.
 #pragma once
 
 #include <osg/StateSet>
@@ -14,19 +14,19 @@ class SeaSlopes;
 
 class SeaUniforms {
 public:
-    /// Adds them to the sea's state.
+    /// Adds the common uniforms to the sea's state.
     explicit SeaUniforms(osg::StateSet& state);
-    /// Adds those of a band of patches to its state.
+    /// Adds the uniforms of a band of patches to its state.
     void addBand(int band, osg::StateSet& state);
     void update(const FrameView& view, const SeaMeshView& eye, const ObjectOcean& ocean, const SeaSlopes& slopes);
 
 private:
-    /// One of the cascades again, turned and drawn to another size, fills in what the two cannot show: ripples near the
-    /// eye, and far away swell that does not repeat with them.
+    /// A second use of a cascade, rotated and scaled, for waves that the two cascades lack: ripples near the eye, and
+    /// far away swell with another period.
     struct Layer {
         double turn;     ///< degrees
-        double shrink;   ///< how many times smaller
-        float strength;  ///< of its slopes
+        double shrink;   ///< scale divisor
+        float strength;  ///< factor on its slopes
     };
     struct LayerUniforms {
         LayerUniforms(osg::StateSet& state, const std::string& name, const Layer& values);

@@ -1,4 +1,4 @@
-// Foam of ships: found, drawn into pictures and laid on the sea's own patches, once a frame after these were chosen.
+// Foam of ships: found, drawn into pictures and added to the sea's patches, once per frame after patch selection.
 #include "sea/SeaWake.h"
 
 #include <osg/BlendFunc>
@@ -18,7 +18,7 @@
 namespace {
 
 constexpr unsigned UNIT_SHEET = 4;
-constexpr double LEAST_SIDE = 128.0;  ///< metres that a picture shows at least, so that discs stay small
+constexpr double MIN_SIDE = 128.0;  ///< minimum side of a picture in metres, so that discs are small in texels
 const jString TAG = SeaWake::SEA_FOAM;
 
 osg::Texture2D* makeTexture(osg::Image* image) {
@@ -37,7 +37,7 @@ void setUpState(osg::StateSet& state, ShaderLibrary& shaders) {
     state.addUniform(new osg::Uniform("u_sheet", static_cast<int>(UNIT_SHEET)));
 }
 
-/// A picture's coordinate as a function of a local place.
+/// A picture coordinate as a linear function of the local position.
 osg::Vec4f rowOf(double x, double y, double z, double w) {
     return osg::Vec4f(osg::Vec4d(x, y, z, w));
 }
@@ -89,7 +89,7 @@ void SeaWake::update(const FrameView& view, const World* world, const SeaMesh& m
 
 void SeaWake::draw(Sheet& sheet, const DecalOrtho& decal, const FrameView& view, const SeaMesh& mesh) {
     const double side =
-        std::max({static_cast<double>(decal.getWidth()), static_cast<double>(decal.getHeight()), LEAST_SIDE});
+        std::max({static_cast<double>(decal.getWidth()), static_cast<double>(decal.getHeight()), MIN_SIDE});
     const dmat4 shrink({1.0 / side, 0.0, 0.0}, {0.0, 1.0 / side, 0.0}, {0.0, 0.0, 1.0}, {0.5, 0.5, 0.0});
     const dmat4 to_picture = shrink * inverse(decal.getWorldTransform());
     sheet.map.draw(decal, to_picture, static_cast<float>(FoamMap::SIDE / side));
@@ -120,7 +120,7 @@ void SeaWake::choosePatches(Sheet& sheet, const osg::Vec4f& across, const osg::V
             left = std::min(left, x), right = std::max(right, x);
             bottom = std::min(bottom, y), top = std::max(top, y);
         }
-        // Waves bend the patch's sides.
+        // Waves move the sides of the patch.
         const float aside = 0.2f * std::max(right - left, top - bottom);
         if (!sheet.map.isFoamIn(left - aside, bottom - aside, right + aside, top + aside)) continue;
         for (const unsigned index : SeaMesh::getPatchIndices()) {

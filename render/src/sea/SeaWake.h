@@ -17,25 +17,25 @@ class SeaMesh;
 class ShaderLibrary;
 class World;
 
-/// Draws the patches of the sea that carry foam once more, with the foam alone. Foam is carried by the decals right
-/// below the node with the tag SEA_FOAM: each shows the particles below it. Without them nothing is drawn.
+/// Draws the patches of the sea that carry foam a second time, with the foam alone. Foam belongs to the decals that are
+/// children of the node with the tag SEA_FOAM: each shows the particles below it. Without such decals nothing is drawn.
 class SeaWake {
 public:
     static constexpr const char* SEA_FOAM = "sea_foam";
 
-    /// Under the sea's transform, with the sea's vertices: local places, places at rest.
+    /// `local` is the sea's transform; the vertices are the sea's: local positions, positions at rest.
     SeaWake(osg::MatrixTransform& local, osg::Vec3Array& places, osg::Vec3Array& rests, ShaderLibrary& shaders);
-    /// After the mesh was made; a null world carries no foam.
+    /// REQUIRES that the mesh of this frame is complete; a null world has no foam.
     void update(const FrameView& view, const World* world, const SeaMesh& mesh);
 
 private:
-    /// What one decal shows.
+    /// The foam of one decal.
     struct Sheet {
         FoamMap map;
         osg::ref_ptr<osg::Image> image;
         osg::ref_ptr<osg::Geode> geode;
         osg::ref_ptr<osg::DrawElementsUInt> indices;
-        osg::ref_ptr<osg::Uniform> across, along;  ///< from local places to the picture's 0..1
+        osg::ref_ptr<osg::Uniform> across, along;  ///< from local positions to the picture's 0..1
     };
 
     Sheet& getSheet(std::size_t i);

@@ -1,4 +1,4 @@
-// The map of what lies in shadow, drawn before the scene.
+// Draws the shadow map before the scene.
 #include "shadow/ShadowPass.h"
 
 #include <osg/Depth>
@@ -13,10 +13,11 @@
 
 namespace {
 
-constexpr double TALLEST = 200.0;    // metres that a caster may stand beyond the area, toward the light
-constexpr double HIGH = 90.0;        // metres above the sea
-constexpr double BESIDE = 45.0;      // metres
-constexpr double LEAST_TURN = 1e-6;  // 1 - cosine of the light's turn that shows: 0.08 degrees
+constexpr double MAX_CASTER_DISTANCE =
+    200.0;                         // maximum distance of a caster outside the area, toward the light, metres
+constexpr double HIGH = 90.0;      // metres above the sea
+constexpr double BESIDE = 45.0;    // metres to the nearest mesh
+constexpr double MIN_TURN = 1e-6;  // 1 - cosine of the smallest visible turn of the light: 0.08 degrees
 
 int sizeOf(Quality quality) {
     return quality == Quality::HIGH ? 3072 : 2048;
@@ -37,22 +38,22 @@ osg::ref_ptr<osg::Texture2D> makeMap(int size) {
     return map;
 }
 
-/// Half the width of the area: what matters grows with the eye's height.
+/// Half the width of the area; grows with the eye's height.
 double radiusFor(double height) {
-    constexpr double LEAST = 90.0, MOST = 360.0;
-    double radius = LEAST;
-    while (radius < MOST && radius < height * 2.0) radius *= 2.0;
+    constexpr double MIN_RADIUS = 90.0, MAX_RADIUS = 360.0;
+    double radius = MIN_RADIUS;
+    while (radius < MAX_RADIUS && radius < height * 2.0) radius *= 2.0;
     return radius;
 }
 
-/// A frame whose Z axis is `z`; X and Y follow a fixed rule.
+/// A frame with the given Z axis; X and Y follow a fixed rule.
 dmat4 frameAlong(const dvec3& z, const dvec3& origin) {
     const dvec3 other = std::fabs(z.z) < 0.9 ? dvec3(0.0, 0.0, 1.0) : dvec3(1.0, 0.0, 0.0);
     const dvec3 x = normalize(cross(other, z));
     return {x, cross(z, x), z, origin};
 }
 
-/// The frame without its scale.
+/// The frame with its scale removed.
 dmat4 rigidOf(const dmat4& place) {
     return {normalize(place.x), normalize(place.y), normalize(place.z), place.t};
 }
@@ -71,7 +72,7 @@ ShadowPass::ShadowPass(osg::Group& before_scene, osg::StateSet& scene, MeshMirro
         camera = makeCamera(map, shaders);
         before_scene.addChild(camera);
     }
-    m_parts.reserve(MOST_PARTS);
+    m_parts.reserve(MAX_PARTS);
     scene.setTextureAttribute(UNIT_SHADOW, map);
     scene.addUniform(m_matrix);
     setVisible(true);
@@ -115,14 +116,14 @@ void ShadowPass::setVisible(bool visible) {
 bool ShadowPass::placeArea(const FrameView& view) {
     const vec3& to_light = view.light.light_direction;
     const dvec3 axis = normalize(rotate(view.local, dvec3(to_light)));
-    // High up, beside an aircraft, only that one's own shadows show.
+    // High up and close to an aircraft only the shadows on that aircraft are visible.
     const bool is_aloft = view.geodetic.z > HIGH && m_meshes.getDistance(toOsg(view.camera.t)) < BESIDE;
     const double radius = is_aloft ? BESIDE : radiusFor(view.geodetic.z);
     const double drop = is_aloft ? 0.0 : std::min(view.geodetic.z, radius);
-    // Ahead of the eye and as low as its foot, in steps, so that a small move keeps the map.
+    // Centre of the area: ahead of the eye, lowered to the ellipsoid, in steps so that a small move keeps the map.
     const dvec3 ahead = -view.camera.z - view.local.z * dot(view.local.z, -view.camera.z);
     const dvec3 middle = view.camera.t + ahead * (radius * 0.6) - view.local.z * drop;
-    const bool is_turned = dot(axis, m_light.z) < 1.0 - LEAST_TURN;
+    const bool is_turned = dot(axis, m_light.z) < 1.0 - MIN_TURN;
     const bool is_left = length(middle - m_light.t) > radius * 0.25;
     if (radius == m_radius && !is_turned && !is_left) return false;
     m_radius = radius;
@@ -131,7 +132,7 @@ bool ShadowPass::placeArea(const FrameView& view) {
 }
 
 void ShadowPass::findDisturbed() {
-    constexpr int MARGIN = 2;  // a look at the map takes in the texels beside
+    constexpr int MARGIN = 2;  // the shadow lookup reads neighbouring texels
     const dmat4 to_light = inverse(m_riding);
     const auto texel = [this](double metres) {
         return static_cast<int>(std::floor(std::clamp((metres / m_radius + 1.0) * 0.5, -1.0, 2.0) * m_size));
@@ -157,7 +158,7 @@ void ShadowPass::addPart(const Texels& part) {
         best = &other;
         least = growth;
     }
-    if (best && (least <= WORTH_A_PASS || m_parts.size() == MOST_PARTS)) {
+    if (best && (least <= WORTH_A_PASS || m_parts.size() == MAX_PARTS)) {
         *best = best->joined(part);
     } else {
         m_parts.push_back(part);
@@ -166,7 +167,7 @@ void ShadowPass::addPart(const Texels& part) {
 
 void ShadowPass::aim(osg::Camera& camera, const Texels& part) const {
     const auto metres = [this](int texel) { return (2.0 * texel / m_size - 1.0) * m_radius; };
-    const double depth = m_radius + TALLEST;
+    const double depth = m_radius + MAX_CASTER_DISTANCE;
     camera.setViewport(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
     camera.setViewMatrix(toOsg(inverse(m_light)));
     camera.setProjectionMatrixAsOrtho(metres(part.left), metres(part.right), metres(part.bottom), metres(part.top),
@@ -186,14 +187,14 @@ void ShadowPass::update(const FrameView& view, const Cover& cover) {
             findDisturbed();
         }
     }
-    for (std::size_t i = 0; i < MOST_PARTS; ++i) {
+    for (std::size_t i = 0; i < MAX_PARTS; ++i) {
         const bool is_stale = i < m_parts.size();
         m_cameras[i]->setNodeMask(is_stale ? ~0u : 0u);
         if (is_stale) aim(*m_cameras[i], m_parts[i]);
     }
     if (!m_visible) return;
-    // The frame's own place in the whole map, whatever parts of it are drawn.
-    const double depth = m_radius + TALLEST;
+    // The map's frame covers the whole map, whichever parts of it are drawn.
+    const double depth = m_radius + MAX_CASTER_DISTANCE;
     const osg::Matrixd to_map = osg::Matrixd::ortho(-m_radius, m_radius, -m_radius, m_radius, -depth, depth) *
                                 osg::Matrixd::translate(1.0, 1.0, 1.0) * osg::Matrixd::scale(0.5, 0.5, 0.5);
     m_matrix->set(osg::Matrixf(toOsg(inverse(m_light) * view.camera) * to_map));

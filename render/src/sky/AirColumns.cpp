@@ -1,4 +1,5 @@
-// The table of columns is laid out as Bruneton and Neyret do (2008): by the distances to the horizon and to the top.
+// The table of columns is parametrised as in Bruneton and Neyret (2008): by the distances to the horizon and to the
+// top.
 #include "sky/AirColumns.h"
 
 #include <algorithm>
@@ -8,7 +9,8 @@
 
 namespace {
 
-/// The sky over haze as deep as HAZE_HEIGHT would be white; that height holds for what is seen through the air below.
+/// Scale height, metres: a sky over haze with the scale height HAZE_HEIGHT would be white; that value holds for lines
+/// of sight through the air below.
 constexpr float HAZE_SCALE = 800.0f;
 constexpr float MOLECULE_HEIGHT = 8000.0f;
 constexpr float OZONE_CENTRE = 25000.0f, OZONE_HALF_WIDTH = 15000.0f;
@@ -19,7 +21,7 @@ float square(float v) {
     return v * v;
 }
 
-/// From that height to the globe's edge.
+/// Distance from a height to the globe's horizon, metres.
 float horizonDistance(float height) {
     return std::sqrt(height * (height + 2.0f * GLOBE_RADIUS));
 }
@@ -37,7 +39,7 @@ vec3 integrate(float height, float sine) {
     const float r = GLOBE_RADIUS + height;
     vec3 sum;
     for (int i = 0; i < STEPS; ++i) {
-        // Steps grow with the distance, since it is dense where the line starts or where it touches the globe.
+        // Steps grow with the distance: the air is dense at the start of the line or where it touches the globe.
         const float from = length * square(static_cast<float>(i) / STEPS);
         const float to = length * square(static_cast<float>(i + 1) / STEPS);
         const float s = 0.5f * (from + to);

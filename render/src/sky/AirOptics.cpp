@@ -1,5 +1,5 @@
 // Molecules after Bruneton and Neyret (2008) at 640, 550 and 450 nm; ozone after Serdyuchenko et al. (2014) for a layer
-// of 300 Dobson units, for red at 610 nm, where it takes most.
+// of 300 Dobson units, for red at 610 nm, the maximum of its absorption.
 #include "sky/AirOptics.h"
 
 namespace {
@@ -13,7 +13,7 @@ AirOptics::AirOptics(double extinction) {
     ozone = {2.60e-6f, 1.88e-6f, 0.10e-6f};
     const float haze = std::fmax(static_cast<float>(extinction) - molecules.y, 2e-6f);
     fogginess = smoothStep(std::log(4e-4f), std::log(2.6e-3f), std::log(haze));
-    // Small particles scatter blue more than red (an Angstrom exponent of 1.3) and absorb a little; drops do neither.
+    // Small particles scatter blue more than red (Angstrom exponent 1.3) and absorb a little; drops do neither.
     haze_extinction = mix(vec3(0.82f, 1.0f, 1.30f), gray(1.0f), fogginess) * haze;
     haze_scattering = haze_extinction * (0.965f + 0.0348f * fogginess);
     haze_scattering_aside = haze_scattering * (1.0f - HAZE_PEAK);

@@ -1,5 +1,5 @@
-// Low-precision formulas of the Astronomical Almanac (sections C and D): sun, moon and sidereal time. Asked when the
-// time of day, the date or the eye's place has changed.
+// Low-precision formulas of the Astronomical Almanac (sections C and D): sun, moon and sidereal time. Evaluated when
+// the time of day, the date or the eye's position has changed.
 #include "sky/Astronomy.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr double J2000 = 2451545.0;
 constexpr double DAYS_PER_CENTURY = 36525.0;
-constexpr double SUN_DISTANCE = 23455.0;  // in radii of the globe
+constexpr double SUN_DISTANCE = 23455.0;  // in globe radii
 
 double sinDeg(double degrees) {
     return std::sin(degrees * jMath::DEG2RAD);
@@ -43,7 +43,7 @@ dvec3 sunPlace(double julian_date) {
     return fromEcliptic(sunLongitude(julian_date), 0.0, obliquity(julian_date)) * SUN_DISTANCE;
 }
 
-/// In radii of the globe from its centre.
+/// Position in globe radii from the globe's centre.
 dvec3 moonPlace(double julian_date) {
     const double t = (julian_date - J2000) / DAYS_PER_CENTURY;
     const double longitude = 218.32 + 481267.881 * t + 6.29 * sinDeg(135.0 + 477198.87 * t) -
@@ -57,7 +57,7 @@ dvec3 moonPlace(double julian_date) {
     return fromEcliptic(longitude, latitude, obliquity(julian_date)) / sinDeg(parallax);
 }
 
-/// How far the sundial is ahead of the clock, in days.
+/// Apparent minus mean solar time, in days.
 double equationOfTime(double julian_date) {
     const dvec3 sun = sunPlace(julian_date);
     const double ascension = std::atan2(sun.y, sun.x) * jMath::RAD2DEG;
@@ -90,7 +90,7 @@ Heavens computeHeavens(double julian_date, double longitude, double latitude) {
     heavens.stars = starFrame(julian_date, longitude, latitude);
     const dvec3 sun = sunPlace(julian_date), moon = moonPlace(julian_date);
     heavens.sun = normalize(heavens.stars * sun);
-    // The place lies one radius above the centre.
+    // The observer is one globe radius above the centre.
     heavens.moon = normalize(heavens.stars * moon - dvec3(0.0, 0.0, 1.0));
     const double cos_phase = std::clamp(dot(normalize(sun - moon), normalize(-moon)), -1.0, 1.0);
     heavens.moon_phase = std::acos(cos_phase) * jMath::RAD2DEG;

@@ -1,4 +1,4 @@
-// Fills the table of the sky, a row of equal elevation at a time, when source, air or eye have moved.
+// Computes the table of the sky, one row of equal elevation at a time, when light source, air or eye have changed.
 #include "sky/Atmosphere.h"
 
 #include <algorithm>
@@ -9,15 +9,15 @@ namespace {
 constexpr int STEPS = 24;
 constexpr float PI = 3.14159265f;
 
-/// Scattering ahead is so strong that much of it falls into the disc's own glare.
+/// Share of the glow that is used: forward scattering is so strong that much of it falls into the disc's glare.
 constexpr float GLOW_SHARE = 0.6f;
-constexpr float LOWEST_EYE = 1.0f, HIGHEST_EYE = 60000.0f;
+constexpr float MIN_EYE = 1.0f, MAX_EYE = 60000.0f;
 
 float square(float v) {
     return v * v;
 }
 
-/// Along a line of sight to the ground or to the top of the air.
+/// Length of a line of sight to the ground or to the top of the air, metres.
 float sightLength(float height, float sine) {
     const float r = GLOBE_RADIUS + height;
     const float along = r * sine;
@@ -54,7 +54,7 @@ float cosineBetween(float sine_a, float sine_b, float cosine_round) {
 }
 
 float glowShape(float cosine) {
-    constexpr float EDGE = 0.3f;  // cosine where it ends
+    constexpr float EDGE = 0.3f;  // cosine of the angle where the glow ends
     static const float floor = hazePhase(EDGE, HAZE_AHEAD);
     return std::fmax(hazePhase(cosine, HAZE_AHEAD) - floor, 0.0f);
 }
@@ -80,7 +80,7 @@ vec3 Atmosphere::prepare(const AirOptics& optics, float eye, float sine) {
     vec3 through = gray(1.0f);
     m_steps.resize(STEPS);
     for (int i = 0; i < STEPS; ++i) {
-        // Close to the eye the steps are short: in fog everything happens there.
+        // Steps are short close to the eye: in fog all scattering happens there.
         const auto at = [&](float k) { return length * k * square(k) / (STEPS * square(STEPS)); };
         const float from = at(static_cast<float>(i)), to = at(static_cast<float>(i + 1));
         Step& step = m_steps[static_cast<std::size_t>(i)];
@@ -136,7 +136,7 @@ void Atmosphere::computeField(const AirOptics& optics, const LightSource& source
 }
 
 void Atmosphere::compute(const AirOptics& optics, const LightSource& source, float eye_height, ClearSky& sky) {
-    const float eye = std::clamp(eye_height, LOWEST_EYE, HIGHEST_EYE);
+    const float eye = std::clamp(eye_height, MIN_EYE, MAX_EYE);
     computeField(optics, source, eye, sky);
     for (int row = SkyGrid::ROWS - 1; row >= 0; --row) {
         const float sine = SkyGrid::sineOf(row);
@@ -156,7 +156,7 @@ void Atmosphere::compute(const AirOptics& optics, const LightSource& source, flo
 
 void Atmosphere::computeRound(const AirOptics& optics, const LightSource& source, float eye_height, ClearSky& sky) {
     constexpr int SIDES = 6;
-    const float eye = std::clamp(eye_height, LOWEST_EYE, HIGHEST_EYE);
+    const float eye = std::clamp(eye_height, MIN_EYE, MAX_EYE);
     computeField(optics, source, eye, sky);
     for (int row = SkyGrid::ROWS - 1; row >= 0; --row) {
         const float sine = SkyGrid::sineOf(row);

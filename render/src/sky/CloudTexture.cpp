@@ -1,4 +1,4 @@
-// Makes the clouds' pattern once, at the start, from cellular noise (Worley, 1996) and gradient noise (Perlin, 1985).
+// Makes the cloud pattern once at the start, from cellular noise (Worley, 1996) and gradient noise (Perlin, 1985).
 #include "sky/CloudTexture.h"
 
 #include <algorithm>
@@ -10,15 +10,15 @@
 namespace {
 
 constexpr int SIZE = CLOUD_TEXELS;
-constexpr int FINE_TILES = 4;  // the fine lumps repeat so often along a side
+constexpr int FINE_TILES = 4;  // repetitions of the fine lumps per side
 
-/// A square of values without seams; its side is a power of two.
+/// A tiling square of values; its side is a power of two.
 struct Field {
     int size;
     std::vector<float> values = std::vector<float>(static_cast<std::size_t>(size * size));
 
     float& at(int x, int y) { return values[static_cast<std::size_t>((y & (size - 1)) * size + (x & (size - 1)))]; }
-    /// Between the values; u and v from 0 to 1 over a side.
+    /// Bilinear interpolation; u and v from 0 to 1 per side.
     float between(float u, float v) {
         const float x = u * static_cast<float>(size) - 0.5f, y = v * static_cast<float>(size) - 0.5f;
         const int i = static_cast<int>(std::floor(x)), j = static_cast<int>(std::floor(y));
@@ -27,7 +27,7 @@ struct Field {
     }
 };
 
-/// Two numbers in [0, 1) that belong to a cell of a grid.
+/// Two pseudo-random numbers in [0, 1) for a cell of a grid.
 struct Pair {
     float x, y;
 };
@@ -37,7 +37,7 @@ Pair cellNumbers(int x, int y, std::uint32_t seed) {
     return {static_cast<float>(h & 0xFFFFu) / 65536.0f, static_cast<float>(h >> 16) / 65536.0f};
 }
 
-/// Round lumps: 1 in the middle of a cell, 0 between them.
+/// Round lumps: 1 in the centre of a cell, 0 between cells.
 float lumps(float u, float v, int cells, std::uint32_t seed) {
     const float x = u * static_cast<float>(cells), y = v * static_cast<float>(cells);
     const int cx = static_cast<int>(x), cy = static_cast<int>(y);
@@ -65,7 +65,7 @@ float slopeNoise(float u, float v, int cells, std::uint32_t seed) {
                      ease(fy));
 }
 
-/// Heaps that stand in groups.
+/// Cumulus clouds in groups.
 float heaps(float u, float v) {
     const float groups = slopeNoise(u, v, 2, 11u) + 0.6f * slopeNoise(u, v, 5, 12u);
     const float lump = 0.55f * lumps(u, v, 7, 21u) + 0.3f * lumps(u, v, 15, 22u) + 0.15f * lumps(u, v, 31, 23u);
@@ -88,7 +88,7 @@ Field fill(int size, Function&& function) {
     return field;
 }
 
-/// Each value becomes the share of values below it.
+/// Replaces each value by the share of values below it.
 void rank(std::vector<float>& values) {
     constexpr int BINS = 4096;
     const auto [lowest, highest] = std::minmax_element(values.begin(), values.end());
@@ -116,7 +116,7 @@ unsigned char toByte(float v) {
 }  // namespace
 
 osg::ref_ptr<osg::Image> makeCloudPattern() {
-    constexpr int STRIDE = 4;  // texels to either side over which the slope is taken
+    constexpr int STRIDE = 4;  // texels to each side for the slope's finite difference
     constexpr float STEEPNESS = 1.1f;
     Field cloud = makeClouds();
     osg::ref_ptr<osg::Image> image = new osg::Image;

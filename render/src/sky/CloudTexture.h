@@ -1,4 +1,4 @@
-// What clouds look like from below, as a pattern without seams.
+// Clouds seen from below, as a tiling pattern.
 #pragma once
 
 #include <osg/Image>
@@ -7,7 +7,6 @@
 /// Side of the pattern, texels.
 constexpr int CLOUD_TEXELS = 512;
 
-/// A square of four bytes a texel. Red: cloud, the share of the pattern that has less of it, so that a threshold of
-/// 1 - c leaves the share c under cloud. Green and blue: its slope along x and y, 0.5 for none. Alpha: 1. The same
-/// every time.
+/// A square of four bytes per texel. Red channel: cloud coverage as a percentile, so that the threshold 1 - c covers
+/// the fraction c. Green and blue: its slope along x and y, 0.5 for none. Alpha: 1. Deterministic.
 osg::ref_ptr<osg::Image> makeCloudPattern();

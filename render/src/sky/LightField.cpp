@@ -1,4 +1,4 @@
-// Solves for the scattered light layer by layer whenever source or air have changed.
+// Solves for the scattered light layer by layer when light source or air have changed.
 #include "sky/LightField.h"
 
 #include <algorithm>
@@ -10,12 +10,12 @@ namespace {
 constexpr int LAYERS = LightField::LAYERS;
 constexpr float PI = 3.14159265f;
 constexpr double FOUR_PI = 12.566370614;
-constexpr float LAYER_POWER = 2.5f;  // layers are thin near the ground
-constexpr float REACH = 0.21f;       // radians: how far round the globe a line of sight through the air gets
-/// Behind the edge of the globe's shadow scattered light fades by e over this angle, radians: twilight falls from 3.4
-/// lux with the sun at -6 degrees to 0.008 lux at -12 (Bond and Henderson, 1963).
+constexpr float LAYER_POWER = 2.5f;  // exponent of the layers' heights: layers are thin near the ground
+constexpr float REACH = 0.21f;       // radians: central angle of the longest line of sight through the air
+/// Beyond the edge of the globe's shadow scattered light decreases by e per this angle, radians: twilight falls from
+/// 3.4 lux with the sun at -6 degrees to 0.008 lux at -12 (Bond and Henderson, 1963).
 constexpr float SHADOW_FADE = 0.0173f;
-constexpr float DISC_RADIUS = 0.0047f;  // of sun and moon, radians
+constexpr float DISC_RADIUS = 0.0047f;  // angular radius of sun and moon, radians
 
 float layerHeight(int layer) {
     return AIR_TOP * std::pow(static_cast<float>(layer) / (LAYERS - 1), LAYER_POWER);
@@ -28,20 +28,20 @@ double component(const vec3& v, int color) {
     return static_cast<double>(color == 0 ? v.x : color == 1 ? v.y : v.z);
 }
 
-/// Eddington's two equations for one colour, with k what weakens, s what scatters, g its mean cosine, B the straight
-/// light and m the sine of the source's elevation:
+/// Eddington's two equations for one colour, with k extinction, s scattering, g its mean cosine, B the direct light and
+/// m the sine of the source's elevation:
 ///   slope' / 3 = (s - k) mean + s B / 4 pi,    mean' = -(k - g s) slope - 3 g s m B / 4 pi.
-/// Balanced over the layers, with the slope known on the faces between them, they are a tridiagonal system for the
+/// Discretised over the layers, with the slope defined on the faces between them, they are a tridiagonal system for the
 /// mean.
 class LayerBalance {
 public:
     LayerBalance(const AirOptics& optics, int color);
-    /// Fills mean and slope in from the beams.
+    /// Computes mean and slope from the direct light.
     void solve(float sine, LightThere* layers);
 
 private:
     using Values = std::array<double, LAYERS>;
-    /// On the upper face: slope = m_conduct * (mean - mean above) + m_push.
+    /// At the upper face: slope = m_conduct * (mean - mean above) + m_push.
     void pushFaces(float sine, const LightThere* layers);
     double slopeBelow(double lowest_mean) const { return m_push_below - m_conduct_below * lowest_mean; }
 
@@ -66,7 +66,7 @@ LayerBalance::LayerBalance(const AirOptics& optics, int color) : m_color(color) 
         m_forward[n] = 3.0 * HAZE_ASIDE * aside(face) / (FOUR_PI * transport);
         m_conduct[n] = 1.0 / (transport * static_cast<double>(next - height));
     }
-    m_conduct.back() = 1.5;  // nothing comes in from space
+    m_conduct.back() = 1.5;  // no scattered light from space
     m_forward.back() = 0.0;
     m_conduct_below = 1.5 * (1.0 - GROUND_ALBEDO) / (1.0 + GROUND_ALBEDO);
 }
@@ -76,7 +76,7 @@ void LayerBalance::pushFaces(float sine, const LightThere* layers) {
         const double beam = 0.5 * (component(layers[i].beam, m_color) + component(layers[i + 1].beam, m_color));
         m_push[i] = -m_forward[i] * sine * beam;
     }
-    // At the ground: upward flux = albedo * (downward flux + straight light).
+    // At the ground: upward flux = albedo * (downward flux + direct light).
     const double arriving = std::fmax(sine, 0.0f) * component(layers[0].beam, m_color);
     m_push_below = 6.0 * GROUND_ALBEDO / (FOUR_PI * (1.0 + GROUND_ALBEDO)) * arriving;
 }
@@ -84,7 +84,7 @@ void LayerBalance::pushFaces(float sine, const LightThere* layers) {
 void LayerBalance::solve(float sine, LightThere* layers) {
     pushFaces(sine, layers);
     Values mean{}, above{};
-    double conduct = 0.0, push = m_push_below, last_mean = 0.0, last_above = 0.0;  // of the face below
+    double conduct = 0.0, push = m_push_below, last_mean = 0.0, last_above = 0.0;  // values of the face below
     for (std::size_t i = 0; i < LAYERS; ++i) {
         const double own = i > 0 ? conduct : m_conduct_below;
         const double pivot = m_conduct[i] + own + m_loss[i] - conduct * last_above;

@@ -11,7 +11,7 @@ inline vec3 product(const vec3& a, const vec3& b) {
 inline vec3 quotient(const vec3& a, const vec3& b) {
     return {a.x / b.x, a.y / b.y, a.z / b.z};
 }
-/// e to the power of minus each component.
+/// exp(-x) of each component.
 inline vec3 fade(const vec3& depth) {
     return {std::exp(-depth.x), std::exp(-depth.y), std::exp(-depth.z)};
 }
@@ -24,7 +24,7 @@ inline float luminance(const vec3& color) {
 inline vec3 gray(float value) {
     return {value, value, value};
 }
-/// 0 below `from`, 1 above `to`, smooth between.
+/// 0 below `from`, 1 above `to`, smooth transition between.
 inline float smoothStep(float from, float to, float v) {
     const float t = std::fmin(std::fmax((v - from) / (to - from), 0.0f), 1.0f);
     return t * t * (3.0f - 2.0f * t);

@@ -1,4 +1,4 @@
-// Places the discs and the stars every frame; stars are drawn only when it is dark enough for one to be seen.
+// Positions the discs and the stars every frame; stars are drawn only when it is dark enough to see one.
 #include "sky/SkyBodies.h"
 
 #include <osg/BlendFunc>
@@ -17,13 +17,13 @@
 namespace {
 
 constexpr double DISC_RADIUS = 0.266 * jMath::DEG2RAD;
-/// Stray light in the eye makes 10 cd/m^2 a lux at one degree (CIE 146, 2002); a thirtieth of it is enough for a
-/// picture. At the disc's edge, of the disc's own radiance:
+/// Stray light in the eye is 10 cd/m^2 per lux at one degree (CIE 146, 2002); a thirtieth of it is enough for a
+/// picture. Value at the disc's edge, relative to the disc's radiance:
 constexpr float GLARE = 3e-4f;
-constexpr float MOON_GLARE = 1.5e-5f;  // pictures of nights are brighter than nights
-constexpr double LOWEST = -0.12;       // sine of the elevation below which a disc with its halo is not seen
+constexpr float MOON_GLARE = 1.5e-5f;  // less than the sun's: night pictures are displayed brighter than nights are
+constexpr double MIN_SINE = -0.12;     // sine of the elevation below which a disc with its halo is invisible
 
-/// Keeps the colour of a low sun and the face of a moon that is thousands of times brighter than the night round it.
+/// Keeps the colour of a low sun and the details of a moon that is thousands of times brighter than the night sky.
 vec3 dimmed(const vec3& radiance, float brightest) {
     const float most = std::max({radiance.x, radiance.y, radiance.z});
     return most > brightest ? radiance * (brightest / most) : radiance;
@@ -117,10 +117,10 @@ osg::ref_ptr<osg::Geode> SkyBodies::makeGalaxy(ShaderLibrary& shaders) {
 }
 
 void SkyBodies::place(const Disc& disc, const dvec3& direction, const Heavens& heavens) {
-    // Up on the disc is celestial north, so that the moon shows the same face rightly turned.
+    // The disc's up axis is celestial north, so that the moon shows its near side with the correct orientation.
     const dvec3 right = normalize(cross(heavens.stars.z, -direction));
     const dvec3 up = cross(-direction, right) * -1.0;
-    disc.geode->setNodeMask(direction.z > LOWEST ? ~0u : 0u);
+    disc.geode->setNodeMask(direction.z > MIN_SINE ? ~0u : 0u);
     disc.direction->set(osg::Vec3f(toOsg(direction)));
     disc.right->set(osg::Vec3f(toOsg(right * std::tan(DISC_RADIUS))));
     disc.up->set(osg::Vec3f(toOsg(up * std::tan(DISC_RADIUS))));

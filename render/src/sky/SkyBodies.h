@@ -1,4 +1,4 @@
-// Sun, moon and stars as they are seen.
+// Sun, moon and stars.
 #pragma once
 
 #include <osg/Geode>
@@ -9,12 +9,12 @@ class ShaderLibrary;
 
 class SkyBodies {
 public:
-    /// Adds them to the sky's group; see SkyDome for its state.
+    /// Adds the bodies to the sky's group; see SkyDome for its state.
     SkyBodies(osg::Group& group, ShaderLibrary& shaders);
     void update(const FrameView& view, const SkyLight& light, const Heavens& heavens, const SkyPicture& picture);
 
 private:
-    /// A square with a disc in its middle.
+    /// A square with a disc in its centre.
     struct Disc {
         osg::ref_ptr<osg::Geode> geode;
         osg::ref_ptr<osg::Uniform> direction, right, up, radiance, halo, to_sun;
@@ -25,6 +25,6 @@ private:
     static void place(const Disc& disc, const dvec3& direction, const Heavens& heavens);
 
     Disc m_sun, m_moon;
-    osg::ref_ptr<osg::Group> m_stars;  ///< and the Milky Way
+    osg::ref_ptr<osg::Group> m_stars;  ///< stars and the Milky Way
     osg::ref_ptr<osg::Uniform> m_to_local, m_depth, m_gain, m_galaxy_light;
 };

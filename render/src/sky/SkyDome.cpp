@@ -1,5 +1,5 @@
-// Draws the table of the sky as a dome of its own places, with clouds laid over it in the fragments. Updated every
-// frame; the table is sent only when it is new.
+// Draws the table of the sky as a dome whose vertices match the table, with clouds added in the fragment shader.
+// Updated every frame; the table is uploaded only when it has changed.
 #include "sky/SkyDome.h"
 
 #include <osg/Depth>
@@ -26,7 +26,7 @@ osg::ref_ptr<osg::Texture2D> makeTable(osg::Image* image) {
     image->allocateImage(SkyGrid::COLUMNS, SkyGrid::ROWS, 1, GL_RGBA, GL_FLOAT);
     image->setDataVariance(osg::Object::DYNAMIC);
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    // Nights are a millionth as bright as days, which half floats cannot hold.
+    // Nights are a millionth as bright as days, a range beyond half floats.
     texture->setInternalFormat(GL_RGBA32F_ARB);
     texture->setResizeNonPowerOfTwoHint(false);
     texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
@@ -45,7 +45,7 @@ osg::ref_ptr<osg::Texture2D> makeCloudTexture() {
     return texture;
 }
 
-/// Sines of the elevations of the dome's rings: close together near the horizon, where the sky changes quickly.
+/// Sines of the elevations of the dome's rings: dense near the horizon, where the sky changes quickly.
 std::vector<float> ringSines() {
     constexpr float NARROW = 0.02f, WIDE = 0.095f, GROWTH = 0.22f;  // radians between rings
     std::vector<float> sines{
@@ -58,7 +58,7 @@ std::vector<float> ringSines() {
     return sines;
 }
 
-/// Directions with x to the sun's side, and where the table has them.
+/// Directions with x toward the sun's azimuth, and their table coordinates.
 osg::ref_ptr<osg::Geometry> makeDome() {
     constexpr int SIDES = 54;
     osg::ref_ptr<osg::Vec3Array> places = new osg::Vec3Array;
@@ -78,8 +78,7 @@ osg::ref_ptr<osg::Geometry> makeDome() {
     return dome;
 }
 
-/// Where a place lies in the plane that the clouds' pattern is spread on, metres. Meridians of every tenth degree are
-/// straight in it.
+/// Position in the plane of the cloud pattern, metres. Meridians at multiples of ten degrees are straight in it.
 dvec3 placeInSheet(const dvec3& geodetic) {
     const double meridian = std::round(geodetic.x / 10.0) * 10.0;
     const double latitude = geodetic.y * jMath::DEG2RAD;
@@ -107,7 +106,7 @@ SkyDome::SkyDome(osg::Group& group, ShaderLibrary& shaders) : m_table(new osg::I
     m_cloud_to_light = addUniform(shared, "u_cloud_to_light", osg::Vec3f());
     m_cloud_light = addUniform(shared, "u_cloud_light", osg::Vec3f());
     m_cloud_ambient = addUniform(shared, "u_cloud_ambient", osg::Vec3f());
-    // Everything of the sky is infinitely far and hides nothing.
+    // The sky is infinitely far and hides nothing.
     shared.setAttributeAndModes(new osg::Depth(osg::Depth::GEQUAL, 0.0, 1.0, false));
     shared.setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
 
@@ -144,7 +143,7 @@ void SkyDome::updateClouds(const FrameView& view, const SkyLight& light, const E
     const float over_eye = std::fmax(CLOUD_HEIGHT - eye, 100.0f);
     const float share = std::clamp(environment.cloudiness, 0.0f, 1.0f);
     const float closed = smoothStep(0.55f, 1.0f, share);
-    // They fade before the eye comes through them.
+    // The clouds fade out before the eye passes through them.
     const float near = 1.0f - smoothStep(CLOUD_HEIGHT - 700.0f, CLOUD_HEIGHT - 100.0f, eye);
     m_cloud_sheet->set(osg::Vec4f(over_eye, 2.0f * over_eye / GLOBE_RADIUS, static_cast<float>(1.0 / PATTERN_SIDE),
                                   near * (0.96f - 0.2f * closed)));
@@ -154,7 +153,7 @@ void SkyDome::updateClouds(const FrameView& view, const SkyLight& light, const E
     m_cloud_air->set(osg::Vec2f(static_cast<float>(view.extinction * 0.6 + 5e-6) * 1.4427f,
                                 static_cast<float>(CLOUD_TEXELS / (view.focal * PATTERN_SIDE))));
 
-    // No threshold is high enough for the pattern's very peaks, nor low enough for its gaps.
+    // At both ends the threshold is shifted beyond the pattern's range: no cloud without cover, no gap in a closed one.
     const float threshold = 1.0f - share + 0.25f * (1.0f - smoothStep(0.0f, 0.15f, share)) - 0.5f * closed;
     const float hardness = 9.0f - 7.0f * closed, thickening = 2.0f - closed;
     m_cloud_edge->set(

@@ -1,4 +1,4 @@
-// The sky behind everything, and its clouds.
+// The dome of the sky with clouds.
 #pragma once
 
 #include <osg/Geode>
@@ -9,14 +9,14 @@
 class ShaderLibrary;
 struct Environment;
 
-/// Hangs under the sky's group, whose state has the clouds' texture and uniforms: sun, moon and stars stand behind the
-/// same clouds.
+/// Child of the sky's group, whose state has the clouds' texture and uniforms: the same clouds cover sun, moon and
+/// stars.
 class SkyDome {
 public:
     SkyDome(osg::Group& group, ShaderLibrary& shaders);
-    /// Lays a new sky into the table.
+    /// Writes a new sky into the table.
     void setPicture(const SkyPicture& picture);
-    /// Places sky and clouds for the frame; `heavens` is of now.
+    /// Updates sky and clouds for the frame; `heavens` is the current one.
     void update(const FrameView& view, const SkyLight& light, const Environment& environment, const Heavens& heavens,
                 const SkyPicture& picture);
     osg::Texture2D* getRadiance() const { return m_radiance; }

@@ -1,5 +1,5 @@
-// Decides when the sky is computed anew, lets the exposure follow it and places what is drawn. Updated first in the
-// frame, since everything else is lit by it.
+// Decides when the sky is computed again, adapts the exposure and updates the drawn parts. Updated first in the frame,
+// since all other parts depend on its light.
 #include "sky/SkyLayer.h"
 
 #include <cmath>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr double ADAPTATION_TIME = 0.35;  // seconds in which the exposure gets nearer by e
+constexpr double ADAPTATION_TIME = 0.35;  // time constant of the exposure, seconds
 
 double angleBetween(const dvec3& a, const dvec3& b) {
     return length(a - b) * jMath::RAD2DEG;
@@ -35,7 +35,7 @@ SkyLayer::SkyLayer(osg::Group& root, ShaderLibrary& shaders)
 }
 
 bool SkyLayer::isStale(const SkyConditions& now) const {
-    // The light of dawn and dusk changes by a tenth for a tenth of a degree.
+    // At dawn and dusk the light changes by a tenth per tenth of a degree.
     const bool dusk = std::fabs(now.heavens.sun.z + 0.1) < 0.27;
     const double angle = dusk ? 0.02 : 0.1;
     const float height = m_computed.eye_height;

@@ -15,11 +15,11 @@ struct Environment;
 class SkyLayer {
 public:
     SkyLayer(osg::Group& root, ShaderLibrary& shaders);
-    /// Computes the light for the frame's place, date and air, and what the sky shows. Costs little while the sun
-    /// stands still.
+    /// Computes the light for the frame's position, date and air, and updates the drawn sky. Cheap while the sun does
+    /// not move.
     SkyLight update(const FrameView& view, const Environment& environment);
     void setVisible(bool visible);
-    /// Radiance of the sky as common.glsl reads it.
+    /// Radiance of the sky, as read by common.glsl.
     osg::Texture2D* getRadiance() const { return m_dome.getRadiance(); }
 
 private:
@@ -30,9 +30,9 @@ private:
     SkyModel m_model;
     SkyDome m_dome;
     SkyBodies m_bodies;
-    SkyConditions m_computed;  ///< what `m_light` and `m_picture` were computed for
+    SkyConditions m_computed;  ///< conditions for which `m_light` and `m_picture` were computed
     SkyLight m_light;
     SkyPicture m_picture;
-    double m_exposure = 0.0;  ///< logarithm; the eye follows the light
+    double m_exposure = 0.0;  ///< logarithm; adapts to the light over time
     bool m_is_first = true;
 };

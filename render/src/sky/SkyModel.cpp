@@ -1,5 +1,5 @@
-// Adds the sources up, draws clouds over them and lays the sea below; when the conditions have changed enough to be
-// seen.
+// Adds the light sources, covers them with clouds and adds the sea below; called when the conditions have changed
+// visibly.
 #include "sky/SkyModel.h"
 
 #include <algorithm>
@@ -11,20 +11,20 @@ constexpr float PI = 3.14159265f;
 constexpr float DISC_SOLID_ANGLE = 6.8e-5f;  // of sun and moon, steradians
 constexpr int HALF = SkyGrid::ROWS / 2;
 
-/// Sunlight outside the air, klx; its white is that of sun and sky together, to which eye and camera are balanced.
+/// Sunlight outside the air, klx; balanced so that sun and sky together are white.
 const vec3 SUNLIGHT = vec3(0.930f, 1.000f, 1.075f) * 129.0f;
-/// Moonlight looks blue to eyes that have adapted to it (Purkinje's effect); the moon itself is grey.
+/// Moonlight looks blue to dark-adapted eyes (Purkinje effect); the moon itself is grey.
 const vec3 MOON_TINT(0.62f, 1.02f, 1.92f);
-/// Airglow and stars that no eye tells apart, at the zenith, kcd/m^2.
+/// Airglow and stars too faint to distinguish, at the zenith, kcd/m^2.
 const vec3 NIGHT_GLOW = vec3(0.55f, 0.95f, 2.1f) * 2.4e-7f;
-/// What water, foam and the sun's glitter give back of the light on them, besides the sky's mirror image.
+/// Reflectance of water, foam and glitter, without the sky's mirror image.
 const vec3 WATER_ALBEDO(0.032f, 0.048f, 0.058f);
 const vec3 OVERCAST_TINT(0.965f, 1.0f, 1.06f);
 
-constexpr float GALAXY_BRIGHTNESS = 2.6f;  // over the airglow
+constexpr float GALAXY_BRIGHTNESS = 2.6f;  // relative to the airglow
 
-constexpr float SUN_GONE = -0.35f;   // sine of the elevation below which the sun's light is lost in the airglow
-constexpr float MOON_GONE = -0.14f;  // and the moon's
+constexpr float SUN_GONE = -0.35f;   // sine of the elevation below which sunlight is weaker than the airglow
+constexpr float MOON_GONE = -0.14f;  // the same for moonlight
 
 vec3 cloudGray(const vec3& color) {
     return mix(color, OVERCAST_TINT * luminance(color), 0.85f);
@@ -45,18 +45,18 @@ void aimLight(const Heavens& heavens, LightBody body, SkyLight& light) {
 }
 
 float moonIlluminance(double phase) {
-    // Allen's Astrophysical Quantities: magnitude -12.73 + 0.026 a + 4e-9 a^4, the sun's being -26.74.
+    // Allen's Astrophysical Quantities: magnitude -12.73 + 0.026 a + 4e-9 a^4; the sun's is -26.74.
     const double dimmer = 26.74 - 12.73 + 0.026 * phase + 4e-9 * phase * phase * phase * phase;
     return luminance(SUNLIGHT) * static_cast<float>(std::pow(10.0, -0.4 * dimmer));
 }
 
 float exposureFor(float adaptation) {
-    constexpr float BLACK = 3.5e-7f;  // as far as eyes go
+    constexpr float BLACK = 3.5e-7f;  // lower limit of adaptation
     return 0.262f * std::pow(adaptation + BLACK, -0.83f);
 }
 
 SkyModel::Cover SkyModel::coverOf(const SkyConditions& conditions) {
-    // From above the clouds the sky is clear.
+    // Above the clouds the sky is clear.
     const float below = 1.0f - smoothStep(CLOUD_HEIGHT - 400.0f, CLOUD_HEIGHT + 400.0f, conditions.eye_height);
     const float cloudiness = std::clamp(conditions.cloudiness, 0.0f, 1.0f) * below;
     const float gray = smoothStep(0.3f, 1.0f, cloudiness);
@@ -67,7 +67,7 @@ void SkyModel::gather(const SkyConditions& conditions, const AirOptics& optics) 
     const Heavens& heavens = conditions.heavens;
     m_sun = {static_cast<float>(heavens.sun.z), SUNLIGHT};
     m_moon = {static_cast<float>(heavens.moon.z), MOON_TINT * moonIlluminance(heavens.moon_phase)};
-    // By day the moon's share could not be told from none; the airglow needs the air's transmittance from either.
+    // By day the moon's share is invisible; the airglow needs the transmittance of the air, which either source gives.
     const bool sun = m_sun.sine > SUN_GONE;
     const bool moon = m_sun.sine < 0.02f && m_moon.sine > MOON_GONE;
     if (sun || !moon) m_atmosphere.compute(optics, m_sun, conditions.eye_height, m_sun_sky);
@@ -87,7 +87,7 @@ void SkyModel::gather(const SkyConditions& conditions, const AirOptics& optics) 
 void SkyModel::addAirglow() {
     for (int row = HALF; row < SkyGrid::ROWS; ++row) {
         const float sine = SkyGrid::sineOf(row);
-        // The glowing layer, at 90 km, is seen edge on near the horizon (van Rhijn, 1921).
+        // The glowing layer at 90 km is seen edge on near the horizon (van Rhijn, 1921).
         const float slant = 1.0f / std::sqrt(1.0f - 0.972f * (1.0f - sine * sine));
         const vec3 through = m_sky.through[static_cast<std::size_t>(row)];
         const vec3 glow = product(NIGHT_GLOW * slant, mix(through, gray(1.0f), 0.25f));
@@ -102,14 +102,14 @@ void SkyModel::addAirglow() {
 
 void SkyModel::addOvercast(const AirOptics& optics, float gray_share) {
     if (gray_share <= 0.0f) return;
-    // Thick cloud lets two fifths of the light through, spread as the CIE's standard overcast sky: a third as bright at
-    // the horizon as at the zenith (Moon and Spencer, 1942).
+    // Thick cloud transmits two fifths of the light, distributed as in the CIE standard overcast sky: a third as bright
+    // at the horizon as at the zenith (Moon and Spencer, 1942).
     const vec3 below_clouds = cloudGray(m_sky.ground) * 0.4f;
     const vec3 zenith = below_clouds * (9.0f / (7.0f * PI));
     const vec3 haze = below_clouds * (0.55f / PI);
     for (int row = 0; row < SkyGrid::ROWS; ++row) {
         const float sine = SkyGrid::sineOf(row);
-        // Below the horizon the table has nothing but haze.
+        // Below the horizon the table has only haze.
         const float through =
             row >= HALF ? std::exp(-luminance(optics.haze_weakening) * 1000.0f / std::fmax(sine, 0.01f)) : 0.0f;
         const vec3 overcast = mix(haze, zenith * ((1.0f + 2.0f * sine) / 3.0f), through);
@@ -125,7 +125,7 @@ void SkyModel::addOvercast(const AirOptics& optics, float gray_share) {
 }
 
 void SkyModel::addSea(float eye_height) {
-    // Near the ground what lies far off takes the horizon's colour, wherever it is seen; see sightSine().
+    // Near the ground, distant objects have the horizon's colour in all directions; see sightSine().
     const float high = smoothStep(500.0f, 3000.0f, eye_height);
     for (int row = 0; SkyGrid::sineOf(row) < horizonSine(eye_height); ++row) {
         const float sine = SkyGrid::sineOf(row), grazing = 1.0f + sine;
@@ -169,8 +169,8 @@ void SkyModel::fillLight(const Cover& cover, SkyLight& light, SkyPicture& pictur
     const float sun = luminance(m_sun_beam), moon = luminance(m_moon_beam);
     picture.body = sun <= 0.0f && moon <= 0.0f ? LightBody::NONE : sun >= moon ? LightBody::SUN : LightBody::MOON;
     light.light_color = (sun >= moon ? m_sun_beam : m_moon_beam) * cover.straight;
-    // Single clouds before a blue sky fill the shadows with white light. An eighth of the beam goes downward a
-    // steradian, as from a cloud of middling thickness.
+    // Separate clouds in a blue sky brighten the shadows with white light. An eighth of the beam is scattered downward
+    // per steradian, as by a cloud of medium thickness.
     constexpr float DOWNWARD = 0.125f;
     light.ambient_above = m_sky.from_above + picture.cloud_light * (cover.broken * DOWNWARD * PI);
     light.ambient_below = m_sky.from_below;
@@ -200,13 +200,13 @@ void SkyModel::fillBodies(const SkyConditions& conditions, const AirOptics& opti
 }
 
 float SkyModel::adaptationOf(const SkyLight& light, LightBody body) const {
-    // The eye looks about level; nearly half of what it sees is sea, ground and deck. Roots weigh the bright parts less
-    // than their light, and more than their logarithms would.
-    constexpr float LOWEST = -0.1f, HIGHEST = 0.6f, SURFACES = 0.4f, REFLECTANCE = 0.12f;
+    // The view is nearly level; nearly half of it is sea, ground and deck. Square roots weight bright parts less than
+    // linearly and more than logarithms would.
+    constexpr float MIN_SINE = -0.1f, MAX_SINE = 0.6f, SURFACES = 0.4f, REFLECTANCE = 0.12f;
     float sum = 0.0f, weights = 0.0f;
     for (int row = 0; row < SkyGrid::ROWS; ++row) {
         const float sine = SkyGrid::sineOf(row);
-        if (sine < LOWEST || sine > HIGHEST) continue;
+        if (sine < MIN_SINE || sine > MAX_SINE) continue;
         for (int column = 0; column < SkyGrid::COLUMNS; ++column) {
             const float weight = SkyGrid::solidAngle(column, row);
             sum += weight * std::sqrt(luminance(m_sky.radiance[SkyGrid::indexOf(column, row)]));

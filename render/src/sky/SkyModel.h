@@ -5,50 +5,51 @@
 #include "sky/Astronomy.h"
 #include "sky/Atmosphere.h"
 
-/// What the sky depends on.
+/// Input of the sky model.
 struct SkyConditions {
     Heavens heavens;
-    double extinction = 3.912 / 20000.0;  ///< of the air at sea level, a metre
+    double extinction = 3.912 / 20000.0;  ///< of the air at sea level, 1/m
     float cloudiness = 0.0f;              ///< 0..1
     float eye_height = 10.0f;             ///< metres
 };
 
 enum class LightBody { NONE, SUN, MOON };
 
-/// The sky as it is drawn, besides the light that FrameView carries.
+/// Output of the sky model besides the light in FrameView.
 struct SkyPicture {
-    /// By SkyGrid: radiance without the sun's near glow, and that glow's strength. Below the horizon that of the haze.
+    /// By SkyGrid: radiance without the sun's near glow, and the strength of that glow. Below the horizon: radiance of
+    /// the haze.
     std::vector<vec4> table;
     vec3 glow_color;                   ///< radiance of the near glow for strength 1 and glowShape() = 1
     vec3 sun_radiance;                 ///< of the disc
-    vec3 moon_radiance;                ///< of a patch of the disc that the sun lights squarely
+    vec3 moon_radiance;                ///< of a part of the disc that the sun lights perpendicularly
     vec3 star_depth;                   ///< optical depth toward the zenith
-    vec3 galaxy_light;                 ///< radiance of the Milky Way where it is brightest, outside the air
-    vec3 cloud_light;                  ///< straight light at the clouds, klx
+    vec3 galaxy_light;                 ///< radiance of the Milky Way at its brightest, outside the air
+    vec3 cloud_light;                  ///< direct light at the clouds, klx
     vec3 cloud_ambient;                ///< light of the sky on the clouds, klx
-    LightBody body = LightBody::NONE;  ///< that gives the most light
-    float adaptation = 1.0f;           ///< luminance that an eye looking about adapts to, kcd/m^2
+    LightBody body = LightBody::NONE;  ///< the brightest source
+    float adaptation = 1.0f;           ///< adaptation luminance of an eye that looks around, kcd/m^2
 };
 
-/// Clouds lie at this height, metres.
+/// Height of the clouds, metres.
 constexpr float CLOUD_HEIGHT = 1900.0f;
 
 class SkyModel {
 public:
-    /// Fills `light` except its directions and its exposure.
+    /// Sets `light` except its directions and its exposure.
     void compute(const SkyConditions& conditions, SkyLight& light, SkyPicture& picture);
 
 private:
     struct Cover {
-        float straight;  // share of the straight light that comes through the clouds
-        float gray;      // how far the sky is that of an overcast day
-        float broken;    // how much of the sky single clouds fill
+        float straight;  // share of the direct light that passes the clouds
+        float gray;      // weight of an overcast sky
+        float broken;    // share of the sky with separate clouds
     };
     static Cover coverOf(const SkyConditions& conditions);
     void gather(const SkyConditions& conditions, const AirOptics& optics);
     void addAirglow();
     void addOvercast(const AirOptics& optics, float gray);
-    /// Lays the sea below, and leaves in the table what haze without end would look like there.
+    /// Adds the sea below the horizon; the table itself gets the radiance of infinite haze there.
     void addSea(float eye_height);
     void fillTable(float eye_height, SkyPicture& picture) const;
     void fillLight(const Cover& cover, SkyLight& light, SkyPicture& picture) const;
@@ -62,10 +63,10 @@ private:
     vec3 m_sun_beam, m_moon_beam;
 };
 
-/// Points the light at where the bodies stand now; from the zenith when neither shines.
+/// Sets the direction of the light from the current position of its body; from the zenith for NONE.
 void aimLight(const Heavens& heavens, LightBody body, SkyLight& light);
 /// Illuminance of the moon outside the air, klx, by its phase angle in degrees.
 float moonIlluminance(double phase);
-/// Display value of 1 kcd/m^2 for an eye adapted to a luminance: nights stay darker than days, though far less than
-/// they are.
+/// Display value of 1 kcd/m^2 for an eye adapted to a luminance (kcd/m^2): nights remain darker than days, though much
+/// less than in reality.
 float exposureFor(float adaptation);

@@ -1,4 +1,4 @@
-// Bright stars after the Bright Star Catalogue, 5th edition (J2000); the fainter ones drawn by lot with the catalogue's
+// Bright stars after the Bright Star Catalogue, 5th edition (J2000); fainter stars are random with the catalogue's
 // distribution of magnitudes.
 #include "sky/StarCatalogue.h"
 
@@ -51,14 +51,14 @@ dvec3 fromAngles(double longitude, double latitude) {
     return {std::cos(b) * std::cos(a), std::cos(b) * std::sin(a), std::sin(b)};
 }
 
-/// Illuminance of a star of magnitude 0 is 2.54e-9 klx; the colour goes from blue over white to orange.
+/// Light of a star: magnitude 0 is 2.54e-9 klx; colours range from blue over white to orange.
 vec3 starLight(double magnitude, double color) {
     const auto warm = static_cast<float>(std::clamp(color, -0.3, 1.8));
     const vec3 tint(1.0f + 0.28f * warm, 1.0f, 1.25f - 0.5f * warm);
     return tint * static_cast<float>(2.54e-9 * std::pow(10.0, -0.4 * magnitude));
 }
 
-/// Uniform over the sky, except that places off the galaxy's plane are often drawn again.
+/// Random direction, less frequent away from the galactic plane.
 dvec3 drawDirection(Random& random) {
     for (;;) {
         const double z = random.getDouble(-1.0, 1.0), around = random.getDouble(0.0, 2.0 * jMath::PI);

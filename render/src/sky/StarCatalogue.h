@@ -1,4 +1,4 @@
-// The stars.
+// Star catalogue.
 #pragma once
 
 #include <vector>
@@ -10,10 +10,10 @@ struct Star {
     vec3 light;       ///< illuminance outside the air, klx
 };
 
-/// The brightest stars as they are, and as many more as make the sky look right, thicker along the Milky Way. The same
-/// every time, brightest first.
+/// The brightest real stars, and random fainter ones that are denser along the Milky Way. Deterministic, brightest
+/// first.
 std::vector<Star> makeStars();
 
-/// Equatorial directions to the pole and the centre of our galaxy.
+/// Equatorial directions of the galactic pole and the galactic centre.
 dvec3 galaxyPole();
 dvec3 galaxyCentre();

@@ -1,4 +1,4 @@
-// Cuts decals out of the ground when they come, move or change their size.
+// Cuts decals out of the ground when they are added, moved or resized.
 #include "terrain/GroundDecals.h"
 
 #include <osg/BlendFunc>
@@ -17,7 +17,7 @@
 
 namespace {
 
-constexpr int LARGEST_BLOCK = 8;  // cells of level ground that two triangles cover
+constexpr int MAX_BLOCK = 8;  // maximum cells of level ground merged into two triangles
 
 template <class Array>
 Array* makeArray() {
@@ -127,9 +127,9 @@ void GroundDecals::cut(Decal& decal) {
             const int right = static_cast<int>(std::min<double>(east, last_column));
             const int top = static_cast<int>(std::min<double>(north, last_row));
             if (m_raster->getRange(left, bottom, right, top).max > 0.0f) {
-                for (int r = bottom - bottom % LARGEST_BLOCK; r <= top; r += LARGEST_BLOCK) {
-                    for (int c = left - left % LARGEST_BLOCK; c <= right; c += LARGEST_BLOCK) {
-                        cutBlock(decal, c, r, LARGEST_BLOCK);
+                for (int r = bottom - bottom % MAX_BLOCK; r <= top; r += MAX_BLOCK) {
+                    for (int c = left - left % MAX_BLOCK; c <= right; c += MAX_BLOCK) {
+                        cutBlock(decal, c, r, MAX_BLOCK);
                     }
                 }
             }
@@ -185,7 +185,7 @@ void GroundDecals::cutTriangle(const Decal& decal, const Corner& a, const Corner
     }
 }
 
-// Sutherland and Hodgman's: the polygon is cut by one side of the decal's box after the other.
+// Sutherland-Hodgman clipping: cuts the polygon by one side of the decal's box after another.
 void GroundDecals::clip(const Decal& decal) {
     const auto cutBy = [&](auto inside) {
         m_clipped.clear();

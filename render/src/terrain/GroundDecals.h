@@ -1,4 +1,4 @@
-// Images laid on the ground.
+// Images on the ground.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -14,13 +14,13 @@
 class DecalOrtho;
 class ShaderLibrary;
 
-/// Follows the world's decals: each is cut out of the ground's own triangles, so that it lies in them. The one with the
-/// higher node id lies on top. Those without holes are drawn before the ground, which then need not be drawn there.
-/// Ground under the sea takes none.
+/// Follows the world's decals: each is cut out of the ground's own triangles and therefore coplanar with them. A decal
+/// with a higher node id is drawn over one with a lower id. Opaque decals are drawn before the ground, which then need
+/// not be drawn there. Ground below the sea has no decals.
 class GroundDecals {
 public:
     explicit GroundDecals(ShaderLibrary& shaders);
-    /// The ground to lie on; null for none. It outlives its being set here.
+    /// The ground for the decals; null for none. It must exist until it is replaced here.
     void setGround(const ElevationRaster* raster, const TileBuilder* builder);
     void update(const DecalOrtho& decal);
     void remove(int id);
@@ -28,19 +28,20 @@ public:
     osg::Group* getGroup() const { return m_group; }
 
 private:
-    /// A corner of what is cut: `local` in east, north, up round the decal, `image` in the decal's own frame, metres.
+    /// A corner of a cut polygon: `local` in east, north, up around the decal, `image` in the decal's own frame,
+    /// metres.
     struct Corner {
         dvec3 local, image;
-        vec3 normal;  ///< of the ground, in the axes of `local`
+        vec3 normal;  ///< normal of the ground, in the axes of `local`
         double height;
     };
     struct Decal {
-        dmat4 world;  ///< of its node
+        dmat4 world;  ///< pose of its node
         double width = 0.0, height = 0.0, depth = 0.0;
         std::string texture;
         bool is_active = false;
         osg::ref_ptr<osg::MatrixTransform> place;
-        osg::ref_ptr<osg::Geometry> geometry;  ///< null while there is no ground under it
+        osg::ref_ptr<osg::Geometry> geometry;  ///< null without ground below the decal
         osg::ref_ptr<osg::Uniform> rank = new osg::Uniform("u_rank", 0.0f);
         osg::ref_ptr<osg::Uniform> size = new osg::Uniform("u_size", osg::Vec2f());
     };
@@ -60,7 +61,7 @@ private:
     const TileBuilder* m_builder = nullptr;
     std::map<int, Decal> m_decals;  ///< by node id
     // Of the decal that is being cut.
-    dmat4 m_frame;     ///< of its `local` places
-    dmat4 m_to_image;  ///< world to its own frame
+    dmat4 m_frame;     ///< frame of its `local` positions
+    dmat4 m_to_image;  ///< from the world to its own frame
     std::vector<Corner> m_polygon, m_clipped, m_triangles;
 };

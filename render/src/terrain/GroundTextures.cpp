@@ -1,4 +1,4 @@
-// Reads the imagery and makes the detail texture, when the terrain is set.
+// Reads the imagery and makes the detail texture when the terrain is set.
 #include "terrain/GroundTextures.h"
 
 #include <osg/Image>
@@ -30,10 +30,10 @@ void setUp(osg::Texture2D& texture, osg::Texture::WrapMode wrap, GLint format) {
     keepOnDeviceOnly(texture);
 }
 
-/// A field over the texture's square, which repeats.
+/// A field over the tiling square of the texture.
 using Field = std::vector<float>;
 
-/// Random values at `cells` x `cells` lattice points with a cubic course between them, added to `out`.
+/// Adds to `out` random values at `cells` x `cells` lattice points with cubic interpolation.
 void addNoise(Field& out, int cells, float strength, std::uint32_t seed) {
     const auto value = [&](int x, int y) {
         const auto at = static_cast<std::uint32_t>((y % cells) * cells + x % cells);
@@ -59,7 +59,7 @@ void addNoise(Field& out, int cells, float strength, std::uint32_t seed) {
     }
 }
 
-/// Octaves from `coarsest` to `finest` cells; each has `gain` times the strength of the one before.
+/// Octaves from `coarsest` to `finest` cells; each has `gain` times the strength of the previous one.
 Field makeNoise(int coarsest, int finest, float gain, std::uint32_t seed) {
     Field field(static_cast<std::size_t>(DETAIL_SIZE) * DETAIL_SIZE);
     float strength = 1.0f;
@@ -67,7 +67,7 @@ Field makeNoise(int coarsest, int finest, float gain, std::uint32_t seed) {
     return field;
 }
 
-/// Shifts and scales to the mean 0 and a standard deviation of 1.
+/// Shifts and scales to mean 0 and standard deviation 1.
 void normalise(Field& field) {
     double sum = 0.0, squares = 0.0;
     for (const float v : field) sum += v, squares += static_cast<double>(v) * v;
@@ -91,7 +91,7 @@ osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& plac
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->allocateImage(width, height, 1, GL_RGB, GL_UNSIGNED_BYTE, 1);
     if (!source->readColors(width, height, image->data())) return nullptr;
-    // Pixels are areas round their posts.
+    // Pixels are areas centred on their posts.
     place.west = source->getWest() - 0.5 * source->getLonStep();
     place.south = source->getSouth() - 0.5 * source->getLatStep();
     place.east = place.west + source->getNumColumns() * source->getLonStep();
@@ -106,8 +106,8 @@ osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery) {
 }
 
 osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery) {
-    constexpr int LARGEST = 512;
-    const int width = std::min(imagery.s(), LARGEST), height = std::min(imagery.t(), LARGEST);
+    constexpr int MAX_SIDE = 512;
+    const int width = std::min(imagery.s(), MAX_SIDE), height = std::min(imagery.t(), MAX_SIDE);
     osg::ref_ptr<osg::Image> overview = new osg::Image;
     overview->allocateImage(width, height, 1, GL_RGB, GL_UNSIGNED_BYTE, 1);
     for (int y = 0; y < height; ++y) {
@@ -127,7 +127,7 @@ osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
     normalise(grown);
     normalise(bare);
     osg::ref_ptr<osg::Image> image = new osg::Image;
-    // Two of the channels are in use: software drivers have a fast way for four.
+    // Two of the channels are used; four are faster in software drivers.
     image->allocateImage(DETAIL_SIZE, DETAIL_SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
     std::fill_n(image->data(), image->getTotalSizeInBytes(), static_cast<unsigned char>(0));
     for (std::size_t i = 0; i < grown.size(); ++i) {
@@ -136,7 +136,7 @@ osg::ref_ptr<osg::Texture2D> makeGroundDetail() {
     }
     osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
     setUp(*texture, osg::Texture::REPEAT, GL_RGBA8);
-    // Sharper than it ought to be along the slant, where it would blur away.
+    // Sharper than correct: without this bias it would blur at oblique angles.
     texture->setLODBias(-0.8f);
     return texture;
 }

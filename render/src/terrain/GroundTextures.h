@@ -1,4 +1,4 @@
-// The pictures that the ground is covered with.
+// Textures of the ground.
 #pragma once
 
 #include <osg/Texture2D>
@@ -7,14 +7,15 @@
 
 #include "terrain/TileMesh.h"
 
-/// The imagery of a terrain, red, green and blue, and what it covers. Null, with one log line, when there is an imagery
-/// path and it cannot be read; null and silent without one. One wider than 4096 pixels is scaled down to that.
+/// The imagery of a terrain in red, green and blue, and its extent. Null and one log line when there is an imagery path
+/// but the file cannot be read; null without a log line when there is no path. Imagery wider than 4096 pixels is scaled
+/// down to that.
 osg::ref_ptr<osg::Image> loadImagery(const std::string& path, ImageryPlace& place);
-/// Its values stay as they are: shaders turn them to reflectances.
+/// Texels keep the sRGB values; shaders convert them to reflectances.
 osg::ref_ptr<osg::Texture2D> makeImageryTexture(const osg::Image& imagery);
-/// The same in at most 512 x 512 pixels, for keeping in memory.
+/// A copy of at most 512 x 512 pixels that is kept in memory.
 osg::ref_ptr<osg::Image> makeOverview(const osg::Image& imagery);
 
-/// A square of ground as it looks from near, which repeats without a seam. Red: lightness of what grows. Green: of bare
-/// rock and sand. Both have the mean 0.5, so that they vanish in the distance.
+/// A tiling square of ground at close range. Red: lightness of vegetation. Green: lightness of bare rock and sand. Both
+/// have the mean 0.5, so that they vanish in the distance.
 osg::ref_ptr<osg::Texture2D> makeGroundDetail();

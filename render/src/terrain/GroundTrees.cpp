@@ -11,9 +11,9 @@
 
 namespace {
 
-constexpr double SPOT = 9.0;    // metres between places where a tree may stand
-constexpr float LOWEST = 2.0f;  // metres above the sea
-constexpr int TREE_SIZE = 128;  // pixels
+constexpr double SPOT = 9.0;        // metres between possible positions of a tree
+constexpr float MIN_HEIGHT = 2.0f;  // metres above the sea
+constexpr int TREE_SIZE = 128;      // pixels
 
 template <class Array>
 Array* addArray(osg::ref_ptr<Array>& array) {
@@ -38,7 +38,7 @@ GroundTrees::GroundTrees(const ElevationRaster& raster, const osg::Image* imager
     m_spots_per_row = std::clamp(raster.getLatStep() * DEGREE / SPOT, 0.125, 2.0);
 }
 
-/// How likely a tree stands at a place of the imagery: woods are dark and green.
+/// Probability of a tree at a position of the imagery: woods are dark and green.
 float GroundTrees::woodsAt(const osg::Vec2d& uv) const {
     if (uv.x() < 0.0 || uv.y() < 0.0 || uv.x() >= 1.0 || uv.y() >= 1.0) return 0.0f;
     const unsigned char* const rgb =
@@ -56,7 +56,7 @@ bool GroundTrees::findTree(double column, double row, std::uint32_t chance, Tree
     const int c = static_cast<int>(column), r = static_cast<int>(row);
     const double u = column - c, v = row - r;
     const double height = planeOf(m_raster.getCell(c, r), u >= v).at(u, v);
-    if (!(height > LOWEST)) return false;
+    if (!(height > MIN_HEIGHT)) return false;
     tree.geodetic = {lon, lat, height};
     tree.size = 7.0f + 7.0f * toUnit(scramble(chance));
     return true;
@@ -104,7 +104,7 @@ osg::ref_ptr<osg::Texture2D> makeTreeTexture() {
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->allocateImage(2 * TREE_SIZE, TREE_SIZE, 1, GL_RG, GL_UNSIGNED_BYTE);
     std::fill_n(image->data(), image->getTotalSizeInBytes(), static_cast<unsigned char>(0));
-    // Tufts of leaves, those in front last; each lighter toward its top.
+    // Tufts of leaves, from back to front; each is lighter toward its top.
     const auto tuft = [&](float mx, float my, float radius, float light, std::uint32_t seed) {
         for (int y = 0; y < TREE_SIZE; ++y) {
             for (int x = 0; x < 2 * TREE_SIZE; ++x) {

@@ -1,4 +1,4 @@
-// Trees near the eye, where the imagery shows woods.
+// Trees near the eye where the imagery shows woods.
 #pragma once
 
 #include <osg/Geometry>
@@ -8,13 +8,12 @@
 #include "engine/math/Transform.h"
 #include "terrain/TileMesh.h"
 
-/// What stands there faces the eye; each tree is a square with a picture on it. The same place always has the same
-/// tree.
+/// Trees face the eye: each is a textured square. Their positions are deterministic.
 class GroundTrees {
 public:
-    /// `imagery` may be null: there are no trees then.
+    /// `imagery` may be null: then there are no trees.
     GroundTrees(const ElevationRaster& raster, const osg::Image* imagery, const ImageryPlace& place);
-    /// The trees of an area of the raster's own posts, in the frame of its tile; null for none.
+    /// The trees of an area of the raster's posts, in the frame of its tile; null for none.
     osg::ref_ptr<osg::Geometry> plant(const TileArea& area, const dmat4& frame) const;
 
 private:
@@ -28,5 +27,5 @@ private:
     double m_spots_per_column = 1.0, m_spots_per_row = 1.0;
 };
 
-/// A tree from the side and, right of it, from above. Red: lightness. Green: opacity.
+/// Texture with the side view of a tree and, to its right, the top view. Red: lightness. Green: opacity.
 osg::ref_ptr<osg::Texture2D> makeTreeTexture();

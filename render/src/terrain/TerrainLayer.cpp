@@ -1,4 +1,4 @@
-// Puts the ground together: its tree of tiles, its textures, its decals.
+// Combines the parts of the ground: its tree of tiles, its textures, its decals.
 #include "terrain/TerrainLayer.h"
 
 #include <cmath>
@@ -14,7 +14,7 @@ namespace {
 
 enum Units { UNIT_IMAGERY = 0, UNIT_DETAIL = 1, UNIT_TREE = 2 };
 
-/// What the imagery covers, metres.
+/// Size of the imagery, metres.
 osg::Vec2f extentOf(const ImageryPlace& place) {
     constexpr double METRES = EllipsoidModel::SEMI_MAJOR * jMath::DEG2RAD;
     const double middle = 0.5 * (place.south + place.north) * jMath::DEG2RAD;

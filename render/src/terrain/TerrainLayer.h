@@ -1,4 +1,4 @@
-// The ground: tiles of the elevation raster, and the pictures laid on it.
+// The ground: tiles of the elevation raster with imagery and decals.
 #pragma once
 
 #include <osg/Group>
@@ -16,9 +16,9 @@ class ShaderLibrary;
 class TerrainLayer {
 public:
     TerrainLayer(osg::Group& root, ShaderLibrary& shaders);
-    /// The terrain to draw; null for none. It outlives its being set here.
+    /// The terrain to draw; null for none. It must exist until it is replaced here.
     void setTerrain(const ObjectTerrain* terrain);
-    /// A decal that is new or has changed.
+    /// Called for a decal that was added or changed.
     void updateDecal(const DecalOrtho& decal);
     void removeDecal(int id);
     void update(const FrameView& view);
@@ -35,5 +35,5 @@ private:
     const ObjectTerrain* m_terrain = nullptr;
     std::unique_ptr<TerrainTree> m_tree;
     bool m_visible = true;
-    bool m_has_weather = false, m_is_wet = false;  ///< what the shaders' defines tell
+    bool m_has_weather = false, m_is_wet = false;  ///< state of the shaders' defines
 };

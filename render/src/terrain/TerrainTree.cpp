@@ -1,4 +1,4 @@
-// Grows, prunes and walks the tree of tiles, once a frame before drawing.
+// Refines, prunes and traverses the tree of tiles, once per frame before drawing.
 #include "terrain/TerrainTree.h"
 
 #include <algorithm>
@@ -10,22 +10,24 @@
 
 namespace {
 
-constexpr int COARSEST = 64;           // stride, in posts, of the coarsest tile that has a shape
-constexpr double FINE_REACH = 200.0;   // metres round the eye where the ground is drawn from all posts
-constexpr double GRAIN_REACH = 250.0;  // metres to which the states show what they show
+constexpr int MAX_STRIDE = 64;        // maximum stride, in posts, of a tile with geometry
+constexpr double FINE_REACH = 200.0;  // metres around the eye where the ground is drawn from all posts
+// metres from the eye to which the detail of the close and near states is visible
+constexpr double GRAIN_REACH = 250.0;
 constexpr double DETAIL_REACH = 900.0;
-constexpr double TREE_REACH = 600.0;  // as the trees' shader has it
-constexpr double JUMP = 400.0;        // metres between two frames after which all is made anew at once
+constexpr double TREE_REACH = 600.0;  // metres; same as in the trees' shader
+constexpr double JUMP = 400.0;        // metres between two frames; after a larger move all tiles are made at once
 constexpr int AT_ONCE = 1 << 20;
 constexpr unsigned KEEP = 900;   // frames for which an unused tile is kept
-constexpr int KEPT_TILES = 256;  // below this none is dropped
+constexpr int KEPT_TILES = 256;  // unused tiles are dropped only above this number
 
-/// Pixels by which the ground may be off.
+/// Maximum error of the ground on screen, pixels.
 double thresholdOf(Quality quality) {
     return quality == Quality::LOW ? 4.0 : quality == Quality::MEDIUM ? 2.5 : 1.0;
 }
 
-/// Tolerance of a tile's triangles by fineness, metres: 0 is the raster's own, the others grow by the root of two.
+/// Tolerance of a tile's triangles by fineness, metres: 0 is the raster's own triangulation, each further step adds a
+/// factor of the square root of two.
 double toleranceOf(int fineness) {
     return fineness == 0 ? 0.0 : std::exp2(0.5 * fineness - 2.0);
 }
@@ -38,15 +40,15 @@ int finenessFor(double tolerance) {
 struct TerrainTree::Tile {
     TileArea area;
     dmat4 frame;
-    dvec3 low, high;  ///< its box in `frame`
-    dvec3 middle;     ///< of the box, geocentric
+    dvec3 low, high;  ///< bounding box in `frame`
+    dvec3 middle;     ///< centre of the box, geocentric
     double radius = 0.0;
     double error = 0.0;
-    bool is_drawable = true;                          ///< false when it is too coarse
-    bool is_ground = true;                            ///< false where there is nothing to draw
-    int fineness = -1;                                ///< of its triangles, -1 while it has none
-    unsigned used = 0;                                ///< the frame that wanted it last
-    osg::ref_ptr<osg::MatrixTransform> place, trees;  ///< null while they were not wanted
+    bool is_drawable = true;                          ///< false when the tile is too coarse
+    bool is_ground = true;                            ///< false when there is nothing to draw
+    int fineness = -1;                                ///< fineness of its triangles, -1 without triangles
+    unsigned used = 0;                                ///< the last frame that used it
+    osg::ref_ptr<osg::MatrixTransform> place, trees;  ///< null until they are used
     std::unique_ptr<Tile> children[4];                ///< south-west, south-east, north-west, north-east; all or none
     bool hasChildren() const { return children[0] != nullptr; }
 };
@@ -87,11 +89,11 @@ std::unique_ptr<TerrainTree::Tile> TerrainTree::makeTile(const TileArea& area) {
     auto tile = std::make_unique<Tile>();
     tile->area = area;
     tile->used = m_frame;
-    tile->is_drawable = area.stride <= COARSEST;
+    tile->is_drawable = area.stride <= MAX_STRIDE;
     const TileMeasures measures = tile->is_drawable ? m_builder.measure(area) : m_builder.place(area);
     tile->error = measures.error;
-    // The highest posts may be among those left out.
-    tile->is_ground = !measures.heights.isEmpty() && measures.heights.max + 2.0 * measures.error >= DEEPEST_SEEN;
+    // The highest posts may be among those omitted.
+    tile->is_ground = !measures.heights.isEmpty() && measures.heights.max + 2.0 * measures.error >= MIN_SEEN_HEIGHT;
     tile->frame = measures.frame;
     const double sag = (measures.half_east * measures.half_east + measures.half_north * measures.half_north) /
                        (2.0 * EllipsoidModel::SEMI_MINOR);
@@ -104,7 +106,7 @@ std::unique_ptr<TerrainTree::Tile> TerrainTree::makeTile(const TileArea& area) {
 }
 
 void TerrainTree::shape(Tile& tile, int fineness, double distance) {
-    // The rim hangs below whatever a coarser neighbour may draw instead of it.
+    // The skirt extends below any coarser neighbour that may be drawn.
     const double skirt = 1.0 + 4.0 * errorAllowed(distance);
     const osg::ref_ptr<osg::Geometry> geometry = m_builder.build(tile.area, tile.frame, toleranceOf(fineness), skirt);
     tile.fineness = fineness;
@@ -155,7 +157,7 @@ bool TerrainTree::isInSight(const Tile& tile) const {
     return true;
 }
 
-// Also gives the eye in the tile's frame.
+// Distance from the eye to the tile's box; also sets `eye` to its position in the tile's frame.
 double TerrainTree::distanceTo(const Tile& tile, dvec3& eye) const {
     const dvec3 to_eye = m_sight.eye - tile.frame.t;
     eye = {dot(to_eye, tile.frame.x), dot(to_eye, tile.frame.y), dot(to_eye, tile.frame.z)};
@@ -164,7 +166,7 @@ double TerrainTree::distanceTo(const Tile& tile, dvec3& eye) const {
                         outside(eye.z, tile.low.z, tile.high.z)));
 }
 
-// What the air lets through of it would change no pixel; the same formula as the shaders'.
+// Whether the transmittance of the air is too low to change a pixel; the same formula as in the shaders.
 bool TerrainTree::isLostInAir(const Tile& tile, double distance) const {
     constexpr double DEPTH = 6.0;
     const double top = std::max(m_sight.eye_height, tile.high.z), bottom = std::max(tile.low.z, 0.0);
@@ -186,7 +188,7 @@ void TerrainTree::visit(Tile& tile, bool is_seen) {
     if (isLostInAir(tile, distance)) return;
     is_seen = is_seen && isInSight(tile);
     if (needsSplit(tile, distance) && (tile.hasChildren() || split(tile, is_seen))) {
-        // From near to far, so that what is behind a hill fails the depth test.
+        // From near to far, so that ground behind a hill fails the depth test.
         const int first = (eye.x < 0.0 ? 0 : 1) + (eye.y < 0.0 ? 0 : 2);
         for (const int step : {0, 1, 2, 3}) visit(*tile.children[first ^ step], is_seen);
     } else if (is_seen && tile.is_drawable) {
@@ -218,9 +220,9 @@ void TerrainTree::drawTrees(Tile& tile) {
     if (tile.trees->getNumChildren() > 0) m_woods->drawn.push_back(tile.trees);
 }
 
-// Reads what a tile needs of a raster that is not in memory, a little in each frame.
+// Reads the posts of a tile from a raster that is not in memory, a few in each frame.
 bool TerrainTree::readPosts(const TileArea& area) {
-    if (area.stride > 2 * COARSEST) return true;  // its parts need none
+    if (area.stride > 2 * MAX_STRIDE) return true;  // only its children need posts
     const int reach = (TILE_CELLS + 1) * area.stride;
     const int last_column = m_raster.getNumColumns() - 2, last_row = m_raster.getNumRows() - 2;
     return m_raster.prepare(std::clamp(area.column - area.stride, 0, last_column),

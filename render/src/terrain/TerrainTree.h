@@ -1,4 +1,4 @@
-// Which pieces of the ground are drawn, and how finely.
+// Selection of the tiles to draw and of their resolution.
 #pragma once
 
 #include <osg/MatrixTransform>
@@ -10,32 +10,33 @@
 #include "terrain/GroundTrees.h"
 #include "terrain/TileMesh.h"
 
-/// Draws a list of tiles, in its order.
+/// Draws a list of tiles in the order of the list.
 class TileGroup final : public osg::Group {
 public:
     void traverse(osg::NodeVisitor& visitor) override;
     std::vector<osg::MatrixTransform*> drawn;
 };
 
-/// How tiles are drawn.
+/// Drawing states of tiles by distance.
 struct TileStates {
-    osg::ref_ptr<osg::StateSet> close;  ///< before the eye, with grains and blades
+    osg::ref_ptr<osg::StateSet> close;  ///< right in front of the eye, with grains and blades
     osg::ref_ptr<osg::StateSet> near;   ///< with clumps and stones
-    osg::ref_ptr<osg::StateSet> far;    ///< with no more than the imagery
+    osg::ref_ptr<osg::StateSet> far;    ///< imagery only
     osg::ref_ptr<osg::StateSet> trees;
 };
 
-/// A tree of tiles over the raster: each is replaced by the four of half its stride when what it leaves out would show.
-/// A few tiles are made in a frame; until all four are there the tile itself is drawn. A tile's triangles are as many
-/// as its distance wants; round the eye they are the raster's own. Tiles that nobody needed for a while are dropped.
+/// A quadtree of tiles over the raster: a tile is replaced by its four children of half its stride when the detail that
+/// it omits would be visible. A few tiles are made per frame; until all four children exist the tile itself is drawn.
+/// The number of a tile's triangles depends on its distance; around the eye they are the raster's own. Tiles unused for
+/// a while are dropped.
 class TerrainTree {
 public:
-    /// `imagery` may be null; `place` is what it covers.
+    /// `imagery` may be null; `place` is its extent.
     TerrainTree(const ElevationRaster& raster, const osg::Image* imagery, const ImageryPlace& place,
                 const TileStates& states);
     ~TerrainTree();
 
-    /// Chooses what is drawn. All that is missing is made at once in the first frame and after a jump of the eye.
+    /// Selects the tiles to draw. In the first frame and after a jump of the eye all missing tiles are made at once.
     void update(const FrameView& view);
     TileGroup* getGroup() const { return m_group; }
     TileGroup* getTrees() const { return m_woods; }
@@ -48,10 +49,11 @@ private:
     struct Tile;
     struct Sight {
         dvec3 eye;
-        dvec3 sides[5];          ///< planes through the eye, inward, of length 1; the last looks along the view
-        double threshold = 0.0;  ///< angle of an error that shows, radians
+        /// planes through the eye, normals inward, of length 1; the last normal is the view direction
+        dvec3 sides[5];
+        double threshold = 0.0;  ///< smallest visible error as an angle, radians
         double extinction, eye_height;
-        bool has_details;  ///< trees, and what the imagery does not show
+        bool has_details;  ///< whether to draw trees and detail beyond the imagery
     };
 
     void look(const FrameView& view);

@@ -1,4 +1,4 @@
-// Samples the raster's posts into tiles; called while the picture's tree of tiles grows.
+// Samples the raster's posts into tiles; called while the tree of tiles is refined.
 #include "terrain/TileMesh.h"
 
 #include <algorithm>
@@ -11,14 +11,14 @@ namespace {
 
 const EllipsoidModel GLOBE;
 
-/// Sine and cosine of the places along a line of posts.
+/// Sine and cosine of the geodetic angles along a line of posts.
 struct Angle {
     double sine, cosine;
     explicit Angle(double degrees)
         : sine(std::sin(degrees * jMath::DEG2RAD)), cosine(std::cos(degrees * jMath::DEG2RAD)) {}
 };
 
-/// Radius of curvature in the prime vertical.
+/// Radius of curvature in the prime vertical, metres.
 double primeRadius(double sine) {
     return GLOBE.SEMI_MAJOR / std::sqrt(1.0 - GLOBE.ECCENTRICITY_2 * sine * sine);
 }
@@ -72,12 +72,12 @@ void TileBuilder::sample(const TileArea& area) {
     }
 }
 
-// Of the posts half-way along each cell's south edge, west edge and diagonal.
+// Maximum error of the posts at the midpoints of each cell's south edge, west edge and diagonal.
 float TileBuilder::measureError() const {
     float worst = 0.0f;
     const auto compare = [&](int column, int row, float a, float b) {
         const float off = std::fabs(seenHeight(m_raster.getPost(column, row)) - seenHeight(0.5f * (a + b)));
-        if (off > worst) worst = off;  // never with a hole
+        if (off > worst) worst = off;  // false for NaN, that is for holes
     };
     for (int y = 0; y + 1 < m_rows.count; ++y) {
         const int row = m_rows.posts[y + 1], middle_row = (row + m_rows.posts[y + 2]) / 2;
@@ -99,7 +99,7 @@ TileMeasures TileBuilder::place(const TileArea& area) const {
     const double lat = m_raster.getLatitude(area.row + 0.5 * rows);
     const double south = std::fabs(m_raster.getLatitude(area.row)),
                  north = std::fabs(m_raster.getLatitude(area.row + rows));
-    // The widest of its rows counts; the ellipsoid's radii differ by less than one in a hundred.
+    // The widest row is used; the ellipsoid's radii differ by less than one in a hundred.
     const double widest = std::cos(std::min({south, north, std::fabs(lat)}) * jMath::DEG2RAD);
     constexpr double ARC = 0.5 * jMath::DEG2RAD * EllipsoidModel::SEMI_MAJOR * 1.01;
     TileMeasures tile;
@@ -119,7 +119,7 @@ TileMeasures TileBuilder::measure(const TileArea& area) {
         for (int x = 0; x < m_columns.count; ++x) tile.heights.expand(heightAt(x, y));
     }
     if (area.stride > 1) {
-        // What lies between the posts half-way is off by about half as much again, and so on.
+        // Estimate: the posts between those midpoints add about half as much error again, and so on.
         tile.error = measureError() * (area.stride == 2 ? 1.0 : area.stride == 4 ? 1.3 : 1.5);
     }
     return tile;
@@ -174,7 +174,7 @@ vec3 TileBuilder::normalAt(int column, int row) const {
 }
 
 void TileBuilder::addVertices(const dmat4& frame, Arrays& arrays) {
-    // The local vertical leans away from the tile's middle.
+    // The local vertical is tilted relative to that at the tile's centre.
     constexpr float LEAN = static_cast<float>(1.0 / EllipsoidModel::SEMI_MAJOR);
     std::vector<Angle> longitudes;
     for (int x = 0; x < m_columns.count; ++x) longitudes.emplace_back(m_raster.getLongitude(m_columns.posts[x + 1]));
@@ -203,7 +203,7 @@ void TileBuilder::addVertices(const dmat4& frame, Arrays& arrays) {
     }
 }
 
-// Round the rim counter-clockwise; the skirt faces outward.
+// Runs counter-clockwise along the rim; the skirt faces outward.
 void TileBuilder::addSkirt(double skirt, Arrays& arrays) const {
     int before = -1, before_low = -1;
     const auto step = [&](int x, int y) {

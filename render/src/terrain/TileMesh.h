@@ -1,4 +1,4 @@
-// Triangles of one piece of the ground, from the raster's posts.
+// Triangles of one tile of the ground, from the raster's posts.
 #pragma once
 
 #include <osg/Geometry>
@@ -9,45 +9,45 @@
 #include "engine/scene/ElevationRaster.h"
 #include "terrain/TileTriangles.h"
 
-/// The vertex attribute that carries the place in the imagery and the height above the ellipsoid.
+/// The vertex attribute with the imagery coordinates and the height above the ellipsoid.
 constexpr unsigned GROUND_ATTRIBUTE = 6;
 
-/// A square of 32 x 32 cells, each `stride` posts wide, from the post (column, row) to the north-east. What lies beyond
-/// the raster is cut off.
+/// A square of 32 x 32 cells, each `stride` posts wide, from the post (column, row) to the north-east. Parts outside
+/// the raster are cut off.
 struct TileArea {
     int column = 0, row = 0;
     int stride = 1;
 };
 
-/// The rectangle that the imagery covers, degrees.
+/// The extent of the imagery, degrees.
 struct ImageryPlace {
     double west = 0.0, south = 0.0, east = 1.0, north = 1.0;
 };
 
-/// Where a piece of the ground lies, and how rough it is.
+/// Position, size and roughness of a tile.
 struct TileMeasures {
-    dmat4 frame;                               ///< east, north, up and the middle at height 0, geocentric
+    dmat4 frame;                               ///< east, north, up and the centre at height 0, geocentric
     double half_east = 0.0, half_north = 0.0;  ///< extents in that frame, metres
-    HeightRange heights;                       ///< of its posts; empty where there are only holes
-    double error = 0.0;                        ///< how far the posts between its own may lie from it, metres
+    HeightRange heights;                       ///< of its posts; empty when all are holes
+    double error = 0.0;                        ///< maximum distance of the omitted posts from its surface, metres
 };
 
 /// Makes tiles. Frame thread only, like the raster.
 class TileBuilder {
 public:
     TileBuilder(const ElevationRaster& raster, const ImageryPlace& imagery);
-    /// The place alone: any height is taken to be there.
+    /// Without heights: the height range is unlimited.
     TileMeasures place(const TileArea& area) const;
     TileMeasures measure(const TileArea& area);
-    /// Its triangles in the frame of its measures, null when there are none. With a tolerance of 0 they are all that
-    /// its posts make, else few that follow them to about that. `skirt`: how far the rim hangs down over the cracks
-    /// between tiles. Metres.
+    /// Triangles in the frame of the tile's measures, null when there are none. Tolerance 0 gives all triangles of its
+    /// posts, otherwise few triangles that follow the posts to about the tolerance. `skirt`: height of the rim that
+    /// covers the cracks between tiles. Metres.
     osg::ref_ptr<osg::Geometry> build(const TileArea& area, const dmat4& frame, double tolerance, double skirt);
-    /// Upward direction of the ground at a post, east, north and up there. REQUIRES a post of the raster.
+    /// Normal of the ground at a post, in east, north and up at that post. REQUIRES a post of the raster.
     vec3 normalAt(int column, int row) const;
 
 private:
-    /// The columns or the rows of a tile: `count` of its own after one before, and one after.
+    /// The columns or the rows of a tile: `count` posts of its own, one before and one after.
     struct Line {
         int posts[TILE_POSTS + 2];
         int count;
@@ -64,11 +64,11 @@ private:
 
     const ElevationRaster& m_raster;
     ImageryPlace m_imagery;
-    double m_column_width, m_row_height;  ///< metres between posts in the raster's middle
+    double m_column_width, m_row_height;  ///< metres between posts in the raster's centre
     // Of the tile that is being made.
     Line m_columns, m_rows;
-    float m_heights[TILE_POSTS + 2][TILE_POSTS + 2];  ///< with the margin
+    float m_heights[TILE_POSTS + 2][TILE_POSTS + 2];  ///< with a margin of one post
     TilePosts m_posts;
     TileCorners m_corners;
-    int m_vertices[TILE_POSTS * TILE_POSTS];  ///< of each post: its vertex, -1 for none
+    int m_vertices[TILE_POSTS * TILE_POSTS];  ///< by post: its vertex, -1 for none
 };

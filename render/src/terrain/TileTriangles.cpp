@@ -1,5 +1,6 @@
-// Joins posts; the adaptive way is that of Evans, Kirkpatrick and Townsend, "Right-triangulated irregular networks"
-// (Algorithmica 30, 2001): a triangle is halved across its longest side while the post there is too far off.
+// Triangulation of posts; the adaptive one follows Evans, Kirkpatrick and Townsend, "Right-triangulated irregular
+// networks" (Algorithmica 30, 2001): a triangle is halved at the midpoint of its longest side while the error of the
+// post there is too large.
 #include "terrain/TileTriangles.h"
 
 #include <algorithm>
@@ -7,14 +8,15 @@
 
 namespace {
 
-/// The ends of a triangle's longest side; the right angle follows from them.
+/// The ends of a triangle's longest side; they determine the right-angled corner.
 struct Side {
     std::int8_t ax, ay, bx, by;
 
     int middleX() const { return (ax + bx) / 2; }
     int middleY() const { return (ay + by) / 2; }
     int middle() const { return middleY() * TILE_POSTS + middleX(); }
-    // The end turned by a quarter round the middle: counter-clockwise come the two ends and this.
+    // The corner: an end rotated by a quarter turn about the midpoint. The two ends and the corner are
+    // counter-clockwise.
     int cornerX() const { return middleX() + ay - middleY(); }
     int cornerY() const { return middleY() + middleX() - ax; }
     int corner() const { return cornerY() * TILE_POSTS + cornerX(); }
@@ -39,7 +41,7 @@ const std::vector<Side>& getSides() {
 }
 
 void add(const TilePosts& posts, int a, int b, int c, TileCorners& out) {
-    if (std::max({posts.heights[a], posts.heights[b], posts.heights[c]}) < DEEPEST_SEEN) return;
+    if (std::max({posts.heights[a], posts.heights[b], posts.heights[c]}) < MIN_SEEN_HEIGHT) return;
     for (const int i : {a, b, c}) out.push_back(static_cast<std::uint16_t>(i));
 }
 
@@ -53,7 +55,7 @@ bool TilePosts::isWhole() const {
 float seenHeight(float height) {
     constexpr float SHORE_LOW = -3.0f, SHORE_HIGH = 4.0f, SHORE_GAIN = 14.0f, BED_SHARE = 0.3f;
     const float shore = SHORE_GAIN * std::clamp(height, SHORE_LOW, SHORE_HIGH);
-    return shore + (height >= 0.0f ? height : BED_SHARE * std::max(height, DEEPEST_SEEN));
+    return shore + (height >= 0.0f ? height : BED_SHARE * std::max(height, MIN_SEEN_HEIGHT));
 }
 
 void joinAll(const TilePosts& posts, TileCorners& out) {
@@ -72,8 +74,8 @@ void joinFew(const TilePosts& posts, float tolerance, TileCorners& out) {
     const std::vector<Side>& sides = getSides();
     float heights[TILE_POSTS * TILE_POSTS];
     std::transform(std::begin(posts.heights), std::end(posts.heights), heights, seenHeight);
-    // Of each post at the middle of a side: how far off it is, or any post that only shows once it is there. A side is
-    // shared by two triangles, so that both are halved or none.
+    // By post at the midpoint of a side: its error, or a larger one of a post that becomes a vertex only after it. Two
+    // triangles share a side, so that both are halved or none.
     float errors[TILE_POSTS * TILE_POSTS] = {};
     const std::size_t num_inner = sides.size() / 2 - 1;
     for (std::size_t i = sides.size(); i-- > 0;) {
@@ -85,7 +87,7 @@ void joinFew(const TilePosts& posts, float tolerance, TileCorners& out) {
             error = std::max({error, errors[sides[2 * i + 2].middle()], errors[sides[2 * i + 3].middle()]});
         errors[middle] = error;
     }
-    // Halves of triangle i are 2 i + 2 and 2 i + 3.
+    // The halves of triangle i are 2 i + 2 and 2 i + 3.
     const auto descend = [&](const auto& self, std::size_t i) -> void {
         const Side& s = sides[i];
         const int a = s.ay * TILE_POSTS + s.ax, b = s.by * TILE_POSTS + s.bx;

@@ -1,11 +1,11 @@
-// Timed actions and what runs them.
+// Timed actions and their manager.
 #pragma once
 
 #include "engine/Api.h"
 #include "engine/text/Containers.h"
 
-/// Something that goes on over frames. Actions are made with jNew; whoever is given one (a manager, a group) owns it,
-/// calls `release` on it when it ends and destroys it.
+/// An operation over several frames. Actions are made with jNew. The owner of an action (a manager or a group) calls
+/// `step` in each update and then `isDone`; when that is true it triggers, releases and destroys the action.
 class ENGINE_API Action {
 public:
     virtual bool isPause() const { return m_pause; }
@@ -15,12 +15,14 @@ public:
     virtual void* getData() const { return m_data; }
     virtual void setData(void* data) { m_data = data; }  ///< not owned
     virtual ~Action();
-    virtual bool start();         ///< called once, before the first step
-    virtual bool step(float dt);  ///< seconds
-    virtual bool isDone() const;
-    virtual bool forceDone();  ///< jumps to the end
-    virtual void trigger();    ///< calls what was connected to `done`
-    virtual void release();    ///< gives back what it holds, before it is destroyed
+    virtual bool start();  ///< called once, before the first step
+    /// Advances by dt seconds. False when nothing was advanced, as for a paused interval; the result does not end the
+    /// action and the manager ignores it. A group that returns false has not stepped its actions.
+    virtual bool step(float dt);
+    virtual bool isDone() const;  ///< read by the owner after each step; true ends the action
+    virtual bool forceDone();     ///< jumps to the end, so that `isDone` is true
+    virtual void trigger();       ///< calls the handlers of `done`
+    virtual void release();       ///< frees held resources; called before the destruction
 
     jVector<Function<void(Action*)>> done;  ///< called once by `trigger` when the action has ended
 
@@ -33,7 +35,7 @@ private:
     void* m_data = nullptr;
 };
 
-/// An action with a length.
+/// An action with a duration.
 class ENGINE_API FiniteTimeAction : public Action {
 public:
     virtual float getDuration() const { return m_duration; }  ///< seconds
@@ -43,10 +45,10 @@ protected:
     float m_duration = 0.0f;
 };
 
-/// An action that counts the time since its start.
+/// An action that measures the time since its start.
 class ENGINE_API ActionInterval : public FiniteTimeAction {
 public:
-    /// A plain wait of that length; the caller owns it until it is given away.
+    /// A wait of `duration` seconds; the caller owns it until it is added to a manager or a group.
     static ActionInterval* Create(float duration);
 
     bool start() override;
@@ -54,7 +56,7 @@ public:
     bool isDone() const override;
     bool forceDone() override;
     virtual bool isDoneIfDel() const { return m_done_if_del; }
-    /// Whether the action is brought to its end when it is removed before it.
+    /// Whether removal before the end first forces the action to its end.
     virtual void setDoneIfDel(bool ends) { m_done_if_del = ends; }
     float getElapsed() const { return m_elapsed; }  ///< seconds
 
@@ -65,13 +67,14 @@ private:
     bool m_done_if_del = false;
 };
 
-/// An action that goes on until it says so itself.
+/// An action without an end of its own; it ends when it is removed.
 class ENGINE_API ForeverAction : public Action {
 public:
     bool isDone() const override { return false; }
 };
 
-/// Runs its actions side by side; done when all are. Owns them. Its duration is that of the longest, as it was added.
+/// Runs its actions in parallel; done when all are done. Owns them. Its duration is the longest one among the added
+/// ones.
 class ENGINE_API ActionMulti : public ActionInterval {
 public:
     static ActionMulti* Create();
@@ -89,8 +92,8 @@ private:
     jVector<Action*> m_actions;
 };
 
-/// Runs its actions one after the other; what a step leaves over of one goes into the next. Owns them. Its
-/// duration is their sum, as they were added.
+/// Runs its actions one after the other; the remaining time of a step is passed to the next action. Owns them. Its
+/// duration is the sum of those added.
 class ENGINE_API ActionSequence : public ActionInterval {
 public:
     static ActionSequence* Create();
@@ -105,14 +108,14 @@ public:
     void release() override;
 
 private:
-    jVector<Action*> m_actions;  ///< those not ended yet; the first one runs
+    jVector<Action*> m_actions;  ///< actions that have not ended; the first one is running
 };
 
-/// Ends an action's life outside a manager: release and destruction. Null is allowed.
+/// Releases and destroys an action outside a manager. Null is allowed.
 ENGINE_API void destroyAction(Action* action);
 
-/// Runs actions: `start` when added, `step` each update until done, then `trigger`, `release` and destruction. Actions
-/// may be added and removed from within a step; what is added then gets its first step with the next update.
+/// Runs actions: `start` when added, `step` in each update until done, then `trigger`, `release` and destruction.
+/// Actions may be added and removed during a step; an added action then gets its first step in the next update.
 class ENGINE_API ActionManager {
 public:
     ActionManager() = default;
@@ -122,7 +125,8 @@ public:
 
     /// Takes ownership and starts it; null is ignored.
     void addAction(Action* action);
-    /// Ends and destroys it; one of another manager, or of none, is ignored. REQUIRES that it has not ended yet.
+    /// Releases and destroys it without `trigger`; ignores an action of another manager or of none. REQUIRES that it
+    /// has not ended.
     void removeAction(Action* action);
     void removeAllActions();
     int getNumActions() const;
@@ -133,8 +137,8 @@ private:
     void sweep();
     void closeGaps();
 
-    jVector<Action*> m_actions;  ///< null where one was removed
-    jVector<Action*> m_removed;  ///< wait for the end of the update
+    jVector<Action*> m_actions;  ///< null for removed actions
+    jVector<Action*> m_removed;  ///< destroyed at the end of the update
     int m_gaps = 0;              ///< nulls in the list
     bool m_updating = false;
 };

@@ -1,10 +1,10 @@
-// Calls after a time.
+// Delayed calls.
 #pragma once
 
 #include "engine/Api.h"
 #include "engine/text/Containers.h"
 
-/// Calls functions once their time has passed, in order of being added.
+/// Calls functions after a delay, in the order of addition.
 class ENGINE_API TimerManager {
 public:
     /// Calls `function` after `delay` seconds, and every `delay` seconds again when `repeat` is set. Returns an id > 0.

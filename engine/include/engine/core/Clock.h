@@ -1,5 +1,5 @@
-// Clocks of the contract. All of them read the engine's time, which moves once a frame and never by itself, so that a
-// run with a fixed step is the same run every time.
+// Clocks of the contract. All of them read the engine's time, which changes only once per frame, so that runs with a
+// fixed step are reproducible.
 #pragma once
 
 #include "engine/Api.h"
@@ -7,7 +7,7 @@
 /// Elapsed engine time from a start.
 class ENGINE_API Stopwatch {
 public:
-    void start();  ///< from now; a running watch starts anew
+    void start();  ///< from now; a running watch is restarted
     void stop();   ///< keeps the elapsed time
     void reset();  ///< to zero, stopped
     bool isRunning() const { return m_running; }

@@ -1,4 +1,4 @@
-// The engine: one per process at a time; owns everything that lives longer than a scene's logic.
+// The engine: one per process at a time; owns everything that outlives a scene's logic.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ class UIRoot;
 class World;
 struct EngineState;
 
-/// The host application as the plug-in sees it. Owned by the engine.
+/// Interface of the host application for the plug-in. Owned by the engine.
 class IApp {
 public:
     explicit IApp(ControlApp* control) : m_control(control) {}
@@ -28,8 +28,8 @@ private:
 
 /// Settings of a new engine.
 struct EngineSettings {
-    jString root = ".";      ///< the runtime root: every path of the contract lies under it
-    std::uint64_t seed = 1;  ///< of the engine's random numbers
+    jString root = ".";      ///< the runtime root: all paths of the contract are below it
+    std::uint64_t seed = 1;  ///< seed of the engine's random numbers
     jString font;            ///< path of the panels' font file; empty for the installed "WenQuanYi Micro Hei"
 };
 
@@ -37,10 +37,11 @@ struct EngineSettings {
 /// where a member says otherwise.
 ///
 /// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, `updateGui()` and the picture where
-/// there is one, the logic's render, `endFrame()`.
+/// there is one, the logic's render, `endFrame()`. The application alone calls `beginFrame`, `step`, `updateGui` and
+/// `endFrame`; a plug-in must not.
 class ENGINE_API Engine {
 public:
-    /// REQUIRES that no other engine lives.
+    /// REQUIRES that no other engine exists.
     explicit Engine(const EngineSettings& settings = {});
     ~Engine();
     Engine(const Engine&) = delete;
@@ -48,6 +49,7 @@ public:
 
     static Engine* get();  ///< null when there is none
 
+    // Owned by the engine; never null before its destruction.
     const EllipsoidModel& getEllipsoid() const;
     World* getWorld();
     CameraControl* getCameraControl();
@@ -56,10 +58,10 @@ public:
     UIRoot* getUIRoot();
     Random& getRandom();
 
-    /// Counts the frame, moves the clock and hands out the input that waits. A dt above 0.1 s is clamped to it and
-    /// counted; NaN or negative counts as 0.
+    /// Increments the frame count, advances the clock and dispatches the queued input. A dt above 0.1 s is clamped to
+    /// it and counted; NaN or negative counts as 0.
     void beginFrame(double dt);
-    /// Physics, transforms written back, contacts, particles, triggers.
+    /// Physics, update of the transforms, contacts, particles, triggers.
     void step();
     /// Draws the panels for the picture.
     void updateGui();
@@ -71,12 +73,11 @@ public:
     double getTime() const;      ///< sum of all dt, seconds
     int getClampCount() const;   ///< frames whose dt was clamped
 
-    /// The absolute path of a file of the runtime root. A path that leads out of the root gives an empty string.
-    /// An absolute path inside the root is kept.
+    /// Absolute path of a file below the runtime root. Empty for a path outside the root. An absolute path inside the
+    /// root is returned unchanged.
     jString resolvePath(const jString& path) const;
 
-    /// A hash of the state: every node's transform and enabled flag, bodies, the bytes that the process has sent so
-    /// far.
+    /// Hash of the state: transform and enabled flag of every node, bodies, and all bytes sent by the process so far.
     std::uint64_t getStateHash() const;
 
 private:

@@ -1,15 +1,15 @@
-// Engine messages and who receives them.
+// Engine messages and their receivers.
 #pragma once
 
 #include "engine/Api.h"
 
-/// A message with its identifier and one value of the sender's.
+/// A message with its identifier and one value.
 struct UiMsg {
     int id = 0;
     double value = 0.0;
 };
 
-/// A receiver of engine messages. Attached nodes get every message that is sent, in order of attachment, on the frame
+/// A receiver of engine messages. All attached nodes receive every message, in order of attachment, on the frame
 /// thread.
 class ENGINE_API MsgNode {
 public:
@@ -20,6 +20,6 @@ public:
     void attach();  ///< no effect when attached already
     void detach();  ///< no effect when not attached
 
-    /// Hands a message to all attached nodes; a node may attach or detach others meanwhile.
+    /// Sends a message to all attached nodes; a node may attach or detach nodes during the call.
     static void send(UiMsg* msg);
 };

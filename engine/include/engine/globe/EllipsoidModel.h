@@ -1,4 +1,4 @@
-// The globe: WGS84 between geodetic and geocentric coordinates.
+// The WGS84 globe: conversions between geodetic and geocentric coordinates.
 #pragma once
 
 #include "engine/Api.h"
@@ -14,10 +14,9 @@ public:
     static constexpr double ECCENTRICITY_2 = FLATTENING * (2.0 - FLATTENING);  ///< first, squared
 
     dvec3 toWorld(const dvec3& geo) const;
-    /// Two steps of Bowring's formula; error below 1e-8 m from -10 km to 100,000 km. The globe's centre gives latitude
-    /// 0.
+    /// Two steps of Bowring's formula; error below 1e-8 m from -10 km to 100,000 km. Latitude 0 at the globe's centre.
     dvec3 toWGS(const dvec3& world) const;
-    /// Columns east, north, up, and the position itself. On the axis east is the direction that longitude 0 gives.
+    /// Columns east, north, up, and the position. On the axis, east is that of longitude 0.
     dmat4 getWGSTransform(const dvec3& world) const;
     /// The local vertical, of length 1.
     dvec3 getUp(const dvec3& world) const;

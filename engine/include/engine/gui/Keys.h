@@ -1,7 +1,7 @@
-// Numbers of keys and modifiers, as panels and the scene's input share them.
+// Numbers of keys and modifiers, shared by panels and scene input.
 #pragma once
 
-/// A character's key has the character's lower-case code; these are the others.
+/// Special keys. The number of a character's key is the character's lower-case code.
 struct Keys {
     enum Key {
         KEY_ESCAPE = 256,
@@ -35,6 +35,6 @@ struct Keys {
         KEY_F12,
         KEY_COUNT = 512
     };
-    /// Bits.
+    /// Bits of a mask.
     enum Modifier { MOD_SHIFT = 1, MOD_CTRL = 2, MOD_ALT = 4 };
 };

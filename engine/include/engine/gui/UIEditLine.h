@@ -1,4 +1,4 @@
-// The widgets that are typed into: a line of text, an integer, a vector.
+// Widgets with text input: a line of text, an integer, a vector.
 #pragma once
 
 #include "engine/Api.h"
@@ -6,14 +6,14 @@
 
 class TextEdit;
 
-/// One line of text. A click begins the editing with all of it selected; Enter, Tab or a click elsewhere takes the
-/// typed text over and tells a change, Escape drops it.
+/// One line of text. A click starts editing with all text selected; Enter, Tab or a click elsewhere accepts the typed
+/// text and fires a change, Escape discards it.
 class ENGINE_API UIEditLine : public UIElement {
 public:
     explicit UIEditLine(const jString& text = {});
     ~UIEditLine() override;
-    void setText(const jString& text);                 ///< while it is edited, what is typed stays
-    const jString& getText() const { return m_text; }  ///< without what is being typed
+    void setText(const jString& text);                 ///< text being edited is kept
+    const jString& getText() const { return m_text; }  ///< without uncommitted input
 
 protected:
     friend struct GuiState;
@@ -25,11 +25,11 @@ protected:
     void drag(int x, int y) override;
     void release(int x, int y) override;
 
-    /// Brings the text up to date before it is shown or edited.
+    /// Updates the text before it is shown or edited.
     virtual void refresh() {}
-    /// What becomes of a typed text.
+    /// Accepts a typed text.
     virtual void commit(const jString& text);
-    /// Shows a text that no binding is told of; does not allocate when it is the one shown.
+    /// Shows a text without firing a change; does not allocate when it is already shown.
     void showText(const char* text);
 
 private:
@@ -41,12 +41,12 @@ private:
     float toText(int x) const;
 
     jString m_text;
-    std::unique_ptr<TextEdit> m_edit;  ///< while it is edited
-    bool m_fresh = false;              ///< the press that began the editing lasts
+    std::unique_ptr<TextEdit> m_edit;  ///< null unless being edited
+    bool m_begin_press = false;        ///< the press that started editing is still held
 };
 
-/// An integer that lives elsewhere. What is typed goes to the setter and then tells a change; a text that is no
-/// integer, and a value that the setter refuses, is dropped with one log line and the last value stays.
+/// An integer stored elsewhere. Typed values are passed to the setter and fire a change; a text that is not an integer,
+/// and a value that the setter refuses, is discarded with one log line and the last value is kept.
 class ENGINE_API UIInt : public UIEditLine {
 public:
     using Getter = Function<int()>;
@@ -63,8 +63,9 @@ private:
     Setter m_setter;
 };
 
-/// A vector that lives elsewhere, in three fields; each typed number goes to the setter with the other two as they are.
-/// What is no finite number, and what the setter refuses, is dropped with one log line and the last value stays.
+/// A vector stored elsewhere, in three fields; each typed number is passed to the setter with the other two unchanged.
+/// Input that is not a finite number, and values that the setter refuses, are discarded with one log line and the last
+/// value is kept.
 class ENGINE_API UIDVec3 : public UIHLayout {
 public:
     using Getter = Function<dvec3()>;
@@ -76,7 +77,7 @@ public:
     void setBackgroundColor(const vec4& color) override;  ///< of each field
     bool isFocused() const override;
     UIEditLine* getField(int component) const;  ///< 0 to 2
-    void setDecimals(int decimals);             ///< digits behind the point that are shown; 7 at first
+    void setDecimals(int decimals);             ///< digits shown after the decimal point; default 7
 
 private:
     class Field;

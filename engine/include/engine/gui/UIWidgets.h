@@ -1,10 +1,10 @@
-// The widgets that show and switch: label, sprite, button, check box, slider.
+// Widgets: label, sprite, button, check box, slider.
 #pragma once
 
 #include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
-/// A text; the mouse falls through it. Lines end with '\n'.
+/// A text that does not receive the mouse. Lines end with '\n'.
 class ENGINE_API UILabel : public UIElement {
 public:
     explicit UILabel(const jString& text = {});
@@ -21,8 +21,8 @@ private:
     jString m_text;
 };
 
-/// An image under the runtime root, 16 x 16 pixels when no size is set. A missing file costs one log line and shows as
-/// a crossed box.
+/// An image below the runtime root, 16 x 16 pixels unless a size is set. A missing file gives one log line and is shown
+/// as a crossed box.
 class ENGINE_API UISprite : public UIElement {
 public:
     explicit UISprite(const jString& image = {});
@@ -33,10 +33,10 @@ protected:
     void draw(UIPainter& painter) override;
 
 private:
-    int m_texture = 0;  ///< 0 without an image
+    int m_texture = 0;  ///< 0 for no image
 };
 
-/// A text to click on.
+/// A text that can be clicked.
 class ENGINE_API UIButton : public UIElement {
 public:
     explicit UIButton(const jString& text = {});
@@ -52,7 +52,7 @@ private:
     jString m_text;
 };
 
-/// A box that each click turns over; tells a change, then the click.
+/// A box toggled by each click; fires a change, then the click.
 class ENGINE_API UICheckBox : public UIElement {
 public:
     void setChecked(bool checked) { m_checked = checked; }
@@ -67,12 +67,12 @@ private:
     bool m_checked = false;
 };
 
-/// A value to drag within a range, 0 to 1 at first.
+/// A value that is dragged within a range, by default 0 to 1.
 class ENGINE_API UISlider : public UIElement {
 public:
     void setMinValue(float value);
     void setMaxValue(float value);
-    void setValue(float value);  ///< taken into the range; a NaN is ignored
+    void setValue(float value);  ///< clamped to the range; NaN is ignored
     float getMinValue() const { return m_min; }
     float getMaxValue() const { return m_max; }
     float getValue() const { return m_value; }

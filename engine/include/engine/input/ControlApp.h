@@ -1,4 +1,4 @@
-// The input state of the frame: what is held, what was pressed this frame, how far the mouse went.
+// The input state of the frame: held keys, keys pressed this frame, mouse motion.
 #pragma once
 
 #include <array>
@@ -6,7 +6,7 @@
 #include "engine/Api.h"
 #include "engine/gui/Keys.h"
 
-/// Fed by the window, a script or a test; polled by the logic. Keys are the engine's numbers.
+/// Set by the window, a script or a test; polled by the logic. Keys are numbered as in Keys.
 class ENGINE_API ControlApp {
 public:
     using Key = Keys::Key;
@@ -24,11 +24,11 @@ public:
     bool isRightButtonDown() const { return m_buttons[BUTTON_RIGHT]; }
     bool isWheelButtonDown() const { return m_wheel < 0; }       ///< a polled turn toward the user in this frame
     bool isWheelButtonUp() const { return m_wheel > 0; }         ///< a polled turn away from the user in this frame
-    float getMouseSensitivity() const { return m_sensitivity; }  ///< degrees a pixel
+    float getMouseSensitivity() const { return m_sensitivity; }  ///< degrees per pixel
     virtual double getMouseDX() const { return m_dx; }           ///< pixels of this frame
     virtual double getMouseDY() const { return m_dy; }           ///< pixels of this frame, downward
 
-    // For whoever feeds it.
+    // For the source of the input.
     void setKey(int key, bool down);
     void setButton(int button, bool down) {
         if (button > 0 && button < 4) m_buttons[static_cast<std::size_t>(button)] = down;
@@ -36,7 +36,7 @@ public:
     void addMotion(double dx, double dy) { m_dx += dx, m_dy += dy; }
     void addWheel(int delta) { m_wheel += delta; }
     void setMouseSensitivity(float degrees) { m_sensitivity = degrees; }
-    /// Forgets clicks, motion and wheel; held keys and buttons stay.
+    /// Clears clicks, motion and wheel; held keys and buttons are kept.
     void endFrame();
 
 private:

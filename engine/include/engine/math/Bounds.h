@@ -1,4 +1,4 @@
-// Axis-aligned boxes, in whichever frame the owner states.
+// Axis-aligned boxes, in the frame that the owner specifies.
 #pragma once
 
 #include <limits>
@@ -6,7 +6,7 @@
 #include "engine/Api.h"
 #include "engine/math/Transform.h"
 
-/// Metres. A new box is empty; an empty box has no extent and is left out of unions.
+/// A box in metres. A new box is empty; an empty box has no extent and does not change unions.
 struct ENGINE_API BoundBox {
     dvec3 min{std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
               std::numeric_limits<double>::max()};
@@ -31,7 +31,7 @@ struct ENGINE_API BoundBox {
     dvec3 getSize() const { return isEmpty() ? dvec3() : max - min; }
 };
 
-/// The box round a transformed box.
+/// The bounding box of a transformed box.
 ENGINE_API BoundBox operator*(const dmat4& m, const BoundBox& b);
 /// Whether the segment from a to b touches the box (both in the box's frame).
 ENGINE_API bool intersects(const BoundBox& box, const dvec3& a, const dvec3& b);

@@ -1,4 +1,4 @@
-// Rotations: the double quaternion and the 3x3 matrix that it stands for.
+// Rotations: double quaternion and 3x3 matrix.
 #pragma once
 
 #include "engine/Api.h"
@@ -53,7 +53,7 @@ struct ENGINE_API dquat {
 
     dmat3 getMat3() const;
     constexpr dquat inverse() const { return {-x, -y, -z, w}; }
-    /// Scales to unit length; a zero quaternion becomes no rotation. Returns *this.
+    /// Scales to unit length; a zero quaternion becomes the identity. Returns *this.
     dquat& normalize();
 };
 
@@ -65,6 +65,6 @@ ENGINE_API dvec3 toEulerXYZ(const dmat3& m);
 /// The matrix Rx(a.x) * Ry(a.y) * Rz(a.z), degrees.
 ENGINE_API dmat3 fromEulerXYZ(const dvec3& a);
 
-/// Turns q so that column 0 of the result is q's own Z axis: the direction from a target back to an eye that looks
-/// along -Z.
+/// Rotates q so that column 0 of the result is q's own Z axis: the direction from a target to an eye that looks along
+/// -Z.
 ENGINE_API dquat convertFromZUpCoordinateSystem(const dquat& q);

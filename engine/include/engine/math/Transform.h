@@ -1,4 +1,4 @@
-// Affine transforms in double precision: what every node, body and camera is placed by.
+// Affine transforms in double precision for nodes, bodies and cameras.
 #pragma once
 
 #include "engine/Api.h"
@@ -30,11 +30,11 @@ struct ENGINE_API dmat4 {
     constexpr bool operator==(const dmat4&) const = default;
 };
 
-/// A point through the transform.
+/// Transforms a point.
 constexpr dvec3 operator*(const dmat4& m, const dvec3& p) {
     return m.x * p.x + m.y * p.y + m.z * p.z + m.t;
 }
-/// A direction through the transform: no translation.
+/// Transforms a direction: without translation.
 constexpr dvec3 rotate(const dmat4& m, const dvec3& v) {
     return m.x * v.x + m.y * v.y + m.z * v.z;
 }
@@ -46,9 +46,9 @@ ENGINE_API dmat4 inverse(const dmat4& m);
 /// True when no element is NaN or infinite.
 ENGINE_API bool isFinite(const dmat4& m);
 
-/// Splits m into translation, rotation and scale (m = T * R * S). A mirrored matrix has its X scale negative; a zero
+/// Splits m into translation, rotation and scale (m = T * R * S). A mirrored matrix has a negative X scale; a zero
 /// column gives scale 0 on that axis and the rotation of the other two.
 ENGINE_API void decomposeTransform(const dmat4& m, dvec3& translation, dquat& rotation, dvec3& scale);
-/// The reverse: T * R * S.
+/// The inverse of the split: T * R * S.
 ENGINE_API dmat4 composeTransform(const dvec3& translation, const dquat& rotation,
                                   const dvec3& scale = {1.0, 1.0, 1.0});

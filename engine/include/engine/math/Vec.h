@@ -1,9 +1,9 @@
-// Vectors of the contract. Single precision for directions, angles and sizes; double for anything geocentric.
+// Vectors of the contract. Single precision for directions, angles and sizes; double for geocentric values.
 #pragma once
 
 #include <cmath>
 
-/// Three floats and a spare fourth (kept at 0), 16-byte aligned: the layout that records and materials share.
+/// Three floats and a padding fourth (0), 16-byte aligned: the layout shared by records and materials.
 struct alignas(16) vec3 {
     float x = 0.0f;
     float y = 0.0f;
@@ -26,8 +26,8 @@ struct alignas(16) vec4 {
     constexpr bool operator==(const vec4&) const = default;
 };
 
-/// Three doubles and a spare fourth (kept at 0), 16-byte aligned. World positions are geocentric metres,
-/// geodetic ones (longitude in degrees, latitude in degrees, height above the ellipsoid in metres).
+/// Three doubles and a padding fourth (0), 16-byte aligned. World positions are geocentric metres; geodetic ones are
+/// (longitude in degrees, latitude in degrees, height above the ellipsoid in metres).
 struct alignas(16) dvec3 {
     double x = 0.0;
     double y = 0.0;
@@ -105,7 +105,7 @@ constexpr double dot(const dvec3& a, const dvec3& b) {
 constexpr dvec3 cross(const dvec3& a, const dvec3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-/// Product component by component.
+/// Componentwise product.
 constexpr dvec3 scale(const dvec3& a, const dvec3& b) {
     return {a.x * b.x, a.y * b.y, a.z * b.z};
 }

@@ -1,4 +1,4 @@
-// Small curves and the seeded random numbers that the scene's behaviour uses.
+// Interpolation functions and seeded random numbers for the scene's behaviour.
 #pragma once
 
 #include <cstdint>
@@ -20,8 +20,8 @@ ENGINE_API double linearToShock(double t);
 
 }  // namespace jMath
 
-/// A small reproducible generator (xorshift64*, Vigna 2016). The engine owns one, seeded at its start; whatever must
-/// not disturb the others' sequence owns another.
+/// A small reproducible generator (xorshift64*, Vigna 2016). The engine owns one, seeded at its start; code that must
+/// not affect the sequence of others owns its own.
 class ENGINE_API Random {
 public:
     explicit Random(std::uint64_t seed = 1) { setSeed(seed); }

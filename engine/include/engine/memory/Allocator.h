@@ -1,4 +1,4 @@
-// The engine's allocator and the bookkeeping of every block that is taken through it.
+// The engine's allocator and the registration of its blocks.
 #pragma once
 
 #include <cstddef>
@@ -12,13 +12,13 @@ class ENGINE_API jAllocator {
 public:
     static jAllocator* get();
 
-    /// A block of `size` bytes aligned for every contract type (32 bytes); never null (a failing system allocation
-    /// throws std::bad_alloc).
+    /// A block of `size` bytes, aligned for every contract type (32 bytes); never null (std::bad_alloc when out of
+    /// memory).
     void* localAlloc(std::size_t size);
-    /// Gives a block back; null is allowed.
+    /// Frees a block; null is allowed.
     void localFree(void* block);
 
-    std::size_t getBlockCount() const;  ///< blocks taken and not given back
+    std::size_t getBlockCount() const;  ///< allocated blocks
 };
 
 /// One registered block.
@@ -34,19 +34,19 @@ struct MemInfo {
 /// Registers a block under its source tag, line and function. A block registered twice keeps the later entry.
 ENGINE_API void memAddInfo(const void* block, int kind, const char* source, int line, const char* function,
                            std::size_t size);
-/// Takes a block off the books; an unknown block is ignored.
+/// Removes the registration of a block; an unknown block is ignored.
 ENGINE_API void memRemoveInfo(const void* block);
-/// What is registered now, in order of registration.
+/// All registered blocks, in order of registration.
 ENGINE_API jVector<MemInfo> memGetInfos();
 
-/// Where an object is made: its source tag and function; the line is the caller's.
+/// Place of a construction in the sources: source tag and function; the line is the caller's.
 struct MemTag {
     const char* source;
     const char* function;
     int line = __builtin_LINE();
 };
 
-/// Allocates, registers and constructs a T. The caller owns it and ends it with jDelete.
+/// Allocates, registers and constructs a T. The caller owns it and destroys it with jDelete.
 template <class T, class... Args>
 T* jNew(const MemTag& tag, Args&&... args) {
     void* block = jAllocator::get()->localAlloc(sizeof(T));
@@ -60,8 +60,8 @@ T* jNew(const MemTag& tag, Args&&... args) {
     }
 }
 
-/// Destroys an object made by jNew and takes it off the books; null is allowed. `object` must be of the type that was
-/// made, or of a first base with a virtual destructor.
+/// Destroys an object made by jNew and removes its registration; null is allowed. The type of `object` must be the
+/// constructed type, or its first base with a virtual destructor.
 template <class T>
 void jDelete(T* object) {
     if (!object) return;
@@ -71,7 +71,7 @@ void jDelete(T* object) {
     jAllocator::get()->localFree(block);
 }
 
-/// Deletes what jNew made, for smart pointers.
+/// Deleter for smart pointers to objects made by jNew.
 struct jDeleter {
     template <class T>
     void operator()(T* object) const {
@@ -79,7 +79,7 @@ struct jDeleter {
     }
 };
 
-/// Allocator of a standard container or control block: its blocks are registered under the tag.
+/// Allocator for standard containers and control blocks: registers its blocks under the tag.
 template <class T>
 struct jTagAllocator {
     using value_type = T;

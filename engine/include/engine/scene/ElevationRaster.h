@@ -1,5 +1,5 @@
-// The posts of an elevation raster, read tile by tile, and the triangles between them. Terrain queries, the terrain's
-// colliders and its picture all take their heights from here. Frame thread only: reading fills a cache.
+// The posts of an elevation raster, read tile by tile, and the triangles between them. Terrain queries, terrain
+// colliders and the picture share these heights. Frame thread only: reading changes a cache.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@
 
 class RasterSource;
 
-/// A place among the posts: whole numbers are posts, fractions lie between them.
+/// A position relative to the posts: integers are posts, fractions are between posts.
 struct PostPlace {
-    double column = 0.0;  ///< grows eastward from 0 at the westernmost posts
-    double row = 0.0;     ///< grows northward from 0 at the southernmost posts
+    double column = 0.0;  ///< increases eastward from 0 at the westernmost posts
+    double row = 0.0;     ///< increases northward from 0 at the southernmost posts
 };
 
-/// Lowest and highest post of an area, metres above the ellipsoid; min > max where every post is a hole.
+/// Minimum and maximum post of an area, metres above the ellipsoid; min > max where all posts are holes.
 struct HeightRange {
     float min = 1e30f;
     float max = -1e30f;
@@ -33,42 +33,42 @@ struct HeightRange {
     }
 };
 
-/// The four posts of a cell, metres above the ellipsoid; NaN where a post is a hole.
+/// The four posts of a cell, metres above the ellipsoid; NaN for a hole.
 struct CellHeights {
     float south_west, south_east, north_west, north_east;
 };
 
-/// The ground of one triangle: height = base + east * u + north * v at the fractions u and v of its cell's extent from
-/// the south-western post, metres. NaN throughout when a corner is a hole.
+/// The ground of one triangle: height = base + east * u + north * v, metres, at the fractions u and v of its cell's
+/// extent from the south-western post. All NaN when a corner is a hole.
 struct GroundPlane {
     double base, east, north;
 
     double at(double u, double v) const { return base + east * u + north * v; }
 };
 
-/// The triangle of a cell that holds its south-eastern corner, or the other.
+/// The triangle of a cell with its south-eastern corner, or the other one.
 inline GroundPlane planeOf(const CellHeights& cell, bool south_east) {
     const double diagonal = static_cast<double>(cell.north_east) - cell.south_west;
     const double side = static_cast<double>(south_east ? cell.south_east : cell.north_west) - cell.south_west;
-    const double base = cell.south_west + 0.0 * (diagonal + side);  // NaN with any of them
+    const double base = cell.south_west + 0.0 * (diagonal + side);  // NaN if any of the three is
     return south_east ? GroundPlane{base, side, diagonal - side} : GroundPlane{base, diagonal - side, side};
 }
 
-/// A height field on a regular grid of longitude and latitude (WGS84). Cell (c, r) lies between the posts (c, r) and
-/// (c + 1, r + 1). The ground of a cell is two triangles, flat in longitude, latitude and height, split by the line
-/// from its south-west to its north-east post: (SW, SE, NE) and (SW, NE, NW), both counter-clockwise from above. A
-/// triangle with a hole at a corner is no ground. A triangle drawn straight between the geocentric positions of posts s
-/// metres apart lies at most s^2 / (4 R) below that ground, R the earth's radius: 0.04 mm for posts 30 m apart.
+/// A height field on a regular grid of longitude and latitude (WGS84). Cell (c, r) is between the posts (c, r) and (c +
+/// 1, r + 1). The ground of a cell is two triangles, flat in longitude, latitude and height, split by the line from its
+/// south-west to its north-east post: (SW, SE, NE) and (SW, NE, NW), both counter-clockwise from above. A triangle with
+/// a hole at a corner is not ground. A triangle drawn straight between the geocentric positions of posts s metres apart
+/// is at most s^2 / (4 R) below that ground, R the earth's radius: 0.04 mm for posts 30 m apart.
 class ENGINE_API ElevationRaster {
 public:
-    static constexpr int TILE_CELLS = 256;  ///< cells along a tile's edge; a tile holds one more post each way
-    static constexpr int BLOCK_CELLS = 16;  ///< cells along a block's edge, the finest area with a known range
-    static constexpr int MAX_TILES = 512;   ///< tiles in memory; the one unused for longest makes room
-    /// A post further than this from the ellipsoid, in metres, is no height on the earth and counts as a hole.
+    static constexpr int TILE_CELLS = 256;  ///< cells per side of a tile; a tile has one more post per side
+    static constexpr int BLOCK_CELLS = 16;  ///< cells per side of a block, the finest area with stored bounds
+    static constexpr int MAX_TILES = 512;   ///< tiles in memory; the least recently used one is replaced
+    /// A post with a larger distance from the ellipsoid, metres, is invalid and counts as a hole.
     static constexpr float HEIGHT_LIMIT = 15000.0f;
 
     /// Opens any raster that GDAL reads, by its absolute path; projected, rotated and other geographic systems are
-    /// resampled to WGS84. Null, with one log line, when it cannot be read, holds fewer than 2 x 2 posts or has no
+    /// resampled to WGS84. Null, with one log line, when it cannot be read, has fewer than 2 x 2 posts or no
     /// georeference. A raster of up to 64 tiles is read at once.
     static std::unique_ptr<ElevationRaster> open(const jString& path);
     ~ElevationRaster();
@@ -82,8 +82,7 @@ public:
 
     double getLongitude(double column) const { return m_west + column * m_lon_step; }  ///< degrees, not wrapped
     double getLatitude(double row) const { return m_south + row * m_lat_step; }        ///< degrees
-    /// Where a place in degrees lies among the posts, also outside the raster. Longitudes wrap round the raster's
-    /// middle.
+    /// Post coordinates of a position in degrees, also outside the raster. Longitudes wrap around the raster's centre.
     PostPlace toPosts(double lon, double lat) const;
     bool isInside(const PostPlace& place) const;  ///< the edge posts are inside
 
@@ -92,17 +91,18 @@ public:
     /// REQUIRES 0 <= column < getNumColumns() - 1, 0 <= row < getNumRows() - 1.
     CellHeights getCell(int column, int row) const;
 
-    /// Height of the ground in metres. False outside and on a triangle with a hole; `altitude` is then left alone.
+    /// Height of the ground in metres. False outside the raster and on a triangle with a hole; `altitude` is then
+    /// unchanged.
     bool getAltitude(double lon, double lat, double& altitude) const;
 
-    /// Bounds of every post: exact for a raster read at once, else the widest that posts may have.
+    /// Bounds of all posts: exact for a raster read at once, otherwise the limits of valid posts.
     const HeightRange& getRange() const { return m_range; }
-    /// The posts of the cells (first_column, first_row) to (last_column, last_row), inclusive, and of some round them:
-    /// the area is rounded outward to blocks, to tiles when it is wide, and to the raster when it is wider still.
-    /// REQUIRES valid cells.
+    /// Bounds of the posts of the cells (first_column, first_row) to (last_column, last_row), inclusive. The area is
+    /// rounded outward: to blocks, to tiles when it is wide, and to the whole raster when it is wider still. REQUIRES
+    /// valid cells.
     HeightRange getRange(int first_column, int first_row, int last_column, int last_row) const;
-    /// Reads what is not in memory of the posts of those cells, at most `budget` tiles, which it counts down. True when
-    /// all is there. REQUIRES valid cells of at most MAX_TILES tiles.
+    /// Reads the posts of these cells that are not in memory, at most `budget` tiles; decreases `budget` by the number
+    /// read. True when all are in memory. REQUIRES valid cells of at most MAX_TILES tiles.
     bool prepare(int first_column, int first_row, int last_column, int last_row, int& budget) const;
 
 private:
@@ -110,9 +110,9 @@ private:
     static constexpr int TILE_BLOCKS = TILE_CELLS / BLOCK_CELLS;
 
     struct Tile {
-        std::vector<float> posts;  ///< TILE_POSTS a row, from the south-west; NaN for holes and beyond the raster
-        std::vector<HeightRange> blocks;  ///< TILE_BLOCKS a row
-        std::uint64_t used = 0;           ///< m_uses when it was last wanted
+        std::vector<float> posts;  ///< TILE_POSTS per row, from the south-west; NaN for holes and outside the raster
+        std::vector<HeightRange> blocks;  ///< TILE_BLOCKS per row
+        std::uint64_t used = 0;           ///< m_uses at its last use
         int index = -1;                   ///< in m_slots
     };
 
@@ -132,12 +132,12 @@ private:
     int m_tile_columns = 0, m_tile_rows = 0;
     double m_west = 0.0, m_south = 0.0;
     double m_lon_step = 1.0, m_lat_step = 1.0;
-    double m_middle = 0.0;  ///< longitude of the raster's middle
+    double m_middle = 0.0;  ///< longitude of the raster's centre
     HeightRange m_range;
     mutable bool m_failed = false;  ///< a part of the file could not be read: its posts are holes
     mutable std::uint64_t m_uses = 0;
     mutable std::vector<Tile> m_tiles;
-    mutable std::vector<std::int16_t> m_slots;       ///< of every tile: its place in m_tiles, -1 while not in memory
-    mutable std::vector<HeightRange> m_tile_ranges;  ///< of every tile; kept when the tile goes
-    mutable std::vector<bool> m_measured;            ///< whether the tile's range is known
+    mutable std::vector<std::int16_t> m_slots;       ///< by tile: its index in m_tiles, -1 while not in memory
+    mutable std::vector<HeightRange> m_tile_ranges;  ///< by tile; kept when the tile is dropped
+    mutable std::vector<bool> m_measured;            ///< by tile: whether its range is valid
 };

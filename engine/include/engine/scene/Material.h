@@ -1,4 +1,4 @@
-// How a surface looks, and the named parameters that the logic sets on it.
+// Surface appearance, and named parameters set by the logic.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@
 #include "engine/math/Vec.h"
 #include "engine/text/Containers.h"
 
-/// An image as it stands in its file (PNG, JPEG or DDS bytes); decoded by the picture alone, and not held in memory
-/// where a file has it.
+/// An encoded image (PNG, JPEG or DDS bytes). Only the picture decodes it; its bytes are not kept in memory when they
+/// are in a file.
 struct ENGINE_API ImageData {
     jString name;                      ///< file and index, unique
-    std::vector<unsigned char> bytes;  ///< empty when they are in the file
-    jString file;                      ///< as the system opens it
+    std::vector<unsigned char> bytes;  ///< empty when the bytes are in the file
+    jString file;                      ///< path for the system
     std::size_t offset = 0, size = 0;  ///< in the file, bytes
 
-    /// The bytes, wherever they are. Empty when the file cannot be read.
+    /// The bytes, from memory or file. Empty when the file cannot be read.
     std::vector<unsigned char> read() const;
 };
 
@@ -35,13 +35,13 @@ public:
     bool double_sided = false;
     std::shared_ptr<const ImageData> base_texture, normal_texture, metal_rough_texture, emission_texture;
 
-    /// Sets `emission` so that a picture that has drawn the material sees it.
+    /// Sets `emission` and updates the revision, so that pictures redraw the material.
     void setEmission(const vec3& value) {
         emission = value;
         ++m_revision;
     }
-    /// Sets the parameter of that name, made when missing. "ui_offset" moves the texture coordinates, "density" scales
-    /// the emission.
+    /// Sets a named parameter, adding it when missing. "ui_offset" shifts the texture coordinates, "density" scales the
+    /// emission.
     void setParameter(const jString& parameter, const vec4& value);
     /// Null when it was never set; valid until the next set.
     const vec4* getParameter(const jString& parameter) const;

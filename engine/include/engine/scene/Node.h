@@ -1,4 +1,4 @@
-// The tree that everything on screen hangs in.
+// The scene tree.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ class Object;
 class Package;
 class World;
 
-/// A named place in the tree. A node owns its children; one without a parent is owned by whoever made it. Positions are
+/// A named node with a transform. A node owns its children; without a parent it is owned by its creator. Positions are
 /// metres; angles degrees, (heading, pitch, roll) about (Z, X, Y); models have +Y ahead, +X right, +Z up.
 ///
-/// Names need not be unique: lookups give the first in the order of joining the tree (depth first below one parent).
+/// Names need not be unique: lookups return the first in the order of joining the tree (depth first below a parent).
 class ENGINE_API Node {
 public:
     /// Type numbers of the contract; 8, 18, 19 and 26 are fixed by it.
@@ -38,8 +38,8 @@ public:
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
 
-    /// Nodes live in blocks of the engine's allocator, so that a node is deleted the same way whether `jNew` or `new`
-    /// made it; deleting takes it off the memory books.
+    /// Nodes use blocks of the engine's allocator, so that deletion is the same for nodes made by `jNew` and by `new`;
+    /// deletion also removes the registration of the memory.
     static void* operator new(std::size_t size) { return jAllocator::get()->localAlloc(size); }
     static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* block) {
@@ -49,11 +49,11 @@ public:
     static void operator delete(void*, void*) noexcept {}
 
     virtual int getType() const { return NODE; }
-    /// This as an object, null when it is none.
+    /// This node as an object, null when it is not one.
     virtual Object* asObject() { return nullptr; }
     bool isObject() const { return const_cast<Node*>(this)->asObject() != nullptr; }
 
-    /// The first node of that name in the running engine's world, null when there is none.
+    /// The first node with this name in the running engine's world, null when there is none.
     static Node* GetNodeByName(const jString& name);
 
     int getId() const { return m_id; }  ///< unique in the process, in order of creation
@@ -64,36 +64,35 @@ public:
     bool hasTag(const jString& tag) const { return m_tags.find(tag) >= 0; }
 
     // The tree. -------------------------------------------------------------------------------------------------------
-    World* getWorld() const { return m_world; }  ///< null while outside a world
+    World* getWorld() const { return m_world; }  ///< null outside a world
     Node* getParent() const { return m_parent; }
     int getNumChildren() const { return static_cast<int>(m_children.size()); }
     Node* getChild(int i) const { return m_children[static_cast<std::size_t>(i)].get(); }
     /// Takes ownership; the child keeps its local transform. REQUIRES a child without a parent.
     Node* addChild(std::unique_ptr<Node> child);
-    /// Gives ownership of a direct child back, null when it is none.
+    /// Returns the ownership of a direct child; null when it is not a child.
     std::unique_ptr<Node> takeChild(Node* child);
-    /// The first child of that name; with `recursive` the whole subtree is searched, depth first.
+    /// The first child with this name; with `recursive` the first in the subtree, depth first.
     Node* getChildByName(const jString& name, bool recursive = false) const;
-    /// The nearest prefab above this node (not itself), null when there is none.
+    /// The nearest ancestor that is a prefab, null when there is none.
     Node* getPrefabNode() const;
 
     // Activity. -------------------------------------------------------------------------------------------------------
-    bool isEnabled() const { return m_enabled; }  ///< its own flag
+    bool isEnabled() const { return m_enabled; }  ///< its own flag only
     void setEnabled(bool enabled);
-    /// Enabled together with all its ancestors.
+    /// Whether it and all its ancestors are enabled.
     bool isActive() const { return m_active; }
-    /// A collider that segment queries and physics see; true by default.
+    /// Whether segment queries and physics include it; true by default.
     bool isCollider() const { return m_collider; }
     void setCollider(bool collider);
-    /// Reported by triggers when it enters or leaves them; `size` is the full extents of its box round the node's
-    /// origin, metres (zero: a point).
+    /// Whether triggers report it when it enters or leaves them; `size` is the full extent of its box, centred on the
+    /// node's origin, metres (zero: a point).
     bool isSensor() const { return m_sensor; }
     const vec3& getSensorSize() const { return m_sensor_size; }
     void setSensor(bool sensor, const vec3& size = {});
 
-    // Places. Every setter teleports the physics bodies below it and zeroes their velocities, unless their body
-    // preserves its transform. A transform that holds a NaN or an infinity is refused with one log line.
-    // -------------------------
+    // Transforms. Every setter teleports the physics bodies in the subtree and zeroes their velocities, unless the body
+    // preserves its transform. A transform with a NaN or an infinity is refused with one log line.
     const dmat4& getTransform() const { return m_local; }  ///< relative to the parent
     void setTransform(const dmat4& local);
     dvec3 getPosition() const { return m_local.t; }
@@ -105,7 +104,7 @@ public:
     dvec3 getHPR() const;               ///< of the local rotation
     void setHPR(const dvec3& hpr);      ///< keeps position and scale
 
-    const dmat4& getWorldTransform() const;  ///< geocentric; valid until a node above moves
+    const dmat4& getWorldTransform() const;  ///< geocentric; valid until the node or an ancestor moves
     void setWorldTransform(const dmat4& world);
     dvec3 getWorldPosition() const { return getWorldTransform().t; }
     void setWorldPosition(const dvec3& position);
@@ -113,23 +112,24 @@ public:
     void setWgsPosition(const dvec3& geo);  ///< keeps the geodetic attitude
     dvec3 getWgsHPR() const;                ///< geodetic heading, pitch, roll
     void setWgsHPR(const dvec3& hpr);       ///< keeps position and scale
-    dmat4 getWGSTransform() const;          ///< east, north, up and position of its place
+    dmat4 getWGSTransform() const;          ///< east, north, up and position
 
-    /// Box of this node's own content in its own frame; empty when it has none.
+    /// Bounding box of this node's own content in its own frame; empty when it has none.
     virtual BoundBox getBoundBox() const { return {}; }
     BoundBox getWorldBoundBox() const;
 
-    /// A named value that a track drives: "enabled" (above 0.5), "position_x|y|z", "heading", "pitch", "roll", "scale",
-    /// and what the derived types add. False when this node has no such parameter.
+    /// Sets a named value, for tracks: "enabled" (above 0.5), "position_x|y|z", "heading", "pitch", "roll", "scale",
+    /// and those of the derived types. False when this node has no such parameter.
     virtual bool setParameter(const jString& parameter, float value);
 
-    /// Counts up with every change of the transform, the flags or (in derived types) the content: a mirror compares it.
+    /// Incremented with every change of the transform, the flags or (in derived types) the content; mirrors compare it.
     std::uint32_t getRevision() const { return m_revision; }
 
 protected:
-    void contentChanged();                                            ///< the content's box or look changed
+    /// call after a change of the content's box or appearance
+    void contentChanged();
     virtual void worldChanged() {}                                    ///< joined or left a world
-    virtual void placeChanged(bool by_physics) { (void)by_physics; }  ///< its world transform is no longer what it was
+    virtual void placeChanged(bool by_physics) { (void)by_physics; }  ///< its world transform changed
     virtual void activityChanged() {}                                 ///< active or collider flag changed
 
 private:
@@ -153,13 +153,13 @@ private:
     bool m_active = true;
     bool m_collider = true;
     bool m_sensor = false;
-    mutable bool m_world_dirty = true;  ///< and then everything below is, too, and has been told
-    bool m_trigger_part = false;        ///< a sensor or trigger of the world: its moves are of interest
-    bool m_bounds_top = false;          ///< belongs in the spatial index
-    int m_change_slot = -1;             ///< in the world's list of changes; -1 when not in it
-    int m_bounds_slot = -1;             ///< in the spatial index's list of what moved; -1 when not waiting there
-    void* m_bounds_leaf = nullptr;      ///< of the spatial index
-    std::uint64_t m_join_order = 0;     ///< counts up over the nodes that join a world
+    mutable bool m_world_dirty = true;  ///< all descendants are then dirty and notified too
+    bool m_trigger_part = false;        ///< a sensor or trigger in a world: its motion updates the triggers
+    bool m_bounds_top = false;          ///< it has its own entry in the spatial index
+    int m_change_slot = -1;             ///< index in the world's list of changes; -1 when not in it
+    int m_bounds_slot = -1;             ///< index in the spatial index's list of moved nodes; -1 when not in it
+    void* m_bounds_leaf = nullptr;      ///< leaf of the spatial index
+    std::uint64_t m_join_order = 0;     ///< order of joining a world
     World* m_world = nullptr;
     Node* m_parent = nullptr;
     dmat4 m_local;

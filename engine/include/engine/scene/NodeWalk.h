@@ -1,4 +1,4 @@
-// Walking a part of the scene.
+// Traversal of the scene tree.
 #pragma once
 
 #include <type_traits>
@@ -6,8 +6,8 @@
 #include "engine/scene/Node.h"
 #include "engine/scene/ObjectParticles.h"
 
-/// Calls `f` with the node, then with everything below it, parents first; of a constant node all are constant. `f` must
-/// not add or remove nodes there.
+/// Calls `f` for the node and all its descendants, parents first; const for a const node. `f` must not add or remove
+/// nodes below `node`.
 template <class AnyNode, class F>
 void forEachNode(AnyNode& node, const F& f) {
     using Walked = std::conditional_t<std::is_const_v<AnyNode>, const Node, Node>;
@@ -16,7 +16,7 @@ void forEachNode(AnyNode& node, const F& f) {
     for (int i = 0; i < walked.getNumChildren(); ++i) forEachNode<Walked>(*walked.getChild(i), f);
 }
 
-/// Calls `f` with the particle systems among them.
+/// Calls `f` for the particle systems among the node and its descendants.
 template <class AnyNode, class F>
 void forEachParticles(AnyNode& node, const F& f) {
     using Found = std::conditional_t<std::is_const_v<AnyNode>, const ObjectParticles, ObjectParticles>;

@@ -6,7 +6,7 @@
 
 struct MeshData;
 
-/// A mesh that several objects may share: one surface a material, with a triangle tree of its own.
+/// A mesh that several objects may share: one surface per material, each with its own triangle tree.
 class ENGINE_API ObjectMeshStatic final : public Object {
 public:
     explicit ObjectMeshStatic(std::shared_ptr<const MeshData> mesh);
@@ -18,11 +18,11 @@ public:
     Material* getSurfaceMaterial(int surface) override;
     void setSurfaceMaterialInherit(int surface, bool inherit) override;
     BoundBox getBoundBox() const override;
-    /// "emission" scales every surface's emission from its authored value.
+    /// "emission" scales the authored emission of all surfaces.
     bool setParameter(const jString& parameter, float value) override;
 
     const MeshData& getMesh() const { return *m_mesh; }
-    /// One a surface, never null; shared with the model until inherited.
+    /// One per surface, never null; shared with the model until inherited.
     const jVector<std::shared_ptr<Material>>& getMaterials() const { return m_materials; }
 
 private:

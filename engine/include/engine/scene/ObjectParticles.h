@@ -7,41 +7,42 @@
 #include "engine/math/jMath.h"
 #include "engine/scene/Object.h"
 
-/// How a system emits and how its particles move. Positions and directions are in the node's frame at birth; particles
-/// then live in the world.
+/// Emission and motion of particles. Positions and directions are in the node's frame at birth; after that particles
+/// are in the world frame.
 struct ParticleSettings {
-    float spawn_rate = 10.0f;                ///< particles a second
+    float spawn_rate = 10.0f;                ///< particles per second
     float life = 1.0f;                       ///< seconds
     float life_spread = 0.0f;                ///< plus or minus, seconds
     vec3 velocity{0.0f, 0.0f, 1.0f};         ///< m/s
-    vec3 velocity_spread;                    ///< plus or minus, m/s, a component
-    vec3 emitter_size;                       ///< full extents of the box of birth, metres
+    vec3 velocity_spread;                    ///< plus or minus per component, m/s
+    vec3 emitter_size;                       ///< full extents of the emission box, metres
     float size = 1.0f;                       ///< metres
     float size_spread = 0.0f;                ///< plus or minus, metres
-    float growth = 0.0f;                     ///< metres a second
-    float drag = 0.0f;                       ///< a second
-    float buoyancy = 0.0f;                   ///< upward acceleration along the local vertical, m/s^2 (negative falls)
-    float wind = 0.0f;                       ///< how much of the wind's velocity it takes, 0..1
+    float growth = 0.0f;                     ///< metres per second
+    float drag = 0.0f;                       ///< per second
+    float buoyancy = 0.0f;                   ///< acceleration along the local vertical, m/s^2 (negative falls)
+    float wind = 0.0f;                       ///< share of the wind's velocity that drag adds, 0..1
     vec4 color{1.0f, 1.0f, 1.0f, 1.0f};      ///< at birth
     vec4 end_color{1.0f, 1.0f, 1.0f, 0.0f};  ///< at death
     bool additive = false;
-    bool emitting = true;   ///< plays from the start
-    float delay = 0.0f;     ///< seconds from when it begins to play until it emits
-    float duration = 0.0f;  ///< seconds that it then emits; 0 as long as it plays
+    bool emitting = true;   ///< emits from the start
+    float delay = 0.0f;     ///< seconds from the start of playing to the first emission
+    float duration = 0.0f;  ///< seconds of emission after the delay; 0 for unlimited
     int max_particles = 1000;
     jString texture;  ///< image file; empty for a soft disc
 };
 
-/// One living particle: geocentric metres and m/s.
+/// One living particle; geocentric, metres and m/s.
 struct Particle {
     dvec3 position;
     vec3 velocity;
     float age = 0.0f;   ///< seconds
     float life = 1.0f;  ///< seconds
-    float size = 1.0f;  ///< metres, now
+    float size = 1.0f;  ///< current, metres
 };
 
-/// Emits while its emitter is enabled and the node is active; what lives goes on until its life ends.
+/// Emits while its emitter is enabled and the node is active; living particles always continue to the end of their
+/// life.
 class ENGINE_API ObjectParticles final : public Object {
 public:
     explicit ObjectParticles(const ParticleSettings& settings);
@@ -50,14 +51,14 @@ public:
     int getType() const override { return PARTICLES; }
     const ParticleSettings& getSettings() const { return m_settings; }
 
-    void play();                                          ///< one that plays goes on
-    void stop() { m_emitting = false; }                   ///< living particles stay
-    bool isEmitterEnabled() const { return m_emitting; }  ///< plays, also before and after what it emits
-    void clear();                                         ///< ends every living particle
+    void play();                                          ///< no effect when it is playing
+    void stop() { m_emitting = false; }                   ///< living particles are kept
+    bool isEmitterEnabled() const { return m_emitting; }  ///< is playing, also before and after the emission
+    void clear();                                         ///< removes all living particles
 
-    float getSpawnRate() const { return m_settings.spawn_rate; }  ///< a second
+    float getSpawnRate() const { return m_settings.spawn_rate; }  ///< per second
     void setSpawnRate(float rate) { m_settings.spawn_rate = rate; }
-    float getAuthoredSpawnRate() const { return m_authored_rate; }  ///< that it was made with, a second
+    float getAuthoredSpawnRate() const { return m_authored_rate; }  ///< its value in the settings, per second
     float getLife() const { return m_settings.life; }
     void setLife(float seconds) { m_settings.life = seconds; }
     float getLifeSpread() const { return m_settings.life_spread; }
@@ -67,18 +68,18 @@ public:
     const vec3& getLinearVelocitySpread() const { return m_settings.velocity_spread; }
     void setLinearVelocitySpread(const vec3& v) { m_settings.velocity_spread = v; }
 
-    /// Planes (their frames' XY) that living particles do not fall through; world transforms.
+    /// Planes (XY of the frames, world transforms) that stop falling particles.
     int getNumDeflectors() const { return m_deflectors.size(); }
     void setDeflector(int i, const dmat4& world);
     void addDeflector(const dmat4& world) { m_deflectors.append(world); }
 
     const std::vector<Particle>& getParticles() const { return m_particles; }
-    /// Box of the living particles in the world; empty when none lives.
+    /// Bounding box of the living particles in the world; empty when there are none.
     const BoundBox& getWorldParticleBox() const { return m_world_box; }
     /// "spawn_rate", "emitting".
     bool setParameter(const jString& parameter, float value) override;
 
-    /// One step of dt seconds in a wind (world frame, m/s); called by the world.
+    /// Simulates one step of dt seconds with a wind (world frame, m/s); called by the world.
     void simulate(float dt, const vec3& wind);
 
 protected:
@@ -95,11 +96,11 @@ private:
     ParticleSettings m_settings;
     float m_authored_rate;
     bool m_emitting;
-    float m_played = 0.0f;  ///< seconds since it began to play
-    float m_due = 0.0f;     ///< particles owed
+    float m_played = 0.0f;  ///< seconds since the start of playing
+    float m_due = 0.0f;     ///< fraction of a particle not yet emitted
     bool m_has_last_frame = false;
-    dmat4 m_last_frame;  ///< world transform at the end of the last step that emitted
-    Random m_random;     ///< of its own, so that no system disturbs another
+    dmat4 m_last_frame;  ///< world transform at the end of the last step with emission
+    Random m_random;     ///< own sequence, so that systems are independent of each other
     jVector<dmat4> m_deflectors;
     std::vector<Particle> m_particles;
     BoundBox m_world_box;

@@ -1,4 +1,4 @@
-// A piece of scene in a file of its own.
+// A part of a scene in its own file.
 #pragma once
 
 #include "engine/Api.h"
@@ -6,20 +6,20 @@
 
 struct PrefabChain;
 
-/// A node whose content comes from a `.prefab` file and hangs directly under it:
+/// A node whose content is read from a `.prefab` file; the content's nodes are its children:
 ///
 ///     { "node": { "mesh": "ship.glb", "body": { "kind": "static", "shapes": [ … ] }, "children": [ … ] } }
 ///
-/// Files are read once for each engine and kept. A file that includes itself, at whatever depth, fails as a whole.
+/// Files are read once per engine and kept. A file that includes itself, directly or indirectly, fails completely.
 class ENGINE_API ObjectPrefab final : public Object {
 public:
     static constexpr int LOADED = 100;
 
     ObjectPrefab() = default;
-    /// Loads the file; `isLoaded` tells whether that went well. A failed prefab has no content.
+    /// Loads the file; `isLoaded` reports success. A failed prefab has no content.
     explicit ObjectPrefab(const jString& path);
     ~ObjectPrefab() override;
-    /// The content of a file under the runtime root, from the same store. The engine owns it; null, with one log line,
+    /// The content of a file below the runtime root, from the same cache. The engine owns it; null, with one log line,
     /// when it cannot be read.
     static const Package* openFile(const jString& path);
 
@@ -27,26 +27,25 @@ public:
     const jString& getPath() const { return m_path; }
     bool isLoaded() const { return m_status == LOADED; }
     int getStatus() const { return m_status; }
-    /// The node that the content hangs under: this one.
+    /// The parent of the content's nodes: this node.
     Node* getRoot() { return this; }
-    /// This node and everything below, depth first. Rebuilt after the tree below changed.
+    /// This node and all its descendants, depth first. Rebuilt after a change of the subtree.
     const jVector<Node*>& getNodes() const;
-    /// The objects below (not this one), nested prefabs' included, depth first.
+    /// The objects among its descendants, including those of nested prefabs, depth first.
     const jVector<Object*>& getObjects() const;
-    /// Gives the prefab the body that its root had. Content hangs under the prefab itself, so the body is there
-    /// already.
+    /// Transfers the root's body to the prefab. No effect: the prefab itself is the root and has the body.
     void moveBodyFromRoot() {}
-    /// Drops content and body; the prefab is then not loaded.
+    /// Removes content and body; the prefab is then not loaded.
     void release();
 
-    /// Box of all content with surfaces, in this prefab's frame.
+    /// Bounding box of all content with surfaces, in this prefab's frame.
     BoundBox getBoundBox() const override;
 
 private:
     friend class Node;
     friend class NodeLoader;
 
-    /// Loads the content as the file at the end of the chain.
+    /// Loads the last file of the chain.
     void load(const PrefabChain& chain);
     void listBelow(const Node& node) const;
 

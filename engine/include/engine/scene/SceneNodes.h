@@ -1,10 +1,10 @@
-// The small node types: decals, lights, texts and trigger volumes.
+// Small node types: decals, lights, texts and trigger volumes.
 #pragma once
 
 #include "engine/Api.h"
 #include "engine/scene/Object.h"
 
-/// An image laid straight down (the node's -Z) over what lies below.
+/// An image projected along the node's -Z onto the surface below.
 class ENGINE_API DecalOrtho final : public Object {
 public:
     DecalOrtho(float width, float height, float depth, const jString& texture)
@@ -15,7 +15,7 @@ public:
     void setWidth(float metres);
     float getHeight() const { return m_height; }  ///< along Y, metres
     void setHeight(float metres);
-    float getDepth() const { return m_depth; }  ///< how far it reaches down, metres
+    float getDepth() const { return m_depth; }  ///< range of the projection, metres
     const jString& getTexture() const { return m_texture; }
     BoundBox getBoundBox() const override;
 
@@ -28,19 +28,19 @@ struct LightSettings {
     enum Kind { POINT, SPOT } kind = POINT;
     vec3 color{1.0f, 1.0f, 1.0f};  ///< linear
     float intensity = 100.0f;      ///< candela
-    float range = 50.0f;           ///< metres; at 0 it lights nothing and is only seen
+    float range = 50.0f;           ///< metres; 0: it illuminates no surface but is visible
     float angle = 45.0f;           ///< full cone of a spot along +Y, degrees
-    float size = 0.0f;             ///< diameter of the visible lamp, metres; 0 shows none
+    float size = 0.0f;             ///< diameter of the visible lamp, metres; 0 for an invisible lamp
 };
 
-/// A lamp; a spot shines along its +Y.
+/// A lamp; a spot points along its +Y.
 class ENGINE_API NodeLight final : public Node {
 public:
     explicit NodeLight(const LightSettings& settings) : m_settings(settings), m_intensity(settings.intensity) {}
 
     int getType() const override { return LIGHT; }
     const LightSettings& getSettings() const { return m_settings; }
-    float getIntensity() const { return m_intensity; }  ///< candela, now
+    float getIntensity() const { return m_intensity; }  ///< current, candela
     /// "brightness" scales the authored intensity.
     bool setParameter(const jString& parameter, float value) override;
 
@@ -49,7 +49,7 @@ private:
     float m_intensity;
 };
 
-/// A line of text standing in the scene, in the node's XZ plane, read from -Y.
+/// A line of text in the node's XZ plane, readable from -Y.
 class ENGINE_API NodeText final : public Node {
 public:
     NodeText(const jString& text, float height, const vec4& color) : m_text(text), m_height(height), m_color(color) {}
@@ -67,20 +67,20 @@ private:
 };
 
 /// A box that reports sensors entering and leaving it, after the physics step, in order of the sensors' ids. A sensor
-/// that is switched off, or goes, inside leaves.
+/// inside that is disabled or removed is reported as leaving.
 class ENGINE_API NodeTrigger final : public Node {
 public:
     explicit NodeTrigger(const vec3& size) : m_size(size) {}
     ~NodeTrigger() override;
 
     int getType() const override { return TRIGGER; }
-    const vec3& getSize() const { return m_size; }  ///< full extents round the node's origin, metres
+    const vec3& getSize() const { return m_size; }  ///< full extents, centred on the node's origin, metres
     BoundBox getBoundBox() const override;
 
-    jVector<Function<void(Node*)>> enter;  ///< called in order of connection with the sensor
+    jVector<Function<void(Node*)>> enter;  ///< called with the sensor, in order of connection
     jVector<Function<void(Node*)>> leave;
 
-    /// Compares the sensors that overlap now with those of the last call and fires what changed; called by the world.
+    /// Compares the overlapping sensors with those of the last call and reports the differences; called by the world.
     void update(const jVector<Node*>& sensors);
 
 private:
@@ -97,5 +97,5 @@ private:
 
     vec3 m_size;
     jVector<Node*> m_inside;  ///< in order of their ids
-    jVector<Node*> m_now;     ///< the next m_inside while `update` makes it; kept for its memory
+    jVector<Node*> m_now;     ///< scratch of `update`: the next m_inside
 };

@@ -1,4 +1,4 @@
-// The sea's surface: a periodic random field that physics and picture share.
+// The sea's surface: a periodic random field shared by physics and picture.
 #pragma once
 
 #include <array>
@@ -9,19 +9,19 @@
 #include "engine/Api.h"
 #include "engine/math/Vec.h"
 
-/// One periodic square of the field. Sample (column, row) lies at (column, row) * length / SIZE metres east and north
-/// of the field's origin and repeats with `length` both ways. The field's surface is the sum of its cascades.
+/// One periodic square of the field. Sample (column, row) is at (column, row) * length / SIZE metres east and north of
+/// the field's origin and repeats with `length` in both directions. The field's surface is the sum of its cascades.
 struct WaveCascade {
     static constexpr int SIZE = 128;
 
-    double length = 1.0;  ///< metres along a side
-    /// Where the water of each sample is now, relative to the sample's place at rest: metres east, north and up, and
-    /// how much foam it carries, 0..1. Row after row from the south-west.
+    double length = 1.0;  ///< side in metres
+    /// Per sample: current displacement of the water from its position at rest, metres east, north and up, and its
+    /// amount of foam, 0..1. Row by row from the south-west.
     std::vector<std::array<float, 4>> samples;
 };
 
-/// Waves of a sea state, as a function of time, seed and state alone. Places are metres (east, north) from the field's
-/// origin; phases are kept in double precision and are periodic, so that the field is as good after days as at once.
+/// Waves of a sea state as a function of time, seed and state only. Positions are metres (east, north) from the field's
+/// origin; phases are periodic and in double precision, so that the accuracy does not decrease with time.
 class ENGINE_API WaveField {
 public:
     static constexpr int NUM_CASCADES = 2;
@@ -29,20 +29,20 @@ public:
     explicit WaveField(std::uint64_t seed);
     ~WaveField();
 
-    /// The state of the sea: wind speed 10 m above it, m/s (0: flat), and the direction that the wind blows to,
-    /// metres east and north (any length; zero is taken for east). The spectrum is made anew when they change.
+    /// Sets the sea state: wind speed 10 m above the sea, m/s (0: flat), and the direction that the wind blows to, east
+    /// and north (any length; zero counts as east). A change recomputes the spectrum.
     void setWind(double speed, double to_east, double to_north);
-    /// Moves the field to a time in seconds; nothing when it is there already.
+    /// Computes the field for a time in seconds; no effect when it is current.
     void update(double time);
 
     const WaveCascade& getCascade(int i) const;
-    /// Counts up with every field computed: a mirror compares it.
+    /// Incremented with every computed field; mirrors compare it.
     std::uint32_t getRevision() const;
 
-    /// Displacement of the water whose place at rest is (east, north): metres east, north, up.
+    /// Displacement of the water with the position at rest (east, north): metres east, north, up.
     vec3 getDisplacement(double east, double north) const;
-    /// Height of the surface above (east, north), metres above the mean level: the horizontal displacement is inverted
-    /// in three steps.
+    /// Height of the surface at (east, north), metres above the mean level: the horizontal displacement is inverted in
+    /// three steps.
     float getHeight(double east, double north) const;
 
 private:

@@ -1,4 +1,4 @@
-// The world: the root of the tree, its indexes and its physics.
+// The world: the root of the scene tree, its indexes and its physics.
 #pragma once
 
 #include <memory>
@@ -9,26 +9,26 @@
 class Physics;
 struct WorldState;
 
-/// What the whole scene shares.
+/// Conditions of the whole scene.
 struct Environment {
     int year = 2024, month = 6, day = 21;
     float time_of_day = 10.0f;               ///< local solar hours, 0..24
     vec3 wind{-5.0f, 0.0f, 0.0f};            ///< east, north, up; m/s
-    float wetness = 0.0f;                    ///< how wet everything is that looks up, 0..1
-    float snow = 0.0f;                       ///< and how far snow covers it, 0..1
-    float cloudiness = 0.25f;                ///< share of the sky under cloud, 0..1
-    dvec3 camera_geodetic{0.0, 0.0, 100.0};  ///< where the view starts
-    dvec3 camera_wgs_hpr;                    ///< and how it looks: geodetic heading, pitch, roll
+    float wetness = 0.0f;                    ///< wetness of upward surfaces, 0..1
+    float snow = 0.0f;                       ///< snow cover of upward surfaces, 0..1
+    float cloudiness = 0.25f;                ///< share of the sky covered by clouds, 0..1
+    dvec3 camera_geodetic{0.0, 0.0, 100.0};  ///< initial position of the view
+    dvec3 camera_wgs_hpr;                    ///< initial attitude of the view: geodetic heading, pitch, roll
 };
 
-/// What happened to the tree since the list was last taken.
+/// Changes of the tree since the list was last taken.
 struct WorldChanges {
-    jVector<Node*> changed;  ///< joined, moved, switched or changed in content: each once, none that has left
-    jVector<int> left;       ///< ids of nodes that left; one that came back is in `changed`, too
+    jVector<Node*> changed;  ///< joined, moved, switched or with changed content: each once, without nodes that left
+    jVector<int> left;       ///< ids of nodes that left; one that returned is also in `changed`
 };
 
-/// Owns every node that was added. Lookups by name and by tag go through indexes, segment queries through a bounding
-/// hierarchy over the objects; neither slows down with the number of nodes that do not match.
+/// Owns all its nodes. Lookups by name and by tag use indexes, segment queries a bounding volume hierarchy over the
+/// objects; the cost of each is independent of the number of nodes that do not match.
 class ENGINE_API World {
 public:
     World();
@@ -37,27 +37,27 @@ public:
     World& operator=(const World&) = delete;
 
     /// Reads a `.world` file and adds its nodes. False, with one log line and nothing added, when it cannot be read; a
-    /// node within that cannot be made is left out with a line of its own.
+    /// node in it that cannot be made is omitted with its own log line.
     bool load(const jString& path);
-    /// Makes a node and its children from its description; paths in it are relative to `base` (a folder under the root)
+    /// Makes a node and its children from a description; paths in it are relative to `base` (a folder below the root)
     /// unless they start with "data/". The caller owns the result; null, with one log line, when it cannot be made.
     static std::unique_ptr<Node> LoadNode(const Package& node, const jString& base);
 
     Node* getRoot() const;
-    /// Adds a node at the top; the world owns it from now on.
+    /// Adds a node at the top of the tree and takes its ownership.
     Node* addChild(Node* node);
     Node* addChild(std::unique_ptr<Node> node);
-    /// Deletes a node and everything below it; null and nodes of no world are ignored.
+    /// Deletes a node and its descendants; null and nodes outside a world are ignored.
     void removeNode(Node* node);
 
-    Node* getNodeByName(const jString& name) const;  ///< first of that name, null when there is none
-    Node* getNodeByTag(const jString& tag) const;    ///< first with that tag, null when there is none
+    Node* getNodeByName(const jString& name) const;  ///< first with this name, null when there is none
+    Node* getNodeByTag(const jString& tag) const;    ///< first with this tag, null when there is none
     int getNumNodes() const;
-    /// Every node, parents before children, in order.
+    /// All nodes in tree order, parents before children.
     jVector<Node*> getNodes() const;
 
-    /// The objects at the top of prefabs, and those outside prefabs, whose boxes the segment crosses (geocentric
-    /// metres); nearest box first is not promised. False when there is none. `nodes` is cleared first.
+    /// The objects at the top of prefabs, and those outside prefabs, whose bounding boxes intersect the segment
+    /// (geocentric metres), in no defined order. False when there is none. `nodes` is cleared first.
     bool getIntersection(const dvec3& from, const dvec3& to, jVector<Node*>& nodes) const;
 
     Physics* getPhysics() const;
@@ -67,16 +67,16 @@ public:
     bool isEnabled() const;
     void setEnabled(bool enabled);
 
-    /// Begins a list of changes for the one mirror that a world can have; every node is in the first list.
+    /// Starts the list of changes for the single mirror of a world; the first list has all nodes.
     void watchChanges();
-    /// Hands the list out in place of what `changes` held, and begins the next. A node that moved is listed again only
-    /// once its world transform was read: read it, also of a node that is not active.
+    /// Replaces the content of `changes` by the list and starts a new one. A moved node is listed again only after its
+    /// world transform was read: read it for every listed node, also for inactive ones.
     void takeChanges(WorldChanges& changes);
 
     /// One frame of dt seconds: bodies, contacts, particles, triggers. Called by the engine.
     void step(double dt);
 
-    /// The world's indexes and lists, for the engine's own sources.
+    /// Indexes and lists of the world, for the engine's own sources, not for plug-ins.
     WorldState& getState() const { return *m_state; }
 
 private:

@@ -1,4 +1,4 @@
-// Reading little-endian values from bytes in memory.
+// Reads little-endian values from memory.
 #pragma once
 
 #include <bit>
@@ -7,8 +7,7 @@
 
 static_assert(std::endian::native == std::endian::little, "records are read in the machine's own byte order");
 
-/// Reads values one after the other, without alignment. What lies beyond the end reads as zero bytes; the bytes handed
-/// in must outlive the reader.
+/// Reads consecutive values without alignment. Beyond the end all bytes are zero; the memory must outlive the reader.
 class BufferReader {
 public:
     BufferReader(const void* data, int size) : m_at(static_cast<const unsigned char*>(data)), m_end(m_at + size) {}
@@ -19,7 +18,7 @@ public:
     std::int32_t readInt() { return readValue<std::int32_t>(); }
     float readFloat() { return readValue<float>(); }
     double readDouble() { return readValue<double>(); }
-    /// Copies n bytes; returns how many the buffer still had, the rest of `out` is zeroed.
+    /// Copies n bytes; returns the number of bytes available, and zeroes the rest of `out`.
     int read(void* out, int n) {
         const int have = n < getRemaining() ? n : getRemaining();
         std::memcpy(out, m_at, static_cast<std::size_t>(have));

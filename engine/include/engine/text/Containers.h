@@ -1,4 +1,4 @@
-// Strings and containers of the contract: the standard ones under the contract's names.
+// Strings and containers of the contract: standard ones with the contract's names.
 #pragma once
 
 #include <algorithm>
@@ -28,7 +28,7 @@ inline jString ToString(long long value) {
     return std::to_string(value);
 }
 
-/// A growing array. Capacity starts at 5 with the first element and doubles.
+/// A growing array. Capacity is 5 with the first element and is doubled when full.
 template <class T>
 class jVector {
 public:
@@ -44,7 +44,7 @@ public:
 
     void append(const T& item) {
         if (m_items.size() == m_items.capacity()) {
-            append(T(item));  // it may be one of these, which growing moves
+            append(T(item));  // `item` may be an element, which growing would move
         } else {
             m_items.push_back(item);
         }
@@ -55,24 +55,24 @@ public:
     }
     void resize(int n) { m_items.resize(static_cast<std::size_t>(n)); }
     void reserve(int n) { m_items.reserve(static_cast<std::size_t>(n)); }
-    /// Keeps the order of the rest.
+    /// Keeps the order of the other elements. REQUIRES 0 <= i < size().
     void removeAt(int i) { m_items.erase(m_items.begin() + i); }
-    /// Moves the last entry into the gap.
+    /// Moves the last element to index i. REQUIRES 0 <= i < size().
     void removeFast(int i) {
         m_items[static_cast<std::size_t>(i)] = std::move(m_items.back());
         m_items.pop_back();
     }
-    /// Index of the first equal entry, -1 when there is none.
+    /// Index of the first equal element, -1 when there is none.
     int find(const T& item) const {
         const auto it = std::find(m_items.begin(), m_items.end(), item);
         return it == m_items.end() ? -1 : static_cast<int>(it - m_items.begin());
     }
-    /// Empties and keeps the capacity.
+    /// Removes all elements and keeps the capacity.
     void clear() { m_items.clear(); }
 
     T* get() { return m_items.data(); }
     const T* get() const { return m_items.data(); }
-    T& last() { return m_items.back(); }
+    T& last() { return m_items.back(); }  ///< REQUIRES !empty()
     auto begin() { return m_items.begin(); }
     auto end() { return m_items.end(); }
     auto begin() const { return m_items.begin(); }
@@ -92,12 +92,12 @@ using jMap = std::map<K, V>;
 template <class T>
 using jList = std::list<T>;
 
-/// A byte buffer of fixed capacity with a read and write position.
+/// A byte buffer with a fixed capacity and a read and write position.
 class jBuffer {
 public:
     explicit jBuffer(int capacity = 0) { allocate(capacity); }
 
-    /// Drops the content and takes `capacity` zeroed bytes.
+    /// Discards the content and allocates `capacity` zeroed bytes.
     void allocate(int capacity) {
         m_bytes.assign(static_cast<std::size_t>(capacity), 0);
         m_position = 0;

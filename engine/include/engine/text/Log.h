@@ -4,9 +4,9 @@
 #include "engine/Api.h"
 #include "engine/text/Containers.h"
 
-/// printf-style log. Lines go to standard error, each with its level and one line end, and to the sink when one is set.
-/// A line that is logged again, with no other line between, is folded: its count is written once a second. Safe from
-/// any thread.
+/// printf-style log. Lines are written to standard error, each with its level and one line end, and passed to the sink
+/// when one is set. Immediate repeats of a line are folded: their count is written once per second. Safe from any
+/// thread.
 class ENGINE_API jLog {
 public:
     enum Level { MESSAGE, WARNING, ERROR };
@@ -16,11 +16,11 @@ public:
     static void warning(const char* format, ...) __attribute__((format(printf, 1, 2)));
     static void error(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-    /// Replaces the sink (an empty one removes it); it is called with every line before folding, without its line end,
-    /// on the thread that logs.
+    /// Replaces the sink (an empty one removes it). It is called with every line before folding, without its line end,
+    /// on the logging thread.
     static void setSink(Sink sink);
-    /// Lines below this level are not written to standard error; the sink still gets them.
+    /// Lines below this level are not written to standard error; the sink still receives them.
     static void setLevel(Level level);
-    /// Writes the counts of lines folded so far.
+    /// Writes the counts of the lines folded so far.
     static void flush();
 };

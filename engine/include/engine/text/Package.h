@@ -1,4 +1,4 @@
-// The tree of named values behind every configuration and scene file, and its text form.
+// The tree of named values for configuration and scene files, and its text format.
 #pragma once
 
 #include <cstdint>
@@ -25,16 +25,17 @@ public:
 
     Type getType() const { return m_type; }
     const jString& getName() const { return m_name; }
-    int getLine() const { return m_line; }  ///< line in the file, from 1; 0 when not read from one
+    int getLine() const { return m_line; }  ///< line in the file, from 1; 0 when not read from a file
 
     bool getBool() const;
-    std::int64_t getInt() const;  ///< a real is truncated toward zero; out of range or NaN gives 0
+    std::int64_t getInt() const;  ///< a real is truncated toward zero; 0 when out of range or NaN
     double getDouble() const;
     const jString& getString() const;
-    const Package* getPackage() const;  ///< null unless a package; owned by the item
+    const Package* getPackage() const;  ///< null unless it is a package; owned by the item
     /// Elements of an array (names empty); empty otherwise.
     const jVector<Item>& getArray() const;
-    /// Reads up to n numbers of an array into out and returns how many there were; on a non-number it stops there.
+    /// Reads up to n numbers of an array into out and returns the number read; stops at an element that is not a
+    /// number.
     int getFloats(float* out, int n) const;
     int getDoubles(double* out, int n) const;
 
@@ -51,7 +52,7 @@ private:
     friend class Package;
 
     Type m_type = NONE;
-    mutable bool m_told = false;  ///< that another type was wanted
+    mutable bool m_warned = false;  ///< the warning about a wrong type was logged
     int m_line = 0;
     std::int64_t m_int = 0;
     double m_double = 0.0;
@@ -61,9 +62,9 @@ private:
     std::unique_ptr<Package> m_package;
 };
 
-/// Named values in file order. Every reader takes the key at the top level of this package; a missing key or one of
-/// another type gives the stated default of its type. Another type in a package that was read from a file is told once,
-/// with file and line.
+/// Named values in file order. Every reader takes a key at the top level of this package; a missing key or a value of
+/// another type gives the stated default. A value of another type in a package read from a file is logged once, with
+/// file and line.
 class ENGINE_API Package {
 public:
     const jString& getString(const char* key) const;  ///< empty by default
@@ -71,7 +72,7 @@ public:
     double getDouble(const char* key) const;          ///< 0.0
     float getFloat(const char* key) const;            ///< 0.0f
     bool getBool(const char* key) const;              ///< false
-    /// Reads exactly n numbers into out and returns true; otherwise leaves out as it was and returns false.
+    /// Reads exactly n numbers into out and returns true; otherwise leaves out unchanged and returns false.
     bool getFloats(const char* key, float* out, int n) const;
     bool getDoubles(const char* key, double* out, int n) const;
     /// Owned by this package, valid until it changes; null by default.
@@ -86,42 +87,41 @@ public:
     auto begin() const { return m_items.begin(); }
     auto end() const { return m_items.end(); }
 
-    /// The item of that name, made empty at the end when missing; valid until the package changes.
+    /// The item with this name; a missing one is added at the end, empty. Valid until the package changes.
     Item& item(const char* key);
-    /// Puts an item at the end. REQUIRES that none has its name yet.
+    /// Adds an item at the end. REQUIRES that no item has its name.
     void append(Item item) { m_items.append(std::move(item)); }
     void clear() { m_items.clear(); }
 
-    /// Logs a warning with file, line and the nearest of `known` for each key that is none of them: once for each item
-    /// of a package that was read from a file.
+    /// Logs a warning with file, line and the nearest of `known` for each key that is not in `known`: once per item of
+    /// a package that was read from a file.
     void warnUnknownKeys(std::span<const char* const> known) const;
 
     const jString& getPath() const { return m_path; }  ///< the file it was read from; empty when made in memory
     void setPath(const jString& path) { m_path = path; }
 
 private:
-    /// The item, null when it is missing or of another type.
+    /// The item; null when it is missing or of another type.
     const Item* find(const char* key, Item::Type type, const char* wanted) const;
-    void tellType(const Item& item, const char* wanted) const;
+    void warnType(const Item& item, const char* wanted) const;
 
     jVector<Item> m_items;
     jString m_path;
 };
 
-/// The engine's structured text: JSON with // and /* */ comments, order kept. Paths are under the runtime root.
+/// The engine's structured text: JSON with // and /* */ comments; order is kept. Paths are below the runtime root.
 namespace mjl {
 
-/// Reads a file into the package, replacing its content. On failure the package is left empty, one error names the
-/// file, line and column (a missing file is silent unless `required`), and false is returned. Files above 64 MiB and
-/// trees deeper than 64 levels are refused. Overrides set for that path are laid over the values read, also when the
-/// file itself could not be.
+/// Reads a file into the package, replacing its content. On failure the package is empty, one error names the file,
+/// line and column (a missing file is silent unless `required`), and the result is false. Files above 64 MiB and trees
+/// deeper than 64 levels are refused. Overrides for this path replace values read, also when the file cannot be read.
 ENGINE_API bool open(const jString& path, Package& package, bool required);
 /// Writes the package; false, with an error logged, when the file cannot be written.
 ENGINE_API bool save(const jString& path, const Package& package, bool compact);
-/// Reads from memory; `name` stands for the file in messages.
+/// Parses a text in memory; `name` replaces the file name in messages.
 ENGINE_API bool parse(const jString& text, const jString& name, Package& package);
-/// From now on `open` of that path yields `value` for the top-level `key`. The value is read as JSON where it is such,
-/// else as a string.
+/// Later calls of `open` for this path give `value` for the top-level `key`. The value is parsed as JSON if possible,
+/// otherwise it is a string.
 ENGINE_API void setOverride(const jString& path, const jString& key, const jString& value);
 ENGINE_API void clearOverrides();
 

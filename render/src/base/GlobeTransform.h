@@ -1,13 +1,13 @@
-// Where something stands on the globe.
+// Placement of scene graph nodes on the globe.
 #pragma once
 
 #include <osg/MatrixTransform>
 
 #include <algorithm>
 
-/// A transform whose bounds hold far from the origin: they are of single precision, which is half a metre on the globe
-/// and would make small things nothing.
-class Place : public osg::MatrixTransform {
+/// A transform with bounds that hold far from the origin. Bounds have single precision: on the globe the rounding is
+/// half a metre, and the bounds of small objects would be empty.
+class GlobeTransform : public osg::MatrixTransform {
 public:
     osg::BoundingSphere computeBound() const override {
         constexpr double ROUNDING = 1.0;  // metres
