@@ -12,8 +12,15 @@ using Factory = LogicBase* (*)(World*, CameraControl*);
 
 }  // namespace
 
-bool checkInterface(void* library, const char* symbol, int wanted, const std::string& file, std::string& error) {
-    const auto* const version = static_cast<const int*>(dlsym(library, symbol));
+bool checkInterface(void* library, void* factory, const char* symbol, int wanted, const std::string& file,
+                    std::string& error) {
+    const auto* version = static_cast<const int*>(dlsym(library, symbol));
+    Dl_info factory_info{}, version_info{};
+    // A library that this one links to may export the symbol, too.
+    if (!version || !dladdr(factory, &factory_info) || !dladdr(version, &version_info) ||
+        factory_info.dli_fbase != version_info.dli_fbase) {
+        version = nullptr;
+    }
     if (version && *version == wanted) return true;
     error = file + " was built for " + (version ? "interface " + std::to_string(*version) : "an older interface") +
             ", this program has interface " + std::to_string(wanted) + ": build the library anew";
@@ -33,7 +40,10 @@ bool Plugin::load(const std::string& file, World* world, CameraControl* camera, 
         error = why ? why : file + " has no factory CreateLogic";
         return false;
     }
-    if (!checkInterface(m_library, "LogicInterfaceVersion", LOGIC_INTERFACE_VERSION, file, error)) return false;
+    if (!checkInterface(m_library, reinterpret_cast<void*>(factory), "LogicInterfaceVersion", LOGIC_INTERFACE_VERSION,
+                        file, error)) {
+        return false;
+    }
     m_logic = factory(world, camera);
     if (!m_logic) {
         error = file + " made no logic";

@@ -8,9 +8,10 @@ class LogicBase;
 class Logic_Test_Fly;
 class World;
 
-/// Whether a loaded library was built for the interface that this program has: `symbol` is its number's. False with
-/// `error` naming the file and what to do.
-bool checkInterface(void* library, const char* symbol, int wanted, const std::string& file, std::string& error);
+/// Whether a loaded library was built for the interface that this program has: it exports its number as `symbol` beside
+/// its factory. False, with `error` naming the file and what to do, when it is another one or none.
+bool checkInterface(void* library, void* factory, const char* symbol, int wanted, const std::string& file,
+                    std::string& error);
 
 /// A loaded logic. Destroying this destroys the logic, then closes its library.
 class Plugin {

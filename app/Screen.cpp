@@ -66,7 +66,10 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
         error = why ? why : library + " makes no picture";
         return false;
     }
-    if (!checkInterface(m_library, "PictureInterfaceVersion", PICTURE_INTERFACE_VERSION, library, error)) return false;
+    if (!checkInterface(m_library, reinterpret_cast<void*>(factory), "PictureInterfaceVersion",
+                        PICTURE_INTERFACE_VERSION, library, error)) {
+        return false;
+    }
     m_picture.reset(factory(engine, settings, error));
     engine.getInput()->dispatch();  // a window may have come out smaller
     return m_picture != nullptr;

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "engine/Api.h"
+
 class Engine;
 
 /// Cost of a frame; docs/performance.md lists what each level leaves out.
@@ -73,9 +75,9 @@ public:
 /// Version of the layout of these types and of the order of the virtual functions; the library exports the version that
 /// it was built with.
 constexpr int PICTURE_INTERFACE_VERSION = 1;
-extern "C" const int PictureInterfaceVersion;
+extern "C" ENGINE_API const int PictureInterfaceVersion;
 
 /// Makes the picture of an engine's world. Null without a usable display or driver, with the reason and a remedy in
 /// `error`. The caller deletes it.
-extern "C" Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
+extern "C" ENGINE_API Picture* createPicture(Engine& engine, const PictureSettings& settings, std::string& error);
 using PictureFactory = decltype(&createPicture);

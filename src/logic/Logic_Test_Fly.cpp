@@ -4,6 +4,7 @@
 
 #include <engine/memory/Allocator.h>
 #include <engine/scene/Object.h>
+#include <engine/scene/World.h>
 #include <engine/text/Log.h>
 
 #include "common/ship/Ship.h"

@@ -57,6 +57,7 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--root", "/nowhere"}, 1, "give it with --root"},
         {{"--plugin", "/nowhere.so"}, 1, "/nowhere.so"},
         {{"--plugin", DECKVIEW_LIB "/libengine.so"}, 1, "CreateLogic"},
+        {{"--plugin", DECKVIEW_LIB "/libforeign_plugin.so"}, 1, "older interface, this program has interface"},
         {{"--world", "../../etc/passwd"}, 1, "cannot be loaded"},
         {{"--input", "/nowhere/input.txt"}, 1, "\"/nowhere/input.txt\" cannot be read"},
         {{"--script", "/nowhere/scene.txt"}, 1, "\"/nowhere/scene.txt\" cannot be read"},

@@ -102,7 +102,7 @@ protected:
         EXPECT_TRUE(terrain->isLoaded());
         return add(std::move(terrain));
     }
-    int getNumStanding() { return static_cast<PhysicsWorld*>(world().getPhysics())->getNumStanding(); }
+    int getNumStanding() { return static_cast<PhysicsWorld*>(world().getPhysics())->getNumCollisionObjects(); }
 
     /// Frames of dt for so many seconds.
     void runSeconds(double seconds, double dt = 1.0 / 60.0) { run(static_cast<int>(std::lround(seconds / dt)), dt); }

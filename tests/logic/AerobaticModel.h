@@ -9,7 +9,6 @@
 /// and 9 are two meshes of one model with one material, 10 is a text, 11 a lamp, 12 moves too. Turning parts are open
 /// at hpr (0, 10, 0) and closed at (0, 0, 20).
 struct AerobaticModel {
-    std::string missing;                           ///< a node that the model lacks
     bool eye = true;                               ///< the pilot's
     std::string start;                             ///< keys for the placement, each with a comma behind it
     std::string path = "data/plane/plane.prefab";  ///< in the configuration
@@ -47,7 +46,7 @@ struct AerobaticModel {
         if (eye) text << R"(, { "name": "cam_first_player", "position": [0, -1, 0.8], "hpr": [0, 90, 0] })";
         for (int i = 0; i < COUNT; ++i) {
             const std::string name = "part_" + std::to_string(i);
-            if (i == 8 || i == 9 || name == missing) continue;
+            if (i == 8 || i == 9) continue;
             text << R"(, { "name": ")" << name << R"(", "position": [)" << i << R"(, 0, 0], "hpr": [0, 0, 5])"
                  << (i == 10 ? R"(, "type": "text", "text": { "text": "-" } })" : " }");
         }

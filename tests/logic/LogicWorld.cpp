@@ -10,6 +10,7 @@
 #include "engine/memory/Allocator.h"
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
+#include "engine/scene/ObjectTerrain.h"
 
 namespace {
 
@@ -112,6 +113,17 @@ Object* LogicTest::addPlate(const jString& name, const dvec3& geo, double size) 
     plate->setWgsPosition(geo);
     plate->setWgsHPR({});
     return plate;
+}
+
+void LogicTest::addTerrain(double height, double slope) {
+    std::string text = "ncols 21\nnrows 21\nxllcorner 112.3395\nyllcorner 16.8295\ncellsize 0.001\n";
+    for (int i = 0; i < 441; ++i) {
+        text += std::to_string(height + 0.001 * slope * (i % 21 - 10)) + (i % 21 == 20 ? "\n" : " ");
+    }
+    write("data/ground.asc", text);
+    write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
+                             R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
+    add(std::make_unique<ObjectTerrain>("data/ground.asc", ""))->setName("terrain");
 }
 
 void LogicTest::start(const jString& carrier) {

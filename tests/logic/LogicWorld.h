@@ -46,6 +46,9 @@ protected:
     Node* addStart(const jString& name = "start_deck");
     /// A flat square of `size` metres, level at a geodetic place; its top faces up.
     Object* addPlate(const jString& name, const dvec3& geo, double size = 200.0);
+    /// The world's terrain: posts 0.001 degrees apart for 0.01 degrees round PLACE, `height` metres at PLACE, rising
+    /// eastward by `slope` metres a degree.
+    void addTerrain(double height, double slope = 0.0);
     /// Makes the logic and initialises it, with the start node "start_deck" and that carrier. What it printed is in
     /// `printed`.
     void start(const jString& carrier = {});

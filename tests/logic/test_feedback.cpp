@@ -1,11 +1,11 @@
-// What the host is told: deck and terrain under the gears, attitude, collisions.
+// The feedback record: deck and terrain height under the gears, attitude, collisions, prints and its place in the
+// frame.
 #include <GeographicLib/Geocentric.hpp>
 
 #include "LogicWorld.h"
 #include "engine/camera/CameraControl.h"
 #include "engine/physics/Body.h"
 #include "engine/physics/Physics.h"
-#include "engine/scene/ObjectTerrain.h"
 #include "engine/scene/SceneNodes.h"
 
 namespace {
@@ -26,20 +26,10 @@ protected:
         apply({2});
     }
 
-    /// Posts 0.001 degrees apart round PLACE; heights rise eastward by `slope` metres a degree from `height` at PLACE.
-    void addTerrain(double height, double slope = 1000.0) {
+    void addSlope(double height, double slope) {
         m_ground = height;
         m_slope = slope;
-        std::string text = "ncols 21\nnrows 21\nxllcorner 112.3395\nyllcorner 16.8295\ncellsize 0.001\n";
-        for (int i = 0; i < 441; ++i) {
-            text += std::to_string(height + 0.001 * slope * (i % 21 - 10)) + (i % 21 == 20 ? "\n" : " ");
-        }
-        write("data/ground.asc", text);
-        write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-                                 R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
-        auto terrain = std::make_unique<ObjectTerrain>("data/ground.asc", "");
-        ASSERT_TRUE(terrain->isLoaded());
-        add(std::move(terrain))->setName("terrain");
+        addTerrain(height, slope);
     }
 
     /// Of the terrain below a place; geocentric metres.
@@ -135,7 +125,7 @@ TEST_F(FeedbackTest, OverTheDeckAllGearsHaveItsHeightAnywhereOnTheGlobe) {
 }
 
 TEST_F(FeedbackTest, ElsewhereEachGearHasTheTerrainUnderItself) {
-    addTerrain(7.0);
+    addSlope(7.0, 1000.0);
     addPlate(DECK, {PLACE.x, PLACE.y + 0.002, 20.0}, 10.0);
     Object* const roof = addPlate("roof", {PLACE.x, PLACE.y, 30.0});
     begin();
@@ -162,7 +152,7 @@ TEST_F(FeedbackTest, ElsewhereEachGearHasTheTerrainUnderItself) {
 }
 
 TEST_F(FeedbackTest, IsMeasuredAfterThePushAndBeforeThePhysicsWhichTheCameraFollows) {
-    addTerrain(7.0, 100000.0);
+    addSlope(7.0, 100000.0);
     begin(TestJet().body);
     world().getPhysics()->setGravity({});
     logic().set_player_mode(FIRST_VIEW);
@@ -180,7 +170,7 @@ TEST_F(FeedbackTest, IsMeasuredAfterThePushAndBeforeThePhysicsWhichTheCameraFoll
 
 TEST_F(FeedbackTest, IsMeasuredAfterTheRecordedPathAndTheGlides) {
     write("data/www.dat", "0.0 0.0 0.0 0.0 1.0 0.0 0.0 0.0 0.0 0.0\n99.0 990.0 0.0 0.0 1.0 0.0 0.0 0.0 0.0 0.0\n");
-    addTerrain(7.0, 100000.0);
+    addSlope(7.0, 100000.0);
     begin();
     printedBy([&] {
         logic().set_fly_mode(AUTO_FLY);

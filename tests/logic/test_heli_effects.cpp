@@ -1,10 +1,9 @@
-// The rotor wash: what it needs of the model, what is on at which height, how dense it is, and what lies below.
+// The rotor wash: model parts that it requires, stages by height, density, and the surface below.
 #include "HelicopterWorld.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/memory/Allocator.h"
 #include "engine/scene/ObjectOcean.h"
 #include "engine/scene/ObjectParticles.h"
-#include "engine/scene/ObjectTerrain.h"
 #include "src/aircraft/HeliEffectsKit.h"
 
 namespace {
@@ -121,14 +120,6 @@ protected:
         logic().getHelicopter()->setOverWater(true);
         hold("r");
         for (int i = 0; i < 10; ++i) frame(0.1);
-    }
-    void addTerrain(double height) {
-        std::string text = "ncols 2\nnrows 2\nxllcorner 112.3\nyllcorner 16.8\ncellsize 0.06\n";
-        for (int i = 0; i < 4; ++i) text += std::to_string(height) + " ";
-        write("data/ground.asc", text);
-        write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-                                 R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
-        add(std::make_unique<ObjectTerrain>("data/ground.asc", ""))->setName("terrain");
     }
 };
 

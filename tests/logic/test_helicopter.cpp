@@ -225,10 +225,11 @@ TEST_F(HelicopterFlightTest, FromLiftOffToLanding) {
     fly("s", 4.5);
     EXPECT_LT(velocity().y, 2.0);
     fly("q", 4.0);
-    EXPECT_NEAR(model().getWgsHPR().x, 350.0, 7.0) << "nose to the left";
+    EXPECT_NEAR(model().getWgsHPR().x, 349.9, 2.0) << "nose to the left";
     fly("", 2.0);
     fly("a", 1.5);
     EXPECT_LT(velocity().x, -2.0) << "to the left";
+    EXPECT_NEAR(model().getWgsHPR().x, 345.0, 2.0) << "the turn goes on";
     fly("d", 1.5);
     for (const char* hard : {"a", "", "d", "", "ds", "", "aw", ""}) fly(hard, 4.0);
     EXPECT_NEAR(model().getWgsHPR().y, 0.0, 0.5) << "still in hand";

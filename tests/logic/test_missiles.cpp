@@ -3,7 +3,6 @@
 #include "engine/action/Action.h"
 #include "engine/physics/Body.h"
 #include "engine/physics/Physics.h"
-#include "engine/scene/ObjectTerrain.h"
 #include "src/logic/Target.h"
 
 namespace {
@@ -11,14 +10,10 @@ namespace {
 class MissileTest : public WeaponTest {
 protected:
     void fireOne() { logic().emit_missile(); }
-    static std::string bodyText(const char* kind, const char* size) {
-        return std::string(R"({ "node": { "body": { "kind": ")") + kind +
-               R"(", "mass": 50000, "shapes": [ { "size": )" + size + " } ] } } }";
-    }
-    /// A thing of that kind before the jet, turned as it is.
-    ObjectPrefab* addObstacle(const std::string& prefab, const dvec3& place) {
+    /// A box with a body of that kind, turned as the jet is.
+    ObjectPrefab* addObstacle(const std::string& kind, const std::string& size, const dvec3& place) {
         const jString path = "data/obstacle_" + ToString(++m_obstacles) + ".prefab";  // files are read once
-        write(path, prefab);
+        write(path, R"({ "node": { "body": { "kind": ")" + kind + R"(", "shapes": [ { "size": )" + size + " } ] } } }");
         auto* const thing = new ObjectPrefab(path);
         world().addChild(thing);
         dmat4 pose = jet().getWorldTransform();
@@ -65,10 +60,10 @@ TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
     };
     const char* const thin = "[40, 0.1, 40]";
     const Case cases[] = {
-        {"static", [&] { return addObstacle(bodyText("static", thin), ahead(100)); }, {}, 98.45},
+        {"static", [&] { return addObstacle("static", thin, ahead(100)); }, {}, 98.45},
         // These are where the missile is at the time.
         {"from the side",
-         [&] { return addObstacle(bodyText("driven", "[14, 6, 6]"), ahead(100, 100.0 / 3.0)); },
+         [&] { return addObstacle("driven", "[14, 6, 6]", ahead(100, 100.0 / 3.0)); },
          {-100, 0, 0},
          95.5},
         {"oncoming mesh, which would pass within a frame", [&] { return addWall(283); }, {0, -250, 0}, 153.5}};
@@ -103,12 +98,7 @@ TEST_F(MissileTest, BurstsOnceWhereItFirstMeetsWhateverItMeets) {
 }
 
 TEST_F(MissileTest, BurstsOnATargetInItsGlideAndOnTheGround) {
-    std::string ground = "ncols 5\nnrows 5\nxllcorner 112.34\nyllcorner 16.83\ncellsize 0.004\n";
-    for (int i = 0; i < 25; ++i) ground += i % 5 == 4 ? "0\n" : "0 ";
-    write("data/ground.asc", ground);
-    write("data/ground.prj", R"(GEOGCS["WGS 84",DATUM["WGS_1984",SPHEROID["WGS 84",6378137,298.257223563]],)"
-                             R"(PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]])");
-    add(std::make_unique<ObjectTerrain>("data/ground.asc", ""));
+    addTerrain(0.0);
     begin();
     // Within a second from the right to the left: ahead of the jet when the missile comes.
     for (const double right : {100.0 / 3.0, -200.0 / 3.0}) {
@@ -131,7 +121,7 @@ TEST_F(MissileTest, BurstsOnATargetInItsGlideAndOnTheGround) {
 
 TEST_F(MissileTest, TwoFiredTogetherBurstOnceEach) {
     begin();
-    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    addObstacle("static", "[40, 1, 40]", ahead(100));
     for (int i = 0; i < 2; ++i) fireOne();
     for (int i = 0; i < 60; ++i) frame();
     EXPECT_EQ(bursts.size(), 2u);
@@ -182,7 +172,7 @@ TEST_F(MissileTest, AHandlerMayRetireMissilesWhileTheyAreRetired) {
 
 TEST_F(MissileTest, HandlersMayTakeMissilesAway) {
     begin();
-    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    addObstacle("static", "[40, 1, 40]", ahead(100));
     const auto clear = [&] {
         logic().reset();
         for (int i = 0; i < 9; ++i) logic().update_missle();
@@ -199,7 +189,7 @@ TEST_F(MissileTest, HandlersMayTakeMissilesAway) {
 
 TEST_F(MissileTest, ResetLeavesNothingInTheAir) {
     begin();
-    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(100));
+    addObstacle("static", "[40, 1, 40]", ahead(100));
     fireOne();
     for (int i = 0; i < 40; ++i) frame();
     fireOne();
@@ -263,7 +253,7 @@ TEST_F(MissileTest, WeaponsAreReadAhead) {
 
 TEST_F(MissileTest, ManyFiringsLeaveTheBooksLevel) {
     begin();
-    addObstacle(bodyText("static", "[40, 1, 40]"), ahead(500));
+    addObstacle("static", "[40, 1, 40]", ahead(500));
     const auto fly = [&](int firings) {
         for (int i = 0; i < firings; ++i) {
             fireOne();

@@ -5,6 +5,7 @@
 #include <engine/text/Log.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "support/FakeHost.h"
@@ -84,7 +85,10 @@ TEST_F(UdpKit, TakesWholeRecordsOfAnyDatagramAndDropsTheTail) {
         for (int i = 0; i < 2; ++i) ASSERT_TRUE(m_host.send(bytes));
         ASSERT_EQ(m_kit.receive(), size / 108 * 2) << size;
         EXPECT_EQ(m_kit.getPartialCount() - partial, size % 108 ? 2u : 0u) << size;
-        EXPECT_EQ(m_log.size(), size % 108 ? 1u : 0u) << size << ": named once a frame";
+        const auto named = std::count_if(m_log.begin(), m_log.end(), [](const jString& line) {
+            return line.find("end within a record") != jString::npos;
+        });
+        EXPECT_EQ(named, size % 108 ? 1 : 0) << size << ": once a frame";
         for (int i = 0; i < size / 108; ++i) {
             ASSERT_EQ(std::memcmp(&m_kit[i], bytes.data() + 108 * i, 108), 0) << size;
         }
@@ -101,20 +105,6 @@ TEST_F(UdpKit, TakesWholeRecordsOfAnyDatagramAndDropsTheTail) {
         EXPECT_EQ(m_kit.receive(), 37 * i);
     }
     for (int i = 0; i < 37; ++i) ASSERT_EQ(std::memcmp(&m_kit[37 + i], bytes.data() + 108 * i, 108), 0);
-}
-
-TEST_F(UdpKit, TenThousandDatagramsInOneFrameAreTakenOrCounted) {
-    open();
-    const NetStats& stats = SocketUDP::getStats();
-    for (int i = 0; i < 10000; ++i) ASSERT_TRUE(m_host.sendOrder(i));
-    const int taken = m_kit.receive();
-    EXPECT_GT(taken, 0);
-    for (int i = 1; i < taken; ++i) ASSERT_LT(m_kit[i - 1].nSimOrder, m_kit[i].nSimOrder);
-    ASSERT_TRUE(m_host.sendOrder(10000));  // a loss is heard of with the next datagram
-    m_kit.receive();
-    EXPECT_EQ(m_kit.last().nSimOrder, 10000);
-    EXPECT_EQ(stats.received + stats.dropped, 10001u);
-    EXPECT_EQ(static_cast<std::uint64_t>(m_kit.size()), stats.received);
 }
 
 TEST_F(UdpKit, AFailedInitIsLoggedAndLeavesNothing) {

@@ -3,15 +3,29 @@
 
 #include <gtest/gtest.h>
 
+#include <osg/Image>
+#include <osgDB/WriteFile>
+
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <memory>
 
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
+#include "engine/math/jMath.h"
 #include "engine/scene/World.h"
 #include "render/Picture.h"
 #include "support/Paths.h"
+
+/// Display values 0..1: red, green, blue.
+using Color = std::array<double, 3>;
+
+/// A ray through a pixel; `step` covers one metre along the view's axis.
+struct Ray {
+    dvec3 eye, step;
+};
 
 /// An engine over a runtime root, and a picture of its world once `open` was called. Frames are 1/60 s.
 class PictureScene {
@@ -42,6 +56,35 @@ public:
         camera.getRotation() = globe.fromWgsHPR(camera.getPosition(), wgs_hpr) * dquat(dvec3(1.0, 0.0, 0.0), 90.0);
         camera.apply();
     }
+    /// Geocentric position relative to a geodetic eye that looks north: metres to the right, ahead, up.
+    dvec3 placeAt(const dvec3& eye, const dvec3& offset) const {
+        const EllipsoidModel& globe = engine.getEllipsoid();
+        return globe.getWGSTransform(globe.toWorld(eye)) * offset;
+    }
+    /// Adds a node at such a position: level, its Y axis to the north.
+    template <class T>
+    T* addAt(T* node, const dvec3& eye, const dvec3& offset) {
+        world().addChild(node);
+        node->setWorldPosition(placeAt(eye, offset));
+        node->setWgsHPR({});
+        return node;
+    }
+    /// Through the middle of a pixel of a `small` picture.
+    Ray rayAt(int x, int y) {
+        const PictureSettings size = small();
+        const double slope = 2.0 * std::tan(size.fov * 0.5 * jMath::DEG2RAD) / size.height;
+        const dmat4& camera = engine.getCameraControl()->getNode()->getWorldTransform();
+        const dvec3 step((x + 0.5 - 0.5 * size.width) * slope, (0.5 * size.height - y - 0.5) * slope, -1.0);
+        return {camera.t, rotate(camera, step)};
+    }
+    /// Runs frames without drawing.
+    void run(int frames) {
+        for (int i = 0; i < frames; ++i) {
+            engine.beginFrame(1.0 / 60.0);
+            engine.step();
+            engine.endFrame();
+        }
+    }
     /// Runs frames and draws each.
     void draw(int frames = 1) {
         for (int i = 0; i < frames; ++i) {
@@ -64,21 +107,46 @@ private:
     }
 };
 
-/// Display values 0..1 of a pixel; x from the left, y from the top.
-inline std::array<double, 3> pixelAt(const Snapshot& shot, int x, int y) {
-    const unsigned char* const p =
-        &shot.rgb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x)) *
-                  3];
-    return {p[0] / 255.0, p[1] / 255.0, p[2] / 255.0};
+/// Mean of a rectangle of pixels; x from the left, y from the top.
+inline Color meanOf(const Snapshot& shot, int left, int top, int width, int height) {
+    Color sum{};
+    for (int y = top; y < top + height; ++y) {
+        for (int x = left; x < left + width; ++x) {
+            const unsigned char* const p = &shot.rgb[static_cast<std::size_t>(3 * (y * shot.width + x))];
+            for (std::size_t i = 0; i < 3; ++i) sum[i] += p[i];
+        }
+    }
+    for (double& value : sum) value /= 255.0 * width * height;
+    return sum;
+}
+inline Color pixelAt(const Snapshot& shot, int x, int y) {
+    return meanOf(shot, x, y, 1, 1);
 }
 
+inline double luminanceOf(const Color& color) {
+    return 0.2126 * color[0] + 0.7152 * color[1] + 0.0722 * color[2];
+}
 inline double luminanceAt(const Snapshot& shot, int x, int y) {
-    const auto [r, g, b] = pixelAt(shot, x, y);
-    return 0.2126 * r + 0.7152 * g + 0.0722 * b;
+    return luminanceOf(pixelAt(shot, x, y));
 }
 
 /// Metres along the view's axis; infinite where nothing was drawn but the sky.
 inline float distanceAt(const Snapshot& shot, int x, int y) {
-    return shot
-        .distance[static_cast<std::size_t>(y) * static_cast<std::size_t>(shot.width) + static_cast<std::size_t>(x)];
+    return shot.distance[static_cast<std::size_t>(y * shot.width + x)];
+}
+
+/// Red, green, blue and opacity of an image's quarters: upper left, upper right, lower left, lower right.
+using Quarters = std::array<std::array<unsigned char, 4>, 4>;
+
+/// Writes an image of 256 x 256 pixels in the format of the file's extension.
+inline void writeImage(const std::filesystem::path& file, const Quarters& quarters) {
+    constexpr int SIZE = 256;
+    const osg::ref_ptr<osg::Image> image = new osg::Image;
+    image->allocateImage(SIZE, SIZE, 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    for (int i = 0; i < SIZE * SIZE; ++i) {
+        const std::size_t quarter = (i / SIZE < SIZE / 2 ? 2 : 0) + (i % SIZE < SIZE / 2 ? 0 : 1);  // lowest row first
+        std::copy_n(quarters[quarter].begin(), 4, image->data() + 4 * i);
+    }
+    std::filesystem::create_directories(file.parent_path());
+    ASSERT_TRUE(osgDB::writeImageFile(*image, file)) << file;
 }

@@ -87,6 +87,11 @@ TEST_F(MirrorTest, TenThousandNodesLeaveNothingBehind) {
         EXPECT_EQ(mirror.getMeshes().getNumNodes(), 25);
         EXPECT_EQ(mirror.getMeshes().getNumModels(), 1);
         EXPECT_EQ(mirror.getMeshes().getNumMaterials(), 1 + 9);
+        run(3);
+        for (std::size_t i = 2; i < 100; i += 4) nodes[i]->setWorldPosition({500.0 * static_cast<double>(i), 0.0, 0.0});
+        mirror.update();
+        effects.update(FrameView(), world());
+        EXPECT_GT(count(*root), before + 100);
         for (Node* node : nodes) world().removeNode(node);
         if (round % 2 == 0) mirror.update();  // else new ones come before the old are forgotten
     }
@@ -123,37 +128,32 @@ TEST_F(MirrorTest, ASurfaceKeepsItsStateUntilItsMaterialIsAnother) {
     }
 }
 
-TEST_F(MirrorTest, OnlyWhatChangedIsWritten) {
+TEST_F(MirrorTest, ShadowsAreDrawnAnewWhereSomethingMoved) {
     const auto mesh = makeTriangle();
     std::vector<Node*> nodes;
     for (int i = 0; i < 10; ++i) nodes.push_back(world().addChild(new ObjectMeshStatic(mesh)));
-    mirror.update();
-    Casters& casters = mirror.getMeshes().getCasters();
     std::vector<Reach> disturbed;
     const auto countDisturbed = [&](const dmat4& frame = dmat4()) {
         mirror.update();
-        casters.takeDisturbed(frame, disturbed);
+        mirror.getMeshes().getCasters().takeDisturbed(frame, disturbed);
         return disturbed.size();
     };
     EXPECT_EQ(countDisturbed(), 10u);
     EXPECT_EQ(countDisturbed(), 0u);
-    nodes[3]->setPosition({1.0, 2.0, 3.0});
     nodes[3]->setPosition({1.0, 2.0, 4.0});
     nodes[7]->setEnabled(false);
     EXPECT_EQ(countDisturbed(), 3u) << "one where it was and where it is, one where it was";
-    for (int i = 1; i <= 30; ++i) {
+    for (int i = 1; i <= 20; ++i) {
         nodes[4]->setPosition({0.0011 * i, 0.0, 0.0});
         EXPECT_EQ(countDisturbed(), i % 10 == 0 ? 2u : 0u) << "small moves add up, step " << i;
     }
     // A frame moves on with all but one.
     dmat4 frame;
-    for (int i = 1; i <= 5; ++i) {
-        frame.t = {2.0 * i, 0.0, 0.0};
-        for (Node* const node : nodes) {
-            if (node != nodes[6]) node->setPosition(node->getPosition() + dvec3(2.0, 0.0, 0.0));
-        }
-        EXPECT_EQ(countDisturbed(frame), 2u);
+    frame.t = {2.0, 0.0, 0.0};
+    for (Node* const node : nodes) {
+        if (node != nodes[6]) node->setPosition(node->getPosition() + frame.t);
     }
+    EXPECT_EQ(countDisturbed(frame), 2u);
     EXPECT_NEAR(disturbed[0].middle.x - disturbed[1].middle.x, 2.0, 1e-9) << "in the frame it falls behind";
 }
 

@@ -3,32 +3,20 @@
 #include "engine/gui/UILayout.h"
 #include "engine/gui/UIRoot.h"
 #include "engine/gui/UIWidgets.h"
+#include "support/TestScene.h"
 
 namespace {
 
-/// Mean luminance over a rectangle of pixels.
-double meanOf(const Snapshot& shot, int left, int top, int width, int height) {
-    double sum = 0.0;
-    for (int y = top; y < top + height; ++y) {
-        for (int x = left; x < left + width; ++x) sum += luminanceAt(shot, x, y);
-    }
-    return sum / (width * height);
-}
-
-TEST(PanelPicture, IconsOfEitherFormatStandUpright) {
+TEST(PanelPicture, IconsOfEitherFormatAreUpright) {
     constexpr int SIZE = 64;
-    PictureScene scene;
+    const TestFolder folder;
+    PictureScene scene(folder.getPath().c_str());
     scene.open();
     auto* const bar = new UIHLayout;
-    bar->setBackgroundColor({0.0f, 0.0f, 0.0f, 1.0f});
-    const struct {
-        const char* image;
-        bool is_heavy_above;  ///< near the left edge
-    } icons[] = {{"data/core/editor/gui/run.dds", true},
-                 {"data/core/editor/gui/position.dds", true},
-                 {"data/core/editor/gui/thr.png", false}};
-    for (const auto& icon : icons) {
-        auto* const sprite = new UISprite(icon.image);
+    for (const char* const file : {"data/icon.png", "data/icon.dds"}) {
+        writeImage(folder.getPath() / file,
+                   {{{255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}}});
+        auto* const sprite = new UISprite(file);
         sprite->setSize(SIZE, SIZE);
         bar->addChild(sprite);
     }
@@ -37,17 +25,13 @@ TEST(PanelPicture, IconsOfEitherFormatStandUpright) {
     scene.engine.updateGui();
     scene.draw();
     const Snapshot shot = scene.capture();
-    for (int i = 0; i < 3; ++i) {
-        UIElement& sprite = *bar->getChild(i);
-        const double above = meanOf(shot, sprite.getX(), sprite.getY(), SIZE * 3 / 8, SIZE / 2);
-        const double below = meanOf(shot, sprite.getX(), sprite.getY() + SIZE / 2, SIZE * 3 / 8, SIZE / 2);
-        if (i == 0) {
-            EXPECT_NEAR(above, below, 0.01) << icons[i].image;
-            EXPECT_GT(above, 0.1);
-        } else {
-            EXPECT_EQ(above > below, icons[i].is_heavy_above) << icons[i].image;
-            EXPECT_GT(std::fabs(above - below), 0.03) << icons[i].image;
-        }
+    for (int i = 0; i < 2; ++i) {
+        const auto at = [&](int x, int y) {
+            return pixelAt(shot, bar->getChild(i)->getX() + x, bar->getChild(i)->getY() + y);
+        };
+        EXPECT_EQ(at(12, 12), (Color{1.0, 0.0, 0.0})) << i;
+        EXPECT_EQ(at(SIZE - 12, 12), (Color{0.0, 1.0, 0.0})) << i;
+        EXPECT_EQ(at(12, SIZE - 12), (Color{0.0, 0.0, 1.0})) << i;
     }
 }
 

@@ -1,4 +1,4 @@
-// The sky: where its bodies stand, what light they give through air, haze and clouds, and what is drawn of it.
+// The sky: the places of its bodies, what light they give through air, haze and clouds, and what is drawn of it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +9,7 @@
 #include "engine/math/jMath.h"
 #include "sky/Rgb.h"
 #include "sky/SkyLayer.h"
+#include "sky/StarCatalogue.h"
 
 namespace {
 
@@ -93,23 +94,6 @@ TEST(Astronomy, SunAtNoon) {
     }
 }
 
-TEST(Astronomy, SunRisesWhereItShould) {
-    // cos(azimuth) = sin(declination) / cos(latitude).
-    const struct {
-        int month, day;
-        double latitude, azimuth;
-    } cases[] = {{6, 21, 52.0, 49.7}, {6, 21, 16.82, 65.4}, {3, 20, 40.0, 90.0}, {12, 21, 52.0, 130.2}};
-    for (const auto& c : cases) {
-        double low = 2.0, high = 10.0;
-        while (high - low > 1e-4) {
-            const double middle = 0.5 * (low + high);
-            (heavensAt(c.month, c.day, middle, c.latitude).sun.z < 0.0 ? low : high) = middle;
-        }
-        const dvec3 sun = heavensAt(c.month, c.day, low, c.latitude).sun;
-        EXPECT_NEAR(std::atan2(sun.x, sun.y) * jMath::RAD2DEG, c.azimuth, 0.4) << c.latitude;
-    }
-}
-
 TEST(Astronomy, AgreesWithPublishedPlaces) {
     // Meeus, Astronomical Algorithms, examples 12.a, 25.a and 47.a.
     EXPECT_EQ(julianDay(1987, 4, 10), 2446895.5);
@@ -145,19 +129,10 @@ TEST(Astronomy, MoonPhases) {
 }
 
 TEST(SkyModel, ClearDay) {
-    const Sky noon(80.0);
-    EXPECT_GT(noon.total(), 90.0);
-    EXPECT_LT(noon.total(), 130.0);
+    const Sky noon(80.0), high(80.0, 20000.0, 0.0f, 10000.0f);
+    EXPECT_NEAR(noon.total(), 110.0, 20.0);
     EXPECT_GT(blueness(noon.at(180.0, 0.9)), 1.3f * blueness(noon.at(180.0, 0.01)));
     EXPECT_GT(luminance(noon.at(180.0, 0.01)), luminance(noon.at(180.0, 0.9))) << "the horizon is brighter";
-    EXPECT_NEAR(static_cast<double>(luminance(noon.light.ambient_below)) / noon.total(), 0.07, 0.03)
-        << "the sea's share";
-    // A white surface in the sun is near the top of the display's range, and does not reach it by far.
-    const double white = noon.total() * 0.8 / jMath::PI * static_cast<double>(exposureFor(noon.picture.adaptation));
-    EXPECT_GT(white, 1.0);
-    EXPECT_LT(white, 4.0);
-
-    const Sky high(80.0, 20000.0, 0.0f, 10000.0f);
     EXPECT_LT(luminance(high.at(180.0, 0.9)), 0.5f * luminance(noon.at(180.0, 0.9)));
     EXPECT_GT(luminance(high.light.light_color), luminance(noon.light.light_color));
 }
@@ -165,14 +140,10 @@ TEST(SkyModel, ClearDay) {
 TEST(SkyModel, EveningReddensAndFades) {
     const Sky low(2.0);
     EXPECT_GT(low.light.light_color.x, 3.0f * low.light.light_color.z);
-    EXPECT_LT(blueness(low.at(0.0, 0.05)), 0.75f);
     EXPECT_GT(blueness(low.at(180.0, 0.9)), 1.5f * blueness(low.at(0.0, 0.05)));
     EXPECT_GT(luminance(low.at(0.0, 0.05)), 2.0f * luminance(low.at(180.0, 0.05)));
-
-    const Sky dusk(-5.0);
-    const vec3 zenith = dusk.at(90.0, 0.99);
-    EXPECT_GT(zenith.z, 1.3f * zenith.y);
-    EXPECT_GT(zenith.y, zenith.x) << "ozone keeps the zenith blue, not purple";
+    const vec3 zenith = Sky(-5.0).at(90.0, 0.99);
+    EXPECT_TRUE(zenith.z > 1.3f * zenith.y && zenith.y > zenith.x) << "ozone keeps it blue, not purple";
 
     double brighter = Sky(6.0).total(), shown = 1e9;
     for (double elevation = 5.0; elevation > -16.5; elevation -= 1.0) {
@@ -188,50 +159,23 @@ TEST(SkyModel, EveningReddensAndFades) {
 
 TEST(SkyModel, NightsByMoonAndWithout) {
     const Sky moonlit(-40.0, 20000.0, 0.0f, 20.0f, 45.0), dark(-40.0);
-    EXPECT_GT(moonlit.total(), 5e-5);
-    EXPECT_LT(moonlit.total(), 1e-3);
+    EXPECT_NEAR(std::log10(moonlit.total()), -3.6, 0.6);
     EXPECT_EQ(moonlit.picture.body, LightBody::MOON);
     EXPECT_LT(moonlit.light.light_direction.y, 0.0f);
-    EXPECT_GT(blueness(moonlit.light.light_color), 1.5f);
     EXPECT_LT(dark.total(), 0.02 * moonlit.total());
     EXPECT_GT(dark.total(), 1e-7);
     EXPECT_EQ(dark.picture.body, LightBody::NONE);
-    EXPECT_EQ(moonlit.light.night, 1.0f);
-    EXPECT_EQ(Sky(10.0).light.night, 0.0f);
-}
-
-// What throughAir() makes of a black object at the visibility's distance, before the sky just above the horizon.
-TEST(SkyModel, VisibilityIsTheContrastLaw) {
-    for (const double sun : {60.0, 15.0, 3.0, -4.0}) {
-        for (const double visibility : {300.0, 1000.0, 5000.0, 20000.0}) {
-            const Sky sky(sun, visibility);
-            for (const double round : {0.0, 60.0, 170.0}) {
-                const float object = luminance(sky.at(round, 0.02)) * (1.0f - std::exp(-3.912f));
-                const float horizon = luminance(sky.at(round, 0.0005));
-                const float contrast = (horizon - object) / horizon;
-                EXPECT_GT(contrast, 0.019f) << sun << ' ' << visibility << ' ' << round;
-                EXPECT_LT(contrast, 0.05f) << sun << ' ' << visibility << ' ' << round;
-            }
-        }
-    }
 }
 
 TEST(SkyModel, OvercastAndFogAreGrayAndBright) {
-    const Sky clear(50.0), overcast(50.0, 20000.0, 1.0f), fog(50.0, 300.0);
-    EXPECT_NEAR(overcast.total() / clear.total(), 0.4, 0.08);
+    const Sky clear(50.0), overcast(50.0, 20000.0, 1.0f), fog(50.0, 300.0), above(50.0, 20000.0, 1.0f, 4000.0f);
     for (const Sky* const sky : {&overcast, &fog}) {
         EXPECT_LT(luminance(sky->light.light_color), 0.03f * luminance(clear.light.light_color));
-        EXPECT_NEAR(blueness(sky->light.ambient_above), 1.0f, 0.25f);
         EXPECT_NEAR(blueness(sky->at(90.0, 0.5)), 1.0f, 0.25f);
         EXPECT_GT(sky->total(), 8.0) << "daylight all the same";
     }
     EXPECT_GT(luminance(overcast.at(90.0, 0.95)), 1.5f * luminance(overcast.at(90.0, 0.05)));
-    EXPECT_GT(luminance(fog.at(90.0, 0.9)), 0.5f * luminance(fog.at(90.0, 0.02)));
-    const Sky haze(50.0, 1500.0);
-    EXPECT_GT(luminance(haze.at(0.0, 0.5)), 1.1f * luminance(haze.at(180.0, 0.5))) << "brighter toward the sun";
-    // Above the clouds the sun shines.
-    const Sky above(50.0, 20000.0, 1.0f, 4000.0f);
-    EXPECT_GT(luminance(above.light.light_color), 0.9f * luminance(clear.light.light_color));
+    EXPECT_GT(luminance(above.light.light_color), 0.9f * luminance(clear.light.light_color)) << "above the clouds";
 }
 
 TEST(SkyModel, NoSeamAtTheHorizon) {
@@ -249,18 +193,17 @@ TEST(SkyModel, NoSeamAtTheHorizon) {
     }
 }
 
-TEST(SkyModel, StaysSoundAtTheEdges) {
+TEST(SkyModel, StaysFiniteAtTheEdges) {
     for (const double sun : {90.0, 0.0, -90.0}) {
         for (const double visibility : {1.0, 1e6}) {
-            for (const float height : {0.0f, 3e4f, 4e5f}) {
-                for (const float cloudiness : {0.0f, 0.7f, 7.0f}) {
+            for (const float height : {0.0f, 4e5f}) {
+                for (const float cloudiness : {0.0f, 7.0f}) {
                     const Sky sky(sun, visibility, cloudiness, height, 90.0);
-                    bool sound = true;
+                    bool sound = std::isfinite(sky.total()) && sky.picture.adaptation >= 0.0f;
                     for (const vec4& t : sky.picture.table) {
                         for (const float v : {t.x, t.y, t.z, t.w}) sound &= std::isfinite(v) && v >= 0.0f && v < 1e4f;
                     }
                     EXPECT_TRUE(sound) << sun << ' ' << visibility << ' ' << height << ' ' << cloudiness;
-                    EXPECT_TRUE(std::isfinite(sky.total()) && sky.picture.adaptation >= 0.0f) << sun << ' ' << height;
                 }
             }
         }
@@ -308,39 +251,69 @@ TEST(SkyLayer, LightMovesEveryFrame) {
     }
 }
 
-TEST(SkyPicture, SunAndStarsStandInTheirPlaces) {
+TEST(SkyPicture, SunMoonAndStarsAreAtTheirPlaces) {
     PictureScene scene;
-    scene.open();
-    scene.picture->setVisibility(40000.0);
     Environment& environment = scene.world().getEnvironment();
     environment.cloudiness = 0.0f;
-    environment.time_of_day = 16.0f;
-    const dvec3 place(LONGITUDE, 16.82, 30.0);
-    const Heavens heavens = heavensAt(6, 21, 16.0, place.y);
-    const double heading = std::atan2(heavens.sun.x, heavens.sun.y) * jMath::RAD2DEG;
-    scene.look(place, {heading, std::asin(heavens.sun.z) * jMath::RAD2DEG, 0.0});
-    scene.draw();
-    const Snapshot day = scene.capture();
-    EXPECT_GT(luminanceAt(day, 160, 90), 0.97);
-    EXPECT_LT(luminanceAt(day, 300, 20), 0.9);
-
-    // Without a moon: points of light in a dark sky, none through fog.
-    environment.month = 6, environment.day = 6, environment.time_of_day = 0.0f;
-    const auto countStars = [&](double visibility) {
+    // How far from the middle, in degrees, the brightest spot within 2.5 degrees is; infinite without one.
+    const auto offsetOfSpot = [&](double visibility) {
         scene.picture->setVisibility(visibility);
-        scene.look(place, {180.0, 50.0, 0.0});
-        scene.draw(200);
-        const Snapshot night = scene.capture();
-        EXPECT_LT(luminanceAt(night, 2, 2), 0.35);
-        int stars = 0;
-        for (int y = 1; y < night.height - 1; ++y) {
-            for (int x = 2; x < night.width - 2; ++x) {
-                stars += luminanceAt(night, x, y) >
-                         0.1 + 0.5 * (luminanceAt(night, x - 2, y) + luminanceAt(night, x + 2, y));
+        scene.draw(2);
+        const Snapshot shot = scene.capture();
+        double brightest = 0.0, weight = 0.0;
+        dvec3 sum;
+        for (const bool is_sought : {false, true}) {
+            for (int i = 0; i < 20 * 20; ++i) {
+                const double value = luminanceAt(shot, 150 + i % 20, 80 + i / 20);
+                brightest = std::max(brightest, value);
+                if (!is_sought || value < 0.9 * brightest) continue;
+                weight += 1.0;
+                sum += dvec3(i % 20 - 9.5, i / 20 - 9.5, 0.0);
             }
         }
-        return stars;
+        const bool is_spot = brightest > 0.1 + luminanceAt(shot, 120, 90);
+        return is_spot ? length(sum) / weight * 0.25 : std::numeric_limits<double>::infinity();
     };
-    EXPECT_GT(countStars(40000.0), 20);
-    EXPECT_EQ(countStars(300.0), 0);
+    const std::vector<Star> stars = makeStars();
+    const dvec3 eye(LONGITUDE, -30.0, 30.0);
+    const struct {
+        const char* body;
+        int month, day;
+        float hour;
+        const Star* star = nullptr;
+    } cases[] = {{"sun", 6, 21, 14.0f},
+                 {"moon", 6, 22, 0.0f},
+                 {"first star", 2, 10, 0.5f, &stars[0]},  // of a night without a moon
+                 {"second star", 2, 10, 0.5f, &stars[1]},
+                 {"third star", 2, 10, 0.5f, &stars[2]}};
+    for (const auto& c : cases) {
+        environment.month = c.month, environment.day = c.day, environment.time_of_day = c.hour;
+        const Heavens heavens = heavensAt(c.month, c.day, static_cast<double>(c.hour), eye.y);
+        const dvec3 wanted = c.star ? heavens.stars * c.star->direction : c.hour > 12.0f ? heavens.sun : heavens.moon;
+        scene.open();  // adapted from the first frame on
+        scene.look(eye, {std::atan2(wanted.x, wanted.y) * jMath::RAD2DEG, std::asin(wanted.z) * jMath::RAD2DEG, 20.0});
+        EXPECT_LT(offsetOfSpot(40000.0), 1.0) << c.body;
+    }
+    EXPECT_GT(offsetOfSpot(300.0), 1.0) << "no star through fog";
+}
+
+TEST(SkyPicture, CloudsCoverTheirShareOfTheSky) {
+    PictureScene scene;
+    scene.open();
+    scene.look({LONGITUDE, 16.82, 30.0}, {180.0, 35.0, 0.0});
+    const auto cover = [&](float cloudiness) {
+        scene.world().getEnvironment().cloudiness = cloudiness;
+        scene.draw(2);
+        const Snapshot shot = scene.capture();
+        int gray = 0;
+        for (int i = 0; i < shot.width * shot.height; ++i) {
+            const Color pixel = pixelAt(shot, i % shot.width, i / shot.width);
+            gray += pixel[0] > 0.9 * pixel[2];
+        }
+        return static_cast<double>(gray) / (shot.width * shot.height);
+    };
+    EXPECT_EQ(cover(0.0f), 0.0);
+    const double few = cover(0.2f);
+    EXPECT_NEAR(few, 0.3, 0.2);
+    EXPECT_GT(cover(0.6f), few + 0.2);
 }

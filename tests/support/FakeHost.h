@@ -36,7 +36,7 @@ private:
     int m_port = 0;
 };
 
-/// Sends records to a viewer, collects its feedback, and hears the notices of the multicast group on the loopback
+/// Sends records to a viewer, collects its feedback, and receives the notices of the multicast group on the loopback
 /// interface. Every port is a free one unless given, so tests run beside each other. The group's port is fixed: hosts
 /// share it and each receives every notice, those of other tests' viewers too.
 class FakeHost {

@@ -13,7 +13,7 @@ inline constexpr int RECORD_SIZE = 108;   ///< host to viewer
 inline constexpr int FEEDBACK_SIZE = 60;  ///< viewer to host
 inline constexpr int NOTICE_SIZE = 72;    ///< viewer to the multicast group
 
-/// Writes a value at a byte offset. REQUIRES that it lies inside.
+/// Writes a value at a byte offset. REQUIRES that it is inside.
 template <class T>
 void put(Bytes& bytes, int offset, T value) {
     std::memcpy(bytes.data() + offset, &value, sizeof value);

@@ -13,7 +13,7 @@
 #include "engine/scene/Object.h"
 #include "engine/scene/World.h"
 
-/// A fresh folder that goes with this object.
+/// A fresh folder, removed with this object.
 class TestFolder {
 public:
     TestFolder();

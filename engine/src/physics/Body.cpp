@@ -1,4 +1,4 @@
-// Bodies as the scene's behaviour sees them. Forces gather here between steps.
+// Implementation of the contract's bodies. Forces accumulate between steps.
 #include "engine/physics/Body.h"
 
 #include "engine/scene/Object.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Sets that change less than this are the caller's rounding: a frozen body stays so.
+// Smaller changes are the caller's rounding and do not wake a sleeping body.
 constexpr double SAME_PLACE = 1e-4;     // metres, and radians
 constexpr double SAME_VELOCITY = 1e-3;  // m/s, and radians/s
 
@@ -17,13 +17,13 @@ bool isFinite(const vec3& v) {
     return isFinite(dvec3(v));
 }
 
-bool isDynamic(const BodyState& s) {
+bool isOfDynamicKind(const BodyState& s) {
     return s.settings.kind == BodySettings::DYNAMIC;
 }
 
-/// Whether the body takes forces now; refuses numbers that are none.
+/// Whether the body is affected by forces at present; values that are not finite are refused with one log line.
 bool takes(const BodyState& s, const char* what, bool finite) {
-    if (finite) return isDynamic(s) && s.settings.enabled && !s.nested;
+    if (finite) return isOfDynamicKind(s) && s.settings.enabled && !s.nested;
     jLog::warning("%s: a %s with a NaN or an infinity is refused", s.object->getName().c_str(), what);
     return false;
 }
@@ -43,7 +43,7 @@ bool isSamePlace(const btTransform& a, const btTransform& b) {
     return (a.getOrigin() - b.getOrigin()).length() < SAME_PLACE && turn < 2.0 * SAME_PLACE * SAME_PLACE;
 }
 
-/// The rate as it counts: NaN and negative ones as 0.
+/// The rate, or 0 for NaN and negative values.
 float toRate(float rate) {
     return rate > 0.0f ? rate : 0.0f;
 }
@@ -101,9 +101,9 @@ void Body::setTransform(const dmat4& world) {
 
 void Body::setPreserveTransform(const dmat4& world) {
     BodyState& s = *m_state;
-    if (isDynamic(s) && isFinite(world)) {
+    if (isOfDynamicKind(s) && isFinite(world)) {
         const bool same = isSamePlace(toBullet(world), toBullet(getTransform()));
-        if (same && s.isFrozen()) return;
+        if (same && s.isSleeping()) return;
         if (!same) s.still_time = 0.0;
         if (s.physics) s.physics->wake(s);
     }
@@ -142,7 +142,7 @@ void BodyRigid::setLinearVelocity(const vec3& velocity) {
     BodyState& s = *m_state;
     if (!takes(s, "velocity", isFinite(velocity))) return;
     const btVector3 now = s.rigid->getLinearVelocity();
-    if (s.isFrozen() && (toBullet(velocity) - now).length() < SAME_VELOCITY) return;
+    if (s.isSleeping() && (toBullet(velocity) - now).length() < SAME_VELOCITY) return;
     if (s.physics) s.physics->wake(s);
     s.rigid->setLinearVelocity(toBullet(velocity));
 }
@@ -151,7 +151,7 @@ void BodyRigid::setAngularVelocity(const vec3& velocity) {
     BodyState& s = *m_state;
     if (!takes(s, "angular velocity", isFinite(velocity))) return;
     const btVector3 now = s.rigid->getAngularVelocity();
-    if (s.isFrozen() && (toBullet(velocity) - now).length() < SAME_VELOCITY) return;
+    if (s.isSleeping() && (toBullet(velocity) - now).length() < SAME_VELOCITY) return;
     if (s.physics) s.physics->wake(s);
     s.rigid->setAngularVelocity(toBullet(velocity));
 }
@@ -193,13 +193,13 @@ void BodyRigid::setAngularDamping(float rate) {
     m_state->settings.angular_damping = toRate(rate);
 }
 
-void BodyRigid::setFreezable(bool freezable) {
-    m_state->freezable = freezable;
-    if (!freezable && m_state->physics) m_state->physics->wake(*m_state);
+void BodyRigid::setFreezable(bool can_sleep) {
+    m_state->can_sleep = can_sleep;
+    if (!can_sleep && m_state->physics) m_state->physics->wake(*m_state);
 }
 
 bool BodyRigid::isFrozen() const {
-    return m_state->isFrozen();
+    return m_state->isSleeping();
 }
 
 void BodyRigid::setMask(int mask) {

@@ -1,4 +1,4 @@
-// Shapes, cores and mass properties of bodies; made once, when a body is.
+// Shapes, cores and mass properties of bodies; computed once for each body.
 #include "physics/BodyShapes.h"
 
 #include "engine/text/Log.h"
@@ -6,12 +6,12 @@
 
 namespace {
 
-constexpr double SMALLEST = 1e-4;   // metres, of a shape's size
+constexpr double MIN_SIZE = 1e-4;   // metres, of a shape's size
 constexpr double CORE_INSET = 0.5;  // share of the smallest half extent
 constexpr double SKEW = 1e-9;       // products of inertia below this share of the moments count as none
 
 bool isSize(double v) {
-    return std::isfinite(v) && v >= SMALLEST;
+    return std::isfinite(v) && v >= MIN_SIZE;
 }
 
 bool isUsable(const Shape& shape) {
@@ -53,7 +53,7 @@ double capsuleHalf(const Shape& s) {
     return std::fmax(0.0, halfOf(s.size.z) - halfOf(s.size.x));
 }
 
-double smallestHalf(const Shape& s) {
+double minHalf(const Shape& s) {
     if (s.type == Shape::BOX) return halfOf(std::fmin(s.size.x, std::fmin(s.size.y, s.size.z)));
     if (s.type == Shape::CYLINDER) return halfOf(std::fmin(s.size.x, s.size.z));
     return halfOf(s.size.x);
@@ -141,7 +141,7 @@ BodyShapes::BodyShapes(const BodySettings& settings) : compound(std::make_unique
     }
     const btTransform to_center = frame.inverse();
     for (const Shape& shape : settings.shapes) {
-        const double shrink = CORE_INSET * smallestHalf(shape);
+        const double shrink = CORE_INSET * minHalf(shape);
         inset = children.empty() ? shrink : std::fmin(inset, shrink);
         children.push_back(makeConvex(shape, 0.0));
         cores.push_back(makeConvex(shape, shrink));

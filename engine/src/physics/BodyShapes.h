@@ -1,4 +1,4 @@
-// A body's shapes in Bullet's terms, and its mass properties.
+// A body's shapes as Bullet shapes, and its mass properties.
 #pragma once
 
 #include <btBulletCollisionCommon.h>
@@ -9,7 +9,7 @@
 #include "engine/math/Transform.h"
 #include "engine/physics/Body.h"
 
-/// Whether a body can be made of these settings; says why not in one log line that names `owner`.
+/// Whether a body can be made with these settings. If not, one log line names `owner` and the reason.
 bool isUsable(const BodySettings& settings, const jString& owner);
 
 /// The shapes as children of one compound whose origin is the centre of mass and whose axes are the principal ones.
@@ -19,9 +19,9 @@ struct BodyShapes {
 
     std::unique_ptr<btCompoundShape> compound;
     std::vector<std::unique_ptr<btConvexShape>> children;
-    /// The children shrunk from all sides: what must not pass through anything even when the rest may dip in.
+    /// The children shrunk from all sides: swept, so that they pass through nothing.
     std::vector<std::unique_ptr<btConvexShape>> cores;
-    double inset = 0.0;          ///< how far the thinnest child was shrunk, metres
+    double inset = 0.0;          ///< distance by which the thinnest child was shrunk, metres
     btTransform frame;           ///< centre of mass and principal axes in the object's frame
     btVector3 inertia{0, 0, 0};  ///< principal moments, kg m^2
 };

@@ -1,4 +1,4 @@
-// Ways and modes of what stands in Bullet.
+// Motion and modes of collision objects.
 #include "physics/Collidable.h"
 
 #include <LinearMath/btTransformUtil.h>
@@ -9,10 +9,10 @@
 
 namespace {
 
-constexpr double FASTEST = 1000.0;  // m/s: what its node moves faster is a teleport
-constexpr double PUSH = 0.02;       // m/s^2 and radians/s^2: less does not wake
+constexpr double MAX_SPEED = 1000.0;  // m/s: a faster move of a node is a teleport
+constexpr double PUSH = 0.02;         // m/s^2 and radians/s^2: smaller loads do not wake a body
 
-// A body's own value decides against colliders: friction combines to the smaller, restitution to the product.
+// Against colliders the body's own value counts: friction is the smaller of two, restitution the product.
 constexpr double COLLIDER_FRICTION = 1e6;
 constexpr double COLLIDER_RESTITUTION = 1.0;
 
@@ -42,17 +42,17 @@ BodyState* Collidable::asBody() {
     return type == BODY ? static_cast<BodyState*>(this) : nullptr;
 }
 
-void Collidable::stand(const btTransform& pose) {
+void Collidable::setPose(const btTransform& pose) {
     from = to = pose;
     rigid->setCenterOfMassTransform(pose);
     rigid->setLinearVelocity(btVector3(0, 0, 0));
     rigid->setAngularVelocity(btVector3(0, 0, 0));
 }
 
-void Collidable::go(const btTransform& pose, double dt) {
+void Collidable::moveKinematic(const btTransform& pose, double dt) {
     const btTransform last = rigid->getWorldTransform();
-    if (!(dt > 0.0) || (pose.getOrigin() - last.getOrigin()).length() > FASTEST * dt) {
-        stand(pose);
+    if (!(dt > 0.0) || (pose.getOrigin() - last.getOrigin()).length() > MAX_SPEED * dt) {
+        setPose(pose);
         return;
     }
     from = last;
@@ -77,13 +77,13 @@ TerrainPatch::TerrainPatch(ObjectTerrain* terrain, const BodyState* owner, const
     : Collidable(TERRAIN, terrain), body(owner), shape(*terrain, origin) {
     rigid = makeRigid(*this, &shape);
     rigid->setCollisionFlags(SURFACE);
-    stand(btTransform(btMatrix3x3::getIdentity(), origin));
+    setPose(btTransform(btMatrix3x3::getIdentity(), origin));
 }
 
 void TerrainPatch::follow(const btVector3& place) {
     if ((place - shape.getOrigin()).length2() < FAR_FROM_ORIGIN * FAR_FROM_ORIGIN) return;
     shape.setOrigin(place);
-    stand(btTransform(btMatrix3x3::getIdentity(), place));
+    setPose(btTransform(btMatrix3x3::getIdentity(), place));
 }
 
 BodyState::BodyState(Object* node, const BodySettings& made_from)
@@ -93,7 +93,7 @@ BodyState::BodyState(Object* node, const BodySettings& made_from)
     rigid = makeRigid(*this, shapes.compound.get());
     rigid->setFriction(settings.friction);
     rigid->setRestitution(settings.restitution);
-    stand(toPose(node->getWorldTransform()));
+    setPose(toPose(node->getWorldTransform()));
 }
 
 btTransform BodyState::toPose(const dmat4& place) {
@@ -106,7 +106,7 @@ dmat4 BodyState::toWorld(const btTransform& pose) const {
 void BodyState::setMode(Mode next) {
     mode = next;
     still_time = 0.0;
-    const bool free = mode == Mode::SIMULATE;
+    const bool free = mode == Mode::DYNAMIC;
     rigid->setMassProps(free ? static_cast<double>(settings.mass) : 0.0, free ? shapes.inertia : btVector3(0, 0, 0));
     rigid->setCollisionFlags(free ? 0 : btCollisionObject::CF_KINEMATIC_OBJECT);
     rigid->updateInertiaTensor();

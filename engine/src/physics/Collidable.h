@@ -1,4 +1,4 @@
-// What can stand in the Bullet world: bodies, mesh colliders, patches of terrain. All of it geocentric.
+// What can be in the Bullet world: bodies, mesh colliders, patches of terrain. Positions are geocentric.
 #pragma once
 
 #include <btBulletDynamicsCommon.h>
@@ -18,8 +18,8 @@ class PhysicsWorld;
 struct BodyState;
 struct btDbvtNode;
 
-/// One collision object with its way over the frame. Bodies and mesh colliders belong to their objects, patches to the
-/// body they surround.
+/// One collision object and its motion over the frame. Bodies and mesh colliders are owned by their objects, patches by
+/// the body that they surround.
 struct Collidable {
     enum Type { BODY, MESH, TERRAIN };
 
@@ -29,10 +29,11 @@ struct Collidable {
     Collidable& operator=(const Collidable&) = delete;
 
     BodyState* asBody();
-    /// Stands still at a pose, with no velocity.
-    void stand(const btTransform& pose);
-    /// Goes from `from` to a pose within dt seconds; standing there when dt is 0 or the speed is not to be believed.
-    void go(const btTransform& pose, double dt);
+    /// Teleports to a pose: no motion in this frame, no velocity.
+    void setPose(const btTransform& pose);
+    /// Sets a kinematic target: moves from the present pose to `pose` within dt seconds. Teleports when dt is 0 or the
+    /// speed is implausible.
+    void moveKinematic(const btTransform& pose, double dt);
     /// Velocity of the matter at a geocentric point, m/s.
     btVector3 getVelocityAt(const btVector3& point) const;
 
@@ -43,15 +44,15 @@ struct Collidable {
     int mask = -1;
     int excluded = -1;                   ///< id of the node whose subtree it does not meet
     std::unique_ptr<btRigidBody> rigid;  ///< its pose is that of the centre of mass
-    btTransform from, to;                ///< this frame's way; equal when it stands
-    bool moving = false;                 ///< listed as having a way or a velocity of its own
-    bool marked = false;                 ///< listed: its node moved since the last step
-    bool by_physics = false;             ///< that move came from a body above, or keeps velocities
-    bool inserted = false;               ///< stands in the Bullet world
-    unsigned needed = 0;                 ///< the last frame in which an active body was near
+    btTransform from, to;                ///< motion of this frame; equal without one
+    bool moving = false;                 ///< in the list of kinematic targets
+    bool node_moved = false;             ///< in the list of node moves of the next step
+    bool by_physics = false;             ///< that move is due to a body above, or keeps velocities
+    bool inserted = false;               ///< is in the Bullet world
+    unsigned last_needed = 0;            ///< last frame in which an active body was near
 };
 
-/// A mesh's triangles, following the node.
+/// A mesh's triangles, at the pose of its node.
 struct MeshCollider final : Collidable {
     MeshCollider(Object* node, std::shared_ptr<MeshShape> mesh);
 
@@ -59,45 +60,46 @@ struct MeshCollider final : Collidable {
     btScaledBvhTriangleMeshShape scaled;
 };
 
-/// The terrain round one body, for that body alone.
+/// The terrain around one body; collides with that body only.
 struct TerrainPatch final : Collidable {
     TerrainPatch(ObjectTerrain* terrain, const BodyState* body, const btVector3& origin);
-    /// Keeps the origin near a body that moves on: Bullet finds no contacts with triangles far from their origin.
+    /// Keeps the origin near the moving body: Bullet finds no contacts with triangles far from their origin.
     void follow(const btVector3& place);
 
     const BodyState* const body;
     TerrainShape shape;
 };
 
-/// What a frozen body stands on, and where it stands in that object's frame.
+/// An object that a sleeping body is attached to.
 struct Support {
     Object* object;
-    dmat4 place;
-    dmat4 last;  ///< that object's frame when the body was last placed
+    dmat4 place;  ///< the body's transform in that object's frame
+    dmat4 last;   ///< that object's frame when the body was last moved with it
 };
 
 /// One of a body's shapes touching something.
 struct Touch {
     int shape;
     int other;        ///< id of the other object
-    bool passing;     ///< met on the way, left again before the frame's end
-    double fraction;  ///< of the frame's way when it was met
+    bool passing;     ///< found by a sweep; over before the frame's end
+    double fraction;  ///< of the frame's motion at the first contact
 };
 
 /// How a body takes part in a frame.
 enum class Mode {
-    OUT,       ///< disabled, or in no world
-    FOLLOW,    ///< goes where its node went
-    SIMULATE,  ///< moves by forces
-    FROZEN     ///< at rest, riding on its supports
+    DISABLED,   ///< disabled, or in no world
+    KINEMATIC,  ///< kinematic: follows its node
+    DYNAMIC,    ///< moved by forces
+    SLEEPING    ///< at rest, attached to its supports
 };
 
-/// Everything of a body that its contract hides.
+/// The state behind the contract's Body.
 struct BodyState final : Collidable {
     BodyState(Object* node, const BodySettings& made_from);
 
-    bool isResident() const { return settings.kind == BodySettings::DYNAMIC && !nested; }
-    bool isFrozen() const { return mode == Mode::FROZEN; }
+    /// Dynamic, and not moved by a body above its object.
+    bool isDynamic() const { return settings.kind == BodySettings::DYNAMIC && !nested; }
+    bool isSleeping() const { return mode == Mode::SLEEPING; }
     /// The pose of the centre of mass for a world transform of the object.
     btTransform toPose(const dmat4& place);
     /// The object's world transform for a pose.
@@ -106,7 +108,7 @@ struct BodyState final : Collidable {
     void setMode(Mode next);
     void setVelocity(const btVector3& linear, const btVector3& angular);
     void forgetForces();
-    /// Whether the forces of this frame would move it at all.
+    /// Whether the forces of this frame are large enough to wake it.
     bool isPushed() const;
 
     BodySettings settings;
@@ -114,21 +116,21 @@ struct BodyState final : Collidable {
     PhysicsWorld* physics = nullptr;  ///< null outside a world
     BodyShapes shapes;
     dvec3 scale{1.0, 1.0, 1.0};  ///< of the node, kept when its pose is written
-    Mode mode = Mode::OUT;
+    Mode mode = Mode::DISABLED;
     bool nested = false;  ///< below an object with a body that moves
-    bool freezable = true;
+    bool can_sleep = true;
     btVector3 force{0, 0, 0};         ///< N, at the centre of mass, world axes
     btVector3 torque{0, 0, 0};        ///< N m
-    bool jumped = false;              ///< its node was moved: what lies between is swept
-    double sunk = 0.0;                ///< metres that it was into the ground when last looked at
-    double part = 0.0;                ///< seconds of the part of the frame that it moves over
-    double still_time = 0.0;          ///< seconds at rest on something
-    std::vector<Support> supports;    ///< the first carries; filled while frozen
-    std::vector<Collidable*> ground;  ///< what it stands on in this frame
+    bool teleported = false;          ///< teleported by its node: the path between is swept
+    double penetration = 0.0;         ///< of the deepest contact with its ground in the last substep, metres
+    double substep = 0.0;             ///< of the substep, seconds
+    double still_time = 0.0;          ///< seconds at rest on its ground
+    std::vector<Support> supports;    ///< the body moves with the first; filled while sleeping
+    std::vector<Collidable*> ground;  ///< what supports it in this frame
     std::vector<std::unique_ptr<TerrainPatch>> patches;
     BodyContactCallbackBase* callback = nullptr;
     std::vector<Touch> touches, last_touches;
-    dvec3 contact_position;      ///< geocentric, of the object's origin, in the frame below
-    unsigned contact_frame = 0;  ///< the last in which a contact was told of
+    dvec3 contact_position;      ///< geocentric, of the object's origin, in contact_frame
+    unsigned contact_frame = 0;  ///< last frame in which a contact was reported
     btDbvtNode* leaf = nullptr;
 };

@@ -5,7 +5,7 @@
 
 #include "engine/math/Transform.h"
 
-static_assert(sizeof(btScalar) == 8, "geocentric coordinates need Bullet in double precision");
+static_assert(sizeof(btScalar) == 8, "geocentric coordinates addOnDemand Bullet in double precision");
 
 inline btVector3 toBullet(const dvec3& v) {
     return {v.x, v.y, v.z};

@@ -1,4 +1,4 @@
-// Filtering, continuous motion and the pieces of a Bullet step; called from the physics world's step alone.
+// Collision filter, continuous collision detection and the parts of a Bullet step.
 #include "physics/DynamicsWorld.h"
 
 #include <algorithm>
@@ -16,12 +16,12 @@ bool isWithin(const Node* node, const Node* top) {
     return node != nullptr;
 }
 
-bool isResident(Collidable& c) {
+bool isDynamic(Collidable& c) {
     const BodyState* const body = c.asBody();
-    return body && body->isResident();
+    return body && body->isDynamic();
 }
 
-/// Ids of the two, then the shapes in contact; what has no contact comes last.
+/// Ids of the two, then the shapes in contact; manifolds without contacts are last.
 std::array<int, 5> keyOf(const btPersistentManifold& manifold) {
     if (manifold.getNumContacts() == 0) return {1, 0, 0, 0, 0};
     const btManifoldPoint& point = manifold.getContactPoint(0);
@@ -38,7 +38,7 @@ bool excludes(const Collidable& c, const Collidable& other) {
 
 bool isSimulated(Collidable& c) {
     const BodyState* const body = c.asBody();
-    return body && body->mode == Mode::SIMULATE;
+    return body && body->mode == Mode::DYNAMIC;
 }
 
 class ProxyList final : public btBroadphaseAabbCallback {
@@ -71,11 +71,11 @@ DynamicsParts::DynamicsParts() {
 bool DynamicsParts::Filter::needBroadphaseCollision(btBroadphaseProxy* a, btBroadphaseProxy* b) const {
     Collidable& one = collidableOf(*static_cast<btCollisionObject*>(a->m_clientObject));
     Collidable& two = collidableOf(*static_cast<btCollisionObject*>(b->m_clientObject));
-    return (isResident(one) || isResident(two)) && mayTouch(one, two);
+    return (isDynamic(one) || isDynamic(two)) && mayTouch(one, two);
 }
 
 bool DynamicsParts::Dispatcher::needsCollision(const btCollisionObject* a, const btCollisionObject* b) {
-    return asked || isSimulated(collidableOf(*a)) || isSimulated(collidableOf(*b));
+    return ignore_modes || isSimulated(collidableOf(*a)) || isSimulated(collidableOf(*b));
 }
 
 void DynamicsParts::Dispatcher::sortManifolds() {
@@ -91,7 +91,7 @@ DynamicsWorld::DynamicsWorld(DynamicsParts& parts, SubstepObserver& observer)
       m_observer(observer) {
     setForceUpdateAllAabbs(false);
     setGravity(btVector3(0, 0, 0));
-    // Bullet's sorting of islands is not stable; nothing here sleeps by islands.
+    // Bullet's sorting of islands is not stable; bodies here do not sleep by islands.
     getSimulationIslandManager()->setSplitIslands(false);
 }
 
@@ -101,7 +101,7 @@ void DynamicsWorld::insert(Collidable& c) {
     c.inserted = true;
 }
 
-void DynamicsWorld::take(Collidable& c) {
+void DynamicsWorld::remove(Collidable& c) {
     if (!c.inserted) return;
     removeRigidBody(c.rigid.get());
     c.inserted = false;
@@ -123,9 +123,9 @@ void DynamicsWorld::performDiscreteCollisionDetection() {
 }
 
 void DynamicsWorld::findOverlaps(Collidable& a, Collidable& b, ContactResultCallback& found) {
-    m_parts.dispatcher.asked = true;
+    m_parts.dispatcher.ignore_modes = true;
     contactPairTest(a.rigid.get(), b.rigid.get(), found);
-    m_parts.dispatcher.asked = false;
+    m_parts.dispatcher.ignore_modes = false;
 }
 
 btTransform DynamicsWorld::advance(const BodyState& body, double dt) {
@@ -150,10 +150,10 @@ btTransform DynamicsWorld::advance(const BodyState& body, double dt) {
         if (other == &body || !mayTouch(body, *other)) continue;
         for (std::size_t i = 0; i < body.shapes.cores.size(); ++i) {
             const btTransform& child = body.shapes.compound->getChildTransform(static_cast<int>(i));
-            const Meeting meeting =
+            const SweepHit hit =
                 sweep(*body.shapes.cores[i], now * child, next * child, *other->rigid,
                       *other->rigid->getCollisionShape(), other->rigid->getWorldTransform(), 0.5 * inset);
-            fraction = std::fmin(fraction, meeting.fraction);
+            fraction = std::fmin(fraction, hit.fraction);
         }
     }
     if (fraction < 1.0) rigid.predictIntegratedTransform(dt * fraction, next);

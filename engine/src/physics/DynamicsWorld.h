@@ -1,4 +1,4 @@
-// Bullet's world as this engine drives it: fixed parts of a frame, own filter, own integration.
+// Bullet's world with the engine's substeps, collision filter and integration.
 #pragma once
 
 #include <btBulletDynamicsCommon.h>
@@ -7,27 +7,28 @@
 
 #include "physics/Collidable.h"
 
-/// Whether two could touch at all: groups and masks, nothing of the same body's tree, patches for their body alone.
+/// Whether two may collide: by groups and masks; never two of one body's subtree; patches with their own body only.
 bool mayTouch(const Collidable& a, const Collidable& b);
 inline Collidable& collidableOf(const btCollisionObject& object) {
     return *static_cast<Collidable*>(object.getUserPointer());
 }
 
-/// What the owner of the bodies does inside a part of the frame.
+/// What the owner of the bodies does within a substep.
 class SubstepObserver {
 public:
-    /// Contacts of what is awake are known. True when that woke others, whose contacts are then found as well.
+    /// Called with the contacts of the bodies that are awake. True when it woke others, whose contacts are then found
+    /// as well.
     virtual bool wakeTouched() = 0;
-    /// All contacts are known, impulses not yet.
+    /// Called with all contacts, before impulses are solved.
     virtual void contactsFound() = 0;
-    /// Velocities are solved; move what moves.
+    /// Called with the solved velocities: moves bodies and kinematic targets by dt seconds.
     virtual void integrate(double dt) = 0;
 
 protected:
     ~SubstepObserver() = default;
 };
 
-/// Bullet's collaborators in the order of their lives.
+/// Bullet's components in the order of construction.
 struct DynamicsParts {
     DynamicsParts();
 
@@ -41,10 +42,10 @@ struct DynamicsParts {
         /// addresses, and decides the solver's last bits.
         void sortManifolds();
 
-        bool asked = false;  ///< about a pair whatever its modes
+        bool ignore_modes = false;  ///< also test pairs without a simulated body
     };
 
-    /// The library's pools start small and grow: its own sizes are for thousands of bodies.
+    /// Small pools that grow: the library's defaults are for thousands of bodies.
     static btDefaultCollisionConstructionInfo smallPools() {
         btDefaultCollisionConstructionInfo info;
         info.m_defaultMaxPersistentManifoldPoolSize = info.m_defaultMaxCollisionAlgorithmPoolSize = 512;
@@ -63,13 +64,13 @@ public:
     DynamicsWorld(DynamicsParts& parts, SubstepObserver& observer);
 
     void insert(Collidable& c);
-    void take(Collidable& c);
-    /// Forgets its pairs, so that they are made anew by the filter.
+    void remove(Collidable& c);
+    /// Removes its pairs, so that the filter decides on them again.
     void refilter(Collidable& c);
     void runSubstep(double dt) { internalSingleStepSimulation(dt); }
-    /// Reports where two overlap, whether or not they would meet in a step.
+    /// Reports where two overlap, also where a step would not test the pair.
     void findOverlaps(Collidable& a, Collidable& b, ContactResultCallback& found);
-    /// The pose a body reaches in dt, held back where one of its cores would pass into something.
+    /// The pose that a body reaches in dt seconds, stopped where one of its cores would enter a collider.
     btTransform advance(const BodyState& body, double dt);
 
 protected:
@@ -79,5 +80,5 @@ protected:
 private:
     DynamicsParts& m_parts;
     SubstepObserver& m_observer;
-    std::vector<Collidable*> m_near;  ///< kept for its memory
+    std::vector<Collidable*> m_near;  ///< scratch, kept for its capacity
 };

@@ -1,11 +1,11 @@
-// Builds the triangle trees of mesh colliders, when a body first comes near one.
+// Builds the triangle trees of mesh colliders at their first use.
 #include "physics/MeshShape.h"
 
 #include "engine/scene/MeshData.h"
 
 namespace {
 
-// What Bullet's quantised tree can number.
+// Limits of Bullet's quantised tree.
 constexpr int MAX_PARTS = 1 << 10;
 constexpr int MAX_TRIANGLES = 1 << 21;
 

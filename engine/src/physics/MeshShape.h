@@ -1,4 +1,4 @@
-// Triangle meshes as Bullet takes them.
+// Triangle meshes as Bullet shapes.
 #pragma once
 
 #include <btBulletCollisionCommon.h>
@@ -8,7 +8,7 @@
 
 struct MeshData;
 
-/// All triangles of a mesh in its own frame. Reads the mesh's arrays in place: whoever holds this keeps the mesh alive.
+/// All triangles of a mesh in its own frame. Refers to the mesh's arrays, which must outlive it.
 struct MeshShape {
     /// REQUIRES a mesh with triangles.
     explicit MeshShape(const MeshData& mesh);
@@ -17,12 +17,13 @@ struct MeshShape {
     std::unique_ptr<btBvhTriangleMeshShape> shape;
 };
 
-/// One shape a mesh, built when first asked for and shared while somebody holds it.
+/// One shape for each mesh, built at its first use and shared while in use.
 class MeshShapes {
 public:
     /// Null for a mesh without triangles.
     std::shared_ptr<MeshShape> get(const MeshData& mesh);
 
 private:
-    std::unordered_map<const MeshData*, std::weak_ptr<MeshShape>> m_shapes;  ///< looked up only, never walked
+    std::unordered_map<const MeshData*, std::weak_ptr<MeshShape>>
+        m_shapes;  ///< not iterated: its order is not deterministic
 };

@@ -1,4 +1,4 @@
-// What the physics world keeps from frame to frame, and the helpers that its sources share.
+// The state of the physics world, and helpers that its sources share.
 #pragma once
 
 #include <BulletCollision/BroadphaseCollision/btDbvt.h>
@@ -16,12 +16,12 @@
 #include "physics/PhysicsWorld.h"
 #include "physics/SpatialIndex.h"
 
-/// The longest part of a frame, seconds.
-constexpr double LONGEST_PART = 1.0 / 60.0;
-/// How far round an active body everything stands in Bullet, metres, besides its way over the frame.
+/// The longest substep, seconds.
+constexpr double MAX_SUBSTEP = 1.0 / 60.0;
+/// Colliders this close to an active body's motion of the frame are in the Bullet world; metres.
 constexpr double NEAR_MARGIN = 5.0;
 
-/// One call of a contact callback to come.
+/// A pending call of a contact callback.
 struct ContactEvent {
     int body;
     int shape;
@@ -35,7 +35,7 @@ struct PhysicsState final : SubstepObserver {
     void contactsFound() override { owner.contactsFound(); }
     void integrate(double seconds) override { owner.integrate(seconds); }
 
-    /// Bodies whose boxes overlap this one, by id, into `bodies_near`.
+    /// Lists the bodies whose boxes overlap a box in `bodies_near`, by id.
     void findBodies(const btVector3& lo, const btVector3& hi);
     /// Calls f(a, b, manifold) for every pair with contact points that takes part in this frame.
     template <class F>
@@ -49,31 +49,31 @@ struct PhysicsState final : SubstepObserver {
     }
 
     PhysicsWorld& owner;
-    SpatialIndex& spatial;  ///< the objects of the world
+    SpatialIndex& spatial;  ///< index of the world's objects
     EllipsoidModel globe;
     dvec3 gravity{0.0, 0.0, -9.80665};  ///< east, north, up, m/s^2; standard gravity, CGPM 1901
     DynamicsParts parts;
     DynamicsWorld dynamics;
     MeshShapes mesh_shapes;
-    btDbvt tree;                          ///< every enabled body, over its way of the frame
-    std::map<int, BodyState*> bodies;     ///< by id
-    std::map<int, MeshCollider*> meshes;  ///< by id
-    std::vector<BodyState*> residents;    ///< dynamic bodies, always in Bullet, by id
-    std::vector<BodyState*> simulated;    ///< of this frame, by id
-    std::vector<Collidable*> guests;      ///< in Bullet because an active body is near
-    std::vector<Collidable*> marked;      ///< their nodes moved since the last step
-    std::vector<Collidable*> movers;      ///< have a way in this frame
-    std::vector<BodyState*> jumpers;      ///< were moved by their nodes
-    std::vector<BodyState*> listeners;    ///< bodies with a contact callback, by id
+    btDbvt tree;                                 ///< every enabled body; boxes of the motion of the frame
+    std::map<int, BodyState*> bodies;            ///< by id
+    std::map<int, MeshCollider*> meshes;         ///< by id
+    std::vector<BodyState*> dynamic_bodies;      ///< always in Bullet while enabled, by id
+    std::vector<BodyState*> simulated;           ///< dynamic and awake in this frame, by id
+    std::vector<Collidable*> on_demand;          ///< in Bullet while an active body is near
+    std::vector<Collidable*> node_moves;         ///< colliders whose nodes moved since the last step
+    std::vector<Collidable*> kinematic_targets;  ///< colliders with a motion in this frame
+    std::vector<BodyState*> teleported;          ///< bodies teleported by their nodes
+    std::vector<BodyState*> with_callback;       ///< bodies with a contact callback, by id
     std::vector<ContactEvent> events;
-    const Object* placing = nullptr;  ///< this object's pose is being written
+    const Object* writing_pose = nullptr;  ///< the object whose transform is being written
     unsigned frame = 0;
-    double dt = 0.0;                      ///< this frame's, seconds
-    double part = 0.0;                    ///< of one part of it
-    bool in_part = false;                 ///< a part is being simulated
-    double done = 0.0;                    ///< parts simulated so far
-    std::vector<BodyState*> bodies_near;  ///< these four are kept for their memory
-    std::vector<BodyState*> sleepers;     ///< frozen bodies near simulated ones
+    double dt = 0.0;                        ///< this frame's, seconds
+    double substep = 0.0;                   ///< of one substep, seconds
+    bool in_substep = false;                ///< a substep is being simulated
+    double substep_time = 0.0;              ///< simulated so far in this frame, seconds
+    std::vector<BodyState*> bodies_near;    ///< these four are scratch, kept for their capacity
+    std::vector<BodyState*> sleeping_near;  ///< sleeping bodies near simulated ones
     std::vector<Object*> objects_near;
     jVector<Object*> tops;
 };
@@ -90,16 +90,16 @@ inline void insertById(std::vector<BodyState*>& list, BodyState* body) {
                 body);
 }
 
-/// Adds a touch unless it is there; one that lasts replaces one in passing.
+/// Adds a touch unless it is listed; a lasting one replaces a passing one.
 void noteTouch(BodyState& body, int shape, int other, bool passing, double fraction = 1.0);
 bool hasTouch(const std::vector<Touch>& touches, int shape, int other);
-/// The frame in which things stand on an object; terrain stands on the globe whatever its node does.
+/// The frame that bodies on an object are attached to; for terrain the globe, whatever its node's transform.
 const dmat4& frameOf(const Object& object);
-/// Whether a mesh or terrain is there to be met.
-inline bool isMet(const Object& collider) {
+/// Whether a mesh or terrain collides at present.
+inline bool canCollide(const Object& collider) {
     return collider.isActive() && collider.isCollider();
 }
-/// Grows a box by that of a body at a pose.
+/// Expands a box by that of a body at a pose.
 void addBox(const BodyState& body, const btTransform& pose, btVector3& lo, btVector3& hi);
-/// The box of a body over its way of this frame.
-void getWayBox(const BodyState& body, btVector3& lo, btVector3& hi);
+/// The box of a body over its motion of this frame.
+void getMotionBox(const BodyState& body, btVector3& lo, btVector3& hi);

@@ -1,10 +1,11 @@
-// Who is in the physics and in which mode, and the frame's step as a list.
+// Registration and modes of bodies, and the list of a frame's steps.
 #include "physics/PhysicsWorld.h"
 
 #include <cassert>
 
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
+#include "physics/TreeQuery.h"
 #include "physics/TriangleContacts.h"
 
 namespace {
@@ -22,8 +23,8 @@ bool hasMovingBodyAbove(const Object& object) {
 }
 
 Mode chooseMode(const BodyState& body) {
-    if (!body.physics || !body.settings.enabled || !body.object->isActive()) return Mode::OUT;
-    return body.isResident() ? Mode::SIMULATE : Mode::FOLLOW;
+    if (!body.physics || !body.settings.enabled || !body.object->isActive()) return Mode::DISABLED;
+    return body.isDynamic() ? Mode::DYNAMIC : Mode::KINEMATIC;
 }
 
 }  // namespace
@@ -40,21 +41,14 @@ void addBox(const BodyState& body, const btTransform& pose, btVector3& lo, btVec
     hi.setMax(box_max);
 }
 
-void getWayBox(const BodyState& body, btVector3& lo, btVector3& hi) {
+void getMotionBox(const BodyState& body, btVector3& lo, btVector3& hi) {
     body.shapes.compound->getAabb(body.from, lo, hi);
     addBox(body, body.rigid->getWorldTransform(), lo, hi);
 }
 
 void PhysicsState::findBodies(const btVector3& lo, const btVector3& hi) {
-    struct List final : btDbvt::ICollide {
-        explicit List(std::vector<BodyState*>& into) : list(into) {}
-        void Process(const btDbvtNode* leaf) override { list.push_back(static_cast<BodyState*>(leaf->data)); }
-        std::vector<BodyState*>& list;
-    };
     bodies_near.clear();
-    if (!tree.m_root) return;
-    List list(bodies_near);
-    tree.collideTV(tree.m_root, btDbvtVolume::FromMM(lo, hi), list);
+    eachOverlap(tree, lo, hi, [this](void* body) { bodies_near.push_back(static_cast<BodyState*>(body)); });
     std::sort(bodies_near.begin(), bodies_near.end(),
               [](const BodyState* a, const BodyState* b) { return a->id < b->id; });
 }
@@ -62,7 +56,7 @@ void PhysicsState::findBodies(const btVector3& lo, const btVector3& hi) {
 PhysicsWorld::PhysicsWorld(SpatialIndex& spatial) : m_state(std::make_unique<PhysicsState>(*this, spatial)) {
     assert(btIsDoublePrecision());
     gCalculateCombinedFrictionCallback = combineFriction;
-    gContactAddedCallback = turnToFace;
+    gContactAddedCallback = useFaceNormal;
 }
 
 PhysicsWorld::~PhysicsWorld() = default;
@@ -75,7 +69,7 @@ void PhysicsWorld::setGravity(const vec3& gravity) {
     if (isFinite(dvec3(gravity))) m_state->gravity = dvec3(gravity);
 }
 
-int PhysicsWorld::getNumStanding() const {
+int PhysicsWorld::getNumCollisionObjects() const {
     return m_state->dynamics.getNumCollisionObjects();
 }
 
@@ -86,28 +80,28 @@ bool PhysicsWorld::isCurrent(unsigned frame) const {
 void PhysicsWorld::step(double dt) {
     m_state->dt = dt > 0.0 && std::isfinite(dt) ? dt : 0.0;
     ++m_state->frame;
-    wakePushed();
-    endLastWays();
-    takeMarked(false);
-    ride(false);
+    wakePushedBodies();
+    endLastMotions();
+    applyNodeMoves(false);
+    moveAttachedBodies(false);
     listSimulated();
     if (m_state->dt > 0.0 && !m_state->simulated.empty()) {
-        findNear();
-        leadGuests();
+        addNearbyColliders();
+        moveAttachedColliders();
         simulate();
     }
-    finishWays();
+    finishMotions();
     writeBack();
-    settleRest();
-    takeMarked(true);
-    ride(true);
-    sweepJumps();
-    stopMoved();
-    dismissGuests();
+    updateSleep();
+    applyNodeMoves(true);
+    moveAttachedBodies(true);
+    sweepTeleportedBodies();
+    stopMovedBodies();
+    removeUnneededColliders();
     reportContacts();
 }
 
-// What objects report. ------------------------------------------------------------------------------------------------
+// Called by objects. --------------------------------------------------------------------------------------------------
 
 void PhysicsWorld::objectJoined(Object& object) {
     if (!object.m_body || !object.getWorld()) return;
@@ -121,35 +115,35 @@ void PhysicsWorld::objectLeft(Object& object) {
     if (object.m_body) physics->removeBody(*object.m_body->m_state);
     if (object.m_mesh_collider) {
         physics->removeCollider(*object.m_mesh_collider);
-        removeFrom(physics->m_state->marked, object.m_mesh_collider.get());
+        removeFrom(physics->m_state->node_moves, object.m_mesh_collider.get());
         physics->m_state->meshes.erase(object.getId());
         object.m_mesh_collider.reset();
     }
     physics->removePatches(object);
-    physics->wakeRidersOn(object);
+    physics->wakeAttachedTo(object);
 }
 
 void PhysicsWorld::objectMoved(Object& object, bool by_physics) {
     PhysicsWorld* const physics = object.m_physics;
     if (!physics) return;
-    if (object.m_mesh_collider) physics->mark(*object.m_mesh_collider, by_physics);
-    if (!object.m_body || physics->m_state->placing == &object) return;
+    if (object.m_mesh_collider) physics->noteNodeMove(*object.m_mesh_collider, by_physics);
+    if (!object.m_body || physics->m_state->writing_pose == &object) return;
     BodyState& body = *object.m_body->m_state;
-    if (!by_physics && body.isResident()) {
+    if (!by_physics && body.isDynamic()) {
         physics->wake(body);
         body.setVelocity(btVector3(0, 0, 0), btVector3(0, 0, 0));
     }
-    physics->mark(body, by_physics);
+    physics->noteNodeMove(body, by_physics);
 }
 
 void PhysicsWorld::objectActivity(Object& object) {
     PhysicsWorld* const physics = object.m_physics;
     if (!physics) return;
     if (object.m_body) physics->refreshMode(*object.m_body->m_state);
-    if (isMet(object)) return;
+    if (canCollide(object)) return;
     if (object.m_mesh_collider) physics->removeCollider(*object.m_mesh_collider);
     physics->removePatches(object);
-    physics->wakeRidersOn(object);
+    physics->wakeAttachedTo(object);
 }
 
 // Bodies. -------------------------------------------------------------------------------------------------------------
@@ -158,7 +152,7 @@ void PhysicsWorld::addBody(BodyState& body) {
     body.physics = this;
     body.nested = hasMovingBodyAbove(*body.object);
     m_state->bodies[body.id] = &body;
-    if (body.isResident()) insertById(m_state->residents, &body);
+    if (body.isDynamic()) insertById(m_state->dynamic_bodies, &body);
     refreshCallback(body);
     refreshMode(body);
 }
@@ -166,46 +160,46 @@ void PhysicsWorld::addBody(BodyState& body) {
 void PhysicsWorld::removeBody(BodyState& body) {
     body.physics = nullptr;
     refreshMode(body);
-    if (body.mode != Mode::OUT) forgetBody(body);
+    if (body.mode != Mode::DISABLED) forgetBody(body);
     m_state->bodies.erase(body.id);
-    removeFrom(m_state->residents, &body);
-    removeFrom(m_state->listeners, &body);
-    removeFrom(m_state->marked, &body);
-    body.marked = false;
+    removeFrom(m_state->dynamic_bodies, &body);
+    removeFrom(m_state->with_callback, &body);
+    removeFrom(m_state->node_moves, &body);
+    body.node_moved = false;
 }
 
 void PhysicsWorld::refreshMode(BodyState& body) {
     const Mode wanted = chooseMode(body);
-    if ((wanted == Mode::OUT) == (body.mode == Mode::OUT)) return;
-    if (wanted == Mode::OUT) {
+    if ((wanted == Mode::DISABLED) == (body.mode == Mode::DISABLED)) return;
+    if (wanted == Mode::DISABLED) {
         forgetBody(body);
         return;
     }
-    body.stand(body.toPose(body.object->getWorldTransform()));
+    body.setPose(body.toPose(body.object->getWorldTransform()));
     body.setMode(wanted);
-    if (body.isResident()) m_state->dynamics.insert(body);
+    if (body.isDynamic()) m_state->dynamics.insert(body);
     setLeaf(body);
 }
 
-/// Takes it out of everything that only enabled bodies are in.
+/// Removes it from everything that only enabled bodies are in.
 void PhysicsWorld::forgetBody(BodyState& body) {
     removeCollider(body);
-    removeFrom(m_state->movers, &body);
-    removeFrom(m_state->jumpers, &body);
+    removeFrom(m_state->kinematic_targets, &body);
+    removeFrom(m_state->teleported, &body);
     removeFrom(m_state->simulated, &body);
     for (const auto& patch : body.patches) removeCollider(*patch);
     body.patches.clear();
     if (body.leaf) m_state->tree.remove(body.leaf);
     body.leaf = nullptr;
-    body.setMode(Mode::OUT);
+    body.setMode(Mode::DISABLED);
     body.setVelocity(btVector3(0, 0, 0), btVector3(0, 0, 0));
     body.forgetForces();
     body.supports.clear();
     body.ground.clear();
     body.touches.clear();
     body.last_touches.clear();
-    body.jumped = false;
-    wakeRidersOn(*body.object);
+    body.teleported = false;
+    wakeAttachedTo(*body.object);
 }
 
 void PhysicsWorld::refreshFilter(BodyState& body) {
@@ -214,13 +208,13 @@ void PhysicsWorld::refreshFilter(BodyState& body) {
 }
 
 void PhysicsWorld::refreshCallback(BodyState& body) {
-    removeFrom(m_state->listeners, &body);
-    if (body.callback) insertById(m_state->listeners, &body);
+    removeFrom(m_state->with_callback, &body);
+    if (body.callback) insertById(m_state->with_callback, &body);
 }
 
 void PhysicsWorld::setLeaf(BodyState& body) {
     btVector3 lo, hi;
-    getWayBox(body, lo, hi);
+    getMotionBox(body, lo, hi);
     btDbvtVolume volume = btDbvtVolume::FromMM(lo, hi);
     if (body.leaf)
         m_state->tree.update(body.leaf, volume);
@@ -230,17 +224,17 @@ void PhysicsWorld::setLeaf(BodyState& body) {
 
 // Colliders. ----------------------------------------------------------------------------------------------------------
 
-/// Out of Bullet and out of the frame's lists; it may be needed again.
+/// Removes it from Bullet and from the frame's lists; it may be added again.
 void PhysicsWorld::removeCollider(Collidable& c) {
-    m_state->dynamics.take(c);
-    removeFrom(m_state->guests, &c);
-    removeFrom(m_state->movers, &c);
-    for (BodyState* body : m_state->residents) removeFrom(body->ground, &c);
+    m_state->dynamics.remove(c);
+    removeFrom(m_state->on_demand, &c);
+    removeFrom(m_state->kinematic_targets, &c);
+    for (BodyState* body : m_state->dynamic_bodies) removeFrom(body->ground, &c);
     c.moving = false;
 }
 
 void PhysicsWorld::removePatches(const Object& terrain) {
-    if (terrain.getType() != Node::TERRAIN) return;  // a walk over every body
+    if (terrain.getType() != Node::TERRAIN) return;  // the loop below visits every body
     for (const auto& [id, body] : m_state->bodies) {
         for (std::size_t i = body->patches.size(); i-- > 0;) {
             if (body->patches[i]->object != &terrain) continue;
@@ -250,9 +244,9 @@ void PhysicsWorld::removePatches(const Object& terrain) {
     }
 }
 
-void PhysicsWorld::mark(Collidable& c, bool by_physics) {
-    c.by_physics = by_physics && (c.by_physics || !c.marked);
-    if (c.marked) return;
-    c.marked = true;
-    m_state->marked.push_back(&c);
+void PhysicsWorld::noteNodeMove(Collidable& c, bool by_physics) {
+    c.by_physics = by_physics && (c.by_physics || !c.node_moved);
+    if (c.node_moved) return;
+    c.node_moved = true;
+    m_state->node_moves.push_back(&c);
 }

@@ -1,4 +1,4 @@
-// The rigid bodies of one world: what stands in Bullet, how it moves with its nodes, what it touches.
+// The rigid bodies of one world: their simulation, their motion with their nodes, their contacts.
 #pragma once
 
 #include <memory>
@@ -22,8 +22,8 @@ class btVector3;
 /// Owned by the world, which calls `step` once a frame. Bodies and colliders register through their objects, which must
 /// have left the world before this goes. Frame thread only.
 ///
-/// Static and driven bodies, mesh colliders and terrain stand in Bullet only while an active body is near, so that a
-/// frame's cost does not grow with what stands about.
+/// Static and driven bodies, mesh colliders and terrain are in Bullet only while an active body is near, so that the
+/// cost of a frame does not grow with the size of the scene. docs/architecture.md explains the terms.
 class PhysicsWorld final : public Physics {
 public:
     /// `spatial` holds the world's objects and must outlive this.
@@ -39,65 +39,66 @@ public:
     /// itself; a negative or NaN dt counts as 0.
     void step(double dt);
 
-    /// Objects in Bullet's world now: what a step's cost depends on.
-    int getNumStanding() const;
+    /// Collision objects in Bullet's world now, which the cost of a step depends on.
+    int getNumCollisionObjects() const;
 
-    // What objects report.
+    // Called by objects.
     static void objectJoined(Object& object);
     static void objectLeft(Object& object);
     static void objectMoved(Object& object, bool by_physics);
     static void objectActivity(Object& object);
 
-    // What bodies ask for.
+    // Called by bodies.
     /// Moves an object without a teleport of its body. A transform that is not finite is refused with one log line.
     static void movePreserving(Object& object, const dmat4& world);
     void refreshMode(BodyState& body);      ///< its enabled flag or its node's changed
     void refreshFilter(BodyState& body);    ///< its mask changed
     void refreshCallback(BodyState& body);  ///< its contact callback changed
-    void wake(BodyState& body);             ///< no effect unless frozen
-    bool isCurrent(unsigned frame) const;   ///< whether a frame is the last one begun
+    void wake(BodyState& body);             ///< no effect unless sleeping
+    bool isCurrent(unsigned frame) const;   ///< whether this is the present frame's number
 
 private:
     friend struct PhysicsState;
 
-    static void place(Object& object, const dmat4& world);
+    static void writePose(Object& object, const dmat4& world);
     void addBody(BodyState& body);
     void removeBody(BodyState& body);
     void forgetBody(BodyState& body);
     void removeCollider(Collidable& c);
     void removePatches(const Object& terrain);
-    void mark(Collidable& c, bool by_physics);
+    void noteNodeMove(Collidable& c, bool by_physics);
     void setLeaf(BodyState& body);
-    void wakeRidersOn(const Object& support);
+    void wakeAttachedTo(const Object& support);
 
     // The step, in order.
-    void wakePushed();
-    void endLastWays();
-    void takeMarked(bool after_write);
-    void ride(bool after_write);
+    void wakePushedBodies();
+    void endLastMotions();
+    void applyNodeMoves(bool after_write);
+    void moveAttachedBodies(bool after_write);
     void listSimulated();
-    void findNear();
-    void leadGuests();
+    void addNearbyColliders();
+    void moveAttachedColliders();
     void simulate();
-    void finishWays();
+    void finishMotions();
     void writeBack();
-    void settleRest();
-    void sweepJumps();
-    void stopMoved();
-    void dismissGuests();
+    void updateSleep();
+    void sweepTeleportedBodies();
+    void stopMovedBodies();
+    void removeUnneededColliders();
     void reportContacts();
 
-    // Parts of these.
-    void takeMove(BodyState& body, bool after_write);
-    void takeMove(MeshCollider& collider);
-    void takeResidentMove(BodyState& body, const btTransform& pose);
-    void setWay(Collidable& c, const btTransform& pose);
-    bool ride(BodyState& body, bool after_write);
-    void findNear(BodyState& body);
+    // Operations that the steps consist of.
+    void applyNodeMove(BodyState& body, bool after_write);
+    void applyNodeMove(MeshCollider& collider);
+    void applyDynamicMove(BodyState& body, const btTransform& pose);
+    void setTarget(Collidable& c, const btTransform& pose);
+    bool moveAttachedBody(BodyState& body, bool after_write);
+    void addNearbyColliders(BodyState& body);
     void listObjects(const btVector3& lo, const btVector3& hi);
-    MeshCollider* colliderOf(Object& object);
+    Collidable* colliderOf(BodyState& body, Object& object, const btVector3& lo, const btVector3& hi);
+    MeshCollider* meshColliderOf(Object& object);
     TerrainPatch* patchOf(BodyState& body, Object& object, const btVector3& lo, const btVector3& hi);
-    void need(Collidable& c);
+    void addOnDemand(Collidable& c);
     btVector3 getGravityAt(const BodyState& body) const;
     void applyLoads(BodyState& body, double dt);
     void contactsFound();
@@ -105,12 +106,12 @@ private:
     void noteTouches();
     bool wakeTouched();
     void listGround();
-    void sweepJump(BodyState& body);
-    void compareWays(BodyState& body, Collidable& other);
+    void sweepTeleportedBody(BodyState& body);
+    void compareMotions(BodyState& body, Collidable& other);
     void collectEvents(BodyState& body);
     void keepContactPosition(BodyState& body, double fraction);
     bool stillTouches(const BodyState& body, const Touch& touch) const;
-    void freeze(BodyState& body);
+    void putToSleep(BodyState& body);
 
     std::unique_ptr<PhysicsState> m_state;
 };

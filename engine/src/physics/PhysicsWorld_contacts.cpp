@@ -1,15 +1,16 @@
-// Who began to touch what: contacts of the simulation, ways of what nodes moved, and the callbacks after the step.
+// Begin of contacts: those of the simulation, those found by sweeping teleported bodies, and the callbacks after the
+// step.
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
 #include "physics/TriangleContacts.h"
 
 namespace {
 
-constexpr double TOUCH = 0.005;             // metres apart: a contact has begun; it lasts while Bullet keeps its points
-constexpr double FASTEST_COLLIDER = 400.0;  // m/s that meshes on the way of what nodes move are looked out for
-constexpr double WAKING_WAY = 1e-3;         // metres that a body moved by its node must go to wake what it meets
+constexpr double TOUCH = 0.005;  // metres: distance at which a contact begins; it lasts while Bullet keeps its points
+constexpr double MAX_COLLIDER_SPEED = 400.0;  // m/s of meshes that may cross the motion of a teleported body
+constexpr double WAKING_DISTANCE = 1e-3;      // metres that a teleported body must move to wake what it hits
 
-/// Bodies that overlap where they are now.
+/// Notes the shapes of two that overlap at their present poses.
 class Overlaps final : public btCollisionWorld::ContactResultCallback {
 public:
     Overlaps(BodyState& a, Collidable& b) : m_a(a), m_b(b) {}
@@ -31,8 +32,8 @@ private:
     Collidable& m_b;
 };
 
-/// Whether a collider comes through a box on its way.
-bool isOnWay(const Collidable& c, const btVector3& lo, const btVector3& hi) {
+/// Whether the box of a collider's motion overlaps a box.
+bool motionOverlaps(const Collidable& c, const btVector3& lo, const btVector3& hi) {
     const btCollisionShape& shape = *c.rigid->getCollisionShape();
     btVector3 from_lo, from_hi, to_lo, to_hi;
     shape.getAabb(c.from, from_lo, from_hi);
@@ -42,9 +43,9 @@ bool isOnWay(const Collidable& c, const btVector3& lo, const btVector3& hi) {
     return TestAabbAgainstAabb2(from_lo, from_hi, lo, hi);
 }
 
-/// Whether any shape of `a` on its way met `b`; both end where they are now, `start` is where a's way begins in the
-/// frame in which b stands still.
-bool crosses(BodyState& a, const btTransform& start, Collidable& b) {
+/// Sweeps the shapes of `a` from `start` to its present pose against `b` at its present pose and notes the contacts.
+/// True when there are any. `start` is relative to the motion of b.
+bool sweepShapes(BodyState& a, const btTransform& start, Collidable& b) {
     BodyState* const body = b.asBody();
     const btTransform end = a.rigid->getWorldTransform(), there = b.rigid->getWorldTransform();
     const int parts = body ? body->shapes.compound->getNumChildShapes() : 1;
@@ -56,11 +57,11 @@ bool crosses(BodyState& a, const btTransform& start, Collidable& b) {
             const btCollisionShape& other =
                 body ? *body->shapes.compound->getChildShape(k) : *b.rigid->getCollisionShape();
             const btTransform pose = body ? there * body->shapes.compound->getChildTransform(k) : there;
-            const Meeting meeting = sweep(shape, start * place, end * place, *b.rigid, other, pose, 0.0);
-            if (!meeting.met) continue;
+            const SweepHit hit = sweep(shape, start * place, end * place, *b.rigid, other, pose, 0.0);
+            if (!hit.found) continue;
             any = true;
-            noteTouch(a, i, b.id, true, meeting.fraction);
-            if (body) noteTouch(*body, k, a.id, true, meeting.fraction);
+            noteTouch(a, i, b.id, true, hit.fraction);
+            if (body) noteTouch(*body, k, a.id, true, hit.fraction);
         }
     }
     return any;
@@ -85,7 +86,7 @@ void noteTouch(BodyState& body, int shape, int other, bool passing, double fract
 }
 
 void PhysicsWorld::noteTouches() {
-    if (m_state->listeners.empty()) return;
+    if (m_state->with_callback.empty()) return;
     m_state->eachManifold([](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
         for (int i = 0; i < manifold.getNumContacts(); ++i) {
             const btManifoldPoint& point = manifold.getContactPoint(i);
@@ -101,72 +102,65 @@ void PhysicsWorld::noteTouches() {
     });
 }
 
-// Ways of what nodes moved. -------------------------------------------------------------------------------------------
+// Teleported bodies. --------------------------------------------------------------------------------------------------
 
-void PhysicsWorld::sweepJumps() {
-    for (BodyState* body : m_state->jumpers) setLeaf(*body);
-    for (BodyState* body : m_state->jumpers) sweepJump(*body);
-    for (BodyState* body : m_state->jumpers) {
-        if (body->isResident() && body->mode == Mode::FOLLOW) body->setVelocity(btVector3(0, 0, 0), btVector3(0, 0, 0));
-    }
+void PhysicsWorld::sweepTeleportedBodies() {
+    for (BodyState* body : m_state->teleported) setLeaf(*body);
+    for (BodyState* body : m_state->teleported) sweepTeleportedBody(*body);
 }
 
-void PhysicsWorld::sweepJump(BodyState& body) {
+void PhysicsWorld::sweepTeleportedBody(BodyState& body) {
     btVector3 lo, hi;
-    getWayBox(body, lo, hi);
+    getMotionBox(body, lo, hi);
     m_state->findBodies(lo, hi);
-    for (BodyState* other : m_state->bodies_near) compareWays(body, *other);
+    for (BodyState* other : m_state->bodies_near) compareMotions(body, *other);
     if (!body.callback) return;
-    // What may be met in the next frame gets its collider now: only then is the way known that it comes.
-    const double way = (body.rigid->getWorldTransform().getOrigin() - body.from.getOrigin()).length();
-    const double reach = NEAR_MARGIN + way + FASTEST_COLLIDER * m_state->dt;
+    // Colliders that may be hit in the next frame are made now: their motion is known from then on.
+    const double distance = (body.rigid->getWorldTransform().getOrigin() - body.from.getOrigin()).length();
+    const double reach = NEAR_MARGIN + distance + MAX_COLLIDER_SPEED * m_state->dt;
     const btVector3 margin(reach, reach, reach);
     listObjects(lo - margin, hi + margin);
     for (Object* object : m_state->objects_near) {
-        Collidable* c = nullptr;
-        if (object->getType() == Node::TERRAIN)
-            c = patchOf(body, *object, lo, hi);
-        else
-            c = colliderOf(*object);
-        if (c && (c->type == Collidable::TERRAIN || isOnWay(*c, lo, hi))) compareWays(body, *c);
+        Collidable* const c = colliderOf(body, *object, lo, hi);
+        if (c && (c->type == Collidable::TERRAIN || motionOverlaps(*c, lo, hi))) compareMotions(body, *c);
     }
 }
 
-void PhysicsWorld::compareWays(BodyState& body, Collidable& other) {
+void PhysicsWorld::compareMotions(BodyState& body, Collidable& other) {
     BodyState* const other_body = other.asBody();
-    if (other_body && other_body->jumped && other_body->id <= body.id) return;  // compared already, or itself
-    const bool frozen = other_body && other_body->isFrozen();
-    if (!body.callback && !frozen && !(other_body && other_body->callback)) return;
+    if (other_body && other_body->teleported && other_body->id <= body.id) return;  // compared before, or itself
+    const bool is_sleeping = other_body && other_body->isSleeping();
+    if (!body.callback && !is_sleeping && !(other_body && other_body->callback)) return;
     if (!mayTouch(body, other)) return;
 
     const btTransform now = other.rigid->getWorldTransform();
     const btTransform start = other.from == now ? body.from : now * other.from.inverse() * body.from;
-    const double way = (body.rigid->getWorldTransform().getOrigin() - start.getOrigin()).length();
+    const double distance = (body.rigid->getWorldTransform().getOrigin() - start.getOrigin()).length();
     Overlaps overlaps(body, other);
     m_state->dynamics.findOverlaps(body, other, overlaps);
-    const bool met = (way > body.shapes.inset && crosses(body, start, other)) || overlaps.any;
-    if (met && frozen && way > WAKING_WAY) wake(*other_body);
+    const bool hit = (distance > body.shapes.inset && sweepShapes(body, start, other)) || overlaps.any;
+    if (hit && is_sleeping && distance > WAKING_DISTANCE) wake(*other_body);
 }
 
 // Callbacks. ----------------------------------------------------------------------------------------------------------
 
-/// Only what its node moved has a way that it may have gone on.
+/// A teleported body has moved on since the contact: the position is interpolated.
 void PhysicsWorld::keepContactPosition(BodyState& body, double fraction) {
     const dvec3 now = body.toWorld(body.rigid->getWorldTransform()).t;
-    const dvec3 before = body.jumped ? body.toWorld(body.from).t : now;
+    const dvec3 before = body.teleported ? body.toWorld(body.from).t : now;
     body.contact_position = before + (now - before) * fraction;
     body.contact_frame = m_state->frame;
 }
 
-/// Whether a touch that nothing compared in this frame goes on because neither side moved.
+/// Whether a touch that was not tested in this frame continues, because neither side moved.
 bool PhysicsWorld::stillTouches(const BodyState& body, const Touch& touch) const {
-    if (body.mode == Mode::SIMULATE || body.jumped) return false;
+    if (body.mode == Mode::DYNAMIC || body.teleported) return false;
     if (const auto found = m_state->bodies.find(touch.other); found != m_state->bodies.end()) {
         const BodyState& other = *found->second;
-        return other.mode != Mode::OUT && other.mode != Mode::SIMULATE && !other.jumped;
+        return other.mode != Mode::DISABLED && other.mode != Mode::DYNAMIC && !other.teleported;
     }
     if (const auto found = m_state->meshes.find(touch.other); found != m_state->meshes.end()) {
-        return !found->second->moving || body.isFrozen();
+        return !found->second->moving || body.isSleeping();
     }
     return std::any_of(body.patches.begin(), body.patches.end(),
                        [&](const auto& patch) { return patch->id == touch.other; });
@@ -178,8 +172,9 @@ void PhysicsWorld::collectEvents(BodyState& body) {
     for (const Touch& touch : body.touches) {
         if (hasTouch(body.last_touches, touch.shape, touch.other)) continue;
         fraction = std::fmin(fraction, touch.fraction);
-        const auto told = [&](const ContactEvent& event) { return event.shape == touch.shape; };
-        if (std::none_of(m_state->events.begin() + static_cast<std::ptrdiff_t>(first), m_state->events.end(), told)) {
+        const auto reported = [&](const ContactEvent& event) { return event.shape == touch.shape; };
+        if (std::none_of(m_state->events.begin() + static_cast<std::ptrdiff_t>(first), m_state->events.end(),
+                         reported)) {
             m_state->events.push_back({body.id, touch.shape});
         }
     }
@@ -195,15 +190,15 @@ void PhysicsWorld::collectEvents(BodyState& body) {
     body.touches.clear();
 }
 
-/// The last act of a step: a callback may switch off, move or delete anything.
+/// Last in a step: a callback may disable, move or delete anything.
 void PhysicsWorld::reportContacts() {
     m_state->events.clear();
-    for (BodyState* body : m_state->listeners) collectEvents(*body);
+    for (BodyState* body : m_state->with_callback) collectEvents(*body);
     for (std::size_t i = 0; i < m_state->events.size(); ++i) {
         const ContactEvent event = m_state->events[i];
         const auto found = m_state->bodies.find(event.body);
         if (found == m_state->bodies.end()) continue;
         BodyState& body = *found->second;
-        if (body.mode != Mode::OUT && body.callback) body.callback->contact(body.body, event.shape);
+        if (body.mode != Mode::DISABLED && body.callback) body.callback->contact(body.body, event.shape);
     }
 }

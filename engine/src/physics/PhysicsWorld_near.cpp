@@ -1,4 +1,4 @@
-// What stands in Bullet besides the dynamic bodies: whatever is near one that is active, and only for as long.
+// Colliders other than dynamic bodies: they are in Bullet while an active body is near.
 #include "engine/scene/Object.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectPrefab.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr unsigned STAY = 30;  // frames without need before a guest goes
+constexpr unsigned KEEP_FRAMES = 30;  // frames that an unneeded collider stays
 
 bool hasCollider(const Object& object) {
     return (object.getType() == Node::MESH_STATIC || object.getType() == Node::TERRAIN) && object.isActive() &&
@@ -20,45 +20,43 @@ bool overlaps(const BoundBox& box, const btVector3& lo, const btVector3& hi) {
 
 }  // namespace
 
-void PhysicsWorld::findNear() {
-    m_state->sleepers.clear();
-    for (BodyState* body : m_state->simulated) findNear(*body);
-    // What a frozen body stands on must be there when something runs into it.
-    for (std::size_t i = 0, n = m_state->sleepers.size(); i < n; ++i) findNear(*m_state->sleepers[i]);
+void PhysicsWorld::addNearbyColliders() {
+    m_state->sleeping_near.clear();
+    for (BodyState* body : m_state->simulated) addNearbyColliders(*body);
+    // The ground of a sleeping body is needed when it is hit and woken.
+    for (std::size_t i = 0, n = m_state->sleeping_near.size(); i < n; ++i) {
+        addNearbyColliders(*m_state->sleeping_near[i]);
+    }
 }
 
-void PhysicsWorld::findNear(BodyState& body) {
+void PhysicsWorld::addNearbyColliders(BodyState& body) {
     btVector3 lo, hi;
-    getWayBox(body, lo, hi);
+    getMotionBox(body, lo, hi);
     const double reach = NEAR_MARGIN + body.rigid->getLinearVelocity().length() * m_state->dt;
     lo -= btVector3(reach, reach, reach);
     hi += btVector3(reach, reach, reach);
     m_state->findBodies(lo, hi);
     for (BodyState* other : m_state->bodies_near) {
         if (!mayTouch(body, *other)) continue;
-        if (!other->isResident()) {
-            need(*other);
-        } else if (other->isFrozen() && other->needed != m_state->frame) {
-            other->needed = m_state->frame;
-            m_state->sleepers.push_back(other);
+        if (!other->isDynamic()) {
+            addOnDemand(*other);
+        } else if (other->isSleeping() && other->last_needed != m_state->frame) {
+            other->last_needed = m_state->frame;
+            m_state->sleeping_near.push_back(other);
         }
     }
     listObjects(lo, hi);
     for (Object* object : m_state->objects_near) {
-        Collidable* c = nullptr;
-        if (object->getType() == Node::TERRAIN)
-            c = patchOf(body, *object, lo, hi);
-        else
-            c = colliderOf(*object);
-        if (c && mayTouch(body, *c)) need(*c);
+        Collidable* const c = colliderOf(body, *object, lo, hi);
+        if (c && mayTouch(body, *c)) addOnDemand(*c);
     }
 }
 
-void PhysicsWorld::need(Collidable& c) {
-    c.needed = m_state->frame;
+void PhysicsWorld::addOnDemand(Collidable& c) {
+    c.last_needed = m_state->frame;
     if (c.inserted) return;
     m_state->dynamics.insert(c);
-    m_state->guests.push_back(&c);
+    m_state->on_demand.push_back(&c);
 }
 
 void PhysicsWorld::listObjects(const btVector3& lo, const btVector3& hi) {
@@ -77,7 +75,12 @@ void PhysicsWorld::listObjects(const btVector3& lo, const btVector3& hi) {
     }
 }
 
-MeshCollider* PhysicsWorld::colliderOf(Object& object) {
+Collidable* PhysicsWorld::colliderOf(BodyState& body, Object& object, const btVector3& lo, const btVector3& hi) {
+    if (object.getType() == Node::TERRAIN) return patchOf(body, object, lo, hi);
+    return meshColliderOf(object);
+}
+
+MeshCollider* PhysicsWorld::meshColliderOf(Object& object) {
     if (object.m_mesh_collider) return object.m_mesh_collider.get();
     const MeshData& mesh = static_cast<ObjectMeshStatic&>(object).getMesh();
     std::shared_ptr<MeshShape> shape = m_state->mesh_shapes.get(mesh);
@@ -86,12 +89,12 @@ MeshCollider* PhysicsWorld::colliderOf(Object& object) {
     object.m_physics = this;
     m_state->meshes[object.getId()] = object.m_mesh_collider.get();
     dvec3 scale;
-    object.m_mesh_collider->stand(toBullet(object.getWorldTransform(), &scale));
+    object.m_mesh_collider->setPose(toBullet(object.getWorldTransform(), &scale));
     object.m_mesh_collider->scaled.setLocalScaling(toBullet(scale));
     return object.m_mesh_collider.get();
 }
 
-/// The body's piece of that terrain, made when missing; null when there is no ground within the box.
+/// The body's patch of that terrain, made when missing; null when there is no ground within the box.
 TerrainPatch* PhysicsWorld::patchOf(BodyState& body, Object& object, const btVector3& lo, const btVector3& hi) {
     auto& terrain = static_cast<ObjectTerrain&>(object);
     if (!terrain.isLoaded()) return nullptr;
@@ -109,11 +112,11 @@ TerrainPatch* PhysicsWorld::patchOf(BodyState& body, Object& object, const btVec
     return patch->shape.cover(lo, hi) ? patch : nullptr;
 }
 
-void PhysicsWorld::dismissGuests() {
-    std::vector<Collidable*>& guests = m_state->guests;
-    for (std::size_t i = guests.size(); i-- > 0;) {
-        if (m_state->frame - guests[i]->needed <= STAY) continue;
-        m_state->dynamics.take(*guests[i]);
-        guests.erase(guests.begin() + static_cast<std::ptrdiff_t>(i));
+void PhysicsWorld::removeUnneededColliders() {
+    std::vector<Collidable*>& on_demand = m_state->on_demand;
+    for (std::size_t i = on_demand.size(); i-- > 0;) {
+        if (m_state->frame - on_demand[i]->last_needed <= KEEP_FRAMES) continue;
+        m_state->dynamics.remove(*on_demand[i]);
+        on_demand.erase(on_demand.begin() + static_cast<std::ptrdiff_t>(i));
     }
 }

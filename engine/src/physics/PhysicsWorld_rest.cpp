@@ -1,14 +1,15 @@
-// Coming to rest, riding on what one stands on, waking again.
+// Sleeping: bodies at rest are attached to their ground, move with it, and wake.
 #include "engine/scene/Object.h"
 #include "physics/PhysicsState.h"
 
 namespace {
 
 constexpr double STILL_TIME = 0.5;    // seconds
-constexpr double STILL_SPEED = 0.05;  // m/s and radians/s against the ground, also the least that wakes by touch
-constexpr double TORN = 0.01;         // metres, and columns of the rotation: supports that moved apart by more drop it
+constexpr double STILL_SPEED = 0.05;  // m/s and radians/s relative to the ground; faster contacts wake a body
+constexpr double MAX_SUPPORT_DRIFT =
+    0.01;  // metres, and columns of the rotation, between supports; more wakes the body
 
-/// Whether b's matter at the body's centre moves along with it.
+/// Whether the body moves with the ground, compared at the body's centre.
 bool isStillOn(const BodyState& body, const Collidable& ground) {
     const btVector3 drift = body.getVelocity() - ground.getVelocityAt(body.rigid->getWorldTransform().getOrigin());
     const btVector3 turn = body.rigid->getAngularVelocity() - ground.rigid->getAngularVelocity();
@@ -16,7 +17,7 @@ bool isStillOn(const BodyState& body, const Collidable& ground) {
 }
 
 bool isStill(const BodyState& body) {
-    if (!body.freezable || body.jumped || body.ground.empty() || body.isPushed()) return false;
+    if (!body.can_sleep || body.teleported || body.ground.empty() || body.isPushed()) return false;
     for (const Collidable* ground : body.ground) {
         if (!isStillOn(body, *ground)) return false;
     }
@@ -24,27 +25,28 @@ bool isStill(const BodyState& body) {
 }
 
 bool isApart(const dmat4& a, const dmat4& b) {
-    return length(a.t - b.t) > TORN || length(a.x - b.x) > TORN || length(a.y - b.y) > TORN;
+    return length(a.t - b.t) > MAX_SUPPORT_DRIFT || length(a.x - b.x) > MAX_SUPPORT_DRIFT ||
+           length(a.y - b.y) > MAX_SUPPORT_DRIFT;
 }
 
 }  // namespace
 
-// Coming to rest. -----------------------------------------------------------------------------------------------------
+// Falling asleep. -----------------------------------------------------------------------------------------------------
 
-/// What every simulated body stands on now: anything that does not itself move by forces.
+/// Lists what supports every simulated body: all it touches that is not simulated itself.
 void PhysicsWorld::listGround() {
     for (BodyState* body : m_state->simulated) {
         body->ground.clear();
-        body->sunk = 0.0;
+        body->penetration = 0.0;
     }
     const auto add = [](Collidable& above, Collidable& below, const btPersistentManifold& manifold) {
         BodyState *const body = above.asBody(), *const ground = below.asBody();
-        if (!body || body->mode != Mode::SIMULATE || (ground && ground->mode == Mode::SIMULATE)) return;
+        if (!body || body->mode != Mode::DYNAMIC || (ground && ground->mode == Mode::DYNAMIC)) return;
         if (std::find(body->ground.begin(), body->ground.end(), &below) == body->ground.end()) {
             body->ground.push_back(&below);
         }
         for (int i = 0; i < manifold.getNumContacts(); ++i) {
-            body->sunk = btMax(body->sunk, -manifold.getContactPoint(i).getDistance());
+            body->penetration = btMax(body->penetration, -manifold.getContactPoint(i).getDistance());
         }
     };
     m_state->eachManifold([&](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
@@ -53,14 +55,14 @@ void PhysicsWorld::listGround() {
     });
 }
 
-void PhysicsWorld::settleRest() {
+void PhysicsWorld::updateSleep() {
     for (BodyState* body : m_state->simulated) {
         body->still_time = isStill(*body) ? body->still_time + m_state->dt : 0.0;
-        if (body->still_time >= STILL_TIME) freeze(*body);
+        if (body->still_time >= STILL_TIME) putToSleep(*body);
     }
 }
 
-void PhysicsWorld::freeze(BodyState& body) {
+void PhysicsWorld::putToSleep(BodyState& body) {
     std::sort(body.ground.begin(), body.ground.end(),
               [](const Collidable* a, const Collidable* b) { return a->id < b->id; });
     const btVector3 center = body.rigid->getWorldTransform().getOrigin();
@@ -72,22 +74,24 @@ void PhysicsWorld::freeze(BodyState& body) {
         body.supports.push_back({ground->object, inverse(frame) * body.object->getWorldTransform(), frame});
     }
     body.ground.clear();
-    body.setMode(Mode::FROZEN);
+    body.setMode(Mode::SLEEPING);
     body.setVelocity(linear, angular);
 }
 
-// Riding. -------------------------------------------------------------------------------------------------------------
+// Attached bodies. ----------------------------------------------------------------------------------------------------
 
-void PhysicsWorld::ride(bool after_write) {
-    // Again for those that stand on one that rode: the list is not in order of standing.
+void PhysicsWorld::moveAttachedBodies(bool after_write) {
+    // Repeated for bodies that are attached to one moved here: the list is in order of ids.
     for (bool again = true; again;) {
         again = false;
-        for (BodyState* body : m_state->residents) again = (body->isFrozen() && ride(*body, after_write)) || again;
+        for (BodyState* body : m_state->dynamic_bodies) {
+            again = (body->isSleeping() && moveAttachedBody(*body, after_write)) || again;
+        }
     }
 }
 
 /// True when it was moved.
-bool PhysicsWorld::ride(BodyState& body, bool after_write) {
+bool PhysicsWorld::moveAttachedBody(BodyState& body, bool after_write) {
     bool moved = false;
     for (const Support& support : body.supports) moved = moved || !(frameOf(*support.object) == support.last);
     if (!moved) return false;
@@ -99,8 +103,8 @@ bool PhysicsWorld::ride(BodyState& body, bool after_write) {
             return false;
         }
     }
-    place(*body.object, world);
-    setWay(body, body.toPose(world));
+    writePose(*body.object, world);
+    setTarget(body, body.toPose(world));
     if (after_write) body.rigid->setCenterOfMassTransform(body.to);
     setLeaf(body);
     return true;
@@ -109,20 +113,20 @@ bool PhysicsWorld::ride(BodyState& body, bool after_write) {
 // Waking. -------------------------------------------------------------------------------------------------------------
 
 void PhysicsWorld::wake(BodyState& body) {
-    if (!body.isFrozen()) return;
+    if (!body.isSleeping()) return;
     const btVector3 linear = body.rigid->getLinearVelocity(), angular = body.rigid->getAngularVelocity();
-    body.setMode(Mode::SIMULATE);
+    body.setMode(Mode::DYNAMIC);
     body.setVelocity(linear, angular);
     body.supports.clear();
-    if (m_state->in_part) {
+    if (m_state->in_substep) {
         insertById(m_state->simulated, &body);
-        applyLoads(body, m_state->part);
+        applyLoads(body, m_state->substep);
     }
-    wakeRidersOn(*body.object);
+    wakeAttachedTo(*body.object);
 }
 
-void PhysicsWorld::wakeRidersOn(const Object& support) {
-    for (BodyState* body : m_state->residents) {
+void PhysicsWorld::wakeAttachedTo(const Object& support) {
+    for (BodyState* body : m_state->dynamic_bodies) {
         for (std::size_t i = 0; i < body->supports.size(); ++i) {
             if (body->supports[i].object != &support) continue;
             wake(*body);
@@ -131,18 +135,18 @@ void PhysicsWorld::wakeRidersOn(const Object& support) {
     }
 }
 
-void PhysicsWorld::wakePushed() {
-    for (BodyState* body : m_state->residents) {
-        if (body->isFrozen() && body->isPushed()) wake(*body);
+void PhysicsWorld::wakePushedBodies() {
+    for (BodyState* body : m_state->dynamic_bodies) {
+        if (body->isSleeping() && body->isPushed()) wake(*body);
     }
 }
 
-/// A frozen body wakes when something simulated runs or pushes into it.
+/// A sleeping body wakes when a simulated one hits or pushes it.
 bool PhysicsWorld::wakeTouched() {
     const std::size_t awake = m_state->simulated.size();
     const auto touch = [this](Collidable& a, Collidable& b, const btPersistentManifold& manifold) {
         BodyState *const body = a.asBody(), *const other = b.asBody();
-        if (!body || !other || !body->isFrozen() || other->mode != Mode::SIMULATE) return;
+        if (!body || !other || !body->isSleeping() || other->mode != Mode::DYNAMIC) return;
         if (isStillOn(*other, *body) && !other->isPushed()) return;
         for (int i = 0; i < manifold.getNumContacts(); ++i) {
             if (manifold.getContactPoint(i).getDistance() > 0.0) continue;

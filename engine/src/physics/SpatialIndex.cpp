@@ -1,27 +1,17 @@
-// The bounding hierarchy behind segment and box queries; brought up to date by the first query after a move.
+// Segment and box queries on the bounding volume hierarchy; the first query after a move updates it.
 #include "physics/SpatialIndex.h"
 
-#include <BulletCollision/BroadphaseCollision/btDbvt.h>
-
 #include "engine/math/jMath.h"
+#include "physics/Convert.h"
+#include "physics/TreeQuery.h"
 
 namespace {
 
 constexpr double PADDING = 0.001;  // metres: far above the rounding of geocentric boxes, 1e-9
-constexpr std::size_t FEW = 16;    // objects that move in a usual frame
-constexpr int PASSES = 4;          // leaves that are put to a better place with every change
+constexpr std::size_t FEW = 16;    // objects that move in a typical frame
+constexpr int PASSES = 4;          // leaves reinserted with every update
 
-btVector3 toBullet(const dvec3& v) {
-    return {v.x, v.y, v.z};
-}
-dvec3 fromBullet(const btVector3& v) {
-    return {v.x(), v.y(), v.z()};
-}
-Node* nodeOf(const btDbvtNode* leaf) {
-    return static_cast<Node*>(leaf->data);
-}
-
-bool canBeMet(Node& node) {
+bool hasSurfaces(Node& node) {
     return node.getType() == Node::PREFAB || node.asObject()->getNumSurfaces() > 0;
 }
 
@@ -62,7 +52,7 @@ void SpatialIndex::dropLeaf(Node& node) {
 }
 
 void SpatialIndex::refit(Node& node) {
-    const BoundBox box = canBeMet(node) ? node.getWorldBoundBox() : BoundBox();
+    const BoundBox box = hasSurfaces(node) ? node.getWorldBoundBox() : BoundBox();
     if (box.isEmpty() || !isFinite(box.min) || !isFinite(box.max)) {
         dropLeaf(node);
         return;
@@ -78,8 +68,7 @@ void SpatialIndex::refit(Node& node) {
 
 void SpatialIndex::refit() {
     if (m_moved.empty()) return;
-    // A row of objects that join one after the other would make a chain of a tree; in mixed order it comes out
-    // balanced.
+    // Objects inserted in the order of their positions make an unbalanced tree; a random order keeps it balanced.
     Random random;
     for (std::size_t left = m_moved.size(); left > FEW; --left) {
         std::swap(m_moved[left - 1], m_moved[random.getInt() % left]);
@@ -92,42 +81,32 @@ void SpatialIndex::refit() {
     m_tree->optimizeIncremental(PASSES);
 }
 
-template <class Touches, class Found>
-void SpatialIndex::walk(const Touches& touches, const Found& found) {
+void SpatialIndex::query(const dvec3& from, const dvec3& to, jVector<Node*>& tops) {
+    if (!isFinite(from) || !isFinite(to)) return;
     refit();
-    if (!m_tree->m_root) return;
-    m_stack.assign(1, m_tree->m_root);
+    const int first = tops.size();
+    // Bullet's own ray test takes no segment of length zero.
+    m_stack.clear();
+    if (m_tree->m_root) m_stack.push_back(m_tree->m_root);
     while (!m_stack.empty()) {
         const btDbvtNode* const node = m_stack.back();
         m_stack.pop_back();
-        if (!touches(node->volume)) continue;
-        if (node->isinternal()) {
-            m_stack.push_back(node->childs[0]);
-            m_stack.push_back(node->childs[1]);
-        } else {
-            found(nodeOf(node));
-        }
+        if (!intersects(BoundBox(fromBullet(node->volume.Mins()), fromBullet(node->volume.Maxs())), from, to)) continue;
+        if (node->isinternal())
+            m_stack.insert(m_stack.end(), {node->childs[0], node->childs[1]});
+        else
+            tops.append(static_cast<Node*>(node->data));
     }
-}
-
-void SpatialIndex::query(const dvec3& from, const dvec3& to, jVector<Node*>& tops) {
-    if (!isFinite(from) || !isFinite(to)) return;
-    const int first = tops.size();
-    walk(
-        [&](const btDbvtVolume& v) {
-            return intersects(BoundBox(fromBullet(v.Mins()), fromBullet(v.Maxs())), from, to);
-        },
-        [&](Node* node) { tops.append(node); });
     std::sort(tops.begin() + first, tops.end(),
               [](const Node* a, const Node* b) { return a->m_join_order < b->m_join_order; });
 }
 
 void SpatialIndex::query(const BoundBox& box, jVector<Object*>& tops) {
     if (box.isEmpty()) return;
+    refit();
     const int first = tops.size();
-    const btDbvtVolume wanted = btDbvtVolume::FromMM(toBullet(box.min), toBullet(box.max));
-    walk([&](const btDbvtVolume& v) { return Intersect(v, wanted); },
-         [&](Node* node) { tops.append(node->asObject()); });
+    eachOverlap(*m_tree, toBullet(box.min), toBullet(box.max),
+                [&tops](void* node) { tops.append(static_cast<Node*>(node)->asObject()); });
     std::sort(tops.begin() + first, tops.end(),
               [](const Node* a, const Node* b) { return a->m_join_order < b->m_join_order; });
 }

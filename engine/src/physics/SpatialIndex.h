@@ -1,4 +1,4 @@
-// Where things are: a bounding hierarchy over the outermost prefabs and the objects outside prefabs.
+// A bounding volume hierarchy over the outermost prefabs and the objects outside prefabs.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 struct btDbvt;
 struct btDbvtNode;
 
-/// Keeps the world boxes of its objects up to date when asked, not when they move, so that a move costs a list entry
-/// and several moves between two queries cost as much as one. Boxes are geocentric, padded by 1 mm.
+/// World boxes are updated by the next query, not by a move, so that a move costs a list entry and several moves
+/// between two queries cost as much as one. Boxes are geocentric, padded by 1 mm.
 class SpatialIndex {
 public:
     SpatialIndex();
@@ -18,11 +18,11 @@ public:
     SpatialIndex(const SpatialIndex&) = delete;
     SpatialIndex& operator=(const SpatialIndex&) = delete;
 
-    /// An object that joined the world; those within a prefab are the prefab's affair and ignored.
+    /// Adds an object that joined the world; objects within a prefab are ignored, the prefab is added for them.
     void add(Node& node);
-    /// It leaves the world; nodes that were not taken in are ignored.
+    /// Removes a node that leaves the world; nodes that were not added are ignored.
     void remove(Node& node);
-    /// Its place or its content changed; nodes that were not taken in are ignored.
+    /// To be called after a change of place or content; nodes that were not added are ignored.
     void moved(Node& node);
 
     /// Appends the nodes whose boxes the segment touches, in order of joining the world; inactive ones as well.
@@ -31,8 +31,6 @@ public:
     void query(const BoundBox& box, jVector<Object*>& tops);
 
 private:
-    template <class Touches, class Found>
-    void walk(const Touches& touches, const Found& found);
     void refit();
     void refit(Node& node);
     void dropLeaf(Node& node);

@@ -1,4 +1,4 @@
-// Terrain under a body: which cells lie there, and their triangles for Bullet's queries.
+// Cells of terrain near a body, and their triangles for Bullet's queries.
 #include "physics/TerrainShape.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int SLACK = 4;          // cells beyond what is asked for, so that the window is kept for a while
+constexpr int SLACK = 4;          // cells beyond the query, so that the window stays valid while the body moves
 constexpr int MAX_CELLS = 512;    // along a window's edge
 constexpr double CORNERS = 1e-3;  // cells: the corners of a box bound what lies between them but for the globe's curve
 

@@ -1,4 +1,4 @@
-// A piece of terrain as Bullet takes it: the triangles between an elevation raster's posts.
+// A window of terrain as a Bullet shape: the triangles between an elevation raster's posts.
 #pragma once
 
 #include <btBulletCollisionCommon.h>
@@ -7,17 +7,17 @@
 
 #include "engine/scene/ObjectTerrain.h"
 
-/// A window of cells, kept as geocentric directions from an origin near by, without rotation. Triangles are made for
-/// the box asked about, so that a window costs nothing but its posts.
+/// A window of cells, stored as geocentric offsets from a nearby origin, without rotation. Triangles are made for the
+/// box of each query; only the posts are stored.
 class TerrainShape final : public btConcaveShape {
 public:
     TerrainShape(const ObjectTerrain& terrain, const btVector3& origin);
 
     const btVector3& getOrigin() const { return m_origin; }
-    /// Forgets the window; directions count from the new origin on.
+    /// Drops the window; later offsets are from the new origin.
     void setOrigin(const btVector3& origin);
-    /// Makes sure that the ground below a geocentric box is in the window; keeps the window while it is. False when no
-    /// ground of the raster is near the box.
+    /// Moves the window when it does not contain the ground below a geocentric box. False when no ground of the raster
+    /// is near the box.
     bool cover(const btVector3& box_min, const btVector3& box_max);
 
     void processAllTriangles(btTriangleCallback* callback, const btVector3& box_min,

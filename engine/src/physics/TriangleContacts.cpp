@@ -1,5 +1,4 @@
-// Face normals for contacts with triangles, and sweeps that look at one triangle at a time; called by Bullet and by the
-// bodies' motion.
+// Face normals for contacts with triangles, and sweeps against single triangles.
 #include "physics/TriangleContacts.h"
 
 #include "physics/Collidable.h"
@@ -9,42 +8,42 @@ namespace {
 
 constexpr double LEDGE = 0.02;  // metres: a lower ledge is no obstacle
 
-class FirstMeeting final : public btCollisionWorld::ConvexResultCallback {
+class FirstHit final : public btCollisionWorld::ConvexResultCallback {
 public:
-    FirstMeeting(const btVector3& way, double least) : m_way(way), m_least(least) {}
+    FirstHit(const btVector3& motion, double min_closing) : m_motion(motion), m_min_closing(min_closing) {}
 
     bool needsCollision(btBroadphaseProxy*) const override { return true; }
     /// Casts against convex shapes report the normal in the world.
     btScalar addSingleResult(btCollisionWorld::LocalConvexResult& result, bool) override {
-        if (btFabs(result.m_hitNormalLocal.dot(m_way)) < m_least) return m_closestHitFraction;
-        meeting = {result.m_hitFraction, true};
+        if (btFabs(result.m_hitNormalLocal.dot(m_motion)) < m_min_closing) return m_closestHitFraction;
+        hit = {result.m_hitFraction, true};
         m_closestHitFraction = result.m_hitFraction;
         return m_closestHitFraction;
     }
 
-    Meeting meeting;
+    SweepHit hit;
 
 private:
-    btVector3 m_way;
-    double m_least;
+    btVector3 m_motion;
+    double m_min_closing;
 };
 
-/// Sweeps against each triangle that the way leads through; all of it in the frame of the triangles.
+/// Sweeps against each triangle that the motion's box overlaps, in the frame of the triangles.
 class TriangleSweep final : public btTriangleCallback {
 public:
     TriangleSweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
-                  double least)
+                  double min_closing)
         : m_shape(shape),
           m_from(from),
           m_to(to),
           m_other(other),
-          m_way(to.getOrigin() - from.getOrigin()),
-          m_least(least),
-          first(m_way, least) {}
+          m_motion(to.getOrigin() - from.getOrigin()),
+          m_min_closing(min_closing),
+          first(m_motion, min_closing) {}
 
     void processTriangle(btVector3* corners, int, int) override {
         const btVector3 normal = (corners[1] - corners[0]).cross(corners[2] - corners[0]);
-        if (btFabs(normal.dot(m_way)) <= m_least * normal.length()) return;
+        if (btFabs(normal.dot(m_motion)) <= m_min_closing * normal.length()) return;
         btTriangleShape triangle(corners[0], corners[1], corners[2]);
         triangle.setMargin(0.0);
         btCollisionWorld::objectQuerySingle(&m_shape, m_from, m_to, &m_other, &triangle, btTransform::getIdentity(),
@@ -55,34 +54,35 @@ private:
     const btConvexShape& m_shape;
     const btTransform m_from, m_to;
     btCollisionObject& m_other;
-    const btVector3 m_way;
-    const double m_least;
+    const btVector3 m_motion;
+    const double m_min_closing;
 
 public:
-    FirstMeeting first;
+    FirstHit first;
 };
 
-Meeting sweepTriangles(const btConvexShape& shape, const btTransform& from, const btTransform& to,
-                       btCollisionObject& other, const btConcaveShape& surface, double least) {
+SweepHit sweepTriangles(const btConvexShape& shape, const btTransform& from, const btTransform& to,
+                        btCollisionObject& other, const btConcaveShape& surface, double min_closing) {
     btVector3 lo, hi, lo_to, hi_to;
     shape.getAabb(from, lo, hi);
     shape.getAabb(to, lo_to, hi_to);
     lo.setMin(lo_to);
     hi.setMax(hi_to);
-    TriangleSweep sweep(shape, from, to, other, least);
+    TriangleSweep sweep(shape, from, to, other, min_closing);
     surface.processAllTriangles(&sweep, lo, hi);
-    return sweep.first.meeting;
+    return sweep.first.hit;
 }
 
-/// How deep a body may be below a face that it rests on: as far as it is into the ground already, and what it fell.
+/// The depth below a face at which a contact still counts as one with the face: the present penetration and the
+/// distance of a substep.
 double getAllowance(const BodyState& body, const Collidable& ground, const btVector3& point, const btVector3& normal) {
     const double closing = -(body.getVelocityAt(point) - ground.getVelocityAt(point)).dot(normal);
-    return LEDGE + body.sunk + 1.5 * body.part * btMax(0.0, closing);
+    return LEDGE + body.penetration + 1.5 * body.substep * btMax(0.0, closing);
 }
 
 /// `on_body` is the place of the point on the body, in the world.
-void turnToFace(btManifoldPoint& point, const btCollisionObjectWrapper& shape, const btCollisionObjectWrapper& face,
-                const btVector3& on_body, bool face_is_second) {
+void useFaceNormal(btManifoldPoint& point, const btCollisionObjectWrapper& shape, const btCollisionObjectWrapper& face,
+                   const btVector3& on_body, bool face_is_second) {
     const auto& triangle = static_cast<const btTriangleShape&>(*face.getCollisionShape());
     const btTransform& pose = face.getWorldTransform();
     btVector3 normal;
@@ -113,25 +113,25 @@ bool isTriangle(const btCollisionObjectWrapper& wrap) {
 
 }  // namespace
 
-bool turnToFace(btManifoldPoint& point, const btCollisionObjectWrapper* one, int, int,
-                const btCollisionObjectWrapper* two, int, int) {
+bool useFaceNormal(btManifoldPoint& point, const btCollisionObjectWrapper* one, int, int,
+                   const btCollisionObjectWrapper* two, int, int) {
     if (isTriangle(*two))
-        turnToFace(point, *one, *two, point.m_positionWorldOnA, true);
+        useFaceNormal(point, *one, *two, point.m_positionWorldOnA, true);
     else if (isTriangle(*one))
-        turnToFace(point, *two, *one, point.m_positionWorldOnB, false);
+        useFaceNormal(point, *two, *one, point.m_positionWorldOnB, false);
     return false;
 }
 
-Meeting sweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
-              const btCollisionShape& other_shape, const btTransform& other_pose, double least) {
-    // In the other's frame, near its origin, so that the casts' fixed tolerances mean what they were chosen for.
+SweepHit sweep(const btConvexShape& shape, const btTransform& from, const btTransform& to, btCollisionObject& other,
+               const btCollisionShape& other_shape, const btTransform& other_pose, double min_closing) {
+    // In the other's frame, near its origin, where the fixed tolerances of the casts are valid.
     const btTransform local_from = other_pose.inverseTimes(from), local_to = other_pose.inverseTimes(to);
     if (other_shape.isConcave()) {
         return sweepTriangles(shape, local_from, local_to, other, static_cast<const btConcaveShape&>(other_shape),
-                              least);
+                              min_closing);
     }
-    FirstMeeting first(local_to.getOrigin() - local_from.getOrigin(), least);
+    FirstHit first(local_to.getOrigin() - local_from.getOrigin(), min_closing);
     btCollisionWorld::objectQuerySingle(&shape, local_from, local_to, &other, &other_shape, btTransform::getIdentity(),
                                         first, 0.0);
-    return first.meeting;
+    return first.hit;
 }

@@ -1,11 +1,12 @@
 // Timed actions and their manager.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// An operation over several frames. Actions are made with jNew. The owner of an action (a manager or a group) calls
 /// `step` in each update and then `isDone`; when that is true it triggers, releases and destroys the action.
-class Action {
+class ENGINE_API Action {
 public:
     virtual bool isPause() const { return m_pause; }
     virtual void setPause(bool pause) { m_pause = pause; }
@@ -35,7 +36,7 @@ private:
 };
 
 /// An action with a duration.
-class FiniteTimeAction : public Action {
+class ENGINE_API FiniteTimeAction : public Action {
 public:
     virtual float getDuration() const { return m_duration; }  ///< seconds
     virtual void setDuration(float seconds) { m_duration = seconds; }
@@ -45,7 +46,7 @@ protected:
 };
 
 /// An action that measures the time since its start.
-class ActionInterval : public FiniteTimeAction {
+class ENGINE_API ActionInterval : public FiniteTimeAction {
 public:
     /// A wait of `duration` seconds; the caller owns it until it is added to a manager or a group.
     static ActionInterval* Create(float duration);
@@ -67,14 +68,14 @@ private:
 };
 
 /// An action without an end of its own; it ends when it is removed.
-class ForeverAction : public Action {
+class ENGINE_API ForeverAction : public Action {
 public:
     bool isDone() const override { return false; }
 };
 
 /// Runs its actions in parallel; done when all are done. Owns them. Its duration is the longest one among the added
 /// ones.
-class ActionMulti : public ActionInterval {
+class ENGINE_API ActionMulti : public ActionInterval {
 public:
     static ActionMulti* Create();
     ~ActionMulti() override;
@@ -93,7 +94,7 @@ private:
 
 /// Runs its actions one after the other; the remaining time of a step is passed to the next action. Owns them. Its
 /// duration is the sum of those added.
-class ActionSequence : public ActionInterval {
+class ENGINE_API ActionSequence : public ActionInterval {
 public:
     static ActionSequence* Create();
     ~ActionSequence() override;
@@ -111,11 +112,11 @@ private:
 };
 
 /// Releases and destroys an action outside a manager. Null is allowed.
-void destroyAction(Action* action);
+ENGINE_API void destroyAction(Action* action);
 
 /// Runs actions: `start` when added, `step` in each update until done, then `trigger`, `release` and destruction.
 /// Actions may be added and removed during a step; an added action then gets its first step in the next update.
-class ActionManager {
+class ENGINE_API ActionManager {
 public:
     ActionManager() = default;
     ~ActionManager();

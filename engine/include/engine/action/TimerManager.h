@@ -1,10 +1,11 @@
 // Delayed calls.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// Calls functions after a delay, in the order of addition.
-class TimerManager {
+class ENGINE_API TimerManager {
 public:
     /// Calls `function` after `delay` seconds, and every `delay` seconds again when `repeat` is set. Returns an id > 0.
     int addTimer(float delay, bool repeat, Function<void()> function);

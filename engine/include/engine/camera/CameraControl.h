@@ -1,6 +1,7 @@
 // The one camera that the logic drives.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Transform.h"
 #include "engine/text/Containers.h"
 
@@ -9,7 +10,7 @@ class Node;
 /// Position and rotation of the view; `apply` writes them to a camera node. The camera looks along its node's -Z, Y up.
 /// The data members are part of the contract: a logic reads and writes them directly. "Stored only": `apply` and the
 /// engine do not read the value.
-class CameraControl {
+class ENGINE_API CameraControl {
 public:
     virtual ~CameraControl() = default;
     virtual int getIndex() const { return m_index; }

@@ -2,8 +2,10 @@
 // fixed step are reproducible.
 #pragma once
 
+#include "engine/Api.h"
+
 /// Elapsed engine time from a start.
-class Stopwatch {
+class ENGINE_API Stopwatch {
 public:
     void start();  ///< from now; a running watch is restarted
     void stop();   ///< keeps the elapsed time
@@ -18,7 +20,7 @@ private:
 };
 
 /// The engine's time.
-class jTimer {
+class ENGINE_API jTimer {
 public:
     static double getTimeSecond();  ///< seconds since the engine's start; 0 without an engine
 };

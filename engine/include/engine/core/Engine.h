@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/globe/EllipsoidModel.h"
 #include "engine/math/jMath.h"
 #include "engine/text/Containers.h"
@@ -38,7 +39,7 @@ struct EngineSettings {
 /// A frame is: `beginFrame(dt)`, the logic's update, `step()`, the logic's swap, `updateGui()` and the picture where
 /// there is one, the logic's render, `endFrame()`. The application alone calls `beginFrame`, `step`, `updateGui` and
 /// `endFrame`; a plug-in must not.
-class Engine {
+class ENGINE_API Engine {
 public:
     /// REQUIRES that no other engine exists.
     explicit Engine(const EngineSettings& settings = {});

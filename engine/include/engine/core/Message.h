@@ -1,6 +1,8 @@
 // Engine messages and their receivers.
 #pragma once
 
+#include "engine/Api.h"
+
 /// A message with its identifier and one value.
 struct UiMsg {
     int id = 0;
@@ -9,7 +11,7 @@ struct UiMsg {
 
 /// A receiver of engine messages. All attached nodes receive every message, in order of attachment, on the frame
 /// thread.
-class MsgNode {
+class ENGINE_API MsgNode {
 public:
     virtual ~MsgNode();
     /// The base does nothing.

@@ -1,11 +1,12 @@
 // The WGS84 globe: conversions between geodetic and geocentric coordinates.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Transform.h"
 
 /// The reference ellipsoid WGS84. Geodetic triples are (longitude in degrees [-180, 180], latitude in degrees, height
 /// above the ellipsoid in metres); world positions are geocentric metres, X through (0, 0), Z through the north pole.
-class EllipsoidModel {
+class ENGINE_API EllipsoidModel {
 public:
     static constexpr double SEMI_MAJOR = 6378137.0;                            ///< metres
     static constexpr double FLATTENING = 1.0 / 298.257223563;                  ///< NGA.STND.0036

@@ -1,13 +1,14 @@
 // Widgets with text input: a line of text, an integer, a vector.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UILayout.h"
 
 class TextEdit;
 
 /// One line of text. A click starts editing with all text selected; Enter, Tab or a click elsewhere accepts the typed
 /// text and fires a change, Escape discards it.
-class UIEditLine : public UIElement {
+class ENGINE_API UIEditLine : public UIElement {
 public:
     explicit UIEditLine(const jString& text = {});
     ~UIEditLine() override;
@@ -46,7 +47,7 @@ private:
 
 /// An integer stored elsewhere. Typed values are passed to the setter and fire a change; a text that is not an integer,
 /// and a value that the setter refuses, is discarded with one log line and the last value is kept.
-class UIInt : public UIEditLine {
+class ENGINE_API UIInt : public UIEditLine {
 public:
     using Getter = Function<int()>;
     using Setter = Function<bool(int)>;  ///< false refuses
@@ -65,7 +66,7 @@ private:
 /// A vector stored elsewhere, in three fields; each typed number is passed to the setter with the other two unchanged.
 /// Input that is not a finite number, and values that the setter refuses, are discarded with one log line and the last
 /// value is kept.
-class UIDVec3 : public UIHLayout {
+class ENGINE_API UIDVec3 : public UIHLayout {
 public:
     using Getter = Function<dvec3()>;
     using Setter = Function<bool(const dvec3&)>;  ///< false refuses

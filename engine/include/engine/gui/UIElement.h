@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/gui/Events.h"
 #include "engine/math/Vec.h"
 #include "engine/memory/Allocator.h"
@@ -22,7 +23,7 @@ struct UISize {
 ///
 /// Changes by code fire no binding: bindings report the user's actions. A handler may add and remove any element,
 /// including its own.
-class UIElement {
+class ENGINE_API UIElement {
 public:
     using ClickHandler = Function<void(const GUIEventMouse& event, UIElement* element)>;
     using ChangeHandler = Function<void(const GUIEventChange& event, UIElement* element)>;

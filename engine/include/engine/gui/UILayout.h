@@ -1,10 +1,11 @@
 // Layouts: elements that arrange other elements.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
 /// Owns its children and receives the mouse on all of its area.
-class UILayout : public UIElement {
+class ENGINE_API UILayout : public UIElement {
 public:
     ~UILayout() override;
 
@@ -38,21 +39,21 @@ protected:
 };
 
 /// Left to right, vertically centred.
-class UIHLayout : public UILayout {
+class ENGINE_API UIHLayout : public UILayout {
 protected:
     UISize measure() override;
     void arrange() override;
 };
 
 /// Top to bottom; children without a set width get the width of the widest.
-class UIVLayout : public UILayout {
+class ENGINE_API UIVLayout : public UILayout {
 protected:
     UISize measure() override;
     void arrange() override;
 };
 
 /// Row by row, each child in the next cell; cells are left-aligned and vertically centred.
-class UIGridLayout : public UILayout {
+class ENGINE_API UIGridLayout : public UILayout {
 public:
     void setNumColumns(int columns);  ///< at least 1, the default
     /// Columns with a ratio share the width in proportion, each at least as wide as its content; a column with ratio 0,

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
 struct ImDrawData;
@@ -20,7 +21,7 @@ struct UIFontAtlas {
 ///
 /// An element that extends below the window's bottom, or over an element below it, is clipped there and scrolled by the
 /// wheel.
-class UIRoot {
+class ENGINE_API UIRoot {
 public:
     enum Expand { EXPAND_NONE = 0, EXPAND_WIDTH = 1, EXPAND_HEIGHT = 2 };
 

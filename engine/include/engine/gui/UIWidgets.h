@@ -1,10 +1,11 @@
 // Widgets: label, sprite, button, check box, slider.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/gui/UIElement.h"
 
 /// A text that does not receive the mouse. Lines end with '\n'.
-class UILabel : public UIElement {
+class ENGINE_API UILabel : public UIElement {
 public:
     explicit UILabel(const jString& text = {});
     void setText(const jString& text);
@@ -22,7 +23,7 @@ private:
 
 /// An image below the runtime root, 16 x 16 pixels unless a size is set. A missing file gives one log line and is shown
 /// as a crossed box.
-class UISprite : public UIElement {
+class ENGINE_API UISprite : public UIElement {
 public:
     explicit UISprite(const jString& image = {});
     void setImage(const jString& path);
@@ -36,7 +37,7 @@ private:
 };
 
 /// A text that can be clicked.
-class UIButton : public UIElement {
+class ENGINE_API UIButton : public UIElement {
 public:
     explicit UIButton(const jString& text = {});
     void setText(const jString& text);
@@ -52,7 +53,7 @@ private:
 };
 
 /// A box toggled by each click; fires a change, then the click.
-class UICheckBox : public UIElement {
+class ENGINE_API UICheckBox : public UIElement {
 public:
     void setChecked(bool checked) { m_checked = checked; }
     bool isChecked() const { return m_checked; }
@@ -67,7 +68,7 @@ private:
 };
 
 /// A value that is dragged within a range, by default 0 to 1.
-class UISlider : public UIElement {
+class ENGINE_API UISlider : public UIElement {
 public:
     void setMinValue(float value);
     void setMaxValue(float value);

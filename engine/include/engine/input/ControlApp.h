@@ -3,10 +3,11 @@
 
 #include <array>
 
+#include "engine/Api.h"
 #include "engine/gui/Keys.h"
 
 /// Set by the window, a script or a test; polled by the logic. Keys are numbered as in Keys.
-class ControlApp {
+class ENGINE_API ControlApp {
 public:
     using Key = Keys::Key;
     using enum Keys::Key;

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "engine/Api.h"
 #include "engine/gui/Events.h"
 #include "engine/input/ControlApp.h"
 #include "engine/text/Containers.h"
@@ -12,7 +13,7 @@ class UIRoot;
 /// Events are queued in order until the frame begins. Panels have priority and consume the events that they use: mouse
 /// events on their area and while one of their widgets is held, and the keyboard while a text is edited. A release goes
 /// to the receiver of the press. Owned by the engine; frame thread only.
-class InputRouter {
+class ENGINE_API InputRouter {
 public:
     using Modifier = Keys::Modifier;
     using enum Keys::Modifier;

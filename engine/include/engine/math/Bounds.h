@@ -3,10 +3,11 @@
 
 #include <limits>
 
+#include "engine/Api.h"
 #include "engine/math/Transform.h"
 
 /// A box in metres. A new box is empty; an empty box has no extent and does not change unions.
-struct BoundBox {
+struct ENGINE_API BoundBox {
     dvec3 min{std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
               std::numeric_limits<double>::max()};
     dvec3 max{std::numeric_limits<double>::lowest(), std::numeric_limits<double>::lowest(),
@@ -31,6 +32,6 @@ struct BoundBox {
 };
 
 /// The bounding box of a transformed box.
-BoundBox operator*(const dmat4& m, const BoundBox& b);
+ENGINE_API BoundBox operator*(const dmat4& m, const BoundBox& b);
 /// Whether the segment from a to b touches the box (both in the box's frame).
-bool intersects(const BoundBox& box, const dvec3& a, const dvec3& b);
+ENGINE_API bool intersects(const BoundBox& box, const dvec3& a, const dvec3& b);

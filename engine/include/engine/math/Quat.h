@@ -1,10 +1,11 @@
 // Rotations: double quaternion and 3x3 matrix.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 
 /// Three columns X, Y, Z, applied to column vectors.
-struct dmat3 {
+struct ENGINE_API dmat3 {
     dvec3 x{1.0, 0.0, 0.0};
     dvec3 y{0.0, 1.0, 0.0};
     dvec3 z{0.0, 0.0, 1.0};
@@ -29,7 +30,7 @@ constexpr dmat3 transpose(const dmat3& m) {
 }
 
 /// A unit quaternion in double precision. Every angle is in degrees.
-struct dquat {
+struct ENGINE_API dquat {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
@@ -56,14 +57,14 @@ struct dquat {
     dquat& normalize();
 };
 
-dquat operator*(const dquat& a, const dquat& b);
-dvec3 operator*(const dquat& q, const dvec3& v);
+ENGINE_API dquat operator*(const dquat& a, const dquat& b);
+ENGINE_API dvec3 operator*(const dquat& q, const dvec3& v);
 
 /// X-Y-Z Euler angles in degrees of M = Rx * Ry * Rz, with Y in [-90, 90].
-dvec3 toEulerXYZ(const dmat3& m);
+ENGINE_API dvec3 toEulerXYZ(const dmat3& m);
 /// The matrix Rx(a.x) * Ry(a.y) * Rz(a.z), degrees.
-dmat3 fromEulerXYZ(const dvec3& a);
+ENGINE_API dmat3 fromEulerXYZ(const dvec3& a);
 
 /// Rotates q so that column 0 of the result is q's own Z axis: the direction from a target to an eye that looks along
 /// -Z.
-dquat convertFromZUpCoordinateSystem(const dquat& q);
+ENGINE_API dquat convertFromZUpCoordinateSystem(const dquat& q);

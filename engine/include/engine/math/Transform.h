@@ -1,10 +1,11 @@
 // Affine transforms in double precision for nodes, bodies and cameras.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Quat.h"
 
 /// Four columns X, Y, Z and translation, applied to column vectors; the last row is (0, 0, 0, 1).
-struct dmat4 {
+struct ENGINE_API dmat4 {
     dvec3 x{1.0, 0.0, 0.0};
     dvec3 y{0.0, 1.0, 0.0};
     dvec3 z{0.0, 0.0, 1.0};
@@ -41,12 +42,13 @@ constexpr dmat4 operator*(const dmat4& a, const dmat4& b) {
     return {rotate(a, b.x), rotate(a, b.y), rotate(a, b.z), a * b.t};
 }
 /// The inverse; a singular matrix gives the identity.
-dmat4 inverse(const dmat4& m);
+ENGINE_API dmat4 inverse(const dmat4& m);
 /// True when no element is NaN or infinite.
-bool isFinite(const dmat4& m);
+ENGINE_API bool isFinite(const dmat4& m);
 
 /// Splits m into translation, rotation and scale (m = T * R * S). A mirrored matrix has a negative X scale; a zero
 /// column gives scale 0 on that axis and the rotation of the other two.
-void decomposeTransform(const dmat4& m, dvec3& translation, dquat& rotation, dvec3& scale);
+ENGINE_API void decomposeTransform(const dmat4& m, dvec3& translation, dquat& rotation, dvec3& scale);
 /// The inverse of the split: T * R * S.
-dmat4 composeTransform(const dvec3& translation, const dquat& rotation, const dvec3& scale = {1.0, 1.0, 1.0});
+ENGINE_API dmat4 composeTransform(const dvec3& translation, const dquat& rotation,
+                                  const dvec3& scale = {1.0, 1.0, 1.0});

@@ -4,10 +4,11 @@
 #include <cstddef>
 #include <utility>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// Process-wide allocator of the plug-in's heap objects. Safe from any thread.
-class jAllocator {
+class ENGINE_API jAllocator {
 public:
     static jAllocator* get();
 
@@ -31,11 +32,12 @@ struct MemInfo {
 };
 
 /// Registers a block under its source tag, line and function. A block registered twice keeps the later entry.
-void memAddInfo(const void* block, int kind, const char* source, int line, const char* function, std::size_t size);
+ENGINE_API void memAddInfo(const void* block, int kind, const char* source, int line, const char* function,
+                           std::size_t size);
 /// Removes the registration of a block; an unknown block is ignored.
-void memRemoveInfo(const void* block);
+ENGINE_API void memRemoveInfo(const void* block);
 /// All registered blocks, in order of registration.
-jVector<MemInfo> memGetInfos();
+ENGINE_API jVector<MemInfo> memGetInfos();
 
 /// Place of a construction in the sources: source tag and function; the line is the caller's.
 struct MemTag {

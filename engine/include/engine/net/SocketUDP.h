@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// Counters of all sockets of the process.
@@ -21,7 +22,7 @@ struct NetStats {
 /// One IPv4 datagram socket. Addresses are dotted decimals. A multicast address is joined by binding to it. Multicast
 /// is sent through the interface of the bound address, so that it stays on this machine for a loopback address. Time to
 /// live is 1. Operations that return bool give false on an invalid value or when the system refuses. Frame thread only.
-class SocketUDP {
+class ENGINE_API SocketUDP {
 public:
     SocketUDP();
     virtual ~SocketUDP();

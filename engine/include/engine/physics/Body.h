@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/math/Transform.h"
 #include "engine/text/Containers.h"
 
@@ -50,7 +51,7 @@ struct BodySettings {
 
 /// Told of touches. After every step in which shapes of the body began to touch something, once for each such shape,
 /// after all bodies have moved.
-class BodyContactCallbackBase {
+class ENGINE_API BodyContactCallbackBase {
 public:
     virtual ~BodyContactCallbackBase() = default;
     /// `shape` is the index of the body's own shape that began to touch.
@@ -58,7 +59,7 @@ public:
 };
 
 /// An object's body, as every kind has it. Owned by the object.
-class Body {
+class ENGINE_API Body {
 public:
     virtual ~Body();
     Body(const Body&) = delete;
@@ -95,7 +96,7 @@ protected:
 
 /// The operations of a body that moves. Forces in newtons, torques in newton metres, world axes; they act over the next
 /// step and are then forgotten. A static or driven body ignores them.
-class BodyRigid final : public Body {
+class ENGINE_API BodyRigid final : public Body {
 public:
     BodyRigid(Object* object, const BodySettings& settings);
     ~BodyRigid() override;

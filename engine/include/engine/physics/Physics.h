@@ -1,10 +1,11 @@
 // The physics of a world.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 
 /// What the scene's behaviour asks of the physics.
-class Physics {
+class ENGINE_API Physics {
 public:
     virtual ~Physics() = default;
     /// Acceleration in the local east-north-up frame, m/s^2; it acts along each body's own vertical.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 class RasterSource;
@@ -58,7 +59,7 @@ inline GroundPlane planeOf(const CellHeights& cell, bool south_east) {
 /// south-west to its north-east post: (SW, SE, NE) and (SW, NE, NW), both counter-clockwise from above. A triangle with
 /// a hole at a corner is not ground. A triangle drawn straight between the geocentric positions of posts s metres apart
 /// is at most s^2 / (4 R) below that ground, R the earth's radius: 0.04 mm for posts 30 m apart.
-class ElevationRaster {
+class ENGINE_API ElevationRaster {
 public:
     static constexpr int TILE_CELLS = 256;  ///< cells per side of a tile; a tile has one more post per side
     static constexpr int BLOCK_CELLS = 16;  ///< cells per side of a block, the finest area with stored bounds

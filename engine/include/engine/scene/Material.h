@@ -5,12 +5,13 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 #include "engine/text/Containers.h"
 
 /// An encoded image (PNG, JPEG or DDS bytes). Only the picture decodes it; its bytes are not kept in memory when they
 /// are in a file.
-struct ImageData {
+struct ENGINE_API ImageData {
     jString name;                      ///< file and index, unique
     std::vector<unsigned char> bytes;  ///< empty when the bytes are in the file
     jString file;                      ///< path for the system
@@ -22,7 +23,7 @@ struct ImageData {
 
 /// Metallic-roughness material after glTF 2.0. Surfaces share a material until one of them gets its own
 /// (`Object::setSurfaceMaterialInherit`).
-class Material {
+class ENGINE_API Material {
 public:
     jString name;
     vec4 base_color{1.0f, 1.0f, 1.0f, 1.0f};  ///< linear

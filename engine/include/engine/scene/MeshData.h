@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Bounds.h"
 #include "engine/scene/Material.h"
 
@@ -25,7 +26,7 @@ class SurfaceTree;
 
 /// Immutable once built. The constructor removes unusable triangles from the surfaces' indices and adds a plain
 /// material where one is missing.
-struct MeshData {
+struct ENGINE_API MeshData {
     explicit MeshData(std::vector<MeshSurface> surfaces);
     ~MeshData();
 
@@ -52,6 +53,6 @@ class Node;
 
 /// Reads a glTF 2.0 file (.glb or .gltf) below the runtime root. Y is up in the file and Z here: (x, y, z) becomes (x,
 /// -z, y). Each file is loaded once per engine run. Null, with one log line, when it cannot be read completely.
-std::shared_ptr<const Model> loadModel(const jString& path);
+ENGINE_API std::shared_ptr<const Model> loadModel(const jString& path);
 /// Adds the model's nodes as children of `parent`.
-void instantiateModel(const Model& model, Node& parent);
+ENGINE_API void instantiateModel(const Model& model, Node& parent);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/math/Bounds.h"
 #include "engine/memory/Allocator.h"
 #include "engine/text/Containers.h"
@@ -16,7 +17,7 @@ class World;
 /// metres; angles degrees, (heading, pitch, roll) about (Z, X, Y); models have +Y ahead, +X right, +Z up.
 ///
 /// Names need not be unique: lookups return the first in the order of joining the tree (depth first below a parent).
-class Node {
+class ENGINE_API Node {
 public:
     /// Type numbers of the contract; 8, 18, 19 and 26 are fixed by it.
     enum Type {

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/physics/Body.h"
 #include "engine/scene/Material.h"
 #include "engine/scene/Node.h"
@@ -14,7 +15,7 @@ struct BodySettings;
 struct MeshCollider;
 
 /// A node that can have surfaces and a body. Owns its body.
-class Object : public Node {
+class ENGINE_API Object : public Node {
 public:
     Object();
     ~Object() override;

@@ -1,12 +1,13 @@
 // Triangle meshes.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 
 struct MeshData;
 
 /// A mesh that several objects may share: one surface per material, each with its own triangle tree.
-class ObjectMeshStatic final : public Object {
+class ENGINE_API ObjectMeshStatic final : public Object {
 public:
     explicit ObjectMeshStatic(std::shared_ptr<const MeshData> mesh);
     ~ObjectMeshStatic() override;

@@ -1,13 +1,14 @@
 // The sea.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 #include "engine/scene/WaveField.h"
 
 /// The sea's surface over the whole globe; its mean level is height 0. The waves are one periodic field on a flat map
 /// around the node's geodetic position (longitude 0, latitude 0 when the node has none); the map is continuous except
 /// at the opposite meridian.
-class ObjectOcean final : public Object {
+class ENGINE_API ObjectOcean final : public Object {
 public:
     ObjectOcean();
 

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/jMath.h"
 #include "engine/scene/Object.h"
 
@@ -42,7 +43,7 @@ struct Particle {
 
 /// Emits while its emitter is enabled and the node is active; living particles always continue to the end of their
 /// life.
-class ObjectParticles final : public Object {
+class ENGINE_API ObjectParticles final : public Object {
 public:
     explicit ObjectParticles(const ParticleSettings& settings);
     ~ObjectParticles() override;

@@ -1,6 +1,7 @@
 // A part of a scene in its own file.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 
 struct PrefabChain;
@@ -10,7 +11,7 @@ struct PrefabChain;
 ///     { "node": { "mesh": "ship.glb", "body": { "kind": "static", "shapes": [ … ] }, "children": [ … ] } }
 ///
 /// Files are read once per engine and kept. A file that includes itself, directly or indirectly, fails completely.
-class ObjectPrefab final : public Object {
+class ENGINE_API ObjectPrefab final : public Object {
 public:
     static constexpr int LOADED = 100;
 

@@ -1,6 +1,7 @@
 // The ground.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 
 class ElevationRaster;
@@ -15,7 +16,7 @@ struct TileKey {
 /// A height field over an elevation raster (any that GDAL reads). Between posts the ground is two flat triangles per
 /// cell, split from the cell's south-west to its north-east post; picture, queries and colliders use the same
 /// triangles. The node's own transform has no effect. Heights are above the ellipsoid.
-class ObjectTerrain final : public Object {
+class ENGINE_API ObjectTerrain final : public Object {
 public:
     /// Opens the raster; `isLoaded` reports success.
     ObjectTerrain(const jString& elevation, const jString& imagery);

@@ -5,11 +5,12 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// A grid of posts in longitude and latitude (WGS84, degrees). Column 0 is the westernmost, row 0 the southernmost,
 /// whatever the order in the file; posts are at the pixels' centres.
-class RasterSource {
+class ENGINE_API RasterSource {
 public:
     /// Null, with one log line naming the file, when GDAL cannot read it or it has no georeference. `kind` names the
     /// raster's use in log lines.

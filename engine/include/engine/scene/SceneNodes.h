@@ -1,10 +1,11 @@
 // Small node types: decals, lights, texts and trigger volumes.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/scene/Object.h"
 
 /// An image projected along the node's -Z onto the surface below.
-class DecalOrtho final : public Object {
+class ENGINE_API DecalOrtho final : public Object {
 public:
     DecalOrtho(float width, float height, float depth, const jString& texture)
         : m_width(width), m_height(height), m_depth(depth), m_texture(texture) {}
@@ -33,7 +34,7 @@ struct LightSettings {
 };
 
 /// A lamp; a spot points along its +Y.
-class NodeLight final : public Node {
+class ENGINE_API NodeLight final : public Node {
 public:
     explicit NodeLight(const LightSettings& settings) : m_settings(settings), m_intensity(settings.intensity) {}
 
@@ -49,7 +50,7 @@ private:
 };
 
 /// A line of text in the node's XZ plane, readable from -Y.
-class NodeText final : public Node {
+class ENGINE_API NodeText final : public Node {
 public:
     NodeText(const jString& text, float height, const vec4& color) : m_text(text), m_height(height), m_color(color) {}
 
@@ -67,7 +68,7 @@ private:
 
 /// A box that reports sensors entering and leaving it, after the physics step, in order of the sensors' ids. A sensor
 /// inside that is disabled or removed is reported as leaving.
-class NodeTrigger final : public Node {
+class ENGINE_API NodeTrigger final : public Node {
 public:
     explicit NodeTrigger(const vec3& size) : m_size(size) {}
     ~NodeTrigger() override;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/Api.h"
 #include "engine/math/Vec.h"
 
 /// One periodic square of the field. Sample (column, row) is at (column, row) * length / SIZE metres east and north of
@@ -21,7 +22,7 @@ struct WaveCascade {
 
 /// Waves of a sea state as a function of time, seed and state only. Positions are metres (east, north) from the field's
 /// origin; phases are periodic and in double precision, so that the accuracy does not decrease with time.
-class WaveField {
+class ENGINE_API WaveField {
 public:
     static constexpr int NUM_CASCADES = 2;
 

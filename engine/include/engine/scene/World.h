@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/scene/Node.h"
 
 class Physics;
@@ -28,7 +29,7 @@ struct WorldChanges {
 
 /// Owns all its nodes. Lookups by name and by tag use indexes, segment queries a bounding volume hierarchy over the
 /// objects; the cost of each is independent of the number of nodes that do not match.
-class World {
+class ENGINE_API World {
 public:
     World();
     ~World();

@@ -1,12 +1,13 @@
 // The engine log.
 #pragma once
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 /// printf-style log. Lines are written to standard error, each with its level and one line end, and passed to the sink
 /// when one is set. Immediate repeats of a line are folded: their count is written once per second. Safe from any
 /// thread.
-class jLog {
+class ENGINE_API jLog {
 public:
     enum Level { MESSAGE, WARNING, ERROR };
     using Sink = Function<void(Level, const jString& line)>;

@@ -5,13 +5,14 @@
 #include <memory>
 #include <span>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 class Package;
 
 /// One named value. Reading it as another type gives 0, false or an empty value, except that integers and reals convert
 /// into each other.
-class Item {
+class ENGINE_API Item {
 public:
     enum Type { NONE, BOOL, INT, DOUBLE, STRING, ARRAY, PACKAGE };
 
@@ -64,7 +65,7 @@ private:
 /// Named values in file order. Every reader takes a key at the top level of this package; a missing key or a value of
 /// another type gives the stated default. A value of another type in a package read from a file is logged once, with
 /// file and line.
-class Package {
+class ENGINE_API Package {
 public:
     const jString& getString(const char* key) const;  ///< empty by default
     int getInt(const char* key) const;                ///< 0 by default or out of range
@@ -114,14 +115,14 @@ namespace mjl {
 /// Reads a file into the package, replacing its content. On failure the package is empty, one error names the file,
 /// line and column (a missing file is silent unless `required`), and the result is false. Files above 64 MiB and trees
 /// deeper than 64 levels are refused. Overrides for this path replace values read, also when the file cannot be read.
-bool open(const jString& path, Package& package, bool required);
+ENGINE_API bool open(const jString& path, Package& package, bool required);
 /// Writes the package; false, with an error logged, when the file cannot be written.
-bool save(const jString& path, const Package& package, bool compact);
+ENGINE_API bool save(const jString& path, const Package& package, bool compact);
 /// Parses a text in memory; `name` replaces the file name in messages.
-bool parse(const jString& text, const jString& name, Package& package);
+ENGINE_API bool parse(const jString& text, const jString& name, Package& package);
 /// Later calls of `open` for this path give `value` for the top-level `key`. The value is parsed as JSON if possible,
 /// otherwise it is a string.
-void setOverride(const jString& path, const jString& key, const jString& value);
-void clearOverrides();
+ENGINE_API void setOverride(const jString& path, const jString& key, const jString& value);
+ENGINE_API void clearOverrides();
 
 }  // namespace mjl

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "engine/Api.h"
 #include "engine/text/Containers.h"
 
 class World;
@@ -16,7 +17,7 @@ struct TrackState;
 /// environment with "environment": true. Between keys values are linear; outside them the end values hold. A channel of
 /// the environment with "raise": true sets a lower bound: the maximum of all bounds and of the environment's own value
 /// is used.
-class Track {
+class ENGINE_API Track {
 public:
     Track();
     virtual ~Track();
