@@ -1,4 +1,4 @@
-// Driving the carrier, and what moves on its deck.
+// Drives the carrier and animates the flag and the deck hand.
 #include "Carrier.h"
 
 #include <algorithm>
@@ -15,9 +15,9 @@
 
 namespace {
 
-/// Seconds in which what is parked on the deck comes to rest: from then on it rides, however the ship gathers way.
+/// Seconds until objects parked on the deck are at rest. From then on they move with the ship at any acceleration.
 constexpr float MOORED = 2.0f;
-constexpr double STILL = 1.5, FAST = 12.0;  ///< m/s ahead at which the first foam comes, and all of it
+constexpr double STILL = 1.5, FAST = 12.0;  ///< m/s ahead: first foam, full foam
 
 bool isInside(const BoundBox& box, const dvec3& p) {
     return p.x > box.min.x && p.x < box.max.x && p.y > box.min.y && p.y < box.max.y && p.z > box.min.z &&
@@ -41,7 +41,7 @@ void Carrier::findDeckLife(World& world) {
     if (hand && hand->getType() == Node::PREFAB) m_hand.init(static_cast<ObjectPrefab*>(hand));
 }
 
-/// Triggers are found as children of their group, so those on the ship cannot hang below it.
+/// The logic finds triggers as children of their group. Triggers on the ship can therefore not be its children.
 void Carrier::castOff(World& world, int mode) {
     Ship& ship = *m_logic->getShip();
     const dmat4 to_ship = inverse(ship.getObject()->getWorldTransform());

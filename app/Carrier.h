@@ -1,4 +1,4 @@
-// The carrier as the application runs it: driven when the command line asks for it, a flag and a deck hand on its deck.
+// The carrier in the application: driven on request of the command line, with a flag and a deck hand on its deck.
 #pragma once
 
 #include <vector>
@@ -13,15 +13,15 @@ class ObjectParticles;
 class World;
 struct Options;
 
-/// Works on nodes of the world and on the logic, which must outlive this.
+/// Uses nodes of the world and the logic, which must outlive this object.
 class Carrier {
 public:
-    /// After the logic was initialised. Tells, with one log line, when there is nothing to drive.
+    /// Call it after the logic was initialised. One warning in the log when a ship is to be driven and there is none.
     Carrier(const Options& options, World& world, Logic_Test_Fly* logic);
     Carrier(const Carrier&) = delete;
     Carrier& operator=(const Carrier&) = delete;
 
-    /// One frame of dt seconds, after the logic's update and before the physics step.
+    /// One frame of dt seconds. Call it after the logic's update and before the physics step.
     void update(float dt);
 
 private:
@@ -40,7 +40,7 @@ private:
     HandOper m_hand;
     bool m_has_flag = false;
     bool m_driven = false;
-    float m_moored = 0.0f;                 ///< seconds until it gets under way
-    std::vector<Aboard> m_aboard;          ///< triggers that stand on the ship and hang elsewhere in the tree
-    std::vector<ObjectParticles*> m_foam;  ///< of the wake; it grows with the speed
+    float m_moored = 0.0f;                 ///< seconds until the ship starts to move
+    std::vector<Aboard> m_aboard;          ///< triggers within the ship's bounds that are not its children
+    std::vector<ObjectParticles*> m_foam;  ///< the wake's; their spawn rate grows with the speed
 };

@@ -1,4 +1,4 @@
-// Keys for the logic's operations that have no button, and what the window says of the modes.
+// Keys for operations of the logic that have no button, and the modes in the window's title.
 #include "Controls.h"
 
 #include "app/scene/SceneCommandQueue.h"

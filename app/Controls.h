@@ -1,4 +1,4 @@
-// What the application adds to the logic's own controls: its keys, its panels, the window's title.
+// The application's own controls beside the logic's: keys, panels, window title.
 #pragma once
 
 #include <optional>
@@ -13,16 +13,16 @@ class Picture;
 class SceneCommandQueue;
 class SceneQuery;
 
-/// Lives no longer than the logic and the picture. Its panels belong to the engine.
+/// The logic and the picture outlive this object. Its panels belong to the engine.
 class Controls {
 public:
-    /// `logic`, with its `query`, and `picture` may be null: their keys, panel and title are off then.
+    /// `logic` with its `query`, and `picture`, may be null: their keys, panel and title are then off.
     Controls(Engine& engine, SceneCommandQueue& commands, const Logic_Test_Fly* logic, const SceneQuery* query,
              Picture* picture, const std::string& language);
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
 
-    /// Before each picture.
+    /// Call it before each picture.
     void update();
 
 private:
@@ -36,5 +36,5 @@ private:
     Texts m_texts;
     HelpPanel m_help;
     std::optional<InstructorPanel> m_panel;
-    int m_fly_mode = -1, m_player_mode = -1;  ///< as the title shows them
+    int m_fly_mode = -1, m_player_mode = -1;  ///< as shown in the title
 };

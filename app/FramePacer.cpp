@@ -1,4 +1,4 @@
-// Frames by the clock or by a fixed step.
+// Frames in real time or with a fixed step.
 #include "FramePacer.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ double FramePacer::next() {
     const Clock::time_point now = Clock::now();
     const double dt = std::chrono::duration<double>(now - m_last).count();
     m_last = now;
-    // A late frame delays those after it: catching up would show as a burst.
+    // A late frame delays the later ones: a burst of short frames to catch up would be visible.
     m_due = std::max(m_due + m_period, now);
     return dt;
 }

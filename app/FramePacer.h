@@ -1,13 +1,13 @@
-// When a frame begins, and how much time it covers.
+// Start time and duration of each frame.
 #pragma once
 
 #include <chrono>
 #include <optional>
 
-/// Gives each frame its dt, and waits for the next frame when frames follow the clock.
+/// Computes dt of each frame. In real time it also waits for the start of the next frame.
 class FramePacer {
 public:
-    /// With a step (seconds) every dt is that and nothing waits; else there are at most `limit` frames a second.
+    /// With a step (seconds), every dt is the step and there is no wait. Otherwise at most `limit` frames a second.
     FramePacer(std::optional<double> step, double limit);
     /// Waits until the next frame is due and returns its dt in seconds.
     double next();

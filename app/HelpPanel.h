@@ -5,18 +5,18 @@ class Texts;
 class UIElement;
 class UIRoot;
 
-/// A key and the key of the text that says what it does; rows without a key are headings.
+/// A key and the text key of its description. Rows without a key are headings.
 struct HelpRow {
     const char* key;
     const char* text;
 };
 
-/// Hidden until it is switched on. Its element belongs to the panels.
+/// Hidden at first. The element belongs to the panels.
 class HelpPanel {
 public:
     HelpPanel(UIRoot& panels, const Texts& texts);
     void toggle();
-    /// Keeps it in the window's middle.
+    /// Centres the panel in the window.
     void update();
 
 private:

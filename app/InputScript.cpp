@@ -1,4 +1,4 @@
-// Plays a script of input events: before each frame, those that have become due.
+// Plays a script of input events: each event is queued before the frame in which it is due.
 #include "InputScript.h"
 
 #include <algorithm>
@@ -44,7 +44,7 @@ constexpr struct {
                  {"shift+", InputRouter::MOD_SHIFT, ControlApp::KEY_SHIFT},
                  {"alt+", InputRouter::MOD_ALT, ControlApp::KEY_ALT}};
 
-/// The value of a name, 0 for an unknown one.
+/// The value for a name, 0 when unknown.
 template <class Names>
 int valueOf(const Names& names, const std::string& name) {
     for (const auto& [known, value] : names) {
@@ -64,12 +64,12 @@ bool readNotches(const std::string& text, int& notches) {
            notches >= -100 && notches <= 100;
 }
 
-/// What a key types.
+/// Text that keys can type: printable ASCII.
 bool isTyped(const std::string& text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-/// The shown element with that text or name; null without one.
+/// The visible element with this text or name; null when there is none.
 UIElement* findShown(UIElement& element, const jString& text) {
     if (element.isHidden()) return nullptr;
     const auto* const button = dynamic_cast<const UIButton*>(&element);
@@ -142,7 +142,8 @@ void InputScript::play(InputRouter& input, UIRoot& panels, double time, long fra
         }
     }
     m_keys_down.clear();
-    // The way to a click is no drag: the button goes down a frame after the mouse is there, and up another one later.
+    // A click must not become a drag: the button is pressed one frame after the mouse moved and released one frame
+    // later.
     if (m_click != NO_CLICK) input.mouseButton(ControlApp::BUTTON_LEFT, m_click == IS_THERE);
     m_click = m_click == IS_THERE ? IS_DOWN : NO_CLICK;
     while (const TimedLine* const line = m_queue.next(time, frame)) act(*line, input, panels);

@@ -1,4 +1,4 @@
-// Keys, mouse and wheel from a file instead of from hands.
+// Keyboard, mouse and wheel input from a file.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@
 class InputRouter;
 class UIRoot;
 
-/// A played input script; docs/user_guide.md tells its lines. Its events go through the same door as a window's.
+/// Plays an input script; docs/user_guide.md describes its lines. The events use the same InputRouter as a window's.
 class InputScript {
 public:
-    /// False, with `error` naming file and line, when the file cannot be read or says what is unknown.
+    /// False when the file cannot be read or a line is invalid; `error` then contains file and line.
     bool open(const std::string& file, std::string& error);
-    /// Queues what is due in the frame that comes, counted from 1; `time`: seconds of the engine's clock.
+    /// Queues the events due in the next frame, counted from 1. `time`: seconds of the engine's clock.
     void play(InputRouter& input, UIRoot& panels, double time, long frame);
 
 private:
@@ -33,5 +33,5 @@ private:
     std::string m_file;
     TimedQueue m_queue;
     std::vector<Key> m_keys_down;                             ///< pressed by "key", released a frame later
-    enum { NO_CLICK, IS_THERE, IS_DOWN } m_click = NO_CLICK;  ///< how far a click has come
+    enum { NO_CLICK, IS_THERE, IS_DOWN } m_click = NO_CLICK;  ///< progress of a click
 };

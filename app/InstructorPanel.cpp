@@ -68,25 +68,25 @@ InstructorPanel::InstructorPanel(UIRoot& panels, const Texts& texts, SceneComman
     addLink(*right);
     panels.addChild(m_panel);
     const int height = std::max(left->getHeight(), right->getHeight());
-    left->setHeight(height);  // else the shorter one would stand in the middle
+    left->setHeight(height);  // otherwise the shorter column would be centred vertically
     right->setHeight(height);
     m_panel->setHidden(true);
 }
 
-/// The frame applies it before the panel is next updated, which then shows what came of it.
+/// The command is applied before the panel's next update, which then shows the result.
 void InstructorPanel::give(SceneCommand command) {
     m_commands.push(std::move(command), {"panel"});
     m_frames = 0;
 }
 
-/// A column of what belongs together, under a heading.
+/// A column of related rows under a heading.
 UILayout& InstructorPanel::addGroup(UILayout& column, const char* key) {
     UIGridLayout& group = *parts::addGrid(column, 1);
     group.addChild(parts::makeLabel(m_texts.get(key), parts::HEADING_COLOR));
     return group;
 }
 
-/// `name` is the slider's, and that of its text behind "panel.".
+/// `name` is the name of the slider; the key of its text is "panel." and the name.
 void InstructorPanel::addRow(UILayout& grid, const char* name, parts::SliderRow::Range range,
                              parts::SliderRow::Read read, parts::SliderRow::Write write, parts::SliderRow::Show show) {
     m_rows.emplace_back(grid, name, m_texts.get(std::string("panel.") + name), range, std::move(read), std::move(write),
@@ -178,7 +178,7 @@ void InstructorPanel::addTargets(UILayout& column) {
     addLabels(group, {{"panel.nearest", &m_nearest}});
 }
 
-/// A name and a button that goes to the next of what there is to choose.
+/// A name and a button that selects the next choice.
 UIButton* InstructorPanel::addChoice(UILayout& group, const char* name, std::function<void()> next) {
     UIGridLayout& grid = *parts::addGrid(group, 2);
     grid.addChild(makeName(std::string("panel.") + name));
@@ -201,7 +201,7 @@ void InstructorPanel::addLink(UILayout& column) {
                       {"panel.age", &m_age}});
 }
 
-/// Names on the left, what `refresh` fills in on the right.
+/// Names on the left; `refresh` sets the values on the right.
 void InstructorPanel::addLabels(UILayout& group, std::initializer_list<std::pair<const char*, UILabel**>> rows) {
     UIGridLayout& grid = *parts::addGrid(group, 2);
     for (const auto& [key, value] : rows) {

@@ -1,4 +1,4 @@
-// The instructor's panel: weather, aircraft, targets and the host link, by mouse.
+// The instructor's panel: weather, aircraft, targets and the host link, operated with the mouse.
 #pragma once
 
 #include <deque>
@@ -14,8 +14,8 @@ class SceneQuery;
 class Texts;
 class UIRoot;
 
-/// Hidden until it is switched on; at the upper right. Its elements belong to the panels, which must not be used once
-/// this is gone.
+/// At the upper right, hidden at first. Its elements belong to the panels, which must not be used after this object is
+/// destroyed.
 class InstructorPanel {
 public:
     InstructorPanel(UIRoot& panels, const Texts& texts, SceneCommandQueue& commands, const SceneQuery& query);
@@ -23,7 +23,7 @@ public:
     InstructorPanel& operator=(const InstructorPanel&) = delete;
 
     void toggle();
-    /// Once a frame, before the panels are drawn: keeps its place and, a few times a second, its values.
+    /// Once a frame, before the panels are drawn: updates the position and, a few times a second, the values.
     void update();
 
 private:
@@ -51,8 +51,8 @@ private:
     SceneCommandQueue& m_commands;
     const SceneQuery& m_query;
     UILayout* m_panel;
-    std::deque<parts::SliderRow> m_rows;  ///< their sliders refer to them
-    int m_frames = 0;                     ///< until the values are shown anew
+    std::deque<parts::SliderRow> m_rows;  ///< the sliders hold references to them
+    int m_frames = 0;                     ///< frames until the values are refreshed
 
     UICheckBox* m_navigation_lights = nullptr;
     UIButton* m_type_button = nullptr;
@@ -63,6 +63,6 @@ private:
     std::vector<TargetType> m_types;
     std::size_t m_type = 0;
     RelativePlace m_place{0.0, 1000.0, 0.0, 0.0};
-    std::string m_target;   ///< the one that is moved and removed; empty for none
-    int m_last_number = 0;  ///< in the names of targets that were added here
+    std::string m_target;   ///< name of the selected target, for move and remove; empty for none
+    int m_last_number = 0;  ///< counter for the names of targets added here
 };

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Whether `end` is the end of the text.
+/// Whether `end` is the length of the text.
 bool isAll(const std::string& text, int end) {
     return static_cast<std::size_t>(end) == text.size();
 }
@@ -85,7 +85,7 @@ bool readScreenshot(const std::string& text, Options& options) {
     return true;
 }
 
-/// An option whose text `read` takes into the options; it may be given many times when `many`.
+/// Adds an option whose text `read` stores in the options. With `many` it may be given more than once.
 void addRead(CLI::App& app, Options& options, const char* name, const char* type,
              bool (*read)(const std::string&, Options&), const char* must, const char* help, bool many = false) {
     CLI::Option* const option = app.add_option_function<std::vector<std::string>>(

@@ -1,4 +1,4 @@
-// Builds labels, buttons and rows with a slider, all of one look.
+// Builds labels, buttons and slider rows of one style.
 #include "PanelParts.h"
 
 #include <algorithm>

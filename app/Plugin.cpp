@@ -1,4 +1,4 @@
-// Opening the logic's library and making its object.
+// Opens the logic's library and creates the logic.
 #include "Plugin.h"
 
 #include <dlfcn.h>
@@ -49,7 +49,7 @@ bool Plugin::load(const std::string& file, World* world, CameraControl* camera, 
         error = file + " made no logic";
         return false;
     }
-    // The program links against the flight-test logic: its own factory is that class's.
+    // This program links the flight-test logic, so CreateLogic here is the factory of that class.
     if (factory == &CreateLogic) m_fly_logic = static_cast<Logic_Test_Fly*>(m_logic);
     return true;
 }

@@ -1,4 +1,4 @@
-// The scene's logic: its library and its one object.
+// The scene's logic: its library and its object.
 #pragma once
 
 #include <string>
@@ -21,13 +21,13 @@ public:
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
-    /// Opens the library and has its factory make the logic. False when that fails; `error` then says why.
+    /// Opens the library and creates the logic with its factory. False on failure, with the reason in `error`.
     bool load(const std::string& file, World* world, CameraControl* camera, std::string& error);
-    /// Destroys the logic and keeps the library: what the logic left allocated can still be told.
+    /// Destroys the logic and keeps the library loaded: blocks that the logic leaked can still be reported.
     void destroyLogic();
 
     LogicBase* getLogic() const { return m_logic; }
-    /// The logic as the flight-test logic; null when the library is another one.
+    /// The logic as the flight-test logic; null when the library contains another logic.
     Logic_Test_Fly* getFlyLogic() const { return m_fly_logic; }
 
 private:

@@ -1,4 +1,4 @@
-// The lines that a run prints about itself.
+// Statistics, state hashes and the memory report.
 #include "Report.h"
 
 #include <cinttypes>

@@ -1,4 +1,4 @@
-// What a run tells: statistics, state hashes, what was left allocated.
+// Reports of a run: statistics, state hashes, memory still allocated.
 #pragma once
 
 #include <chrono>
@@ -11,32 +11,32 @@
 
 class Engine;
 
-/// Prints one line a second on standard output, with what came and went in that second.
+/// Prints one line a second on standard output, with the link's counts of that second.
 class StatsPrinter {
 public:
     explicit StatsPrinter(const Logic_Test_Fly* logic);
-    /// After each frame; `frame_seconds` is the time spent in it.
+    /// After each frame. `frame_seconds`: time spent in the frame.
     void frame(double frame_seconds);
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    const Logic_Test_Fly* m_logic;  ///< null with another logic: only the frames are told
+    const Logic_Test_Fly* m_logic;  ///< null with another logic: the line then contains the frame rate only
     Clock::time_point m_start;
     int m_frames = 0;
     double m_spent = 0.0;
-    LinkCounts m_last;  ///< what was told already
+    LinkCounts m_last;  ///< counts at the last line
     std::uint64_t m_refused = 0;
     std::uint64_t m_dropped = 0;
 };
 
-/// Writes "frame hash" lines.
+/// Writes one line "frame hash" per frame.
 class HashWriter {
 public:
-    /// False, with `error` naming the file, when it cannot be written.
+    /// False when the file cannot be created; `error` then contains its name.
     bool open(const std::string& file, std::string& error);
     void frame(const Engine& engine);
-    /// False, with `error` naming the file, when anything could not be written.
+    /// False when a line could not be written; `error` then contains the file's name.
     bool close(std::string& error);
 
 private:
@@ -47,5 +47,5 @@ private:
     std::string m_name;
 };
 
-/// Prints every block that is still registered, and the count.
+/// Prints each block of memory that is still registered, and their number.
 void printMemoryReport();

@@ -1,4 +1,4 @@
-// Reads a script before the run, and gives its commands during it.
+// Reads a script before the run and queues its commands during the run.
 #include "SceneScript.h"
 
 #include "TargetTypes.h"

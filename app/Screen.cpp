@@ -1,4 +1,4 @@
-// Opens the picture when a run wants one, and draws it after the logic has placed the camera.
+// Opens the picture when a run needs one, and draws it after the logic has placed the camera.
 #include "Screen.h"
 
 #include <dlfcn.h>
@@ -29,7 +29,7 @@ bool hasDisplay() {
 
 bool Screen::open(const Options& options, const std::string& library, Engine& engine, std::string& error) {
     m_engine = &engine;
-    // The logic makes its panels for the window's size.
+    // The logic's panels are made for the window's size.
     engine.getInput()->resize(options.size[0], options.size[1]);
     engine.getInput()->dispatch();
     PictureSettings settings;
@@ -71,7 +71,7 @@ bool Screen::open(const Options& options, const std::string& library, Engine& en
         return false;
     }
     m_picture.reset(factory(engine, settings, error));
-    engine.getInput()->dispatch();  // a window may have come out smaller
+    engine.getInput()->dispatch();  // the window may be smaller than requested
     return m_picture != nullptr;
 }
 

@@ -1,4 +1,4 @@
-// Types of targets: codes of the configuration, names of the display texts.
+// Reads the types of targets: codes from the configuration, names from the display texts.
 #include "TargetTypes.h"
 
 #include "Texts.h"

@@ -1,4 +1,4 @@
-// What kinds of targets there are.
+// The types of targets.
 #pragma once
 
 #include <vector>
@@ -7,6 +7,6 @@
 
 class Texts;
 
-/// The types of the configuration's "target_type" in the file's order, named by "target_type.CODE" of the display
-/// texts.
+/// The entries of "target_type" of the configuration, in the file's order. Their names are the display texts
+/// "target_type.CODE".
 std::vector<TargetType> readTargetTypes(const Texts& texts);

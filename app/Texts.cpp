@@ -1,4 +1,4 @@
-// Display texts, read once as the program starts.
+// Display texts, read once at the start of the program.
 #include "Texts.h"
 
 #include <cstdlib>

@@ -8,9 +8,9 @@
 /// Texts of "config/string.txt" in one language, "zh" or "en".
 class Texts {
 public:
-    /// Reads the file; without it every key stands for itself, with one log line.
+    /// Reads the file. Without it each key is its own text, with one log line.
     explicit Texts(std::string language);
-    /// The text of a key without its language's ending; the key itself when the file has none.
+    /// The text of a key, given without the suffix of the language. The key itself when the file has no text.
     jString get(const std::string& key) const;
 
 private:
@@ -18,5 +18,5 @@ private:
     Package m_package;
 };
 
-/// "zh" where the environment's language is Chinese, else "en".
+/// "zh" when the environment's language is Chinese, otherwise "en".
 std::string environmentLanguage();

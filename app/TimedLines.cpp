@@ -1,4 +1,4 @@
-// Reads timed text files before the run and hands their lines out during it.
+// Reads timed text files before the run and returns their lines during the run.
 #include "TimedLines.h"
 
 #include <cmath>
@@ -14,7 +14,7 @@ std::string trim(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(SPACES) - first + 1);
 }
 
-/// Takes the first word off a text.
+/// Removes the first word from a text and returns it.
 std::string takeWord(std::string& text) {
     const auto end = text.find_first_of(SPACES);
     const std::string word = text.substr(0, end);
@@ -64,7 +64,7 @@ bool readTimedLines(const std::string& file, std::vector<TimedLine>& lines, std:
 
 const TimedLine* TimedQueue::next(double time, long frame) {
     if (m_next == m_lines.size()) return nullptr;
-    constexpr double HALF_A_TICK = 1e-9;  // a time that was meant to fall on a frame does
+    constexpr double HALF_A_TICK = 1e-9;  // tolerates rounding of a time that is meant to be a frame's
     const TimedLine& line = m_lines[m_next];
     const bool is_due = line.frame > 0 ? line.frame <= frame : line.time <= time + HALF_A_TICK;
     if (!is_due) return nullptr;

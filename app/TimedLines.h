@@ -1,30 +1,30 @@
-// Text files of things to do at a time of the run.
+// Text files with one timed action per line.
 #pragma once
 
 #include <string>
 #include <vector>
 
-/// One line: when, what, and the rest of the line as it stands.
+/// One line: time, verb and the rest of the line, unchanged.
 struct TimedLine {
-    double time = 0.0;  ///< seconds of the engine's clock; not looked at when `frame` is set
+    double time = 0.0;  ///< seconds of the engine's clock; not used when `frame` is set
     long frame = 0;     ///< counted from 1; 0 for a line with a time
     std::string verb;
-    std::string rest;  ///< without spaces round it
-    int number = 0;    ///< in the file, from 1
+    std::string rest;  ///< without leading and trailing spaces
+    int number = 0;    ///< line number in the file, from 1
 };
 
-/// Reads "1.5 VERB REST" and "@90 VERB REST"; '#' begins a line that is not read. False, with `error` naming the file
-/// and the line, when the file cannot be read or a line has no time or no verb.
+/// Reads lines "1.5 VERB REST" and "@90 VERB REST"; lines that begin with '#' are comments. False when the file cannot
+/// be read or a line has no time or no verb; `error` then contains the file and the line.
 bool readTimedLines(const std::string& file, std::vector<TimedLine>& lines, std::string& error);
 
-/// Hands out lines in the file's order once their times have come; a line waits for those before it.
+/// Returns lines in the file's order when they are due. A line is never returned before the lines above it.
 class TimedQueue {
 public:
     void set(std::vector<TimedLine> lines) {
         m_lines = std::move(lines);
         m_next = 0;
     }
-    /// The next line that is due as this frame begins, null when none is. Valid until the lines are set anew.
+    /// The next line that is due at the start of this frame; null when there is none. Valid until `set`.
     const TimedLine* next(double time, long frame);
 
 private:

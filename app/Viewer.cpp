@@ -1,4 +1,4 @@
-// The run from its first file to its last line, and the list of what a frame does.
+// Start and end of the run, and the list of the steps of a frame.
 #include "Viewer.h"
 
 #include <filesystem>
@@ -17,10 +17,10 @@ namespace {
 namespace fs = std::filesystem;
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr double DEFAULT_FPS_LIMIT = 60.0;  // in place of one that is no rate
-constexpr int JET_PARTS = 35;               // control nodes that the carrier jet's roles use
+constexpr double DEFAULT_FPS_LIMIT = 60.0;  // replaces a rate that is not positive
+constexpr int JET_PARTS = 35;               // number of control nodes that the carrier jet uses
 
-/// The folder that the build made: it has bin/, lib/ and root/ side by side.
+/// The build folder: it contains bin/, lib/ and root/.
 fs::path buildFolder() {
     std::error_code error;
     return fs::read_symlink("/proc/self/exe", error).parent_path().parent_path();
@@ -42,7 +42,7 @@ void placeCamera(Engine& engine, const CameraPlace& place) {
     camera.apply();
 }
 
-/// One line for each piece that the scene does without.
+/// One line for each missing part of the scene.
 void logMissing(const Options& options, World& world) {
     if (!world.getNodeByName(options.airport)) {
         jLog::warning("the world has no start node \"%s\": there is no aircraft; see --airport",
@@ -127,20 +127,20 @@ bool Viewer::startLogic(std::string& error) {
     }
     if (Logic_Test_Fly* const fly = m_plugin.getFlyLogic()) {
         logShortAircraft(m_options, *fly);
-        // No other view is to move the eye that the landing lens is set for.
+        // No other view may move the camera position for which the landing lens is set.
         if (m_options.camera) fly->set_player_mode(FREE_VIEW);
     }
     return true;
 }
 
-/// What the command line sets in the scene is done as the first frame begins.
+/// The scene settings of the command line are applied at the start of the first frame.
 void Viewer::giveOptionCommands() {
     if (m_options.date) m_commands.push(*m_options.date, {"--date"});
     for (const command::SetTrack& track : m_options.tracks) m_commands.push(track, {"--track"});
     if (m_options.visibility) m_commands.push(*m_options.visibility, {"--visibility"});
 }
 
-/// What the viewer does at the three places of the frame that `runFrame` leaves to it.
+/// The viewer's actions at the three points of the frame that `runFrame` leaves open.
 struct Viewer::Steps {
     Viewer& viewer;
 

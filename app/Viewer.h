@@ -1,4 +1,4 @@
-// The viewer: everything that a run has, and its frame.
+// The viewer: all objects of a run, and its frame.
 #pragma once
 
 #include <optional>
@@ -18,7 +18,7 @@
 #include "app/scene/SceneQuery.h"
 #include "engine/core/Engine.h"
 
-/// Engine, logic and picture of one run, with what moves, commands and reports on them. One at a time; frame thread.
+/// Engine, logic and picture of one run, with its controls, commands and reports. One at a time; frame thread.
 class Viewer {
 public:
     /// The options outlive the viewer.
@@ -27,17 +27,17 @@ public:
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
 
-    /// Makes all of it, in the order of the members. False, with `error` saying why and what to do, when the run cannot
-    /// begin. Once.
+    /// Creates all of it, in the order of the members. False when the run cannot begin; `error` then contains the
+    /// reason and what to do. Call it once.
     bool open(std::string& error);
-    /// Runs one frame. False when the run is over: the last frame is done, the window was closed, or a picture could
-    /// not be written. REQUIRES an open viewer.
+    /// Runs one frame. False when the run is over: after the last frame, when the window was closed, or when a picture
+    /// could not be written. REQUIRES an open viewer.
     bool frame();
-    /// Ends the run: the last pictures, the logic's end, the reports. False, with `error`, when one of them, or a
-    /// picture before, could not be written. REQUIRES an open viewer.
+    /// Ends the run: the last pictures, the end of the logic, the reports. False when one of these, or a picture
+    /// before, could not be written; `error` then contains the reason. REQUIRES an open viewer.
     bool close(std::string& error);
 
-    Engine& getEngine() { return *m_engine; }                         ///< REQUIRES an open viewer, as those below
+    Engine& getEngine() { return *m_engine; }                         ///< REQUIRES an open viewer, like the ones below
     Logic_Test_Fly* getFlyLogic() { return m_plugin.getFlyLogic(); }  ///< null with another logic
     Picture* getPicture() { return m_screen.getPicture(); }           ///< null without one
     SceneCommandQueue& getCommands() { return m_commands; }
@@ -57,12 +57,12 @@ private:
     SceneCommandQueue m_commands;
     InputScript m_input;
     SceneScript m_script;
-    std::optional<SceneQuery> m_query;  ///< with the flight-test logic
+    std::optional<SceneQuery> m_query;  ///< only with the flight-test logic
     std::optional<SceneController> m_controller;
     std::optional<Controls> m_controls;
     std::optional<Carrier> m_carrier;
     std::optional<FramePacer> m_pacer;
     std::optional<StatsPrinter> m_stats;
-    long m_frame = 0;     ///< begun, counted from 1
-    std::string m_error;  ///< of a picture that could not be written
+    long m_frame = 0;     ///< frames begun so far
+    std::string m_error;  ///< error text of a picture that could not be written; else empty
 };

@@ -1,4 +1,4 @@
-// deckview: reads its options and runs the viewer until it ends or is told to.
+// deckview: reads its options and runs the viewer until its end or a signal.
 #include <malloc.h>
 
 #include <csignal>
@@ -31,11 +31,11 @@ bool run(const Options& options, std::string& error) {
 int main(int argc, char** argv) {
     Options options;
     if (const auto status = parseOptions(argc, argv, options)) return *status;
-    // Large blocks go back to the system as soon as they are free; by default the threshold rises with the first.
+    // Large free blocks return to the system at once. By default this threshold grows with the first one that is freed.
     mallopt(M_MMAP_THRESHOLD, 1 << 18);
-    // Blocks that each frame takes and frees stay; fetching them from the system anew costs a millisecond a frame.
+    // Keeps blocks that each frame allocates and frees: getting them from the system again costs 1 ms per frame.
     mallopt(M_TRIM_THRESHOLD, 1 << 23);
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);  // keeps traces and log lines in order, also in a file
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);  // keeps the order of traces and log lines, also in a file
     stopOnSignals();
     std::string error;
     const bool good = run(options, error);

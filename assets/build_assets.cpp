@@ -1,4 +1,4 @@
-// Writes the demonstration data below a runtime root. Run by the build, after the checked-in texts were copied there.
+// Writes the demonstration data into a runtime root. The build runs it after copying the checked-in texts there.
 #include <gdal_priv.h>
 
 #include <cstdio>
@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
     try {
         const std::string root = argv[1];
         GDALAllRegister();
-        // No side file with statistics beside the raster.
+        // Prevents a separate file with statistics for the raster.
         CPLSetConfigOption("GDAL_PAM_ENABLED", "NO");
         std::filesystem::create_directories(root + "/data/DEMO_PROJECT/terrain");
         const Island island;

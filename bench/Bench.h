@@ -1,4 +1,4 @@
-// What the benches share: rounds of two costs in turn, and the line that tells their ratio.
+// Shared by the benches: alternating measurement of two costs, and the line with their ratio.
 #pragma once
 
 #include <fcntl.h>
@@ -11,7 +11,7 @@
 
 namespace bench {
 
-/// Standard output is silent while it lives: a table shows no traces of what is measured.
+/// Discards standard output during its lifetime, so that traces of the measured code do not appear in the table.
 class Quiet {
 public:
     Quiet() {
@@ -33,7 +33,7 @@ private:
     int m_output;
 };
 
-/// Seconds that a call takes.
+/// Seconds taken by a call.
 template <class F>
 double seconds(F&& call) {
     const auto begin = std::chrono::steady_clock::now();
@@ -47,11 +47,11 @@ inline double median(std::vector<double> values) {
 }
 
 struct Costs {
-    double ours = 0.0;   ///< seconds an item
-    double floor = 0.0;  ///< seconds an item
+    double ours = 0.0;   ///< seconds per item
+    double floor = 0.0;  ///< seconds per item
 };
 
-/// Runs both in turn, so that a slow moment of the machine meets both, and takes the medians. Each call does `items`.
+/// Runs both in turn, so that a busy machine slows both alike. Returns the medians; `items`: per call.
 template <class Ours, class Floor>
 Costs compare(int rounds, double items, Ours&& ours, Floor&& floor) {
     std::vector<double> a, b;
@@ -68,7 +68,7 @@ inline void printHeader() {
 
 constexpr double NO_LIMIT = 0.0;
 
-/// One row: both costs in nanoseconds, their ratio and the ratio that is wanted at most.
+/// One row: both costs in nanoseconds, their ratio and its limit.
 inline void printRow(const char* what, const Costs& c, double limit) {
     char wanted[16] = "-";
     if (limit > NO_LIMIT) std::snprintf(wanted, sizeof wanted, "%.2f", limit);

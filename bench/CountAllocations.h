@@ -1,4 +1,4 @@
-// Counts what the program allocates: include in one source of a bench.
+// Counts the allocations of the program. Include it in one source file of a bench.
 #pragma once
 
 #include <atomic>

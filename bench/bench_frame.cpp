@@ -1,5 +1,5 @@
-// Whole headless frames, feedback included: what they cost in data flight over the deck, how that grows with the world
-// and with the aircraft and its mode, what they allocate.
+// Whole headless frames with feedback: their cost in data flight over the deck, how it grows with the world and with
+// the aircraft and its mode, and their allocations.
 #include <sys/socket.h>
 
 #include "Bench.h"
@@ -30,7 +30,7 @@ void override(const char* key, int value) {
 
 constexpr const char* JET = "FJ_CN_J15/FJ_CN_J15.cfg";
 
-/// The demonstration with a host beside it, and `extra` static nodes spread over the sea.
+/// The demonstration and a host, with `extra` additional static nodes spread over the sea.
 class Scene {
 public:
     explicit Scene(int extra, const std::string& aircraft = JET, FLY_MODE mode = DATA_FLY) : m_host(findFreePort()) {
@@ -49,7 +49,7 @@ public:
         addNodes(extra);
         m_logic->init();
         m_record = packets::record(2);
-        for (int i = 0; i < 120; ++i) frame();  // the jet comes to rest on its wheels
+        for (int i = 0; i < 120; ++i) frame();  // until the jet is at rest on its wheels
     }
 
     ~Scene() {
@@ -68,10 +68,10 @@ public:
         runFrame(*m_engine, *m_logic, DT, Steps{{}, m_ocean});
     }
 
-    /// The sea as a picture or a floating ship has it: made anew for each frame from now on.
+    /// From now on the sea is computed in each frame, as for a picture or a floating ship.
     void showSea() { m_ocean = dynamic_cast<ObjectOcean*>(m_engine->getWorld()->getNodeByName("ocean")); }
 
-    /// Seconds that keys, mouse and camera take of a frame in the third-person view.
+    /// Seconds that keys, mouse and camera take per frame in the third-person view.
     double cameraCost() {
         auto* const logic = dynamic_cast<Logic_Test_Fly*>(m_logic);
         std::vector<double> rounds;
@@ -90,7 +90,7 @@ public:
     long feedback() { return static_cast<long>(m_host.collectFeedback().size()); }
 
 private:
-    /// Small boxes within some 50 km.
+    /// Small boxes within about 50 km.
     void addNodes(int count) {
         MeshSurface box;
         for (int i = 0; i < 8; ++i)
@@ -110,11 +110,11 @@ private:
     FakeHost m_host;
     std::unique_ptr<Engine> m_engine;
     LogicBase* m_logic = nullptr;
-    ObjectOcean* m_ocean = nullptr;  ///< null until it is shown
+    ObjectOcean* m_ocean = nullptr;  ///< null until showSea()
     packets::Bytes m_record;
 };
 
-/// Seconds a frame, the median over ten rounds; and how many of the frames sent feedback.
+/// Seconds per frame, the median of ten rounds, and the number of frames that sent feedback.
 double frameCost(Scene& scene, long& feedback, int frames = FRAMES) {
     std::vector<double> rounds;
     for (int round = 0; round < 10; ++round) {
@@ -127,7 +127,7 @@ double frameCost(Scene& scene, long& feedback, int frames = FRAMES) {
     return bench::median(rounds);
 }
 
-/// The same datagrams without a viewer: a record in, a notice and a feedback out.
+/// The same datagrams without a viewer: one record received, one notice and one feedback sent.
 double bareCost() {
     LoopbackSocket host, viewer, sink;
     const packets::Bytes record = packets::record(2), notice(72), feedback(60);
@@ -150,16 +150,16 @@ double bareCost() {
 
 struct Result {
     double seconds = 0.0;
-    double camera = 0.0;  ///< of them
+    double camera = 0.0;  ///< the part of keys, mouse and camera
     long feedback = 0;
-    double allocations = 0.0;  ///< a steady frame
+    double allocations = 0.0;  ///< per frame in the steady state
 };
 
-/// One engine lives at a time: each world has its own turn.
+/// Only one engine can exist at a time: the worlds are measured one after another.
 Result measure(int nodes) {
     const bench::Quiet quiet;
     Scene scene(nodes);
-    scene.feedback();  // of the frames until the jet stood
+    scene.feedback();  // discards the feedback of the frames until the jet was at rest
     Result result;
     result.seconds = frameCost(scene, result.feedback);
     const long before = g_allocations;
@@ -169,7 +169,7 @@ Result measure(int nodes) {
     return result;
 }
 
-/// Seconds a frame of an aircraft in a mode, alone and beside the sea.
+/// Seconds per frame of an aircraft in a mode, without and with the sea.
 struct FleetCost {
     double alone = 0.0, beside_sea = 0.0;
 };
@@ -186,7 +186,7 @@ FleetCost fleetCost(const char* aircraft, FLY_MODE mode) {
     return cost;
 }
 
-/// Each aircraft in each mode against the jet in data flight, measured right before it.
+/// Each aircraft in each mode compared with the jet in data flight, measured directly before it.
 void compareFleet() {
     const std::pair<const char*, const char*> fleet[] = {
         {"jet", JET}, {"aerobatic aircraft", "EXTRA300S/EXTRA300S.cfg"}, {"helicopter", "HELICOPTER/HELICOPTER.cfg"}};

@@ -1,5 +1,5 @@
-// The panels of a scene with the test panel of 35 rows open: what a frame of them costs with a picture and without,
-// beside ImGui's own widgets in the same number.
+// The panels of a scene with the test panel of 35 rows open: cost per frame with and without a picture, compared with
+// the same number of plain ImGui widgets.
 #include <imgui.h>
 
 #include "Bench.h"
@@ -14,9 +14,9 @@ namespace {
 
 constexpr int ROWS = 35;
 constexpr int FRAMES = 200;
-constexpr double LIMIT = 0.3e-3;  // seconds a frame
+constexpr double LIMIT = 0.3e-3;  // seconds per frame
 
-/// Camera bar, four buttons and the test panel, as a scene has them.
+/// Camera bar, four buttons and the test panel, as in a scene.
 class Panels {
 public:
     Panels() {
@@ -34,7 +34,7 @@ public:
         m_root.addChild(&m_grid);
     }
 
-    /// A logic's own calls of a frame, with every value another than before.
+    /// The calls of a logic in one frame; every value differs from that of the frame before.
     void update() {
         ++m_frame;
         for (int i = 0; i < m_sliders.size(); ++i) {
@@ -83,7 +83,7 @@ private:
     int m_frame = 0;
 };
 
-/// The same rows and buttons as ImGui's own widgets.
+/// The same rows and buttons as plain ImGui widgets.
 class BareImGui {
 public:
     BareImGui() : m_context(ImGui::CreateContext(&m_atlas)) {

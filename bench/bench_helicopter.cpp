@@ -1,5 +1,5 @@
-// The helicopter: 20,000 particles of its downwash over their deflector against the bare way of as many points, and
-// what its own steps cost a frame.
+// The helicopter: 20,000 downwash particles with their deflector compared with the bare motion of as many points, and
+// the cost per frame of its own update.
 #include <cmath>
 
 #include "Bench.h"
@@ -20,7 +20,7 @@ constexpr int FRAMES = 10;
 constexpr float DT = 1.0f / 60.0f;
 
 int g_failures = 0;
-double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+double g_sum = 0.0;  ///< sum of the results: prevents removal of the calls by the optimiser
 std::vector<Particle> g_points;
 
 void limit(const char* what, double cost, double most, double unit, const char* unit_name) {
@@ -67,7 +67,7 @@ void benchParticles(const dmat4& place) {
     Engine::get()->getWorld()->removeNode(wash);
 }
 
-/// Its own steps in the air, the physics apart.
+/// Its update in the air, without physics.
 void benchSteps(const TestFolder& root, const dmat4& place) {
     root.write("data/heli.prefab", R"({ "node": {
         "body": { "mass": 214, "inertia": [5500, 4000, 6000], "center_of_mass": [0, 0, 1.5], "shapes": [ { } ] },

@@ -1,6 +1,6 @@
-// The host link's receiver against the floor: a bare recvmmsg loop over the same datagrams. Both drain a queue that was
-// filled before, in turns, so that a busy machine slows both alike; the medians are compared. A third loop copies each
-// record into an element of its own as well, which nothing that hands out records can do without.
+// The receiver of the host link compared with the floor: a bare recvmmsg loop over the same datagrams. Both drain a
+// queue that was filled before, in turn, so that a busy machine slows both alike; the medians are compared. A third
+// loop also copies each record into an element of its own, which any receiver that returns records must do.
 //
 // Usage: bench_link [ROUNDS]
 #include <engine/text/Log.h>
@@ -25,7 +25,7 @@ namespace {
 constexpr double ALLOWED_RATIO = 1.3;
 constexpr int LARGEST = 65507;
 constexpr int FLOOR_BATCH = 64;
-/// Small datagrams a round: what a queue of the usual size holds without rights to a larger one.
+/// Small datagrams per round: the capacity of a queue of default size, which needs no privileges.
 constexpr int QUEUED = 128;
 
 sockaddr_in onLoopback(int port) {
@@ -36,7 +36,7 @@ sockaddr_in onLoopback(int port) {
     return at;
 }
 
-/// The least that receiving takes: no sender is looked at, no loss counted, nothing parsed.
+/// The minimum of receiving: no check of the sender, no count of losses, no parsing.
 class Floor {
 public:
     Floor() : m_fd(socket(AF_INET, SOCK_DGRAM, 0)), m_room(new unsigned char[FLOOR_BATCH * std::size_t{65536}]) {
@@ -57,14 +57,14 @@ public:
     }
     ~Floor() { close(m_fd); }
 
-    /// Datagrams taken.
+    /// Returns the number of datagrams received.
     int drain() {
         int taken = 0;
         for (int n = 0; (n = receive()) > 0;) taken += n;
         return taken;
     }
 
-    /// The same, each record copied to the next element of `out`.
+    /// The same, with a copy of each record to the next element of `out`.
     int drainAndCopy(UdpRecvData* out) {
         int taken = 0;
         for (int n = 0; (n = receive()) > 0; taken += n) {
@@ -109,7 +109,7 @@ private:
     std::vector<unsigned char> m_bytes;
 };
 
-/// As many datagrams as both queues hold, up to `wanted`.
+/// The number of datagrams that both queues can hold, at most `wanted`.
 int findQueueLength(UdpRecvKit& kit, Floor& floor, Sender& sender, int records_each, int wanted) {
     for (int datagrams = wanted; datagrams > 1; datagrams /= 2) {
         sender.fill(kit.getSocket()->getLocalPort(), datagrams);

@@ -1,5 +1,5 @@
-// The sea against the least that it can cost: a frame's waves against the bare transforms, a height against one bare
-// bilinear look into both squares, the surface point against the way to geodetic coordinates and back.
+// The sea compared with its minimum cost: waves per frame with the bare transforms, a height with one bare bilinear
+// sample of both tiles, the surface point with a conversion to geodetic coordinates and back.
 #include <kiss_fft.h>
 
 #include <cmath>
@@ -20,14 +20,14 @@ constexpr double DT = 1.0 / 60.0;
 constexpr double WIND = 12.3;  ///< Beaufort 6
 
 int g_failures = 0;
-double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+double g_sum = 0.0;  ///< sum of the results: prevents removal of the calls by the optimiser
 
 void limit(const char* what, double cost, double most, double unit, const char* unit_name) {
     std::printf("%s: %.2f %s (limit %g)\n", what, cost / unit, unit_name, most / unit);
     if (cost > most) ++g_failures;
 }
 
-/// The floor of a frame: six real fields and two for foam, two in one complex transform.
+/// The floor of a frame: six real fields and two for foam, two in each complex transform.
 class BareTransforms {
 public:
     BareTransforms() {
@@ -72,7 +72,7 @@ void benchUpdate() {
     limit("a change of wind", bench::median(changes), 2e-3, 1e-3, "ms");
 }
 
-/// Height of the sample squares above a place at rest, in cells of each.
+/// Height of the sample tiles at a point without horizontal displacement; column and row in cells.
 float bilinear(const WaveCascade& cascade, float column, float row) {
     const int i = static_cast<int>(column), j = static_cast<int>(row);
     const float u = column - static_cast<float>(i), v = row - static_cast<float>(j);
@@ -89,23 +89,23 @@ void benchHeight() {
     field.setWind(WIND, 1.0, 0.2);
     field.update(1.0);
     Random random(6);
-    struct Place {
+    struct Point {
         double east, north;
         float cells[4];
     };
-    std::vector<Place> places;
+    std::vector<Point> points;
     for (int i = 0; i < QUERIES; ++i) {
-        Place p{random.getDouble(-5e3, 5e3), random.getDouble(-5e3, 5e3), {}};
+        Point p{random.getDouble(-5e3, 5e3), random.getDouble(-5e3, 5e3), {}};
         for (float& cell : p.cells) cell = random.getFloat(0.0f, 128.0f);
-        places.push_back(p);
+        points.push_back(p);
     }
     const bench::Costs costs = bench::compare(
         ROUNDS, QUERIES,
         [&] {
-            for (const Place& p : places) g_sum += static_cast<double>(field.getHeight(p.east, p.north));
+            for (const Point& p : points) g_sum += static_cast<double>(field.getHeight(p.east, p.north));
         },
         [&] {
-            for (const Place& p : places) {
+            for (const Point& p : points) {
                 g_sum += static_cast<double>(bilinear(field.getCascade(0), p.cells[0], p.cells[1]) +
                                              bilinear(field.getCascade(1), p.cells[2], p.cells[3]));
             }
@@ -121,25 +121,25 @@ void benchSurfacePoint() {
     engine.getWorld()->addChild(ocean);
     const EllipsoidModel& globe = engine.getEllipsoid();
     Random random(7);
-    std::vector<dvec3> places;
+    std::vector<dvec3> points;
     for (int i = 0; i < QUERIES; ++i) {
-        places.push_back(globe.toWorld({random.getDouble(112.3, 112.4), random.getDouble(16.8, 16.9), 5.0}));
+        points.push_back(globe.toWorld({random.getDouble(112.3, 112.4), random.getDouble(16.8, 16.9), 5.0}));
     }
     bench::printRow("a surface point / to geodetic coordinates and back",
                     bench::compare(
                         ROUNDS, QUERIES,
                         [&] {
-                            for (const dvec3& p : places) g_sum += ocean->getWorldPoint(p).x;
+                            for (const dvec3& p : points) g_sum += ocean->getWorldPoint(p).x;
                         },
                         [&] {
-                            for (const dvec3& p : places) g_sum += globe.toWorld(globe.toWGS(p)).x;
+                            for (const dvec3& p : points) g_sum += globe.toWorld(globe.toWGS(p)).x;
                         }),
                     bench::NO_LIMIT);
     const long before = g_allocations;
     for (int i = 0; i < 100; ++i) {
         engine.getWorld()->getEnvironment().wind.x += 0.01f * static_cast<float>(i % 2);
         engine.beginFrame(DT);
-        g_sum += ocean->getWorldPoint(places[0]).x;
+        g_sum += ocean->getWorldPoint(points[0]).x;
     }
     limit("allocations in 100 frames of the sea, 50 with a new wind", static_cast<double>(g_allocations - before), 0.0,
           1.0, "in all");

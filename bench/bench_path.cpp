@@ -1,6 +1,5 @@
-// The lookup of a recorded flight with many frames, against the least that finding a place by time takes: a binary
-// search over a bare array of the times. A line below tells the walk over all frames that the search stands for, and
-// the loading.
+// The lookup in a recorded flight with many frames, compared with the minimum of a search by time: a binary search in a
+// bare array of times. A last line gives the cost of a linear search over all frames and of the loading.
 #include <algorithm>
 #include <cstdio>
 #include <string>

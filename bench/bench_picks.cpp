@@ -1,5 +1,5 @@
-// Segment picks and terrain lookups against the least that they can cost: a bare ray through the pick library's own
-// tree, a bare look into an array.
+// Segment picks and terrain lookups compared with their minimum cost: a bare ray in the pick library's own tree, a bare
+// array access.
 #include <embree3/rtcore.h>
 
 #include <cmath>
@@ -25,7 +25,7 @@ namespace {
 constexpr int QUERIES = 10000;
 constexpr int ROUNDS = 31;
 
-/// An uneven sheet of cells x cells x 2 triangles, `width` by `length` metres round the origin.
+/// An uneven sheet of cells x cells x 2 triangles, `width` by `length` metres around the origin.
 MeshSurface makeSheet(int columns, int rows, double width, double length, Random& r) {
     MeshSurface surface;
     for (int y = 0; y <= rows; ++y) {
@@ -48,7 +48,7 @@ std::shared_ptr<const MeshData> makeMesh(const MeshSurface& surface) {
     return std::make_shared<MeshData>(std::vector<MeshSurface>{surface});
 }
 
-/// The floor: the same triangles in a tree of the library's, asked with rays in its own frame and precision.
+/// The floor: the same triangles in a tree of the library, queried with rays in its own frame and precision.
 class BareTree {
 public:
     explicit BareTree(const MeshSurface& surface) {
@@ -91,7 +91,7 @@ struct Segment {
 };
 
 int g_failures = 0;
-double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+double g_sum = 0.0;  ///< sum of the results: prevents removal of the calls by the optimiser
 
 bench::Costs row(const char* what, double limit, const bench::Costs& costs) {
     bench::printRow(what, costs, limit);
@@ -99,7 +99,7 @@ bench::Costs row(const char* what, double limit, const bench::Costs& costs) {
     return costs;
 }
 
-/// A ship's deck of 100,000 triangles at sea, and deck probes as the terrain feedback makes them, through the logic.
+/// A ship's deck of 100,000 triangles at sea, and deck probes like those of the terrain feedback, through the logic.
 class Deck {
 public:
     Deck(const MeshSurface& surface, const dmat4& place)
@@ -154,7 +154,7 @@ void benchPicks() {
             ROUNDS, QUERIES, [&] { among.probe(segments); }, [&] { alone.probe(segments); }));
 }
 
-/// A folder for the files that are read here; it goes with this object.
+/// A folder for the files to read, removed with this object.
 struct Folder {
     std::filesystem::path path = std::filesystem::temp_directory_path() / "deckview_bench_picks";
 
@@ -167,7 +167,7 @@ void append(std::string& bytes, const T* values, std::size_t count) {
     bytes.append(reinterpret_cast<const char*>(values), count * sizeof(T));
 }
 
-/// A binary model of one sheet without normals, so that they are made as well.
+/// A binary model of one sheet without normals, so that the loader also computes them.
 std::string makeModel(const MeshSurface& sheet) {
     const std::size_t vertices = sheet.positions.size(), indices = sheet.indices.size(), first = vertices * 12;
     const auto number = [](std::size_t n) { return std::to_string(n); };
@@ -210,7 +210,7 @@ void benchLoading() {
     if (time > 0.1) ++g_failures;
 }
 
-/// A raster of hills in a file of the engine's, and the same posts in an array.
+/// A raster of hills in a file in the engine's format, and the same posts in an array.
 class Hills {
 public:
     static constexpr int POSTS = 1500;

@@ -1,4 +1,4 @@
-// What a frame of the picture costs, by view and by part, beside a frame in which nothing is drawn.
+// The cost of a frame of the picture, by view and by part, compared with a frame in which nothing is drawn.
 #include <GL/gl.h>
 
 #include <cstring>
@@ -16,8 +16,8 @@
 namespace {
 
 constexpr int FRAMES = 40, WARM_UP = 10;
-constexpr int LOADING = 120;                                   // frames in which the ground's tiles come in
-constexpr double WANTED_RATE = 25.0, WANTED_DECK_RATE = 40.0;  // frames a second at the default quality
+constexpr int LOADING = 120;                                   // frames in which the tiles of the ground are loaded
+constexpr double WANTED_RATE = 25.0, WANTED_DECK_RATE = 40.0;  // frames per second at the default quality
 
 struct View {
     const char* name;
@@ -28,7 +28,7 @@ struct View {
     double visibility;
 };
 
-// Those of the gallery, and the sea from near.
+// The views of the gallery, and the sea from near.
 const View VIEWS[] = {
     {"deck", {112.39587, 16.82388, 27.0}, {52.0, -5.0, 0.0}, 10.0, nullptr, 20000.0},
     {"approach", {112.3698, 16.8138, 185.0}, {67.25, -3.5, 0.0}, 10.0, nullptr, 20000.0},
@@ -80,7 +80,7 @@ public:
         for (int i = 0; i < LOADING; ++i) drawFrame();
     }
 
-    /// Median milliseconds of a frame in which these parts are drawn, finished on the device.
+    /// Median milliseconds of a frame in which these parts are drawn, until the device has finished.
     double measure(unsigned parts) {
         m_picture->setParts(parts);
         std::vector<double> times;
@@ -92,7 +92,7 @@ public:
     }
 
 private:
-    /// Seconds that drawing took.
+    /// Seconds taken by drawing.
     double drawFrame() {
         m_engine->beginFrame(1.0 / 60.0);
         m_engine->step();

@@ -1,5 +1,5 @@
-// Ships on the sea against the least that they can cost: a ship's step with its 24 points against the points' bare way
-// to geodetic coordinates and bare looks at the waves; a frame of a hundred driven ships as a whole.
+// Ships on the sea compared with their minimum cost: a ship's step with its 24 points with bare conversions of the
+// points to geodetic coordinates and bare wave samples; a whole frame of a hundred driven ships.
 #include <cmath>
 
 #include "Bench.h"
@@ -20,7 +20,7 @@ constexpr int SHIPS = 100;
 constexpr double DT = 1.0 / 60.0;
 
 int g_failures = 0;
-double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+double g_sum = 0.0;  ///< sum of the results: prevents removal of the calls by the optimiser
 
 void limit(const char* what, double cost, double most, double unit, const char* unit_name) {
     std::printf("%s: %.2f %s (limit %g)\n", what, cost / unit, unit_name, most / unit);
@@ -46,7 +46,7 @@ public:
         for (Ship* ship : ships) jDelete(ship);
     }
 
-    /// A ship under way; `object` is the world's.
+    /// A driven ship; the world owns `object`.
     Ship& launch(Object* object, double lon, double lat) {
         engine.getWorld()->addChild(object);
         object->setWgsPosition({lon, lat, 0.0});
@@ -95,7 +95,7 @@ void benchStep() {
     limit("a ship's step with 24 points", costs.ours, 10e-6, 1e-6, "us");
 }
 
-/// A hull with the carrier's body and nothing drawn: its cost is that of floating.
+/// A hull with the carrier's body and no surface to draw: its cost is that of floating.
 Object* makeHull() {
     BodySettings settings;
     settings.mass = 8.19e6f;

@@ -1,6 +1,6 @@
-// Targets and missiles: the nearest target against the bare loop over positions, records that move every target of the
-// map each frame against what a glide's step does to a node at least, a frame of missiles in flight against the bare
-// stepping of as many particles, and what firings leave behind.
+// Targets and missiles: the nearest target compared with a bare loop over positions, records that move every target of
+// the map in each frame compared with the minimum that a glide's step does to a node, a frame of missiles in flight
+// compared with the bare stepping of as many particles, and memory left by firings.
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -26,14 +26,14 @@ constexpr int ROUNDS = 31;
 constexpr float DT = 1.0f / 60.0f;
 
 int g_failures = 0;
-double g_sum = 0.0;  ///< of what was found: keeps the calls from being optimised away
+double g_sum = 0.0;  ///< sum of the results: prevents removal of the calls by the optimiser
 
 void limit(const char* what, double cost, double most, double unit, const char* unit_name) {
     std::printf("%s: %.3f %s (limit %g)\n", what, cost / unit, unit_name, most / unit);
     if (!(cost <= most)) ++g_failures;
 }
 
-/// What a scene is made of.
+/// The data files of a scene.
 struct Files {
     std::string root;
     const char* aircraft;
@@ -43,7 +43,7 @@ struct Files {
 const Files DEMONSTRATION{DECKVIEW_ROOT, "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15.cfg",
                           "data/assets/Targets/MODELS/CL_radar_lorry/CL_radar_lorry.prefab"};
 
-/// Aircraft and targets that cost nothing of their own.
+/// A runtime root with an aircraft and targets of minimal cost.
 class BareRoot {
 public:
     BareRoot() {
@@ -57,7 +57,7 @@ private:
     TestFolder m_folder;
 };
 
-/// A logic with an aircraft over a world of its own.
+/// A logic with an aircraft in a world of its own.
 class Scene {
 public:
     explicit Scene(const Files& files) : m_files(files) {
@@ -77,7 +77,7 @@ public:
         const bench::Quiet quiet;
         m_logic->init();
         m_logic->set_fly_mode(MANUAL_FLY);
-        if (Body* const body = m_logic->getAircraftNode()->getBody()) body->setEnabled(false);  // it stays in the air
+        if (Body* const body = m_logic->getAircraftNode()->getBody()) body->setEnabled(false);  // keeps its height
     }
     ~Scene() {
         const bench::Quiet quiet;
@@ -89,7 +89,7 @@ public:
     World& world() { return *m_engine->getWorld(); }
     void frame(float dt = DT) { runFrame(*m_engine, *m_logic, static_cast<double>(dt)); }
 
-    /// Records of so many targets spread over some kilometres; `shift` moves all of them northward, metres.
+    /// Records of `count` targets spread over some kilometres, all moved north by `shift` metres.
     std::vector<TargetInfo> records(int count, double shift) const {
         std::vector<TargetInfo> all(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) {
@@ -138,7 +138,7 @@ void benchNearest(int count) {
     limit("nearest target", costs.ours, 1e-8 * count, 1e-6, "us");
 }
 
-/// A frame in which every target gets a record that moves it, glides stepped, beside the bare placing.
+/// A frame with a record that moves each target and a step of each glide, compared with setting the poses only.
 bench::Costs benchRecords(int count) {
     const BareRoot root;
     Scene scene(root.getFiles());
@@ -159,7 +159,7 @@ bench::Costs benchRecords(int count) {
     return costs;
 }
 
-/// The particles in the world, stepped over by a loop that does no more than that.
+/// Steps the particles of the world in a minimal loop.
 double stepBarely(const World& world) {
     std::vector<Particle> particles;
     for (Node* node : world.getNodes()) {
@@ -197,7 +197,7 @@ void benchMissiles() {
             scene.logic().emit_missile();
             scene.frame();
         }
-        for (int i = 0; i < 2 * FRAMES; ++i) scene.frame();  // until their trails are full
+        for (int i = 0; i < 2 * FRAMES; ++i) scene.frame();  // until their trails have full length
         const long before = g_allocations;
         const double full = bench::seconds(frames);
         if (round == 0) {
@@ -211,7 +211,7 @@ void benchMissiles() {
     limit("a frame of 100 missiles in flight", costs.ours, 0.3e-3, 1e-3, "ms");
 }
 
-/// A lorry hangs 300 m ahead, where each missile bursts.
+/// Places a lorry 300 m ahead, where each missile bursts.
 void addLorryAhead(Scene& scene) {
     TargetInfo info = scene.records(1, 0.0)[0];
     const dvec3 place = scene.logic().getAircraft()->getWorldTransform() * dvec3(0.0, 300.0, -1.0);
@@ -224,7 +224,7 @@ void addLorryAhead(Scene& scene) {
 
 void benchFirings() {
     constexpr int FIRINGS = 10000;
-    constexpr float LONG = 0.1f;  // seconds a frame
+    constexpr float LONG = 0.1f;  // seconds per frame
     Scene scene(DEMONSTRATION);
     addLorryAhead(scene);
     int bursts = 0;
@@ -235,7 +235,7 @@ void benchFirings() {
             scene.frame(LONG);
             scene.logic().update_missle();
         }
-        for (int i = 0; i < 225; ++i) scene.frame(LONG);  // until the last has burnt out
+        for (int i = 0; i < 225; ++i) scene.frame(LONG);  // until the last effect is over
         while (scene.logic().getNumMissiles() > 0) scene.logic().update_missle();
     };
     fly(100);

@@ -5,15 +5,15 @@
 
 #include "common/LogicBase.h"
 
-/// What an application adds to the frame, at its three places; these do nothing. A class with the same operations takes
-/// its place.
+/// Actions that an application adds to the frame, at three points; here they do nothing. A class with the same member
+/// functions can be used instead.
 struct FrameSteps {
-    void begun() {}       ///< the clock has moved and this frame's input was handed out: scene commands
-    void moved(float) {}  ///< the logic has updated: what else moves bodies, for a frame of so many seconds
-    void placed() {}      ///< physics is done and the logic has placed the camera: picture, what observes the scene
+    void begun() {}       ///< the clock has advanced, input was dispatched: scene commands
+    void moved(float) {}  ///< the logic has updated: other motion of bodies, with the frame's time in seconds
+    void placed() {}      ///< physics is done, the logic has placed the camera: picture, observers of the scene
 };
 
-/// One frame of dt seconds. Frame thread; the logic was initialised.
+/// Runs one frame of dt seconds. Frame thread. REQUIRES an initialised logic.
 template <class Steps>
 void runFrame(Engine& engine, LogicBase& logic, double dt, Steps&& steps) {
     engine.beginFrame(dt);

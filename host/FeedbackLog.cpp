@@ -1,4 +1,4 @@
-// Counts and checks feedback as it arrives; prints once a second and at the end of the run.
+// Counts and checks feedback on arrival. Prints once a second and at the end of the run.
 #include "FeedbackLog.h"
 
 #include <algorithm>
@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr double SHORTEST = 1e-7;  ///< seconds; the lowest bucket's
+constexpr double MIN_LATENCY = 1e-7;  ///< seconds; lower limit of the first bucket
 constexpr double STEP = 1.01;
-constexpr double ANSWER_WITHIN = 1.0;  ///< seconds; later feedback is no answer
-constexpr std::size_t MOST_UNANSWERED = 1 << 16;
+constexpr double ANSWER_WITHIN = 1.0;  ///< seconds; later feedback does not count as an answer
+constexpr std::size_t MAX_UNANSWERED = 1 << 16;
 
 bool isFinite(const Feedback& f) {
     const auto finite = [](float value) { return std::isfinite(value); };
@@ -30,7 +30,7 @@ void printLatency(const LatencyHistogram& latency) {
 }  // namespace
 
 void LatencyHistogram::add(double seconds) {
-    const double place = std::log(std::max(seconds, SHORTEST) / SHORTEST) / std::log(STEP);
+    const double place = std::log(std::max(seconds, MIN_LATENCY) / MIN_LATENCY) / std::log(STEP);
     ++m_buckets[std::min(static_cast<std::size_t>(place), m_buckets.size() - 1)];
     m_minimum = m_count == 0 ? seconds : std::min(m_minimum, seconds);
     ++m_count;
@@ -42,7 +42,7 @@ double LatencyHistogram::getQuantile(double part) const {
     for (std::size_t i = 0; i < m_buckets.size(); ++i) {
         seen += m_buckets[i];
         if (seen > 0 && seen >= wanted) {
-            return std::max(m_minimum, SHORTEST * std::pow(STEP, static_cast<double>(i) + 0.5));
+            return std::max(m_minimum, MIN_LATENCY * std::pow(STEP, static_cast<double>(i) + 0.5));
         }
     }
     return 0.0;
@@ -62,13 +62,13 @@ bool FeedbackLog::openCsv(const std::string& path) {
 void FeedbackLog::onSent(double time, std::int32_t order, int records) {
     m_sent_records += records;
     ++m_sent_datagrams;
-    // The viewer answers order 2 alone; between two stretches of it the counter may leap.
+    // The viewer answers only order 2; between two series of order 2 the counter may jump.
     if (order != 2) {
         m_counter_known = false;
         return;
     }
     m_unanswered.push_back(time);
-    if (m_unanswered.size() > MOST_UNANSWERED) m_unanswered.pop_front();
+    if (m_unanswered.size() > MAX_UNANSWERED) m_unanswered.pop_front();
 }
 
 void FeedbackLog::onDatagram(double time, const unsigned char* bytes, std::size_t size) {
@@ -92,7 +92,7 @@ void FeedbackLog::check(const Feedback& feedback) {
     if (m_counter_known && rise > 1) m_lost += rise - 1;
 }
 
-/// Of the newest datagram that this feedback is the first after; negative when there is none.
+/// Seconds since the newest unanswered datagram; negative when there is none.
 double FeedbackLog::takeLatency(double time) {
     double newest = -1.0;
     for (const double sent : m_unanswered) {

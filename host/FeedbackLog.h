@@ -1,4 +1,4 @@
-// What came back: counts, checks, latency and the file of feedback records.
+// Received feedback: counts, checks, latency and the file of feedback records.
 #pragma once
 
 #include <array>
@@ -10,13 +10,13 @@
 
 #include "Records.h"
 
-/// Times in buckets of one percent, so that a run of any length takes the same memory.
+/// Times in buckets of one percent: memory does not grow with the length of the run.
 class LatencyHistogram {
 public:
     void add(double seconds);
     std::int64_t getCount() const { return m_count; }
     double getMinimum() const { return m_minimum; }  ///< seconds, exact; 0 without samples
-    /// Seconds, within one percent, that the share `part` (0 to 1) of the samples does not exceed; 0 without samples.
+    /// Quantile in seconds, within one percent, for the fraction `part` (0 to 1) of the samples; 0 without samples.
     double getQuantile(double part) const;
 
 private:
@@ -28,7 +28,7 @@ private:
 /// Checks every feedback record. Times are seconds since the start of the run.
 class FeedbackLog {
 public:
-    /// Starts the file. False when it cannot be written; an empty path writes none.
+    /// Creates the file. False when it cannot be written. An empty path creates no file.
     bool openCsv(const std::string& path);
 
     void onSent(double time, std::int32_t order, int records);
@@ -36,10 +36,10 @@ public:
     void onDatagram(double time, const unsigned char* bytes, std::size_t size);
 
     std::int64_t getFeedbackCount() const { return m_feedback; }
-    /// The line of the present second, on standard output; begins the next second.
+    /// Prints the line of the current second on standard output and begins the next second.
     void printSecond(double time);
     void printSummary(double time) const;
-    /// False when the file did not take everything.
+    /// False when not everything could be written.
     bool closeCsv();
 
 private:
@@ -53,12 +53,12 @@ private:
 
     std::int64_t m_sent_records = 0;
     std::int64_t m_sent_datagrams = 0;
-    std::int64_t m_failed = 0;     ///< datagrams the system did not take
+    std::int64_t m_failed = 0;     ///< datagrams that the system did not send
     std::int64_t m_feedback = 0;   ///< records of the right size
-    std::int64_t m_lost = 0;       ///< counter values that never came while the viewer was to send
-    std::int64_t m_irregular = 0;  ///< wrong size, counter not rising, heights or angles that are no numbers
+    std::int64_t m_lost = 0;       ///< counter values not received during a series of order 2
+    std::int64_t m_irregular = 0;  ///< wrong size, counter not increasing, heights or angles that are not finite
     Feedback m_last;
-    bool m_counter_known = false;  ///< m_last.counter is of the present stretch of order 2
+    bool m_counter_known = false;  ///< m_last.counter is of the current series of order 2
     std::deque<double> m_unanswered;
     LatencyHistogram m_second;
     LatencyHistogram m_run;

@@ -1,4 +1,4 @@
-// Reads the command line: every option takes a value, as "--name value" or "--name=value".
+// Parses the command line: every option has a value, as "--name value" or "--name=value".
 #include "Options.h"
 
 #include <arpa/inet.h>
@@ -69,7 +69,7 @@ std::map<std::string, Reader> makeReaders(Options& o) {
             {"--rate", [&](const std::string& v) { return parseReal(v, o.rate, 0.01, 1e5); }},
             {"--records",
              [&](const std::string& v) {
-                 return parseNumber(v, o.records) && o.records >= 1 && o.records <= MOST_RECORDS_IN_A_DATAGRAM;
+                 return parseNumber(v, o.records) && o.records >= 1 && o.records <= MAX_RECORDS_PER_DATAGRAM;
              }},
             {"--orders", [&](const std::string& v) { return o.orders.parse(v); }},
             {"--seconds", [&](const std::string& v) { return parseReal(v, o.seconds, 0.001, 1e9); }},

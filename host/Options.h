@@ -11,21 +11,21 @@ struct Endpoint {
     std::uint16_t port = 0;
 };
 
-/// The defaults meet a viewer with its own defaults on the same machine.
+/// The defaults match a viewer with its default ports on the same machine.
 struct Options {
     Endpoint to{"127.0.0.1", 10004};    ///< the viewer's receiver
-    Endpoint bind{"127.0.0.1", 10014};  ///< records come from here
-    std::uint16_t listen = 10005;       ///< feedback comes here, on the address of `bind`
-    double rate = 60.0;                 ///< datagrams a second
-    int records = 1;                    ///< to a datagram
+    Endpoint bind{"127.0.0.1", 10014};  ///< local endpoint from which records are sent
+    std::uint16_t listen = 10005;       ///< local port for feedback, on the address of `bind`
+    double rate = 60.0;                 ///< datagrams per second
+    int records = 1;                    ///< per datagram
     OrderPlan orders;
-    double seconds = 0.0;  ///< length of the run; 0 until it is stopped or the orders end
+    double seconds = 0.0;  ///< length of the run; 0: until it is stopped or the orders end
     std::string csv;       ///< file for the feedback; empty for none
 };
 
 enum class ParseResult { RUN, HELP, WRONG };
 
-/// Reads the command line into `options`. On WRONG `error` says what is wrong, in one line.
+/// Parses the command line into `options`. On WRONG, `error` describes the fault in one line.
 ParseResult parseOptions(int argc, char** argv, Options& options, std::string& error);
 
 extern const char* const USAGE;

@@ -1,4 +1,4 @@
-// Reads the list of orders and walks it, one datagram at a time.
+// Parses the list of orders and iterates over it, one datagram at a time.
 #include "OrderPlan.h"
 
 #include <algorithm>
@@ -6,7 +6,7 @@
 
 namespace {
 
-/// A number that takes up the whole text.
+/// Parses a number; the whole text must be the number.
 template <class T>
 bool parseNumber(const std::string& text, T& out) {
     const char* end = text.data() + text.size();

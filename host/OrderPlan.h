@@ -1,4 +1,4 @@
-// Which order the host gives in which datagram.
+// The order of each datagram.
 #pragma once
 
 #include <cstdint>
@@ -11,16 +11,16 @@
 ///     2x100    order 2 in a hundred datagrams
 ///     2*       order 2 until the run ends; at most once
 ///
-/// What follows the starred item is sent when the run ends. Without a starred item the run ends with the list.
+/// Items after the one with the star are sent when the run ends. Without a star the run ends with the list.
 /// Example: "1,2*,0", a reset, running until the end, then a stop.
 class OrderPlan {
 public:
-    /// False when the text is no such list; the plan is then as it was.
+    /// False when the text is not such a list; the plan is then unchanged.
     bool parse(const std::string& text);
 
-    /// True while a datagram is to be sent; `order` gets its order.
+    /// True while there is a datagram to send; `order` is set to its order.
     bool next(std::int32_t& order);
-    /// Goes on behind the starred item, or behind the end when there is none left: the run is over.
+    /// Continues after the item with the star, or at the end of the list if there is none left: the run is then over.
     void finish();
 
 private:
@@ -33,5 +33,5 @@ private:
 
     std::vector<Item> m_items;
     std::size_t m_at = 0;
-    std::int64_t m_sent = 0;  ///< datagrams of the present item
+    std::int64_t m_sent = 0;  ///< datagrams of the current item
 };

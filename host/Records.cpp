@@ -1,4 +1,4 @@
-// Writes and reads the link's records, little-endian whatever this machine's own order is.
+// Writes and reads the link's records, little-endian on any machine.
 #include "Records.h"
 
 #include <algorithm>

@@ -1,23 +1,23 @@
-// The link's records as this host sees them. docs/protocol.md describes every byte.
+// The link's records from the host's side. docs/protocol.md describes every byte.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-inline constexpr int RECORD_SIZE = 108;                 ///< host to viewer, bytes
-inline constexpr int FEEDBACK_SIZE = 60;                ///< viewer to host, bytes
-inline constexpr int MOST_RECORDS_IN_A_DATAGRAM = 606;  ///< 606 * 108 bytes is the most that one datagram holds
+inline constexpr int RECORD_SIZE = 108;               ///< host to viewer, bytes
+inline constexpr int FEEDBACK_SIZE = 60;              ///< viewer to host, bytes
+inline constexpr int MAX_RECORDS_PER_DATAGRAM = 606;  ///< 606 * 108 bytes is the maximum of one datagram
 
-/// What this host fills in of a record; every other byte is zero.
+/// The fields that this host sets in a record; all other bytes are zero.
 struct Record {
     std::int32_t order = 0;   ///< 1 reset, 2 running, anything else: no feedback
-    std::int32_t number = 0;  ///< running number in the first carried word; the viewer does not look at it
+    std::int32_t number = 0;  ///< running number in the first carried word; the viewer ignores it
 };
 
-/// The record's bytes go to out[0 .. RECORD_SIZE).
+/// Writes the record to out[0 .. RECORD_SIZE).
 void writeRecord(const Record& record, unsigned char* out);
 
-/// What lies under the aircraft. Gears: 0 nose, 1 left, 2 right; heights in metres, angles in degrees.
+/// The surface below the aircraft. Gears: 0 nose, 1 left, 2 right; heights in metres, angles in degrees.
 struct Feedback {
     std::int32_t counter = 0;
     std::array<float, 3> height{};

@@ -1,4 +1,4 @@
-// The host's loop: datagrams at their times, feedback as it comes, a line a second. It waits in one place only.
+// The host's loop: sends due datagrams, receives feedback, prints a line per second. It waits in one place only.
 #include "Session.h"
 
 #include <arpa/inet.h>
@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr double GRACE = 0.25;       ///< seconds to listen after the last datagram
-constexpr double MOST_BEHIND = 1.0;  ///< seconds of datagrams that are made up for after a halt
-constexpr int BURST = 64;            ///< datagrams sent before feedback is looked at again
+constexpr double GRACE = 0.25;      ///< seconds to receive after the last datagram
+constexpr double MAX_BEHIND = 1.0;  ///< seconds; after a longer pause the missed datagrams are not sent
+constexpr int BURST = 64;           ///< maximum of datagrams sent before feedback is received again
 
 sockaddr_in toSystem(const Endpoint& endpoint) {
     sockaddr_in out{};
@@ -82,7 +82,7 @@ bool Session::run(const volatile std::sig_atomic_t& stop) {
 }
 
 void Session::sendDue(double time) {
-    if (time - m_next_send > MOST_BEHIND) m_next_send = time;
+    if (time - m_next_send > MAX_BEHIND) m_next_send = time;
     for (int i = 0; i < BURST && time >= m_next_send && !m_ended; ++i) {
         std::int32_t order = 0;
         m_ended = !m_options.orders.next(order);
@@ -112,7 +112,7 @@ void Session::send(std::int32_t order) {
 }
 
 bool Session::endRun(bool stopped) {
-    // Whoever stops the host means the viewer to stop as well.
+    // A host that is stopped also stops the viewer.
     if (stopped && m_last_order != 0) send(0);
     for (const double end = now() + GRACE; now() < end;) {
         waitUntil(end);
@@ -136,7 +136,7 @@ void Session::waitUntil(double time) {
 }
 
 void Session::collect() {
-    unsigned char bytes[FEEDBACK_SIZE + 1];  // one more, so that a longer datagram shows
+    unsigned char bytes[FEEDBACK_SIZE + 1];  // one byte more to detect longer datagrams
     for (int i = 0; i < 4 * BURST; ++i) {
         const ssize_t n = recv(m_listener, bytes, sizeof bytes, MSG_DONTWAIT);
         if (n < 0) return;

@@ -1,4 +1,4 @@
-// One run of the host: its sockets and its clock.
+// One run of the host: its sockets and its timing.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Opens the sockets and the file. On failure `error` says what failed, in one line.
+    /// Opens the sockets and the file. On failure `error` describes the cause in one line.
     bool open(std::string& error);
     /// Sends and listens until the orders, the time or `stop` end it, and prints. Signals that set `stop` are to be
     /// blocked outside; they are let in while the run waits. True when feedback came and the file is whole.
@@ -39,8 +39,8 @@ private:
     int m_listener = -1;
     Clock::time_point m_start;
     double m_next_send = 0.0;
-    bool m_ended = false;       ///< the orders are through
-    bool m_complained = false;  ///< about a datagram that the system did not take
+    bool m_ended = false;       ///< no orders are left
+    bool m_complained = false;  ///< a failure to send was reported
     std::int32_t m_last_order = 0;
     std::int32_t m_number = 0;
     std::vector<unsigned char> m_datagram;

@@ -1,4 +1,4 @@
-// flyhost: a flight-simulation host that drives a viewer over UDP and checks what comes back.
+// flyhost: a flight-simulation host that drives a viewer over UDP and checks its feedback.
 #include <csignal>
 #include <cstdio>
 #include <string>
@@ -10,7 +10,7 @@ namespace {
 
 volatile std::sig_atomic_t g_stop = 0;
 
-/// The signals set a flag, and come through only while the session waits, so that none is missed in between.
+/// The signals set a flag. They are delivered only while the session waits, so none is lost between check and wait.
 void catchSignals() {
     struct sigaction action {};
     action.sa_handler = [](int) { g_stop = 1; };

@@ -1,4 +1,4 @@
-// What a front end can ask of the scene: keys, panels and scripts today, each command with one text form.
+// The requests that a front end (key, panel, script) can make to the scene, each with one text form.
 #pragma once
 
 #include <optional>
@@ -6,23 +6,23 @@
 #include <variant>
 #include <vector>
 
-/// A position seen from the aircraft, over level ground.
+/// A position relative to the aircraft, over level ground.
 struct RelativePlace {
     double bearing = 0.0;   ///< degrees clockwise from north
     double distance = 0.0;  ///< metres
-    double height = 0.0;    ///< metres above the deck, the ground or the sea there
-    double heading = 0.0;   ///< of what is placed, degrees clockwise from north
+    double height = 0.0;    ///< metres above the deck, the ground or the sea at that position
+    double heading = 0.0;   ///< of the placed object, degrees clockwise from north
 
     bool operator==(const RelativePlace&) const = default;
 };
 
-/// A model that targets can have.
+/// A kind of target.
 struct TargetType {
-    int code = 0;      ///< of the configuration's "target_type"
-    std::string name;  ///< one word; scripts may use it in place of the code
+    int code = 0;      ///< in "target_type" of the configuration
+    std::string name;  ///< one word; scripts may use it instead of the code
 };
 
-/// One struct a command; docs/user_guide.md lists their text forms.
+/// One struct per command; docs/user_guide.md lists their text forms.
 namespace command {
 
 // Weather and date.
@@ -52,7 +52,7 @@ struct Sea {
 };
 /// Sets one of the environment's tracks directly.
 struct SetTrack {
-    std::string name;      ///< file name without folder and ending: "TOD", "road_light"
+    std::string name;      ///< file name without folder and extension: "TOD", "road_light"
     double percent = 0.0;  ///< 0 to 100
     bool operator==(const SetTrack&) const = default;
 };
@@ -62,7 +62,7 @@ struct NavigationLights {
     bool on = false;
     bool operator==(const NavigationLights&) const = default;
 };
-/// Landing light of the jet, search light of the helicopter: on if it was off, and the reverse.
+/// Landing light of the jet, search light of the helicopter: switches it on or off.
 struct ToggleLight {
     bool operator==(const ToggleLight&) const = default;
 };
@@ -74,7 +74,7 @@ struct Gear {
     bool down = false;
     bool operator==(const Gear&) const = default;
 };
-/// Moves the aircraft ahead at 30 m/s.
+/// Moves the aircraft forward at 30 m/s.
 struct Push {
     bool on = false;
     bool operator==(const Push&) const = default;
@@ -88,7 +88,7 @@ struct Fire {
 struct Explode {
     bool operator==(const Explode&) const = default;
 };
-/// The whole scene back to its start; targets stay.
+/// Returns the whole scene to its start; targets stay.
 struct Reset {
     bool operator==(const Reset&) const = default;
 };
@@ -120,7 +120,7 @@ struct AddTarget {
     RelativePlace place;
     bool operator==(const AddTarget&) const = default;
 };
-/// The target glides there and keeps its model.
+/// The target glides to the new position; its model stays the same.
 struct MoveTarget {
     std::string name;
     RelativePlace place;
@@ -155,12 +155,12 @@ using SceneCommand =
                  command::NextView, command::LevelView, command::FlightMode, command::TestPanel, command::AddTarget,
                  command::MoveTarget, command::RemoveTarget, command::PlayEffect, command::LaunchTorpedo>;
 
-/// The text form, as a script line has it behind its time: the verb and its values, one blank between them. Numbers
-/// keep every bit; a name that is no plain word is put in quotes.
+/// The text form: a line of a script without its time, that is the verb and its values with one blank between them.
+/// Numbers keep full precision. A name that is not a plain word is quoted.
 std::string printCommand(const SceneCommand& command);
-/// The command of a text form; none when it is no command, a value is missing, too many or out of range, or the type of
-/// a target is not in `types`. Names of types and effects are taken too. What `printCommand` gives for a command whose
-/// values are in range is read back equal.
+/// Parses a text form. Empty when it is no command, a value is missing, superfluous or out of range, or `types` does
+/// not contain a target's type. Types and effects may also be given by name. Parsing the text of `printCommand` returns
+/// an equal command if all values are in range.
 std::optional<SceneCommand> parseCommand(const std::string& text, const std::vector<TargetType>& types);
-/// Whether every value is in its range; a target's type is not looked up.
+/// Whether every value is in its range. The type of a target is not checked.
 bool isInRange(const SceneCommand& command);

@@ -1,4 +1,4 @@
-// Hands commands to the controller, frame by frame.
+// Passes commands to the controller, frame by frame.
 #include "app/scene/SceneCommandQueue.h"
 
 #include "app/scene/SceneController.h"

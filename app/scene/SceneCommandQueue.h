@@ -1,4 +1,4 @@
-// The one way for commands from the front ends to the scene.
+// The queue of commands from all front ends to the scene.
 #pragma once
 
 #include <mutex>
@@ -9,18 +9,18 @@
 
 class SceneController;
 
-/// Who gave a command, for the log.
+/// Origin of a command, for the log.
 struct CommandSource {
-    std::string_view name;  ///< "panel", or a script's file; its text must outlive the queue
-    int line = 0;           ///< of the file; 0 for none
+    std::string_view name;  ///< "panel", or a script's file; the text must outlive the queue
+    int line = 0;           ///< line number in the file; 0 for none
 };
 
-/// Commands wait in the order in which they were given until the frame applies them.
+/// Holds commands in the order of `push` until the frame applies them.
 class SceneCommandQueue {
 public:
     void push(SceneCommand command, CommandSource source);  ///< any thread
-    /// Carries out what waits. Frame thread, directly after the frame has begun. A command that is out of range or
-    /// cannot be done costs one log line, which names its source. What is given meanwhile waits for the next frame.
+    /// Executes all queued commands. Frame thread, directly after the frame has begun. A command that is out of range
+    /// or fails gives one log line with its source. Commands pushed meanwhile are executed in the next frame.
     void apply(SceneController& controller);
 
 private:
@@ -29,7 +29,7 @@ private:
         CommandSource source;
     };
 
-    std::mutex m_mutex;  ///< of m_waiting
+    std::mutex m_mutex;  ///< protects m_waiting
     std::vector<Entry> m_waiting;
     std::vector<Entry> m_batch;
 };

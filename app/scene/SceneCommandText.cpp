@@ -1,5 +1,5 @@
-// The text form of scene commands. `describe` says once what a command consists of; reading, writing and checking a
-// command are three visitors of that description.
+// The text form of scene commands. `describe` defines the values of each command once. Reading, writing and checking
+// are three visitors of that definition.
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -18,12 +18,12 @@ constexpr const char* GEAR[] = {"up", "down"};
 constexpr const char* VIEWS[] = {"cockpit", "orbit", "free"};
 constexpr const char* MODES[] = {"data", "manual", "automatic"};
 
-/// A line break would end the line, and the rest of what does not print would not be seen in it.
+/// A line break would end the script line; other control characters would be invisible in it.
 bool isName(const std::string& text) {
     return !text.empty() && std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < ' '; });
 }
 
-/// Takes values off a text.
+/// Reads values from a text.
 class Reader {
 public:
     Reader(const std::string& text, const std::vector<TargetType>& types) : m_text(text), m_types(types) {}
@@ -79,7 +79,7 @@ private:
     bool m_good = true;
 };
 
-/// Makes the text.
+/// Writes the text.
 class Writer {
 public:
     const std::string& getText() const { return m_text; }
@@ -214,7 +214,7 @@ void visitCopy(SceneCommand command, Visitor& visitor) {
     std::visit([&](auto& c) { describe(visitor, c); }, command);
 }
 
-/// Tries the kinds of command from the I-th on.
+/// Tries the command types from index I on.
 template <std::size_t I = 0>
 std::optional<SceneCommand> parseFrom(const std::string& text, const std::vector<TargetType>& types) {
     if constexpr (I < std::variant_size_v<SceneCommand>) {

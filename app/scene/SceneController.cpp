@@ -1,4 +1,4 @@
-// What each scene command does to the engine and the logic.
+// The effect of each scene command on the engine and the logic.
 #include "app/scene/SceneController.h"
 
 #include <algorithm>
@@ -17,10 +17,10 @@
 
 namespace {
 
-constexpr int LEVEL_CAMERA = 654321;  // message that the logic answers by levelling its camera
+constexpr int LEVEL_CAMERA = 654321;  // message to the logic that levels its camera
 
 constexpr double TORPEDO_SPEED = 20.0, TORPEDO_RUN = 60.0;  // m/s; seconds
-constexpr double WAKE_LIFE = 10.0;                          // seconds that its wake outlives it
+constexpr double WAKE_LIFE = 10.0;                          // seconds for which the wake remains after the run
 
 constexpr struct {
     const char* path;
@@ -43,7 +43,7 @@ void setPose(TargetInfo& info, const dvec3& geo, const RelativePlace& place) {
 
 }  // namespace
 
-/// One operator a command. False with `error` set when it cannot be done.
+/// One operator per command. False with `error` set when it cannot be executed.
 struct SceneController::Operations {
     Engine& engine;
     Logic_Test_Fly& fly;
@@ -71,7 +71,7 @@ struct SceneController::Operations {
         return true;
     }
 
-    bool operator()(const command::Date&) { return true; }  // done before
+    bool operator()(const command::Date&) { return true; }  // applied before
 
     bool operator()(const command::Visibility& c) {
         fly.setVisibilityDistance(static_cast<int>(std::lround(c.metres / Logic_Test_Fly::VISIBILITY_STEP)));
@@ -127,7 +127,7 @@ struct SceneController::Operations {
     }
 
     bool operator()(const command::Fire&) {
-        // Asked first: without an aircraft the logic's operation leaves the missile that it made allocated.
+        // Checked first: without an aircraft, emit_missile leaks the missile that it creates.
         if (!fly.getAircraftNode()) return fail("there is no aircraft that fires missiles");
         fly.emit_missile();
         return true;
@@ -167,9 +167,9 @@ struct SceneController::Operations {
         return true;
     }
 
-    /// False without an aircraft to measure from.
+    /// False when there is no aircraft to measure from.
     bool resolve(const RelativePlace& place, dvec3& geo) {
-        constexpr double DECK_STEP = 5.0;  // metres that a deck may be above the aircraft's origin and still be ground
+        constexpr double DECK_STEP = 5.0;  // metres above the aircraft's origin that count as deck
         const Object* const aircraft = fly.getModel();
         if (!aircraft) return false;
         const dvec3 position = aircraft->getWorldPosition();
@@ -198,7 +198,7 @@ struct SceneController::Operations {
         const Target* const target = fly.get_target(c.name);
         if (!target) return fail("there is no such target");
         dvec3 geo;
-        target->getPrefab()->setEnabled(false);  // it is no ground of its own
+        target->getPrefab()->setEnabled(false);  // the target must not be its own ground
         const bool found = resolve(c.place, geo);
         target->getPrefab()->setEnabled(true);
         if (!found) return fail(NO_AIRCRAFT);
@@ -234,7 +234,7 @@ struct SceneController::Operations {
 
 bool SceneController::apply(const SceneCommand& command, std::string& error) {
     if (const auto* const date = std::get_if<command::Date>(&command)) {
-        m_logic.apply_date(date->year, date->month, date->day);  // of every logic
+        m_logic.apply_date(date->year, date->month, date->day);  // available in every logic
         return true;
     }
     if (!m_fly) {

@@ -1,4 +1,4 @@
-// Carries scene commands out.
+// Executes scene commands.
 #pragma once
 
 #include <string>
@@ -13,27 +13,27 @@ class Logic_Test_Fly;
 class Node;
 class SceneQuery;
 
-/// The one place that changes the scene for front ends. Works on the logic through what it exports. Frame thread; lives
-/// no longer than the engine and the logic.
+/// The only class that changes the scene for front ends. Uses the exported functions of the logic. Frame thread. The
+/// engine and the logic outlive it.
 class SceneController {
 public:
-    /// `fly` is the logic as the flight-test logic, `query` reads it; both null with another logic, which can only be
-    /// given a date.
+    /// `fly` is the logic as the flight-test logic, `query` reads it. Both are null with another logic, for which only
+    /// the date can be set.
     SceneController(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly, const SceneQuery* query)
         : m_engine(engine), m_logic(logic), m_fly(fly), m_query(query) {}
     SceneController(const SceneController&) = delete;
     SceneController& operator=(const SceneController&) = delete;
 
-    /// False, with `error` saying why and nothing changed, when it cannot be done. REQUIRES values in range.
+    /// False, with the reason in `error` and nothing changed, when it cannot be executed. REQUIRES values in range.
     bool apply(const SceneCommand& command, std::string& error);
-    /// Once a frame, before the logic's update: retires spent missiles and moves torpedoes by the frame's time.
+    /// Once a frame, before the logic's update: removes finished missiles and moves torpedoes by the frame's time.
     void update();
 
 private:
-    struct Operations;  ///< what each command does
+    struct Operations;  ///< the effect of each command
     struct Torpedo {
-        Node* node;   ///< the world's
-        double left;  ///< seconds of its run; below 0 its wake fades
+        Node* node;   ///< owned by the world
+        double left;  ///< remaining seconds of its run; below 0 the wake fades
     };
 
     void runTorpedoes(double dt);

@@ -1,4 +1,4 @@
-// Answers from the world and the logic as they are now.
+// Computes the answers from the current state of the world and the logic.
 #include "app/scene/SceneQuery.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr double MAX_SPEED = 2000.0;  // m/s; a faster move is a jump to another place
+constexpr double MAX_SPEED = 2000.0;  // m/s; a faster motion is a teleport
 
 }  // namespace
 

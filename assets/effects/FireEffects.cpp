@@ -1,6 +1,5 @@
-// Explosions and fires. A fireball rises, reddens and goes out; smoke from within it darkens the sky and drifts off
-// with the wind. What an explosion emits has ended before its action does: 20 s after a hit, 6 s after an aircraft's
-// end.
+// Explosions and fires. A fireball rises, turns red and fades; its smoke darkens the sky and drifts with the wind. All
+// particles of an explosion have ended before its action ends: 20 s after a hit, 6 s after an aircraft's destruction.
 #include "effects/FireEffects.h"
 
 #include <algorithm>
@@ -10,7 +9,7 @@
 
 namespace {
 
-/// A burst of light, a moment long.
+/// A short burst of light.
 Json flash(double size) {
     return particleSystem("flash", {0, 0, 0.45 * size},
                           {{"spawn_rate", 60},
@@ -27,7 +26,7 @@ Json flash(double size) {
                           "");
 }
 
-/// `scale` is 1 for a ball of about 20 m.
+/// `scale` 1: a ball of about 20 m.
 Json fireball(double scale, double rate) {
     return particleSystem("fireball", {0, 0, 1.5 * scale},
                           {{"spawn_rate", rate},
@@ -69,8 +68,8 @@ Json sparks(double speed) {
                           "");
 }
 
-/// The ball's own smoke: dense, rolling upward. It goes with the flames, which show their colour only before something
-/// dark.
+/// The smoke of the fireball: dense, rolling upward. It is emitted with the flames, whose colour is only visible in
+/// front of something dark.
 Json billows(double scale, double rate, double life) {
     return particleSystem("billows", {0, 0, 2 * scale},
                           {{"spawn_rate", rate},
@@ -93,7 +92,7 @@ Json billows(double scale, double rate, double life) {
                           SMOKE_PICTURE);
 }
 
-/// The larger way across an area.
+/// The larger horizontal extent of an area.
 double widthOf(const dvec3& area) {
     return std::max(area.x, area.y);
 }

@@ -1,4 +1,4 @@
-// Pieces of effects as text.
+// Parts of effects as structured text.
 #include "effects/ParticleNodes.h"
 
 Json particleSystem(const std::string& name, const dvec3& position, Json settings, const std::string& picture) {

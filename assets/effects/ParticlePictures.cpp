@@ -1,4 +1,4 @@
-// Pictures of particles: opacity drawn from noise within a soft round edge, so that overlapping ones make billows.
+// Pictures of particles: opacity from noise within a soft round edge, so that overlapping particles look like billows.
 #include <algorithm>
 #include <cmath>
 
@@ -21,15 +21,15 @@ std::uint8_t level(double v) {
     return static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(v, 0.0, 1.0)));
 }
 
-/// Pixels from a function of the place, -1 to 1 each way.
+/// Computes each pixel as a function of its position, -1 to 1 on both axes.
 void writePicture(const std::string& path, const std::function<Color(double x, double y)>& made) {
     Canvas canvas(SIZE, SIZE, -1.0, -1.0, 1.0, 1.0, {255, 255, 255, 0});
     canvas.repaint([&](double x, double y, const Color&) { return made(x, y); });
     writeFile(path, canvas.toPng());
 }
 
-/// Billows: round bumps with darker creases between them, which also shape the torn rim. Without a lit side, since each
-/// is drawn turned another way.
+/// Smoke: round bumps with darker creases between them, which also shape the ragged rim. No lit side, since each
+/// particle is drawn with a different rotation.
 Color smoke(const Noise& noise, double x, double y) {
     const double radius = std::hypot(x, y), crease = noise.ridged(1.9 * x + 5.0, 1.9 * y, 5, 0.65);
     const double wisps = noise.fractal(3.1 * x + 7.0, 3.1 * y, 5, 0.6);
@@ -48,7 +48,7 @@ Color flame(const Noise& noise, double x, double y) {
             level(heat * edge * (0.15 + 0.85 * smooth(0.4, 0.85, crest)))};
 }
 
-/// Drops: what the noise leaves of a soft disc.
+/// Drops: a soft disc multiplied with noise.
 Color spray(const Noise& noise, double x, double y) {
     const double radius = std::hypot(x, y);
     const double drops = smooth(-0.15, 0.45, noise.fractal(7.0 * x, 7.0 * y, 4, 0.7));

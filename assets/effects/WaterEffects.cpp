@@ -1,12 +1,12 @@
-// Water thrown up by an explosion or by something that falls in, and the flare that a decoy burns with. Origins lie on
-// the water.
+// Water thrown up by an explosion or by an object that falls in, and the flare of a decoy. Origins are on the water's
+// surface.
 #include "effects/Effects.h"
 #include "effects/ParticleNodes.h"
 
 namespace {
 
-/// A column thrown up from a spot `width` metres wide: its top leaves at `speed` m/s, its foot hardly rises, so that it
-/// stands on the water until it falls back.
+/// A column thrown up from a spot `width` metres wide. Its top starts at `speed` m/s, its foot hardly rises, so that
+/// the column rests on the water until it falls back.
 Json column(const std::string& name, double speed, double width, double rate, double duration) {
     return particleSystem(name, {0, 0, 0},
                           {{"spawn_rate", rate},
@@ -28,7 +28,7 @@ Json column(const std::string& name, double speed, double width, double rate, do
                           SPRAY_PICTURE);
 }
 
-/// Spray that frays the column.
+/// Spray at the edges of the column.
 Json jets(double speed, double size) {
     return particleSystem("jets", {0, 0, 0.5},
                           {{"spawn_rate", 900},
@@ -49,7 +49,7 @@ Json jets(double speed, double size) {
                           SPRAY_PICTURE);
 }
 
-/// A low ring round the foot.
+/// A low ring around the foot of the column.
 Json skirt(double speed, double size, double rate) {
     return particleSystem("skirt", {0, 0, 0.3},
                           {{"spawn_rate", rate},
@@ -70,7 +70,7 @@ Json skirt(double speed, double size, double rate) {
                           SPRAY_PICTURE);
 }
 
-/// What hangs in the air when the column has fallen.
+/// Mist that remains in the air after the column has fallen.
 Json mist(double size) {
     return particleSystem("mist", {0, 0, 1.6 * size},
                           {{"spawn_rate", 26},
@@ -93,7 +93,7 @@ Json mist(double size) {
                           SMOKE_PICTURE);
 }
 
-/// Lies on the water: particles without height of their own are drawn flat.
+/// On the water: particles without a height of their own are drawn flat.
 Json foam(double size) {
     return particleSystem("foam", {0, 0, 0.15},
                           {{"spawn_rate", 60},
@@ -112,9 +112,9 @@ Json foam(double size) {
                           SPRAY_PICTURE);
 }
 
-constexpr double BURNING = 6.5;  ///< seconds of a decoy
+constexpr double BURNING = 6.5;  ///< burning time of a decoy, seconds
 
-/// A magnesium light: a core too bright to look at within a halo, on a thread of white smoke.
+/// A magnesium light: a bright white core in a halo, and a thin trail of white smoke.
 Json flare(const std::string& name, double size, double alpha) {
     return particleSystem(name, {0, 0, 1.0},
                           {{"spawn_rate", 50},

@@ -1,4 +1,4 @@
-// The missile and the torpedo: slender bodies with fins, one trailing smoke, the other a wake.
+// The missile and the torpedo: slender bodies with fins; the missile has a smoke trail, the torpedo a wake.
 #include <cmath>
 
 #include "effects/Effects.h"
@@ -8,10 +8,10 @@
 
 namespace {
 
-/// Weapons are a group of their own, which they leave out: two that leave together do not meet.
+/// Weapons are a collision group that excludes itself: two weapons fired together do not collide.
 constexpr int GROUP = 8, MASK = ~GROUP;
 
-/// Fins in a cross, from `inner` to `outer` metres off the axis and from `rear` to `front` along it.
+/// Fins in a cross, from `inner` to `outer` metres from the axis and from `rear` to `front` along it.
 Mesh fins(const PaintRef& paint, double inner, double outer, double rear, double front, double turn) {
     Mesh mesh;
     for (int i = 0; i < 4; ++i) {
@@ -44,7 +44,7 @@ Part missile() {
     return {"missile", {}, mesh};
 }
 
-/// The flame that stands behind the nozzle, a mesh so that it keeps up at any speed.
+/// The flame behind the nozzle. It is a mesh and not particles, so that it stays at the nozzle at any speed.
 Part missileFlame() {
     auto hot = std::make_shared<Paint>(*paint("flame", {1.0, 0.7, 0.4}));
     hot->emission = {12.0, 6.5, 2.4};
@@ -52,7 +52,7 @@ Part missileFlame() {
     return {"flame", {}, revolve(hot, {}, {{-2.9, 0.0}, {-2.3, 0.05}, {-1.75, 0.085}, {-1.5, 0.07}}, 12)};
 }
 
-/// Puffs 3 m apart at 300 m/s, which grow into one another.
+/// Puffs 3 m apart at 300 m/s, which grow until they overlap.
 Json missileTrail() {
     return particleSystem("exhaust", {0, -2.4, 0},
                           {{"spawn_rate", 105},
@@ -72,7 +72,7 @@ Json missileTrail() {
                           SMOKE_PICTURE);
 }
 
-/// Closes up to the flame: smoke that lives long comes up too slowly for a fast missile.
+/// Closes the gap behind the flame: the long-lived smoke becomes visible too late for a fast missile.
 Json missilePlume() {
     return particleSystem("plume", {0, -2.4, 0},
                           {{"spawn_rate", 300},
@@ -115,7 +115,7 @@ Part torpedo() {
     return {"torpedo", {}, mesh};
 }
 
-/// Runs on the water above it: high and wide enough that waves do not hide it.
+/// On the water above the torpedo, high and wide enough to be visible over waves.
 Json wake() {
     return particleSystem("wake", {0, -2.5, 0.7},
                           {{"spawn_rate", 40},
@@ -134,7 +134,7 @@ Json wake() {
                           SPRAY_PICTURE);
 }
 
-/// Thrown up by the screw just below the surface.
+/// Thrown up by the propeller just below the surface.
 Json churn() {
     return particleSystem("churn", {0, -1.5, 0.3},
                           {{"spawn_rate", 70},

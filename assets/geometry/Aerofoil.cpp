@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr int ARC = 4;  // points of a round nose between its upper and its lower end
+constexpr int ARC = 4;  // number of points of a round nose between its ends
 
-/// Fractions of the chord crowd toward both ends of the profile, where it bends or is thin.
+/// Fractions of the chord, denser toward both ends of the profile, where it is curved or thin.
 double fractionOf(const ChordPiece& piece, int i, int steps) {
     const double s = static_cast<double>(i) / steps;
     const double eased = piece.from <= 0.0 ? 1.0 - std::cos(s * jMath::PI / 2.0) : s;
@@ -43,7 +43,7 @@ Ring profile(const Rib& rib, const ChordPiece& piece, int steps) {
 }  // namespace
 
 double halfThicknessAt(const Rib& rib, double x) {
-    // NACA report 460, with the trailing edge closed.
+    // NACA report 460, with a closed trailing edge.
     return rib.chord * 5.0 * rib.thickness *
            (0.2969 * std::sqrt(x) - 0.1260 * x - 0.3516 * x * x + 0.2843 * x * x * x - 0.1036 * x * x * x * x);
 }

@@ -1,4 +1,4 @@
-// Packing charts and finding a face's place on them.
+// Packs charts and finds a face's position on them.
 #include "geometry/Atlas.h"
 
 #include <algorithm>
@@ -7,20 +7,20 @@
 
 namespace {
 
-/// What the projection needs of a page, kept by the texture after the atlas is gone.
-struct Place {
+/// The data of a page that the projection needs. The texture keeps a copy after the atlas is destroyed.
+struct Placement {
     Chart chart;
     double x, y, height;
 };
 
-const Place& placeFor(const std::vector<Place>& places, const dvec3& normal) {
-    const auto facing = [&](const Place& place) {
+const Placement& findPlacement(const std::vector<Placement>& places, const dvec3& normal) {
+    const auto facing = [&](const Placement& place) {
         dvec3 n = normal;
         if (place.chart.folded) n.x = std::abs(n.x);
         return dot(n, place.chart.facing);
     };
     return *std::max_element(places.begin(), places.end(),
-                             [&](const Place& a, const Place& b) { return facing(a) < facing(b); });
+                             [&](const Placement& a, const Placement& b) { return facing(a) < facing(b); });
 }
 
 }  // namespace
@@ -47,7 +47,7 @@ Canvas& Atlas::add(const Chart& chart) {
 
 std::shared_ptr<const Texture> Atlas::texture() const {
     Canvas image(m_size, m_size, 0.0, 0.0, 1.0, 1.0, m_ground);
-    std::vector<Place> places;
+    std::vector<Placement> places;
     for (const Page& page : m_pages) {
         image.paste(page.canvas, page.x, page.y);
         places.push_back(
@@ -57,7 +57,7 @@ std::shared_ptr<const Texture> Atlas::texture() const {
     texture.png = image.toPng();
     const double size = m_size, scale = m_scale;
     texture.project = [places, size, scale](const dvec3& point, const dvec3& normal) {
-        const Place& place = placeFor(places, normal);
+        const Placement& place = findPlacement(places, normal);
         dvec3 p = point;
         if (place.chart.folded) p.x = std::abs(p.x);
         const double u = place.x + (dot(p, place.chart.right) - place.chart.left) * scale;

@@ -1,4 +1,4 @@
-// Lines, rings and numbers with soft edges, and the PNG file of the result.
+// Lines, rings and numbers with soft edges, and encoding as a PNG file.
 #include "geometry/Canvas.h"
 
 #include <cpl_vsi.h>
@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Distance from (x, y) to the segment, flat ends: beyond them the distance counts along the segment too.
+/// Distance from (x, y) to the segment with flat ends: beyond an end the distance along the segment counts, too.
 double segmentDistance(double x, double y, double x0, double y0, double x1, double y1, double half_width) {
     const double dx = x1 - x0, dy = y1 - y0;
     const double length = std::hypot(dx, dy);
@@ -23,7 +23,7 @@ double segmentDistance(double x, double y, double x0, double y0, double x1, doub
     return std::max({across - half_width, -along, along - length});
 }
 
-/// Distance to the closed line, negative inside.
+/// Distance to the closed outline, negative inside.
 double polygonDistance(const std::vector<std::array<double, 2>>& points, double x, double y) {
     double nearest = std::numeric_limits<double>::max();
     bool inside = false;
@@ -38,7 +38,7 @@ double polygonDistance(const std::vector<std::array<double, 2>>& points, double 
     return inside ? -nearest : nearest;
 }
 
-/// Strokes of the digits on a grid of 2 x 4, from the foot's left: pairs of points.
+/// Strokes of the digits on a grid of 2 x 4, from the lower left corner: pairs of points.
 struct Stroke {
     int x0, y0, x1, y1;
 };
@@ -93,7 +93,7 @@ void Canvas::fill(double x0, double y0, double x1, double y1, const Color& color
         for (int px = left; px <= right; ++px) {
             const double x = worldX(px), y = worldY(py), d = distance(x, y);
             if (d > far) continue;
-            // An edge is as soft as the pixel is wide across it.
+            // The soft edge is one pixel wide.
             const double soft = std::hypot(distance(x + wide, y) - d, distance(x, y + high) - d);
             const double coverage = std::clamp(0.5 - d / std::max(soft, 1e-9), 0.0, 1.0);
             if (coverage > 0.0) blend(px, py, color, coverage);
@@ -165,7 +165,7 @@ void Canvas::number(const std::string& digits, double x, double y, double height
     const double width = 0.6 * unit;
     for (const char digit : digits) {
         for (const Stroke& k : strokesOf(digit)) {
-            // Strokes meet in full corners: each is longer by half its width at either end.
+            // Strokes meet in full corners: each is extended by half its width at both ends.
             const double ox = k.x1 > k.x0 ? width / 2.0 : 0.0, oy = k.y1 > k.y0 ? width / 2.0 : 0.0;
             const double ax = left + k.x0 * unit - ox, ay = k.y0 * unit - oy;
             const double bx = left + k.x1 * unit + ox, by = k.y1 * unit + oy;

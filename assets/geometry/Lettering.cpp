@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Strokes through points named by letters: 'a' to 'e' the columns of a row, rows counted by digits; a space lifts the
-/// pen.
+/// Strokes through points: letters 'a' to 'e' are the columns of a row, digits are the rows. A space begins a new
+/// stroke.
 const std::map<char, const char*> GLYPHS{
     {'0', "b0d0e1e5d6b6a5a1b0"},
     {'1', "b5c6c0"},
@@ -77,7 +77,7 @@ void letter(Canvas& canvas, const std::string& text, double x, double y, double 
             const double qx = x + u * c + v * s, qy = y - u * s + v * c;
             const double length = std::hypot(qx - px, qy - py);
             if (down && length > 0.0) {
-                // Half a stroke longer at both ends, so that corners close.
+                // Extended by half a stroke at both ends, so that corners are closed.
                 const double ex = (qx - px) / length * width * 0.38, ey = (qy - py) / length * width * 0.38;
                 canvas.line(px - ex, py - ey, qx + ex, qy + ey, width, color);
             }

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Tangent at an inner knot of a monotone cubic: the weighted harmonic mean of the slopes beside it.
+/// Tangent at an inner knot of a monotone cubic: the weighted harmonic mean of the adjacent slopes.
 double tangent(double step_a, double slope_a, double step_b, double slope_b) {
     if (slope_a * slope_b <= 0.0) return 0.0;
     const double wa = 2.0 * step_b + step_a, wb = step_b + 2.0 * step_a;
@@ -37,7 +37,7 @@ double distance(const Point2& a, const Point2& b) {
     return std::hypot(a[0] - b[0], a[1] - b[1]);
 }
 
-/// The direction of the outline at a control point: level at the two ends, one-sided at corners.
+/// The direction of the outline at a control point: horizontal at both ends, one-sided at corners.
 Point2 direction(const std::vector<Point2>& p, std::size_t i, bool corner, bool outgoing) {
     const std::size_t last = p.size() - 1;
     if (i == 0) return {1.0, 0.0};
@@ -72,7 +72,7 @@ Station oval(double y, double z, double half_width, double up, double down, cons
     Station station{y, {}};
     for (const double angle : angles) {
         const double c = std::cos(angle * jMath::DEG2RAD), s = std::sin(angle * jMath::DEG2RAD);
-        // Straight up and down the cosine is a rounding error away from 0.
+        // At vertical directions the cosine is 0 except for rounding.
         const double x = std::abs(c) < 1e-9 ? 0.0 : std::pow(c, 2.0 / roundness);
         const double rise = std::copysign(std::pow(std::abs(s), 2.0 / roundness), s);
         station.half.push_back({half_width * x, z + (s > 0.0 ? up : down) * rise});
@@ -188,7 +188,8 @@ Mesh tube(const PaintRef& paint, const Ring& line, double radius, int sides) {
     dvec3 across;
     for (std::size_t i = 0; i < line.size(); ++i) {
         const dvec3 along = normalize(line[std::min(i + 1, line.size() - 1)] - line[i == 0 ? 0 : i - 1]);
-        // Each ring's first direction is the last one's, straightened: the tube does not twist.
+        // The first direction of each ring is that of the previous ring, made perpendicular again: the tube does not
+        // twist.
         if (i == 0) across = std::abs(along.z) < 0.9 ? dvec3(0, 0, 1) : dvec3(1, 0, 0);
         across = normalize(across - along * dot(across, along));
         const dvec3 other = cross(along, across);

@@ -1,4 +1,4 @@
-// Collecting, moving and mirroring triangles.
+// Collects, transforms and mirrors triangles.
 #include "geometry/Mesh.h"
 
 #include <utility>
@@ -20,8 +20,8 @@ Mesh::Surface& Mesh::surface(const PaintRef& paint) {
 }
 
 void Mesh::triangle(const PaintRef& paint, const dvec3& a, const dvec3& b, const dvec3& c) {
-    constexpr double SMALLEST = 1e-8;  // square metres
-    if (length(cross(b - a, c - a)) > SMALLEST) surface(paint).triangles.push_back({a, b, c});
+    constexpr double MIN_AREA = 1e-8;  // square metres
+    if (length(cross(b - a, c - a)) > MIN_AREA) surface(paint).triangles.push_back({a, b, c});
 }
 
 void Mesh::quad(const PaintRef& paint, const dvec3& a, const dvec3& b, const dvec3& c, const dvec3& d) {

@@ -40,7 +40,7 @@ public:
     void addTop(const Part& part) { m_model.scenes[0].nodes.push_back(addNode(part, {})); }
 
     void write(const std::string& path) {
-        // Written to memory first: the library's own file writing does not notice a file that it cannot write.
+        // Written to memory first: the library's own file output does not detect a file that cannot be written.
         std::ostringstream bytes;
         if (!tinygltf::TinyGLTF().WriteGltfSceneToStream(&m_model, bytes, false, true)) {
             throw std::runtime_error("cannot make " + path);
@@ -72,7 +72,7 @@ private:
         return static_cast<int>(m_model.meshes.size()) - 1;
     }
 
-    /// Surfaces by the paint that they are drawn with.
+    /// Surfaces grouped by the paint with which they are drawn.
     std::vector<std::pair<PaintRef, IndexedSurface>> drawnTogether(const Mesh& mesh) const {
         std::vector<std::pair<PaintRef, IndexedSurface>> result;
         for (const Mesh::Surface& surface : mesh.surfaces()) {

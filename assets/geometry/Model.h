@@ -6,8 +6,8 @@
 
 #include "geometry/Mesh.h"
 
-/// A part of a model and the node that it becomes. Mesh and origin are in the whole model's frame, with every part
-/// unturned; the written node has its origin there (its hinge) and is turned about it by `hpr`.
+/// A part of a model, written as one node. Mesh and origin are in the frame of the whole model, with every part
+/// unrotated. The node has its position at the origin (its hinge) and is rotated about it by `hpr`.
 struct Part {
     std::string name;
     dvec3 origin{};
@@ -16,10 +16,10 @@ struct Part {
     std::vector<Part> children{};
 };
 
-/// Triangles of the part and everything below it.
+/// Triangles of the part and its descendants.
 std::size_t countTriangles(const Part& part);
 
-/// Writes the parts as the top nodes of a binary glTF 2.0 file, turned to its Y-up frame: (x, y, z) becomes (x, z, -y).
-/// The same parts give the same bytes. Edges sharper than `crease` degrees stay sharp. Throws std::runtime_error when
-/// the file cannot be written.
+/// Writes the parts as the top nodes of a binary glTF 2.0 file, in its Y-up frame: (x, y, z) becomes (x, z, -y). Equal
+/// parts give equal bytes. Edges with an angle above `crease` degrees are sharp. Throws std::runtime_error when the
+/// file cannot be written.
 void writeModel(const std::string& path, const std::vector<Part>& parts, double crease = 40.0);

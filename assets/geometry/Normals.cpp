@@ -1,4 +1,4 @@
-// Normals by crease angle: triangles that meet at a point share a normal when they are nearly in one plane.
+// Normals by crease angle: triangles that meet at a point share a normal when they are nearly coplanar.
 #include "geometry/Normals.h"
 
 #include <cmath>
@@ -25,7 +25,7 @@ std::array<float, 2> project(const Texture& texture, const dvec3& p, const dvec3
             static_cast<float>(dot(p, texture.down) + texture.offset[1])};
 }
 
-/// The faces' normals, as long as twice their areas, and which faces meet where.
+/// The faces' normals with twice the area as length, and the faces at each point.
 struct Faces {
     std::vector<dvec3> normals;
     std::map<Key, std::vector<std::size_t>> at;
@@ -41,11 +41,11 @@ Faces collect(const std::vector<Mesh::Triangle>& triangles) {
     return faces;
 }
 
-dvec3 smoothNormal(const Faces& faces, std::size_t face, const dvec3& p, double least_cosine) {
+dvec3 smoothNormal(const Faces& faces, std::size_t face, const dvec3& p, double min_cosine) {
     const dvec3 own = normalize(faces.normals[face]);
     dvec3 sum;
     for (const std::size_t other : faces.at.at(keyOf(p))) {
-        if (dot(own, normalize(faces.normals[other])) >= least_cosine) sum += faces.normals[other];
+        if (dot(own, normalize(faces.normals[other])) >= min_cosine) sum += faces.normals[other];
     }
     return normalize(sum);
 }
@@ -54,13 +54,13 @@ dvec3 smoothNormal(const Faces& faces, std::size_t face, const dvec3& p, double 
 
 IndexedSurface indexSurface(const Mesh::Surface& surface, double crease) {
     const Faces faces = collect(surface.triangles);
-    const double least_cosine = std::cos(crease * jMath::DEG2RAD);
+    const double min_cosine = std::cos(crease * jMath::DEG2RAD);
     std::map<Vertex, std::uint32_t> known;
     IndexedSurface result;
     for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
         for (const dvec3& p : surface.triangles[i]) {
             const vec3 place = narrow(p);
-            const vec3 n = narrow(smoothNormal(faces, i, p, least_cosine));
+            const vec3 n = narrow(smoothNormal(faces, i, p, min_cosine));
             std::array<float, 2> uv{};
             if (surface.paint->texture) uv = project(*surface.paint->texture, p, normalize(faces.normals[i]));
             const auto next = static_cast<std::uint32_t>(result.positions.size());

@@ -1,4 +1,4 @@
-// From loose triangles to shared vertices with normals.
+// Converts separate triangles to shared vertices with normals.
 #pragma once
 
 #include <array>
@@ -7,12 +7,12 @@
 
 #include "geometry/Mesh.h"
 
-/// Vertices and triangles as a graphics card takes them, in the mesh's own frame.
+/// Vertices and triangles in the layout for graphics hardware, in the mesh's own frame.
 struct IndexedSurface {
     std::vector<std::array<float, 3>> positions, normals;
-    std::vector<std::array<float, 2>> uvs;  ///< empty without a texture
+    std::vector<std::array<float, 2>> uvs;  ///< empty when there is no texture
     std::vector<std::uint32_t> indices;
 };
 
-/// Smooths across edges flatter than `crease` degrees, within each surface.
+/// Smooth across edges with an angle below `crease` degrees, within each surface.
 IndexedSurface indexSurface(const Mesh::Surface& surface, double crease);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// From a linear share to a byte of an image (IEC 61966-2-1).
+/// Encodes a linear value as a byte of an image (IEC 61966-2-1).
 std::uint8_t encoded(double linear) {
     const double share = linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1.0 / 2.4) - 0.055;
     return static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(share, 0.0, 1.0)));

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Where two lines through the points along the directions cross, seen from above.
+/// Intersection of the lines through p and q along their directions, seen from above.
 dvec3 crossing(const dvec3& p, const dvec3& along_p, const dvec3& q, const dvec3& along_q) {
     const double turn = along_p.x * along_q.y - along_p.y * along_q.x;
     const double t = ((q.x - p.x) * along_q.y - (q.y - p.y) * along_q.x) / turn;
@@ -19,7 +19,7 @@ dvec3 inward(const dvec3& a, const dvec3& b) {
     return normalize(dvec3(a.y - b.y, b.x - a.x, 0.0));
 }
 
-/// A post before the glass from its foot to its head: its front alone.
+/// The front face of a post before the glass, from its foot to its head.
 void addPost(Mesh& mesh, const PaintRef& paint, const dvec3& foot, const dvec3& head, const dvec3& along,
              double width) {
     const dvec3 side = along * (width / 2.0), out = normalize(cross(along, head - foot)) * 0.04;
@@ -36,7 +36,7 @@ void addCap(Mesh& mesh, const PaintRef& paint, const Ring& ring, bool upward) {
     }
 }
 
-/// Points round `middle`, counter-clockwise seen from where `axis` points.
+/// Points around `middle`, counter-clockwise seen from the direction of `axis`.
 Ring circle(const dvec3& middle, const dvec3& axis, double radius, int sides) {
     const dvec3 along = normalize(axis);
     const dvec3 across = normalize(cross(along, std::abs(along.z) < 0.9 ? dvec3(0, 0, 1) : dvec3(1, 0, 0)));

@@ -1,4 +1,4 @@
-// Boxes, lofts, turned and wing-shaped solids.
+// Boxes, lofts, solids of revolution and wings.
 #include "geometry/Shapes.h"
 
 #include <algorithm>
@@ -29,8 +29,8 @@ double signedPower(double v, double exponent) {
     return std::copysign(std::pow(std::abs(v), exponent), v);
 }
 
-/// Half thickness of the symmetrical four-digit profile at a fraction of the chord (NACA report 460), with the trailing
-/// edge closed.
+/// Half thickness of the symmetrical four-digit profile at a fraction of the chord (NACA report 460), with a closed
+/// trailing edge.
 double halfThickness(double thickness, double x) {
     return 5.0 * thickness *
            (0.2969 * std::sqrt(x) - 0.1260 * x - 0.3516 * x * x + 0.2843 * x * x * x - 0.1036 * x * x * x * x);
@@ -40,7 +40,7 @@ Ring ribRing(const Rib& rib, double from, double to) {
     constexpr int STEPS = 8;
     Ring upper, lower;
     for (int i = 0; i <= STEPS; ++i) {
-        // Posts crowd toward the leading edge, where the profile bends most.
+        // Denser toward the leading edge, where the profile is most curved.
         const double s = static_cast<double>(i) / STEPS;
         const double x = from + (to - from) * s * s;
         const dvec3 rise = rib.normal * (rib.chord * halfThickness(rib.thickness, x));

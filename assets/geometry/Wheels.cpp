@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int SEGMENTS = 24;  // round
+constexpr int SEGMENTS = 24;  // around the wheel
 
 std::vector<Turn> tyreProfile(double radius, double half) {
     const double groove = 0.035 * radius;

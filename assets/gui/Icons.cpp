@@ -1,5 +1,5 @@
-// The camera bar's icons: light strokes with a dark rim, so that they show on every sky. They are twice as large as
-// they show.
+// The icons of the camera bar: light strokes with a dark rim, visible in front of any sky. They are drawn at twice the
+// size at which they are shown.
 #include "gui/Icons.h"
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int SIZE = 32;        // pixels
-constexpr double UNITS = 16.0;  // what the strokes are measured in, y upward
+constexpr double UNITS = 16.0;  // size of the icon in stroke units, y upward
 constexpr Color CLEAR{18, 20, 24, 0}, RIM{18, 20, 24, 190}, STROKE{240, 244, 250, 255};
 
 struct Point {
@@ -20,7 +20,7 @@ using Path = std::vector<Point>;
 
 class Icon {
 public:
-    /// Paths have round joints; one of a single point is a dot.
+    /// Paths have round joints; a path of a single point is a dot.
     void add(Path path, double width) { m_strokes.push_back({std::move(path), width, 0.0}); }
     void addRing(Point center, double radius, double width) { m_strokes.push_back({{center}, width, radius}); }
 
@@ -81,7 +81,7 @@ void put32(std::vector<unsigned char>& bytes, std::uint32_t value) {
     for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<unsigned char>(value >> shift));
 }
 
-/// Uncompressed, blue, green, red, opacity; layout from the format's public description of its header.
+/// Uncompressed: blue, green, red, opacity. Layout after the public description of the format's header.
 std::vector<unsigned char> toDds(const Canvas& canvas) {
     constexpr std::uint32_t HAS_CAPS_SIZE_PITCH_FORMAT = 0x100F, HAS_COLOR_AND_OPACITY = 0x41, IS_TEXTURE = 0x1000;
     std::vector<unsigned char> bytes{'D', 'D', 'S', ' '};

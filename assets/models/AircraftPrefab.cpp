@@ -64,7 +64,7 @@ Json spotNode(const std::string& name, const dvec3& position, double down, doubl
 
 Json pilotCamera(const dvec3& eye) {
     Json node = sceneNode("node", "cam_first_player", eye);
-    node["hpr"] = {0, 90, 0};  // a camera looks along its -Z: turned so that this lies ahead and its Y is up
+    node["hpr"] = {0, 90, 0};  // a camera looks along its -Z with +Y up: rotated to look ahead along +Y with +Z up
     return node;
 }
 

@@ -23,7 +23,7 @@ struct Paints {
     PaintRef tyre = paint("tyre", {0.02, 0.02, 0.02}, 0.95);
 };
 
-/// A hall with a barrel roof, open to the apron on its -X side by a door.
+/// A hall with a barrel roof and a door to the apron on its -X side.
 Mesh hangar(const Paints& paints, const dvec3& middle, double depth, double length) {
     const dvec3 half{depth / 2.0, length / 2.0, 0.0};
     constexpr double WALL = 8.5, RISE = 4.5;
@@ -81,7 +81,7 @@ Part buildings() {
     return {"airfield_buildings", {}, mesh};
 }
 
-/// Painted in bands of red and white, its foot set well into the slope that it stands on.
+/// Painted in bands of red and white; its foot is below the surface of the slope.
 Part mast() {
     const Paints paints;
     Mesh mesh = box(paints.wall, {-4, -3, -4}, {4, 3, 3.2});
@@ -95,7 +95,7 @@ Part mast() {
     return {"mast", {}, mesh};
 }
 
-/// A radar lorry: origin on the ground below its middle.
+/// A radar lorry: origin on the ground below its centre.
 Part lorry() {
     const Paints paints;
     Mesh mesh = box(paints.tyre, {-1.1, -4.4, 0.75}, {1.1, 4.4, 1.05});
@@ -143,7 +143,7 @@ std::vector<unsigned char> runwayPicture() {
     return canvas.toPng();
 }
 
-/// Taxiway, its links to the runway, and the apron, over ground that shows through elsewhere.
+/// Taxiway, its links to the runway, and the apron; transparent elsewhere.
 std::vector<unsigned char> pavementPicture() {
     using namespace airfield;
     Canvas canvas(320, 3072, PAVEMENT_LEFT, -PAVEMENT_LENGTH / 2.0, PAVEMENT_RIGHT, PAVEMENT_LENGTH / 2.0, CLEAR);
@@ -166,7 +166,7 @@ std::vector<unsigned char> pavementPicture() {
     return canvas.toPng();
 }
 
-/// A model with a prefab of the same name that holds nothing else.
+/// A model and a prefab of the same name that contains only the model.
 void writePlainPrefab(const std::string& folder, const std::string& name, const std::string& comment,
                       const Part& part) {
     writeText(folder + name + ".prefab", comment, {{"node", {{"mesh", name + ".glb"}}}});

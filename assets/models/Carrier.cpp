@@ -1,4 +1,4 @@
-// Puts the carrier together: models and prefabs.
+// Assembles the carrier: models and prefabs.
 #include <algorithm>
 
 #include "geometry/Model.h"
@@ -12,10 +12,10 @@ namespace {
 
 constexpr const char* FOLDER = "data/assets/Targets/MODELS/JT_CN_LNJ/";
 
-/// The hull's box for the buoyancy, which lifts a box of volume V that is immersed by the share f of its height with
-/// 100 V f^2 kilograms. It is deeper and narrower than the drawn hull, for the slow heave and roll of a large ship, and
-/// meets nothing itself: what stands on the ship stands on its drawn deck. The centre of mass lies in the box's bottom,
-/// where the water's drag acts; above it the drag would press the bow down as soon as the ship is under way.
+/// The hull's box for buoyancy. For a box of volume V of which the fraction f is immersed, the lift is 100 V f^2
+/// kilograms. The box is deeper and narrower than the drawn hull, which gives the slow heave and roll of a large ship.
+/// It has no collisions: objects on the ship touch the drawn deck. The centre of mass is at the box's bottom, where the
+/// water's drag acts. If it were higher, the drag would press the bow down whenever the ship moves.
 Json hullBody() {
     constexpr double WIDTH = 25.0, LENGTH = 280.0, HEIGHT = 130.0, IMMERSED = 0.3;
     constexpr double MASS = 100.0 * WIDTH * LENGTH * HEIGHT * IMMERSED * IMMERSED;
@@ -48,7 +48,7 @@ Json edgeLamp(const dvec3& position, const dvec3& color) {
     return node;
 }
 
-/// Along the landing strip's sides and its end, a hand above the deck.
+/// Along the landing strip's sides and at its end, 0.1 m above the deck.
 void addStripLamps(Json& children) {
     const double half = STRIP_WIDTH / 2.0;
     for (double at = 6.0; at <= STRIP_LENGTH; at += 24.0) {
@@ -59,7 +59,7 @@ void addStripLamps(Json& children) {
 }
 
 Json prefab() {
-    // The reference points span the plane of the deck with the lens, whose origin is level with it.
+    // The reference points and the lens define the plane of the deck; the origin of the lens is at deck height.
     Json children = {lens(), wakes(), sceneNode("node", "deck_1", onStrip(60.0)),
                      sceneNode("node", "deck_2", onStrip(150.0))};
     addStripLamps(children);
@@ -70,7 +70,7 @@ Json prefab() {
     return {{"node", {{"mesh", "JT_CN_LNJ.glb"}, {"body", hullBody()}, {"children", children}}}};
 }
 
-/// What is too small to run into, in pieces along the ship, so that a near view draws only its own.
+/// Parts too small for collisions, divided along the ship so that a near view draws only those nearby.
 std::vector<Part> fittings() {
     Mesh small = islandMasts();
     small.add(deckEdge()).add(armament()).add(deckVehicles()).add(lensStand());

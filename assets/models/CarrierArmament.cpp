@@ -15,7 +15,7 @@ dmat4 tipped(double up, const dvec3& place) {
     return {dquat(dvec3(1, 0, 0), up), place};
 }
 
-/// A gun of many barrels with its radar, aiming along +Y, foot at the origin.
+/// A gun with several barrels and its radar, pointing along +Y, foot at the origin.
 Mesh closeInGun() {
     const Paints& p = paints();
     Mesh mesh = drum(p.grey, {}, {0, 0, 0.9}, 1.25, 1.15, 10);
@@ -28,7 +28,7 @@ Mesh closeInGun() {
     return mesh.add(box(p.white, {-0.95, -0.5, 2.5}, {-0.55, 0.3, 3.1}));
 }
 
-/// A box of missiles in four rows of six, mouths to +Y.
+/// A box of missiles in four rows of six, openings toward +Y.
 Mesh missileBox() {
     const Paints& p = paints();
     Mesh mesh = drum(p.grey, {}, {0, 0, 1.1}, 1.0, 0.85, 9);
@@ -45,7 +45,7 @@ Mesh missileBox() {
     return mesh.add(drum(p.white, {0.0, -0.5, 2.8}, {0.0, -0.5, 3.3}, 0.25, 0.25));
 }
 
-/// Rocket tubes in two arcs, mouths to +Y.
+/// Rocket tubes in two arcs, openings toward +Y.
 Mesh rocketLauncher() {
     const Paints& p = paints();
     Mesh mesh = drum(p.grey, {}, {0, 0, 1.0}, 0.8, 0.6, 9);
@@ -75,9 +75,9 @@ Mesh decoys() {
 
 enum Weapon { GUN, MISSILES, ROCKETS, DECOYS };
 
-/// A platform outside the hull at `floor` and the weapons on it, by their place along it.
+/// A platform outside the hull at height `floor`, and the positions of its weapons along it.
 struct Sponson {
-    double side, from, to, out;  ///< out: how far it stands out of the deck's edge
+    double side, from, to, out;  ///< out: distance by which it projects beyond the deck's edge
     double floor;
     std::vector<std::pair<Weapon, double>> weapons;
 };
@@ -87,7 +87,7 @@ const Sponson SPONSONS[] = {{-1, -128, -106, 4.2, 15.6, {{MISSILES, -121.0}, {GU
                             {-1, 64, 80, 4.6, 15.8, {{MISSILES, 75.0}, {DECOYS, 68.0}}},
                             {1, 72, 90, 4.6, 15.8, {{MISSILES, 85.0}, {GUN, 77.5}}}};
 
-/// The platform tapers down and back into the hull.
+/// The platform tapers downward into the hull.
 Mesh platform(const Sponson& s) {
     const Paints& p = paints();
     const double y0 = s.from, y1 = s.to, inner = hullHalf((y0 + y1) / 2.0) - 0.5;

@@ -1,5 +1,5 @@
-// The flight deck's paint. Its markings are a picture on the deck and not shapes above it: the ground under an aircraft
-// on the deck has to be the deck's own object.
+// The flight deck's paint. Its markings are a picture on the deck and not geometry above it: the ground below an
+// aircraft on the deck must be the deck's own object.
 #include <cmath>
 
 #include "geometry/Weathering.h"
@@ -10,7 +10,7 @@
 namespace carrier {
 namespace {
 
-// The picture lies along the ship: its x runs to the bow, its y to port.
+// The picture's axes on the ship: x toward the bow, y to port.
 constexpr double SIDE = 39.5, BACK = -153.0, FRONT = 153.0;
 constexpr Color GROUND{66, 69, 72, 255}, WHITE{226, 226, 220, 255}, YELLOW{218, 178, 48, 255}, RED{184, 46, 38, 255},
     STEEL{30, 31, 32, 255}, PLATE{84, 87, 90, 255}, EDGE{40, 42, 44, 200};
@@ -40,7 +40,7 @@ void drawCoat(Canvas& c) {
     }
 }
 
-/// Where wheels come down tyres have blackened the strip; hooks have scratched it bright.
+/// Black tyre marks in the touchdown area of the strip, and bright scratches from hooks.
 void drawWear(Canvas& c) {
     Dice dice(5);
     for (int i = 0; i < 260; ++i) {
@@ -92,14 +92,14 @@ void drawStrip(Canvas& c) {
     }
     dashes(c, onStrip(3.0, half + 3.6), onStrip(STRIP_LENGTH - 36.0, half + 3.6), 0.75, 3.0, 1.5, RED);
     line(c, onStrip(3.0, half + 4.4), onStrip(STRIP_LENGTH - 36.0, half + 4.4), 0.25, WHITE);
-    for (const double side : {-1.0, 1.0}) {  // where to touch down: abreast of the third wire
+    for (const double side : {-1.0, 1.0}) {  // touchdown marks abreast of the third wire
         for (const double out : {4.0, 6.2, 8.4}) {
             line(c, onStrip(61.0, side * out), onStrip(67.5, side * out), 0.9, WHITE);
         }
     }
 }
 
-/// A launch run from its start over the ramp, with the deflector behind it and the chocks before the wheels.
+/// A launch run from its start over the ramp, with the deflector behind it and the chocks in front of the wheels.
 void drawRun(Canvas& c, const dvec3& start, double bow_x) {
     const dvec3 bend{start.x, RAMP_START - 22.0, 0.0}, end{bow_x, 151.0, 0.0};
     line(c, start, bend, 0.75, YELLOW);
@@ -136,7 +136,7 @@ void drawLaunchRuns(Canvas& c) {
         line(c, {side * 13.6, RAMP_START - 4.0, 0.0}, {side * 9.4, 146.0, 0.0}, 0.6, WHITE);
         line(c, {side * 13.0, RAMP_START - 4.0, 0.0}, {side * 8.8, 146.0, 0.0}, 0.2, RED);
     }
-    for (double y = 148.6; y < 152.4; y += 1.0) {  // the lip
+    for (double y = 148.6; y < 152.4; y += 1.0) {  // the edge of the ramp
         line(c, {-9.0, y, 0.0}, {9.0, y, 0.0}, 0.5, static_cast<int>(y) % 2 == 0 ? RED : WHITE);
     }
     c.number("16", 125.0, 0.0, 10.5, 90.0, WHITE);
@@ -187,7 +187,7 @@ void drawEdges(Canvas& c) {
     }
 }
 
-/// Scuffs: paint goes thin in patches, and the coat below differs from place to place.
+/// Wear: paint is thin in patches, and the coat below varies.
 void wearPaint(Canvas& c) {
     const Noise coarse(9), fine(21);
     c.repaint([&](double x, double y, const Color& color) {
@@ -205,7 +205,7 @@ void wearPaint(Canvas& c) {
 }  // namespace
 
 std::shared_ptr<const Texture> deckTexture() {
-    // Seen along the ship at a flat angle: pixels are four times as long as they are wide.
+    // The deck is seen at flat angles along the ship: pixels are four times as long as wide.
     Canvas canvas(2048, 2048, BACK, -SIDE, FRONT, SIDE, GROUND);
     drawCoat(canvas);
     drawLaunchRuns(canvas);

@@ -1,4 +1,4 @@
-// What runs along the carrier's deck edge: catwalks with railings, nets, life rafts, aerials, boats, the crane.
+// Parts along the carrier's deck edge: catwalks with railings, nets, life rafts, aerials, boats, the crane.
 #include <algorithm>
 #include <cmath>
 
@@ -9,23 +9,23 @@
 namespace carrier {
 namespace {
 
-constexpr double WALK = 1.5;   // width
-constexpr double BELOW = 1.9;  // the floor, under the deck
+constexpr double WALK = 1.5;   // width, metres
+constexpr double BELOW = 1.9;  // depth of the floor below the deck, metres
 
-/// A stretch of the deck's edge.
+/// A section of the deck's edge.
 struct Stretch {
     double side, from, to;
 };
 const Stretch WALKS[] = {{-1, -140, -112}, {-1, -104, -67}, {-1, -56, -30}, {-1, -12, 46}, {-1, 50, 64}, {-1, 78, 138},
                          {1, -118, -72},   {1, -49, 14},    {1, 36, 50},    {1, 52, 72},   {1, 90, 138}};
-// Nets in place of a catwalk.
+// Nets instead of a catwalk.
 const Stretch NETS[] = {{-1, -150, -140}, {-1, -30, -12}, {1, -150, -134}};
 
 dvec3 edgePoint(double side, double y, double out, double down) {
     return {edgeOn(side, y) + side * out, y, deckHeight(y) - down};
 }
 
-/// Places along a stretch: its ends, the deck's stations between them.
+/// Positions along a stretch: its ends and the deck's stations between them.
 std::vector<double> placesOn(const Stretch& s) {
     std::vector<double> places{s.from};
     for (const double y : deckStations()) {
@@ -35,7 +35,7 @@ std::vector<double> placesOn(const Stretch& s) {
     return places;
 }
 
-/// A strip between two lines that run along a stretch, each given by its way out and down; faces up or outward.
+/// A strip between two lines along a stretch, each given as (outward, down); faces up or outward.
 void strip(Mesh& mesh, const PaintRef& paint, const Stretch& s, const std::array<double, 2>& inner,
            const std::array<double, 2>& outer) {
     const std::vector<double> places = placesOn(s);
@@ -81,7 +81,7 @@ Mesh nets(const Stretch& s) {
     return mesh;
 }
 
-/// Canisters in pairs of rows on a rack outside the catwalk.
+/// Canisters in two rows on a rack outside the catwalk.
 Mesh rafts(double side, double from, int count) {
     const Paints& p = paints();
     Mesh mesh;
@@ -97,7 +97,7 @@ Mesh rafts(double side, double from, int count) {
     return mesh;
 }
 
-/// Whip aerials that are laid out over the water while aircraft fly.
+/// Whip aerials, lowered over the water during flight operations.
 Mesh aerials() {
     const Stretch rows[] = {{1, -134, -120}, {1, 54, 70}, {-1, 52, 66}, {-1, -110, -106}};
     const Paints& p = paints();
@@ -112,7 +112,7 @@ Mesh aerials() {
     return mesh;
 }
 
-/// A boat in its cradle, keel at `keel`.
+/// A boat in its cradle; `keel` is the position of its keel.
 Mesh boat(const PaintRef& hull, const dvec3& keel, double length) {
     const double h = length / 2.0;
     const std::vector<Section> sections{{-h, 0.9, 0.95, 0.5, 0.75, 3.0},
@@ -126,7 +126,7 @@ Mesh boat(const PaintRef& hull, const dvec3& keel, double length) {
     return mesh.moved(keel);
 }
 
-/// Boats hang in davits under the deck's edge.
+/// Boats in davits below the deck's edge.
 Mesh boats() {
     const Paints& p = paints();
     const struct {
@@ -145,7 +145,7 @@ Mesh boats() {
     return mesh;
 }
 
-/// The deck crane behind the island, its jib stowed along the edge.
+/// The deck crane behind the island, with its jib stowed along the edge.
 Mesh crane() {
     const Paints& p = paints();
     const dvec3 foot{34.2, -79.0, 20.0}, head = foot + dvec3(0.0, 0.0, 4.6);
@@ -171,7 +171,7 @@ Mesh crane() {
     return mesh;
 }
 
-/// Under each lift's platform: brackets, guide rails, and its safety nets outside.
+/// Below each lift's platform: brackets and guide rails; outside it: safety nets.
 Mesh liftFittings() {
     const Paints& p = paints();
     Mesh mesh;

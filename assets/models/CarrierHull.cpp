@@ -1,4 +1,4 @@
-// The carrier's hull and flight deck: one mesh, so that whatever stands on the deck stands on the hull's object.
+// The carrier's hull and flight deck: one mesh, so that objects on the deck touch the hull's object.
 #include <algorithm>
 #include <cmath>
 
@@ -8,11 +8,11 @@
 namespace carrier {
 namespace {
 
-constexpr double SLAB = 1.1;     // the deck's thickness at its edge
-constexpr double OVERLAP = 0.3;  // how far the deck stands out over the hull
+constexpr double SLAB = 1.1;     // thickness of the deck at its edge, metres
+constexpr double OVERLAP = 0.3;  // overhang of the deck beyond the hull, metres
 
-/// The hull below the knuckle: the keel's depth, half the breadth at the waterline, and how full the section is below
-/// water (exponent: 1 a wedge, large a box).
+/// The hull below the knuckle: the keel's depth, half the breadth at the waterline, and the fullness of the section
+/// below water (exponent: 1 a wedge, large a box).
 struct Frame {
     double y, keel, breadth, fullness;
 };
@@ -22,7 +22,7 @@ const std::vector<Frame> FRAMES{{-148.0, -1.6, 15.2, 2.0}, {-140.0, -5.0, 16.6, 
                                 {112.0, -10.2, 9.8, 1.9},  {126.0, -10.2, 6.6, 1.7},  {136.0, -10.0, 4.3, 1.6},
                                 {144.0, -9.4, 2.3, 1.5},   {149.0, -8.6, 1.0, 1.5},   {BOW - 0.2, -7.6, 0.2, 1.5}};
 
-/// Where the stem stands at a height; frames lean toward it ever more from RAKE_FROM on.
+/// Position of the stem at a height; from RAKE_FROM on, frames lean increasingly toward it.
 constexpr double RAKE_FROM = 96.0;
 double stemAt(double z) {
     const struct {
@@ -50,7 +50,7 @@ Frame frameAt(double y) {
     return {y, FRAMES.back().keel, FRAMES.back().breadth, FRAMES.back().fullness};
 }
 
-/// Half the width at a height below the knuckle: full under water, hollow above it.
+/// Half the width at a height below the knuckle: convex below water, concave above.
 double halfAt(const Frame& frame, double z) {
     if (z < 0.0) {
         const double up = (z - frame.keel) / -frame.keel;
@@ -59,7 +59,7 @@ double halfAt(const Frame& frame, double z) {
     return frame.breadth + (hullHalf(frame.y) - frame.breadth) * std::pow(z / KNUCKLE, 1.6);
 }
 
-/// Heights of a section's points below the knuckle, from the keel.
+/// Heights of the section's points below the knuckle, from the keel upward.
 std::vector<double> heightsOf(const Frame& frame) {
     std::vector<double> heights;
     for (const double share : {0.9, 0.3, 0.0}) heights.push_back(share * frame.keel);
@@ -67,7 +67,7 @@ std::vector<double> heightsOf(const Frame& frame) {
     return heights;
 }
 
-/// One side of the hull from the keel to below the deck. Inside a lift's bay the side goes straight up.
+/// One side of the hull from the keel to the underside of the deck. In a lift's bay the side is vertical.
 Ring sideOf(double y, double side, bool bay) {
     const Frame frame = frameAt(y);
     Ring ring{{side * 0.02, raked(y, frame.keel), frame.keel}};
@@ -77,7 +77,7 @@ Ring sideOf(double y, double side, bool bay) {
     const double edge = bay ? half + 0.2 : std::max(0.15, std::abs(edgeOn(side, y)) - OVERLAP);
     const double reach = std::clamp((edge - half) / 10.0, 0.0, 1.0);
     const double low = top - 2.6 - 0.8 * reach, shoulder = std::min(low - 0.4, KNUCKLE + 0.3 + 1.6 * reach);
-    // A hollow flare at the bow, a flat underside where the deck stands far out.
+    // A concave flare at the bow, a flat underside where the overhang is wide.
     for (const double t : {0.35, 0.7}) add(half + std::pow(t, 1.2) * (edge - half), shoulder + t * (low - shoulder));
     add(edge, low);
     add(edge, top);
@@ -118,7 +118,7 @@ Mesh hull() {
     return loft(paints().hull, rings);
 }
 
-/// Port edge, starboard edge, on the deck and under it. The deck rounds down over its last metres.
+/// Port edge, starboard edge, on the deck and below it. The last metres of the deck are rounded downward.
 Ring deckRing(double y) {
     const double top = deckHeight(y) - (y < STERN + 0.5 ? 0.5 : 0.0), low = deckHeight(y) - SLAB;
     const double port = portEdge(y), starboard = starboardEdge(y);

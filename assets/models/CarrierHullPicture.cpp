@@ -8,14 +8,14 @@
 namespace carrier {
 namespace {
 
-// The picture's x runs along the ship, then across the stern; its upper half is the starboard side, the lower the port
-// side, each as it is seen from outside.
+// The picture's x runs along the ship, then across the stern. Its upper half is the starboard side, its lower half the
+// port side, each seen from outside.
 constexpr double BACK = -153.0, FRONT = 153.0, STERN_HALF = 21.0, RIGHT = FRONT + 2.0 * STERN_HALF;
 constexpr double TALL = SIDE_TOP - KEEL;
 constexpr Color GREY{141, 148, 152, 255}, RED{104, 40, 35, 255}, BLACK{34, 35, 37, 255}, WHITE{226, 227, 224, 255},
     SEAM{88, 94, 98, 80}, DARK{20, 21, 23, 255}, RUST{112, 66, 38, 120}, GRIME{60, 62, 62, 90}, SHADE{40, 44, 50, 120};
 
-/// One side's part of the picture: places along the ship and heights to picture metres.
+/// One side's area of the picture: converts positions along the ship and heights to picture metres.
 struct Side {
     Canvas& canvas;
     double sign;  ///< 1 starboard, -1 port
@@ -34,7 +34,7 @@ void waterline(Canvas& c, double x0, double x1, double base) {
     streaks(c, {x0, base - KEEL - 8.0, x1, base - KEEL}, static_cast<int>(x1 - x0), 4.0, {66, 74, 52, 90}, 31);
 }
 
-/// Draught marks: metres in digits, one above the other.
+/// Draught marks: metres as numbers, one above the other.
 void draughtMarks(const Side& side, double y) {
     for (int metres = 8; metres <= 13; ++metres) {
         side.canvas.number(std::to_string(metres), side.x(y), side.h(metres - 10.2), 0.45, 0.0, WHITE);
@@ -49,7 +49,7 @@ void liftBay(const Side& side, double y) {
     for (double at = -8.0; at <= 8.0; at += 1.6) side.box(y + at, 8.62, 0.8, 0.36, {196, 164, 46, 255});
 }
 
-/// A row of openings with frames, each with a little rust below.
+/// A row of openings with frames, each with some rust below.
 struct Row {
     double from, to, step, z, wide, high;
 };
@@ -76,7 +76,7 @@ struct Stretch {
     double from, to;
 };
 
-/// The open deck under the flight deck's edge: dark behind its posts and rails.
+/// The open gallery below the flight deck's edge: dark, with posts and rails.
 void gallery(const Side& side, double from, double to) {
     side.box((from + to) / 2.0, 16.55, to - from, 1.55, {24, 26, 29, 255});
     for (double y = from; y <= to; y += 3.6) side.box(y, 16.5, 0.3, 1.6, GREY);
@@ -135,7 +135,7 @@ std::array<double, 2> place(const dvec3& p, const dvec3& normal) {
     const double port = normal.x < 0.0 ? 1.0 : 0.0;
     double x = port > 0.0 ? -p.y : p.y;
     double down = (SIDE_TOP - p.z) / (2.0 * TALL) + 0.5 * port;
-    if (normal.y < -0.9) {  // seen from astern, starboard is to the right
+    if (normal.y < -0.9) {  // seen from astern, starboard is on the right
         x = FRONT + STERN_HALF + std::clamp(p.x, -STERN_HALF, STERN_HALF);
         down = (SIDE_TOP - p.z) / (2.0 * TALL);
     }

@@ -1,4 +1,4 @@
-// The carrier's island: decks one above the other, two bridges, the radar tower, the funnel.
+// The carrier's island: stacked decks, two bridges, the radar tower, the funnel.
 #include "geometry/Prism.h"
 #include "models/CarrierShape.h"
 
@@ -7,14 +7,14 @@ namespace {
 
 using Cuts = std::array<double, 4>;
 
-/// A house with walls, a roof that stands out a little, and a railing round the roof where `railed`.
+/// A house with walls, a roof with a small overhang, and a railing around the roof if `railed`.
 struct House {
     double x0, y0, x1, y1;
     Cuts cuts;
     double z0, z1, draw_in;
     bool railed;
 };
-// Upward; the tower and the funnel stand on the second.
+// From bottom to top; the tower and the funnel are on the second.
 const House HOUSES[] = {{23.5, -48.0, 34.5, 6.0, {1.4, 1.4, 2.4, 2.6}, 19.9, 26.2, 0.25, true},
                         {24.3, -44.6, 34.3, 4.4, {0.8, 0.8, 2.2, 2.4}, 26.2, 29.6, 0.2, true},
                         {24.4, -19.5, 33.8, -9.5, {1.0, 1.0, 0.0, 0.0}, 29.6, 35.5, 0.25, false},
@@ -63,8 +63,8 @@ Mesh build(const Bridge& bridge) {
     return mesh.add(railing(inset(eaves, 0.5), bridge.top));
 }
 
-/// A flat aerial on a slanting wall: a slab in a frame. `out` is the wall's horizontal normal, `lean` how far its top
-/// is drawn in.
+/// A flat aerial on a slanting wall: a slab in a frame. `out`: the wall's horizontal normal; `lean`: inward offset of
+/// its top.
 Mesh arrayPanel(const dvec3& middle, const dvec3& out, double wide, double high, double lean) {
     const Paints& p = paints();
     const dvec3 side(-out.y, out.x, 0.0), up = normalize(dvec3(-out.x * lean, -out.y * lean, high));
@@ -91,7 +91,7 @@ Mesh arrays() {
     return mesh;
 }
 
-/// Uptakes that rise out of the funnel's black top and lean aft.
+/// Pipes that rise from the funnel's black top and lean aft.
 Mesh funnelTop() {
     const Paints& p = paints();
     const Plan plan = chamfered(25.8, -36.2, 32.6, -23.8, {1.8, 1.8, 1.8, 1.8});
@@ -106,7 +106,7 @@ Mesh funnelTop() {
     return mesh;
 }
 
-/// Galleries along the island's outer side and before the bridges, on brackets.
+/// Galleries on brackets along the island's outer side and in front of the bridges.
 Mesh galleries() {
     const Paints& p = paints();
     const struct {
@@ -125,7 +125,7 @@ Mesh galleries() {
     return mesh;
 }
 
-/// A stair from `foot` up to `head`, rails on both sides.
+/// A stair from `foot` to `head` with rails on both sides.
 Mesh stair(const dvec3& foot, const dvec3& head) {
     const Paints& p = paints();
     const dvec3 across(0.4, 0.0, 0.0), rail(0.0, 0.0, 0.95);

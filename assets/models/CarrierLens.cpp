@@ -6,19 +6,19 @@
 namespace carrier {
 namespace {
 
-/// Glass; the points give what is seen from afar.
+/// Glass; the light points represent the lamps at a distance.
 PaintRef lampPaint(const std::string& name, const dvec3& color) {
     return paint(name, {color.x * 0.6, color.y * 0.6, color.z * 0.6}, 0.4);
 }
 
-/// A round lamp that faces aft.
+/// A round lamp facing aft.
 Mesh lamp(const PaintRef& paint, double x, double z, double radius) {
     return cylinder(paint, {x, 0.03, z}, {x, -0.01, z}, radius * 0.9, radius, 16);
 }
 
-// Small on purpose: the logic draws the unit 2.5 times its size close by, and larger with distance.
+// Deliberately small: the logic scales the unit by 2.5 at close range and by more at a distance.
 constexpr double LOWEST = 0.10, STEP = 0.11, HALF = 0.045, DATUM = 0.32;
-constexpr double DATUM_LAMPS[] = {0.29, 0.47, 0.65, 0.83};  ///< to either side
+constexpr double DATUM_LAMPS[] = {0.29, 0.47, 0.65, 0.83};  ///< to each side
 
 Mesh housing() {
     const PaintRef frame = paint("lens_frame", {0.05, 0.055, 0.06}, 0.7),
@@ -42,7 +42,7 @@ Mesh housing() {
 
 const dvec3 AMBER{1.0, 0.5, 0.06}, RED{1.0, 0.06, 0.03}, GREEN{0.05, 1.0, 0.25};
 
-/// The point that is seen from afar, in front of the lamp's hood; it lights nothing.
+/// The light point in front of the lamp's hood, visible from a distance; it illuminates nothing.
 Json beam(const dvec3& place, const dvec3& color, double intensity) {
     Json node = sceneNode("light", "", place);
     node["hpr"] = {180, 0, 0};
@@ -77,7 +77,7 @@ Json lensPrefab() {
         for (const double side : {-1.0, 1.0}) beams.push_back(beam({side * x, IN_FRONT, 0.0}, GREEN, DATUM_LAMP));
     }
     children.push_back(lampNode("green_light", {0.0, 0.03, DATUM}, "lens_green.glb", beams));
-    // Drawn up to 25 times its size far away: nothing may run into it.
+    // Scaled up to 25 times at a distance: nothing may collide with it.
     return {{"node", {{"collider", false}, {"mesh", "Fresnel_light.glb"}, {"children", children}}}};
 }
 

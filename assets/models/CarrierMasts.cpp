@@ -1,4 +1,4 @@
-// What stands on the carrier's island: masts, radars, domes, aerials, small boxes.
+// Parts on top of the carrier's island: masts, radars, domes, aerials, small boxes.
 #include <cmath>
 
 #include "engine/math/jMath.h"
@@ -12,7 +12,7 @@ dvec3 UP(double z) {
     return {0.0, 0.0, z};
 }
 
-/// A yard across the mast with its braces and aerials.
+/// A yard across the mast with braces and aerials.
 struct Yard {
     double z, reach;
 };
@@ -59,7 +59,7 @@ Mesh mainMast() {
     return mesh.add(drum(p.grey, foot + UP(14.0), foot + UP(17.0), 0.05, 0.02, 5));
 }
 
-/// A flat aerial of bars that leans back on its pedestal.
+/// A flat aerial of bars, inclined backward on its pedestal.
 Mesh searchRadar(const dvec3& foot, double half_width, double height, double lean, double heading) {
     const Paints& p = paints();
     Mesh mesh = box(p.white, {-half_width, -0.12, 0.0}, {half_width, 0.12, height});
@@ -87,7 +87,7 @@ Mesh aftMast() {
     return mesh.add(searchRadar(foot + UP(3.0), 2.9, 3.4, 12.0, 28.0));
 }
 
-/// A dome on its drum: satellite aerials and fire control.
+/// A dome on a drum: satellite aerials and fire control.
 struct Dome {
     dvec3 foot;
     double radius, drum;
@@ -109,7 +109,7 @@ Mesh domes() {
     return mesh;
 }
 
-/// Lockers, fans and warning receivers, by middle and half size.
+/// Lockers, fans and warning receivers, given by centre and half size.
 struct Case {
     dvec3 foot, half;
 };
@@ -144,7 +144,7 @@ Mesh whips() {
     return mesh;
 }
 
-/// Floodlights under the eaves on the deck side.
+/// Floodlights below the eaves on the deck side.
 Mesh floodlights() {
     Mesh mesh;
     for (double y = -44.0; y < 4.0; y += 6.0) {

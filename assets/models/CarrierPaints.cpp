@@ -12,8 +12,8 @@ PaintRef pictured(const std::string& name, std::shared_ptr<const Texture> textur
     return std::make_shared<const Paint>(made);
 }
 
-/// A mesh of wires to see through, laid by height and length along the wall. Its holes close or open with distance as
-/// the picture's middle opacity says: nets go solid, railings vanish.
+/// A transparent mesh of wires, mapped by height and length along the wall. With distance its alpha tends to the
+/// picture's mean opacity and therefore above or below the cutoff: nets become solid, railings disappear.
 PaintRef lattice(const std::string& name, const std::array<double, 3>& color, double cell, double wire, bool posts) {
     Canvas canvas(64, 64, 0.0, 0.0, 4.0 * cell, 4.0 * cell, {255, 255, 255, 0});
     for (int i = 0; i <= 4; ++i) {

@@ -8,7 +8,7 @@
 
 namespace carrier {
 
-/// The flight deck's markings, laid over the deck from above.
+/// The flight deck's markings, projected onto the deck from above.
 std::shared_ptr<const Texture> deckTexture();
 /// The hull's sides.
 std::shared_ptr<const Texture> hullTexture();
@@ -18,12 +18,12 @@ std::shared_ptr<const Texture> wallTexture();
 struct Paints {
     PaintRef wall, hull, deck, rail, net;
     PaintRef glass;                                                              ///< the bridges' windows
-    PaintRef floor, grey, dark, white, black, yellow, red, orange, steel, pane;  ///< plain, drawn as one
+    PaintRef floor, grey, dark, white, black, yellow, red, orange, steel, pane;  ///< plain, drawn as one surface
 };
-/// One set for all models of the ship, so that what is painted alike is drawn together.
+/// One set for all models of the ship, so that parts with the same paint are drawn together.
 const Paints& paints();
 
-Mesh hullAndDeck();   ///< a closed shell: what aircraft stand on
+Mesh hullAndDeck();   ///< a closed shell; aircraft stand on it
 Mesh island();        ///< the island's decks, bridge, funnel
 Mesh islandMasts();   ///< masts, aerials and radars on the island
 Mesh deckEdge();      ///< catwalks, nets, rafts, aerials, boats along the deck's edges
@@ -31,10 +31,10 @@ Mesh sponsons();      ///< platforms below the deck's edge
 Mesh armament();      ///< the weapons on them
 Mesh deckVehicles();  ///< tractors and the like beside the island
 
-Json lensPrefab();  ///< the landing lens, its foot's middle at the origin, shining aft
+Json lensPrefab();  ///< the landing lens, origin at the middle of its foot, shining aft
 void writeLensModels(const std::string& folder);
-Mesh lensStand();  ///< what the lens stands on, always drawn in its true size
+Mesh lensStand();  ///< the stand below the lens, always drawn at true size
 
-Json wakes();  ///< the node "wakes": foam and bow wave, at rest until they are played
+Json wakes();  ///< the node "wakes": foam and bow wave, stopped until they are played
 
 }  // namespace carrier

@@ -1,4 +1,4 @@
-// What stands about on the carrier's deck, clear of the landing strip, the runs and the lifts.
+// Vehicles and equipment on the carrier's deck, clear of the landing strip, the runs and the lifts.
 #include "engine/math/jMath.h"
 #include "geometry/Prism.h"
 #include "models/CarrierShape.h"
@@ -61,7 +61,7 @@ Mesh towBar() {
     return mesh.add(wheels(0.35, -0.4, 0.4, 0.2));
 }
 
-/// A rack of bombs' trolleys without load, and boxes of chocks.
+/// A rack of empty bomb trolleys, and boxes of chocks.
 Mesh lockers() {
     const Paints& p = paints();
     Mesh mesh = box(p.grey, {-0.6, -1.8, 0.0}, {0.6, -0.2, 1.1});

@@ -1,4 +1,4 @@
-// What the carrier leaves on the sea: foam drawn from above into two decals, and the water that its bow throws up.
+// The carrier's wake: foam drawn from above into two decals, and the water thrown up by the bow.
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,8 +11,8 @@ namespace {
 
 const std::pair<std::string, double> SIDES[] = {{"port", -1.0}, {"starboard", 1.0}};
 
-/// Foam of one kind, born in a box `area` round `place` (ship's frame, metres) that moves with `velocity` off the
-/// ship's side.
+/// Foam of one kind, emitted in a box `area` around `place` (ship's frame, metres) that moves with `velocity` away from
+/// the ship's side.
 struct Foam {
     std::string name;
     dvec3 place, area, velocity, spread;
@@ -38,7 +38,7 @@ Json foamNode(const Foam& foam, const dvec3& decal) {
                           "");
 }
 
-/// A square of the sea round `middle` with the foam on it.
+/// A square of the sea around `middle` with its foam.
 Json foamDecal(const std::string& name, const dvec3& middle, const std::vector<Foam>& foams) {
     constexpr double SIDE = 512.0;
     Json node = sceneNode("decal", name, middle - dvec3(0.0, STERN, 0.0));
@@ -48,7 +48,7 @@ Json foamDecal(const std::string& name, const dvec3& middle, const std::vector<F
     return node;
 }
 
-/// Turned up by the screws, lasting; its band lies astern.
+/// Stirred up by the propellers, long-lasting; its band is astern.
 Json sternFoam() {
     const dvec3 middle(0.0, STERN, 0.0), middle_area(26.0, 20.0, 0.0), edge_area(7.0, 10.0, 0.0), drift(0.0, -1.0, 0.0);
     std::vector<Foam> foams{{"foam_stern", middle, middle_area, drift, {0.6, 0.8, 0}, 26, 30, 8, 0.3, 0, 0.42}};
@@ -59,8 +59,8 @@ Json sternFoam() {
     return foamDecal("foam", {0.0, STERN - 200.0, 0.0}, foams);
 }
 
-/// Of the screws close by, along the hull, and of the bow: a breaking crest that runs outward and the sheet behind it.
-/// Gone soon.
+/// Near the propellers, along the hull, and at the bow: a breaking crest that moves outward and the foam behind it.
+/// Short-lived.
 Json hullFoam() {
     const dvec3 screws(0.0, STERN + 4.0, 0.0), screws_area(28.0, 12.0, 0.0), hull_area(3.0, 240.0, 0.0);
     std::vector<Foam> foams{{"wash_stern", screws, screws_area, {0, -2, 0}, {1, 1, 0}, 60, 9, 8, 0.7, 0, 0.6}};
@@ -75,9 +75,9 @@ Json hullFoam() {
     return foamDecal("wash", {0.0, -95.0, 0.0}, foams);
 }
 
-/// What the bow throws up on one side.
+/// Water thrown up by the bow on one side.
 Json bowWave(const std::string& name, double side) {
-    constexpr double BACK = 18.0;  // of the bow's highest point, at the waterline
+    constexpr double BACK = 18.0;  // distance behind the bow's foremost point, at the waterline
     const dvec3 place(side * 5.0, BOW - BACK - STERN, 0.4);
     Json node = particleSystem("bow_wave_" + name, place,
                                {{"emitting", false},

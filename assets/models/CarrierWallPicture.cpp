@@ -1,4 +1,4 @@
-// The island's walls: doors, ports, louvres, pipes, shadows below what stands out, stains.
+// The island's walls: doors, ports, louvres, pipes, shadows below projecting parts, stains.
 #include <algorithm>
 #include <cmath>
 
@@ -9,12 +9,12 @@
 namespace carrier {
 namespace {
 
-// The picture's left part is the side seen from abeam, x along the ship; its right part the ends, x across the ship.
+// Left part of the picture: the side seen from abeam, x along the ship. Right part: the ends, x across the ship.
 constexpr double BACK = -50.0, FRONT = 10.0, ACROSS = 20.0, RIGHT = FRONT + 18.0, FOOT = 19.5, HEAD = 45.5;
 constexpr Color GREY{154, 160, 163, 255}, SEAM{96, 102, 106, 90}, DARK{26, 28, 31, 255}, FRAME{118, 124, 128, 255},
     SHADE{34, 38, 44, 130}, RUST{116, 76, 52, 70}, GRIME{70, 74, 78, 70}, PIPE{122, 128, 132, 255};
 
-/// Walls between two roofs: their height, and where their ports and doors are.
+/// Walls between two roofs: their heights and the positions of ports and doors.
 struct Storey {
     double from, to, doors_every, ports_every, ports_at;
 };

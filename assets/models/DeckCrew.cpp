@@ -1,4 +1,4 @@
-// What moves on the carrier's deck: a deck hand who waves two wands, and a flag on its staff.
+// Animated objects on the carrier's deck: a deck hand who waves two wands, and a flag on its staff.
 #include <cmath>
 
 #include "geometry/Loft.h"
@@ -20,7 +20,7 @@ struct Clothes {
     PaintRef boots = paint("deck_boots", {0.02, 0.02, 0.02}, 0.8);
 };
 
-/// Flat slices from the feet upward.
+/// Horizontal slices from the feet upward.
 Mesh upright(const PaintRef& paint, const std::vector<Section>& slices) {
     std::vector<Ring> rings;
     for (const Section& s : slices) {
@@ -47,7 +47,7 @@ Mesh standingFigure(const Clothes& c) {
     return mesh.addPair(box(c.boots, {0.08, -0.1, 0.0}, {0.20, 0.2, 0.1}));
 }
 
-/// Stretched out ahead and a little up, a wand in the hand.
+/// Stretched forward and slightly up, with a wand in the hand.
 Mesh arm(const Clothes& c) {
     Paint lit = *paint("deck_wand", {0.9, 0.35, 0.03}, 0.5);
     lit.emission = {0.9, 0.3, 0.02};
@@ -58,7 +58,7 @@ Mesh arm(const Clothes& c) {
         drum(std::make_shared<const Paint>(lit), hand, hand + dvec3(0.02, 0.25, 0.4), 0.022, 0.022, 8, true));
 }
 
-/// On a staff along Z, flying along +X; the cloth hangs in folds.
+/// On a staff along Z, flying along +X; the cloth has folds.
 Mesh flag() {
     constexpr double STAFF = 6.0, LENGTH = 2.6, DEPTH = 1.7;
     constexpr int FOLDS = 16;
@@ -82,7 +82,7 @@ Mesh flag() {
 }
 
 void writeFigure(const std::string& root, const std::string& name, const char* what, const std::vector<Part>& parts) {
-    // Of cloth and flesh: nothing may run into it.
+    // Cloth and people: nothing may collide with them.
     writeText(root + "/" + FOLDER + name + ".prefab", what, {{"node", {{"collider", false}, {"mesh", name + ".glb"}}}});
     writeModel(root + "/" + FOLDER + name + ".glb", parts);
 }

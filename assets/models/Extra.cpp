@@ -1,4 +1,4 @@
-// Puts the aerobatic aircraft together: models and prefab. Its configuration is checked in.
+// Assembles the aerobatic aircraft: models and prefab. Its configuration is checked in.
 #include "engine/math/jMath.h"
 #include "geometry/Model.h"
 #include "models/AircraftPrefab.h"
@@ -104,7 +104,7 @@ void writeExtra(const std::string& root) {
     writeText(folder + "EXTRA300S.prefab",
               "The aerobatic aircraft, its fuselage level. The wheel place called front is the tail wheel's.",
               extra::prefab());
-    const std::vector<Part> parts = extra::intactParts(extra::freshPaints());
+    const std::vector<Part> parts = extra::intactParts(extra::makePaints());
     writeModel(folder + "EXTRA300S.glb", parts);
     writeModel(folder + "EXTRA300S_destroyed.glb",
                wreckOf(parts, {"canopy", "propeller", "rudder", "aileron_right", "pilot"}));

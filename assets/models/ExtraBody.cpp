@@ -30,7 +30,7 @@ const Hull& makeFuselage() {
     return HULL;
 }
 
-/// An air intake in the cowling's face: a ring with darkness behind it.
+/// An air intake in the cowling's face: a ring around a dark opening.
 Mesh inlet(const Paints& paints, double x, double z, double half_width, double half_height) {
     const auto ring = [&](double y, double scale) {
         return outline({y, z, half_width * scale, half_height * scale, half_height * scale, 2.4, x}, 24);
@@ -54,7 +54,7 @@ Mesh cowling(const Paints& paints) {
     return mesh.addPair(pipe).addPair(bore);
 }
 
-/// A blade's section at a radius: chord, thickness over chord, and angle to the disc in degrees.
+/// A blade's section at a radius: chord, thickness relative to the chord, and angle to the disc in degrees.
 struct BladeSection {
     double radius, chord, thickness, angle, sweep;
 };

@@ -22,7 +22,7 @@ double roof(double y) {
                     y);
 }
 
-/// The glass's outline at a place, from the right rim over the top to the left.
+/// The outline of the glass at a position along Y, from the right rim over the top to the left.
 Ring glassArch(double y) {
     const double foot = sill(y);
     return arch(y, fuselage().halfWidthAt(y, foot), foot, roof(y) - foot, 2.2, 28);
@@ -44,7 +44,7 @@ Part canopy(const Paints& paints) {
     return {"canopy", hinge, mesh};
 }
 
-/// Side walls and floor, seen from inside, with the steel frame's tubes along them.
+/// Side walls and floor, seen from inside, with the tubes of the steel frame.
 Mesh tub(const Paints& paints) {
     std::vector<Ring> lines;
     for (int i = 0; i <= 12; ++i) {
@@ -80,7 +80,7 @@ Mesh seat(const Paints& paints) {
     return mesh.add(back, lean);
 }
 
-/// The panel's board with its face, rings round the dials, and the hood before the glass.
+/// The panel's board with its face, rings around the dials, and the hood in front of the glass.
 Mesh panel(const Paints& paints) {
     Mesh mesh;
     const double y = PANEL_Y;
@@ -117,7 +117,7 @@ Part needle(const Paints& paints, const Dial& dial) {
     return {dial.needle, middle, mesh};
 }
 
-/// A window that shows a part of a picture.
+/// A window that shows a section of a picture.
 Part band(const PaintRef& paint, const std::string& name, double x, double z, double half_width, double half_height) {
     const double y = PANEL_Y - 0.003;
     Mesh mesh;

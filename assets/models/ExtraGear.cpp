@@ -1,4 +1,4 @@
-// The aerobatic aircraft's sprung legs, wheels in fairings and tail wheel.
+// The aerobatic aircraft's spring legs, wheels with fairings, and tail wheel.
 #include <algorithm>
 
 #include "geometry/Wheels.h"
@@ -10,7 +10,7 @@ namespace {
 const dvec3 MAIN = wheelMiddle(MAIN_PLACE.x, MAIN_PLACE.y, MAIN_WHEEL_RADIUS);
 const dvec3 TAIL = wheelMiddle(TAIL_PLACE.x, TAIL_PLACE.y, TAIL_WHEEL_RADIUS);
 
-/// A flat leaf through points, `chord` wide along Y.
+/// A flat spring through points, `chord` wide along Y.
 Mesh leaf(const PaintRef& paint, const Ring& line, double chord_from, double chord_to, double thickness) {
     std::vector<Ring> rings;
     for (std::size_t i = 0; i < line.size(); ++i) {
@@ -27,7 +27,7 @@ Mesh leaf(const PaintRef& paint, const Ring& line, double chord_from, double cho
     return loft(paint, rings);
 }
 
-/// A drop-shaped fairing open below, where the wheel shows.
+/// A drop-shaped fairing, open at the bottom where the wheel is visible.
 Part fairing(const Paints& paints, int side) {
     const double x = MAIN.x, z = MAIN.z;
     const auto at = [&](double y, double up, double half, double rise, double fall) {

@@ -15,7 +15,7 @@ double onDial(double part) {
     return (225.0 - 270.0 * part) * jMath::DEG2RAD;
 }
 
-/// A dial's scale from lower left over the top to lower right; `zone` gives a mark's colour by its place 0..1.
+/// A dial's scale from lower left over the top to lower right. `zone` returns a mark's colour for its position 0..1.
 template <class Zone>
 void scale(Canvas& canvas, const Dial& dial, const std::vector<std::string>& figures, Zone zone) {
     canvas.circle(dial.x, dial.z, dial.radius * 0.5, dial.radius, FACE);
@@ -91,7 +91,7 @@ std::shared_ptr<const Texture> compassBand() {
             letter(canvas, name, at == 0 ? 6.0 : at, 6.0, 8.0, 0, at % 90 == 0 ? YELLOW : WHITE);
         }
     }
-    // A third of the circle shows.
+    // A third of the circle is visible.
     Texture texture{canvas.toPng(), {1.0 / 0.6, 0, 0}, {0, 0, -1.0 / 0.034}, {0.0, (0.385 + 0.017) / 0.034}, {}};
     return std::make_shared<const Texture>(texture);
 }

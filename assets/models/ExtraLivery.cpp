@@ -1,4 +1,4 @@
-// The aerobatic aircraft's paints and the picture of its skin: a sunburst above, stripes below, a swoosh on the sides.
+// The aerobatic aircraft's paints and the picture of its skin: a sunburst on top, stripes below, a swoosh on the sides.
 #include <cmath>
 
 #include "engine/math/jMath.h"
@@ -15,7 +15,7 @@ const Color WHITE{236, 237, 234, 255}, RED{200, 26, 30, 255}, NAVY{18, 30, 82, 2
 
 using Outline = std::vector<std::array<double, 2>>;
 
-/// Rays from a point, between angles (degrees counter-clockwise from +x), every second one painted.
+/// Rays from a point between two angles (degrees counter-clockwise from +x); every second one is painted.
 void rays(Canvas& canvas, double x, double y, double from, double to, int count, double reach, const Color& color) {
     for (int i = 0; i < count; ++i) {
         const double a = (from + (to - from) * (i + 0.05) / count) * jMath::DEG2RAD;
@@ -69,12 +69,12 @@ void fromBelow(Canvas& canvas) {
     for (int i = 0; i < 3; ++i) canvas.rectangle(0.2 + 0.5 * i, -4.1, 0.45 + 0.5 * i, -2.6, NAVY);
     planLines(canvas);
     canvas.shade(-0.1, -2.6, 0.5, 1.4, {60, 58, 56, 255}, [](double x, double y) {
-        return 0.30 * std::exp(-std::pow((x - 0.17) / 0.10, 2.0)) * (1.4 - y) / 4.0;  // what the exhausts leave
+        return 0.30 * std::exp(-std::pow((x - 0.17) / 0.10, 2.0)) * (1.4 - y) / 4.0;  // soot from the exhausts
     });
     canvas.weather(3, 0.5, 42);
 }
 
-/// A band along the side between two heights that change along y, from `y0` back to `y1`.
+/// A band along the side between two heights that vary along y, from `y0` back to `y1`.
 template <class Height>
 Outline bandAlong(double y0, double y1, double sign, Height upper, Height lower) {
     Outline band;
@@ -86,7 +86,7 @@ Outline bandAlong(double y0, double y1, double sign, Height upper, Height lower)
     return band;
 }
 
-/// Heights run along the canvas's x: upward on the left side, downward (`sign` -1) on the right.
+/// Heights are along the canvas's x: upward on the left side, downward (`sign` -1) on the right.
 void fromSide(Canvas& canvas, double sign) {
     const auto wave = [](double lift) {
         return std::function<double(double)>(
@@ -127,7 +127,7 @@ std::shared_ptr<const Texture> livery() {
     return atlas.texture();
 }
 
-Paints freshPaints() {
+Paints makePaints() {
     Paints p;
     p.skin = texturedPaint("skin", livery(), 0.22);
     Paint glass = *paint("glass", {0.06, 0.07, 0.075}, 0.03);

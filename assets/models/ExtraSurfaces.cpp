@@ -6,7 +6,7 @@
 namespace extra {
 namespace {
 
-constexpr double GAP = 0.004;  // of the span
+constexpr double GAP = 0.004;  // fraction of the span
 
 std::vector<Rib> onWing(double from, double to) {
     return ribsBetween(WING_ROOT, WING_TIP, from, to);
@@ -21,7 +21,7 @@ dvec3 middleOf(const std::vector<Rib>& ribs, double fraction) {
 Part aileron(const Paints& paints, int side) {
     const std::vector<Rib> ribs = onWing(AILERON_FOOT + GAP, 1.0 - GAP);
     Mesh mesh = aerofoil(paints.skin, ribs, {AILERON, 1.0, true, false}, 8);
-    // The spade that lightens it hangs below.
+    // The spade below the aileron; it reduces the control force.
     const Rib rib = between(WING_ROOT, WING_TIP, 0.45);
     const dvec3 root = chordPoint(rib, AILERON) - dvec3(0, 0.06, 0.02), pad = root + dvec3(0.0, 0.20, -0.26);
     mesh.add(tube(paints.steel, {root, root + dvec3(0, 0.02, -0.14), pad}, 0.014, 8));
@@ -32,7 +32,7 @@ Part aileron(const Paints& paints, int side) {
     return {withSide("aileron", side), onSide(middleOf(ribs, AILERON), side), onSide(mesh, side)};
 }
 
-/// The rounded tip, and outside it the frame by which the pilot judges angles against the horizon.
+/// The rounded tip, and outside it the sighting frame with which the pilot judges angles to the horizon.
 Part wingTip(const Paints& paints, int side) {
     Mesh mesh = roundTip(paints.skin, WING_TIP, {1, 0, 0}, {0.0, AILERON}, 12);
     const double x = 3.735;

@@ -1,4 +1,4 @@
-// Puts the helicopter together.
+// Assembles the helicopter.
 #include "models/HelicopterPrefab.h"
 #include "models/HelicopterShape.h"
 #include "plan/Builders.h"

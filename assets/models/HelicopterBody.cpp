@@ -1,4 +1,4 @@
-// The helicopter's shell: a table of cross-sections whose fields between the lines are skin, glass or doors.
+// The helicopter's shell: a table of cross-sections. The fields between the table's lines are skin, glass or doors.
 #include <algorithm>
 
 #include "geometry/Loft.h"
@@ -7,8 +7,8 @@
 namespace heli {
 namespace {
 
-/// A cross-section's right half: the roof's middle, its half, the roof's edge, the windows' top, their sill, the widest
-/// place, the lower side, the chine, the belly's half and its middle.
+/// The right half of a cross-section: the roof's middle, its half, the roof's edge, the windows' top, their sill, the
+/// widest point, the lower side, the chine, the belly's half and its middle.
 constexpr std::size_t POINTS = 10;
 struct Row {
     double y, x[POINTS], z[POINTS];
@@ -76,7 +76,7 @@ std::size_t rowAt(double y) {
     return static_cast<std::size_t>(found - std::begin(ROWS));
 }
 
-/// A field of rows and lines, the higher ends left out.
+/// A field of rows and lines, without its upper limits.
 struct Area {
     double front, back;
     std::size_t upper, lower;
@@ -85,7 +85,7 @@ struct Area {
         return ROWS[row].y <= front && ROWS[row].y > back && line >= upper && line < lower;
     }
 };
-// Windscreen, quarter lights, the doors' windows, the chin's lights.
+// Windscreen, quarter lights, the doors' windows, the chin windows.
 const Area WINDOWS[] = {{6.05, 5.2, 0, 2}, {6.05, 5.2, 2, 4}, {5.2, 4.2, 3, 4}, {6.75, 6.05, 4, 6}};
 const Area DOORS[] = {{5.2, 4.2, 3, 6}, {2.9, 1.1, 2, 7}, {-2.2, -3.2, 3, 5}};
 
@@ -129,14 +129,14 @@ Mesh shell() {
             addField(half, isWindow(row, line) ? paints().glass : paints().skin, row, line);
         }
     }
-    for (std::size_t line = 0; line + 1 < POINTS; ++line) {  // the nose's tip
+    for (std::size_t line = 0; line + 1 < POINTS; ++line) {  // the tip of the nose
         half.triangle(paints().skin, {0.0, 7.03, -0.49}, pointAt(0, line), pointAt(0, line + 1));
     }
     for (const Area& window : WINDOWS) addFrame(half, window);
     return Mesh{}.addPair(half);
 }
 
-/// What is seen of the cabin's inside through the windows and round the doors.
+/// The parts of the cabin's inside that are visible through the windows and around the doors.
 Mesh lining() {
     Mesh half;
     for (std::size_t row = rowAt(6.75); row < rowAt(-3.2); ++row) {
@@ -148,7 +148,7 @@ Mesh lining() {
     return insideOut(Mesh{}.addPair(half).transformed(smaller));
 }
 
-/// A door on the right, with its handle, standing a little out of the shell.
+/// A door on the right with its handle, slightly outside the shell.
 Mesh door(const Area& area, bool window) {
     Mesh mesh;
     for (std::size_t row = rowAt(area.front); row < rowAt(area.back); ++row) {
@@ -168,7 +168,7 @@ std::vector<Part> doors() {
     std::vector<Part> parts;
     for (std::size_t i = 0; i < std::size(DOORS); ++i) {
         const Area& area = DOORS[i];
-        // The cockpit's doors hang on their front edge; the others have their middle as origin.
+        // The cockpit doors have their hinge at the front edge; the others have their origin in the middle.
         const dvec3 right(1.2, i == 0 ? area.front : (area.front + area.back) / 2.0, i == 2 ? 0.5 : 0.1);
         const Mesh mesh = door(area, i == 0);
         const std::string number = std::to_string(i);

@@ -8,7 +8,7 @@
 namespace heli {
 namespace {
 
-/// A round intake that opens forward: lip, throat and the cone within.
+/// A round intake that opens forward: lip, throat and the cone inside.
 Mesh intake(const dvec3& mouth, double radius) {
     const Paints& p = paints();
     Mesh mesh = revolve(p.metal, mouth,

@@ -1,4 +1,4 @@
-// What hangs on the helicopter: cockpit furniture, landing gear on its sponsons, aerials, wipers, winch, sonar, lamps.
+// Parts mounted on the helicopter: cockpit equipment, landing gear on sponsons, aerials, wipers, winch, sonar, lamps.
 #include <cmath>
 
 #include "engine/math/jMath.h"
@@ -61,7 +61,7 @@ Mesh panel() {
 Mesh mainLeg() {
     const Paints& p = paints();
     const dvec3 axle = MAIN_GEAR, foot(axle.x, axle.y, axle.z + 0.02), top(axle.x - 0.06, axle.y, -0.72);
-    // The sponson on its stub wing, with its strut up to the cabin.
+    // The sponson on its stub wing, with a strut to the cabin.
     Mesh mesh = body(p.skin,
                      {{-0.5, -0.72, 0.06, 0.06, 0.06},
                       {-0.8, -0.72, 0.24, 0.22, 0.22},

@@ -57,7 +57,7 @@ void panels(Canvas& c, const Region& area, double wide, double high, std::uint32
     }
 }
 
-/// A side; `ahead` is 1 where the picture's x grows toward the nose.
+/// A side; `ahead` is 1 when the picture's x increases toward the nose, else -1.
 void drawSide(Canvas& c, double ahead) {
     const auto x = [ahead](double y) { return ahead * y; };
     c.rectangle(-12.0, -3.0, 12.0, -0.62, LOWER);

@@ -1,5 +1,5 @@
-// The helicopter's prefab. Mass, inertia and centre of mass are made for the force model that flies it: light for its
-// size, and slow to roll.
+// The helicopter's prefab. Mass, inertia and centre of mass are chosen for its force model: light for its size, with
+// slow roll.
 #include "models/HelicopterPrefab.h"
 
 #include "effects/ParticleNodes.h"
@@ -13,12 +13,12 @@ namespace {
 
 constexpr dvec3 PILOT_EYE{0.55, 5.0, 0.75};
 constexpr dvec3 SEARCH_LIGHT{0.0, 6.0, -1.0};
-constexpr double PUFF_HEIGHT = 1.0;  ///< of the dust's and the spray's middle: lower ones sink into the ground
+constexpr double PUFF_HEIGHT = 1.0;  ///< centre of dust and spray puffs; lower ones would intersect the ground
 
 /// `height` above the parent, metres.
 Json wash(const std::string& name, double height, const Json& settings, const std::string& picture) {
     Json node = particleSystem(name, {0.0, 0.0, height}, settings, picture);
-    // Its place is the ground's, under the helicopter, from the first frame on.
+    // The deflector's pose is set to the ground below the helicopter from the first frame on.
     node["particles"]["deflectors"] = Json::array({Json{{"position", {0, 0, 0}}, {"hpr", {0, 0, 0}}}});
     return node;
 }
@@ -63,7 +63,7 @@ Json leaves() {
                 "");
 }
 
-/// Spray over water: a white ring that hangs longer than dust.
+/// Spray over water: a white ring that lasts longer than dust.
 Json spray() {
     return wash("downwash_spe_water", PUFF_HEIGHT,
                 {{"spawn_rate", 450},
@@ -103,7 +103,7 @@ Json drops() {
                 "");
 }
 
-/// Everything that lies on the ground or the sea below; starts where the wheels stand.
+/// All effects on the ground or the sea below; initially at the wheels' contact height.
 Json downwash() {
     Json land = dust(), water = spray();
     land["children"] = Json::array({leaves()});
@@ -127,7 +127,7 @@ Json sensor() {
     return node;
 }
 
-/// A ball that touches the ground under the wheel's middle.
+/// A sphere that touches the ground below the wheel's centre.
 Json wheel(const std::string& name, const dvec3& middle) {
     const double across = 2.0 * (STANDING_HEIGHT + middle.z);
     return bodyShape(name, "sphere", {across, across, across}, middle);
@@ -147,7 +147,7 @@ Json rigidBody() {
 }
 
 Json prefab() {
-    // Only the body meets things: the mesh would follow it as a collider of its own.
+    // Only the body has collisions: otherwise the mesh would be a second collider that follows it.
     Json mesh = lookNode("normal", "HELICOPTER.glb", true);
     mesh["collider"] = false;
     const Json children = {mesh,

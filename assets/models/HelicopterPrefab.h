@@ -1,11 +1,11 @@
-// What the helicopter's prefab holds besides its mesh: body, effects, lights, the pilot's eye.
+// The parts of the helicopter's prefab besides its mesh: body, effects, lights, the pilot's eye.
 #pragma once
 
 #include <string>
 
 namespace heli {
 
-/// Writes "HELICOPTER.prefab" into a folder (ending in a slash), beside the mesh "HELICOPTER.glb" that it names. Throws
+/// Writes "HELICOPTER.prefab" into a folder (path with a final slash) that contains the mesh "HELICOPTER.glb". Throws
 /// std::runtime_error when the file cannot be written.
 void writePrefab(const std::string& folder);
 

@@ -1,4 +1,4 @@
-// The helicopter's rotors: heads, drooping blades, and the blurred discs that stand for them at speed.
+// The helicopter's rotors: heads, drooping blades, and blurred discs that replace the blades at speed.
 #include <cmath>
 
 #include "engine/math/jMath.h"
@@ -15,12 +15,12 @@ namespace {
 constexpr int BLADES = 6, TAIL_BLADES = 5;
 constexpr double ROOT = 1.35, CHORD = 0.54;
 
-/// How far a standing blade hangs below the hub at a distance from it.
+/// Droop of a blade at rest below the hub, at a distance from it.
 double droop(double r) {
     return 0.75 * std::pow(r / ROTOR_RADIUS, 2.0) - 0.05 * r / ROTOR_RADIUS;
 }
 
-/// A blade along +X about the origin; the rotor turns counter-clockwise seen from above, so it leads with +Y.
+/// A blade along +X from the origin. The rotor turns counter-clockwise seen from above: the leading edge is at +Y.
 Mesh blade() {
     const Paints& p = paints();
     const auto rib = [](double r) {
@@ -53,7 +53,7 @@ Mesh head() {
     return mesh.add(drum(p.grey, HUB - up * 0.46, HUB - up * 0.38, 0.34, 0.34, 16, true));  // swash plate
 }
 
-/// A picture of blades in motion: fainter between them, a ring where the tips are painted.
+/// A picture of moving blades: fainter between the blades, with a ring of the painted tips.
 std::shared_ptr<const Texture> blur(double radius, int blades, const dvec3& across, const dvec3& down) {
     constexpr int SIZE = 512;
     Canvas canvas(SIZE, SIZE, -radius, -radius, radius, radius, {30, 32, 34, 0});
@@ -73,7 +73,7 @@ std::shared_ptr<const Texture> blur(double radius, int blades, const dvec3& acro
     return std::make_shared<const Texture>(texture);
 }
 
-/// A flat disc about `middle` in the plane of `a` and `b`, see-through and drawn from both sides.
+/// A flat disc around `middle` in the plane of `a` and `b`, transparent and double-sided.
 Mesh disc(const std::string& name, const dvec3& middle, const dvec3& a, const dvec3& b, double radius, int blades) {
     Texture picture = *blur(radius, blades, a, b);
     picture.offset = {0.5 - dot(middle, picture.across), 0.5 - dot(middle, picture.down)};
@@ -92,7 +92,7 @@ Mesh disc(const std::string& name, const dvec3& middle, const dvec3& a, const dv
     return mesh;
 }
 
-/// A tail blade along +Z about the origin, in the YZ plane.
+/// A tail blade along +Z from the origin, in the YZ plane.
 Mesh tailBlade() {
     const Paints& p = paints();
     const auto rib = [](double r) { return Rib{{0.03, 0.1, r}, 0.26, 0.12, normalize(dvec3(1, 0.18, 0))}; };
@@ -106,13 +106,13 @@ Mesh tailBlade() {
 
 Part mainRotor() {
     const dvec3 up(0, 0, 1);
-    // The logic turns the rotor about the pivot's own -Z; this pose of the pivot makes its tilts come out ahead and
+    // The logic turns the rotor about the pivot's own -Z. With this pose of the pivot, its tilts are ahead and to the
     // left.
     const dvec3 pivot{-90.0, 0.0, 180.0};
     Part blades{"wing_mesh", HUB, turnedCopies(blade(), BLADES, up, HUB), pivot};
     Part plane{"wing_plane", HUB, disc("main_disc", HUB - up * 0.12, {1, 0, 0}, {0, 1, 0}, ROTOR_RADIUS, BLADES),
                pivot};
-    // The head is drawn in the pivot's axes: it looks the same from below and above but for the turn that undoes them.
+    // The head is drawn in the pivot's axes; this transform cancels their rotation.
     const dmat4 undo = dmat4(dquat::fromEulerZXY(pivot), HUB) * dmat4::translation(HUB * -1.0);
     Part wing{"wing", HUB, head().transformed(inverse(undo)), {}, {blades, plane}};
     return {"wing_pivot", HUB, {}, pivot, {wing}};

@@ -1,4 +1,4 @@
-// Puts the jet together: models, prefab and aircraft file.
+// Assembles the jet: models, prefab and aircraft file.
 #include "geometry/Model.h"
 #include "models/AircraftPrefab.h"
 #include "models/JetControls.h"
@@ -20,7 +20,7 @@ void setPoses(std::vector<Part>& parts) {
 }
 
 std::vector<Part> intactParts() {
-    const Paints paints = freshPaints();
+    const Paints paints = makePaints();
     std::vector<Part> parts{airframe(paints)};
     for (auto* build : {bodyParts, surfaceParts, gearParts}) {
         const std::vector<Part> more = build(paints);

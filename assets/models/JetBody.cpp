@@ -1,4 +1,4 @@
-// The jet's fuselage, its radome, and what opens on it.
+// The jet's fuselage, its radome, and its opening parts.
 #include "engine/math/jMath.h"
 #include "models/JetShape.h"
 
@@ -7,7 +7,7 @@ namespace {
 
 const std::vector<double> NOSE_ANGLES{90, 66, 38, 14, 0, -18, -40, -66, -90};
 
-/// The beams beside the engines that carry fins and tailplanes.
+/// The beams beside the engines to which fins and tailplanes are attached.
 Mesh tailBoom(const Paints& paints) {
     return body(paints.skin,
                 {{-2.9, 0.28, 0.10, 0.08, 0.06, 2.0, 2.22},
@@ -20,7 +20,7 @@ Mesh tailBoom(const Paints& paints) {
                 24);
 }
 
-/// A blister under the wing's root that takes the main wheel.
+/// A blister below the wing's root for the main wheel.
 Mesh gearBay(const Paints& paints) {
     Mesh mesh = body(paints.skin,
                      {{2.0, 0.27, 0.06, 0.05, 0.05, 2.4, 2.02},
@@ -30,7 +30,7 @@ Mesh gearBay(const Paints& paints) {
                       {-2.6, 0.22, 0.30, 0.16, 0.24, 2.8, 2.15},
                       {-3.6, 0.26, 0.06, 0.05, 0.05, 2.4, 2.12}},
                      28);
-    // The open bay is a dark panel a little proud of the skin; the shut door lies below it.
+    // The open bay is a dark panel slightly above the skin; the shut door is below it.
     mesh.add(box(paints.duct, {1.90, -1.70, -0.170}, {2.44, 0.18, -0.15}));
     for (const double y : {-1.5, -1.0, -0.5, 0.0}) {
         mesh.add(box(paints.gear, {1.92, y - 0.03, -0.177}, {2.42, y + 0.03, -0.15}));
@@ -54,7 +54,7 @@ Mesh probesAndAerials(const Paints& paints) {
     const Mesh vane = cylinder(paints.steel, {0.66, 8.25, 0.35}, {0.80, 8.25, 0.37}, 0.018, 0.012, 8);
     const Mesh pitot = tube(paints.steel, {{0.62, 7.85, 0.12}, {0.80, 7.90, 0.10}, {0.82, 8.25, 0.09}}, 0.018);
     mesh.addPair(vane).addPair(pitot);
-    // The seeker's ball before the windshield, off to starboard.
+    // The seeker's ball in front of the windshield, to starboard.
     mesh.add(dome(paints.dark, {0.20, 7.82, 1.03}, 0.13, 16));
     return mesh.add(cylinder(paints.skin, {0.20, 7.82, 0.85}, {0.20, 7.82, 1.05}, 0.17, 0.145, 20));
 }
@@ -76,7 +76,7 @@ Part refuellingProbe(const Paints& paints) {
     return {"refuelling_probe", root, mesh};
 }
 
-/// The large plate on the back, cut from the fuselage's own surface.
+/// The large plate on the back, cut from the fuselage's surface.
 Part airbrake(const Paints& paints) {
     std::vector<Ring> lines;
     for (int i = 0; i <= 8; ++i) {
@@ -92,7 +92,7 @@ Part airbrake(const Paints& paints) {
     return {"airbrake", {0.0, 2.9, 1.50}, mesh};
 }
 
-/// Folded into the side below the rim while it is not in use.
+/// Folded into the side below the rim when not in use.
 Part ladder(const Paints& paints) {
     const double x = fuselage().halfWidthAt(5.4, 0.9);
     Mesh mesh;

@@ -1,4 +1,4 @@
-// The jet's cockpit as the pilot and a passer-by see it: glass, tub, panel, sight, seat, pilot.
+// The jet's cockpit seen by the pilot and from outside: glass, tub, panel, sight, seat, pilot.
 #include <algorithm>
 #include <cmath>
 
@@ -10,12 +10,12 @@
 namespace jet {
 namespace {
 
-// The panel's face, metres: the picture of the instruments covers this rectangle.
+// The panel's face in metres; the picture of the instruments covers this rectangle.
 constexpr double PANEL_HALF = 0.40, PANEL_TOP = 1.255, PANEL_FOOT = 0.62, PANEL_Y = 6.46;
 constexpr double DISPLAYS[] = {-0.255, 0.0, 0.255}, DISPLAY_Z = 1.105, DISPLAY_HALF = 0.100;
 constexpr double COAMING_TOP = 1.285;
 
-/// Height of the glass along the middle.
+/// Height of the glass at the middle.
 double roof(double y) {
     return smoothly({{CANOPY_END, 1.60},
                      {4.7, 1.72},
@@ -28,7 +28,7 @@ double roof(double y) {
                     y);
 }
 
-/// The glass's outline at a place, from the right rim over the top to the left; `out` metres outside of it.
+/// The outline of the glass at a position along Y, from the right rim over the top to the left, `out` metres outside.
 Ring glassArch(double y, double out = 0.0) {
     const double foot = sill(y);
     return arch(y, fuselage().halfWidthAt(y, foot) + out, foot, roof(y) - foot + out, 2.17);
@@ -40,13 +40,13 @@ Mesh glassBetween(const Paints& paints, double from, double to, int rows) {
     return sheet(paints.glass, lines).facingOutward();
 }
 
-/// A band of skin over the glass, wide along Y.
+/// A band of skin over the glass, with its width along Y.
 Mesh frameBand(const Paints& paints, double from, double to) {
     Mesh mesh = sheet(paints.skin, {glassArch(from, 0.012), glassArch(to, 0.012)}).facingOutward();
     return mesh.add(insideOut(sheet(paints.cockpit, {glassArch(from, 0.004), glassArch(to, 0.004)}).facingOutward()));
 }
 
-/// The bar along the rim on which the glass stands.
+/// The bar along the rim, below the glass.
 Mesh rail(const Paints& paints, double from, double to) {
     Ring line;
     for (int i = 0; i <= 12; ++i) {
@@ -69,7 +69,7 @@ Mesh tub(const Paints& paints) {
         lines.push_back(line);
     }
     Mesh mesh = insideOut(sheet(paints.cockpit, lines).facingOutward());
-    // Behind the seat: the wall at the canopy's end and the sloping deck with the black boxes.
+    // Behind the seat: the wall at the canopy's end and the sloping shelf with the avionics boxes.
     Ring wall = fuselage().ring(CANOPY_END - 0.005);
     mesh.add(plate(paints.cockpit, wall, {0, 1, 0}, 0.01));
     mesh.add(taperedBox(paints.dark, {-0.42, 4.22, 0.85}, {0.42, 4.85, 1.18}, 0.06));
@@ -85,7 +85,7 @@ Mesh tub(const Paints& paints) {
     return mesh;
 }
 
-/// The panel under its hood, and the sight on top.
+/// The panel below its hood, with the sight on top.
 Mesh panel(const Paints& paints) {
     Mesh mesh = box(paints.cockpit, {-PANEL_HALF, PANEL_Y + 0.01, PANEL_FOOT}, {PANEL_HALF, PANEL_Y + 0.06, PANEL_TOP});
     mesh.quad(paints.panel, {-PANEL_HALF, PANEL_Y, PANEL_FOOT}, {PANEL_HALF, PANEL_Y, PANEL_FOOT},
@@ -100,7 +100,7 @@ Mesh panel(const Paints& paints) {
             mesh.add(cylinder(paints.dark, {x - half - 0.01, y, z + edge}, {x + half + 0.01, y, z + edge}, 0.010, 8));
         }
     }
-    // The hood over it: an arch that runs out under the windshield.
+    // The hood above it: an arch that extends below the windshield.
     std::vector<Ring> lines;
     for (int i = 0; i <= 8; ++i) {
         const double y = CANOPY_BOW - 0.06 + (WINDSHIELD_FRONT - 0.12 - CANOPY_BOW + 0.06) * i / 8;
@@ -132,7 +132,7 @@ Mesh mirrors(const Paints& paints) {
     return mesh.add(at(0.29, CANOPY_BOW - 0.02, 1.575, 18.0)).add(at(-0.29, CANOPY_BOW - 0.02, 1.575, -18.0));
 }
 
-/// Leans back by 17 degrees.
+/// Inclined backward by 17 degrees.
 Mesh seat(const Paints& paints) {
     Mesh mesh = taperedBox(paints.dark, {-0.23, 5.30, 0.50}, {0.23, 5.80, 0.72}, 0.02);
     const dmat4 lean(dquat::fromEulerZXY({0, 17, 0}), {0.0, 5.32, 0.68});

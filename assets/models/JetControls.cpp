@@ -1,4 +1,4 @@
-// The table behind the jet's aircraft file.
+// The table for the jet's aircraft file.
 #include "models/JetControls.h"
 
 #include "models/JetShape.h"
@@ -10,13 +10,13 @@ const dvec3 NONE{};
 const dvec3 X{1.0, 0.0, 0.0}, Y{0.0, 1.0, 0.0}, Z{0.0, 0.0, 1.0};
 
 /// The hinge line between two ribs at a fraction of the chord, from left to right, so that a positive angle lowers the
-/// trailing edge on either side.
+/// trailing edge on both sides.
 dvec3 hinge(const Rib& root, const Rib& tip, double fraction, int side) {
     dvec3 line = normalize(chordPoint(tip, fraction) - chordPoint(root, fraction));
     return side > 0 ? line : dvec3(line.x, -line.y, -line.z);
 }
 
-/// Upward on the left and downward on the right: opposite angles on the two sides turn both rudders the same way.
+/// Upward on the left and downward on the right: opposite angles turn both rudders in the same direction.
 dvec3 rudderHinge(int side) {
     return normalize(chordPoint(FIN_TIP, RUDDER) - chordPoint(FIN_ROOT, RUDDER)) * -side;
 }
@@ -33,7 +33,7 @@ void addDoors(std::vector<Control>& list) {
     list.push_back({"前起落架后舱门", "nose_door_rear", {0, -80, 0}, NONE, X});
 }
 
-/// Left at the odd positions, right at the even ones: the two groups that a flight state deflects.
+/// Left surfaces at odd positions, right ones at even positions: the two groups that a flight state deflects.
 void addSurfaces(std::vector<Control>& list) {
     for (const int side : {-1, 1}) list.push_back(surface("鸭翼", "canard", side, -X));
     for (const int side : {-1, 1}) {

@@ -7,7 +7,7 @@
 namespace jet {
 namespace {
 
-/// A duct's section leans forward at the top by `rake` metres a metre.
+/// The top of a duct's section leans forward by `rake` metres per metre.
 std::vector<Ring> rakedRings(const std::vector<Section>& sections, const std::vector<double>& rakes, int points) {
     std::vector<Ring> rings;
     for (std::size_t i = 0; i < sections.size(); ++i) {
@@ -33,7 +33,7 @@ Mesh nacelle(const Paints& paints) {
                                     {1.20, -0.38, 0.56, 0.46, 0.56, 6.0, x},
                                     {-0.6, -0.32, 0.50, 0.46, 0.50, 2.2, x}};
     mesh.add(insideOut(loft(paints.duct, rakedRings(duct, {0.62, 0.2, 0}, POINTS), false)));
-    // The compressor's face at the duct's end.
+    // The compressor's face at the end of the duct.
     mesh.add(cylinder(paints.metal, {x, -0.55, -0.32}, {x, -0.35, -0.32}, 0.18, 0.02, 16));
     for (int i = 0; i < 14; ++i) {
         const double a = 2.0 * jMath::PI * i / 14;
@@ -45,13 +45,13 @@ Mesh nacelle(const Paints& paints) {
     return mesh.add(box(paints.duct, {x - 0.5, -0.66, -0.82}, {x + 0.5, -0.6, 0.16}));
 }
 
-/// The splitter between the intake and the fuselage, and the strut that carries it.
+/// The splitter between the intake and the fuselage, and its strut.
 Mesh diverter(const Paints& paints) {
     Mesh mesh = box(paints.skin, {0.60, 0.2, 0.10}, {1.82, 2.45, 0.30});
     return mesh.add(box(paints.dark, {0.50, 0.2, -0.75}, {0.60, 1.7, 0.16}));
 }
 
-/// One row of overlapping plates round the jet pipe: every second one lies a little deeper.
+/// One row of overlapping plates around the jet pipe; every second one is slightly deeper.
 Mesh petals(const PaintRef& paint, const std::vector<Turn>& profile, int count) {
     Mesh mesh;
     for (int i = 0; i < count; ++i) {
@@ -82,7 +82,7 @@ Mesh nozzle(const Paints& paints) {
                      false);
     mesh.add(petals(paints.burnt, outer, COUNT));
     mesh.add(petals(paints.duct, inner, COUNT));
-    // Backing, so that no gap between the plates shows what lies behind.
+    // A backing that closes the gaps between the plates.
     mesh.add(loft(paints.duct,
                   {outline({-8.25, axis.z, 0.655, 0.655, 0.655, 2.0, axis.x}, 32),
                    outline({-9.15, axis.z, 0.555, 0.555, 0.555, 2.0, axis.x}, 32),
@@ -93,7 +93,7 @@ Mesh nozzle(const Paints& paints) {
                             outline({-8.32, axis.z, 0.50, 0.50, 0.50, 2.0, axis.x}, 32)},
                            false);
     mesh.add(insideOut(pipe)).add(cylinder(paints.duct, {axis.x, -7.55, axis.z}, {axis.x, -7.62, axis.z}, 0.55, 24));
-    // Flame holder rings before the turbine's cone.
+    // Flame holder rings in front of the turbine's cone.
     mesh.add(cylinder(paints.metal, {axis.x, -7.6, axis.z}, {axis.x, -8.0, axis.z}, 0.20, 0.03, 16));
     for (int i = 0; i < 8; ++i) {
         const double a = 2.0 * jMath::PI * i / 8;

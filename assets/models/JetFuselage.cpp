@@ -5,10 +5,10 @@ namespace jet {
 namespace {
 
 constexpr std::size_t POINTS = 9;
-constexpr std::size_t EDGE = 4;  // the point that runs out into the strake and the wing's root
+constexpr std::size_t EDGE = 4;  // index of the point that extends into the strake and the wing's root
 
-/// A place along the fuselage and the outline there, (x, z) of each point: top, shoulder, side, fillet above the edge,
-/// edge, fillet below it, lower side, lower shoulder, bottom.
+/// A position along the fuselage and the outline there, (x, z) of each point: top, shoulder, side, fillet above the
+/// edge, edge, fillet below it, lower side, lower shoulder, bottom.
 struct Row {
     double y;
     double points[2 * POINTS];
@@ -33,7 +33,7 @@ constexpr Row ROWS[] = {
 };
 // clang-format on
 
-/// The round front, then the table.
+/// The round nose, then the table.
 std::vector<Station> stations() {
     const std::vector<double> angles{90, 66, 38, 14, 0, -18, -40, -66, -90};
     std::vector<Station> list{oval(BULKHEAD, 0.26, 0.565, 0.57, 0.55, angles),

@@ -1,4 +1,4 @@
-// The jet's undercarriage and hook. Legs are modelled down, doors shut.
+// The jet's undercarriage and hook. Legs are modelled extended, doors shut.
 #include "geometry/Wheels.h"
 #include "models/JetShape.h"
 
@@ -9,7 +9,7 @@ WheelPaints wheelPaints(const Paints& paints) {
     return {paints.tyre, paints.gear, paints.dark};
 }
 
-/// Both ends of a bar at +-half of x.
+/// A bar across X between `half` to the left and to the right of its middle.
 Mesh crossBar(const PaintRef& paint, const dvec3& middle, double half, double radius) {
     return cylinder(paint, middle - dvec3(half, 0, 0), middle + dvec3(half, 0, 0), radius, 10);
 }
@@ -20,7 +20,7 @@ Mesh noseFork(const Paints& paints, const dvec3& fork) {
     mesh.addPair(aircraftWheel(wheelPaints(paints), NOSE_WHEEL + dvec3(0.20, 0, 0), NOSE_WHEEL_RADIUS, 0.20));
     mesh.add(torqueLinks(paints.gear, fork + dvec3(0, -0.06, -0.02), NOSE_WHEEL + dvec3(0, -0.06, 0.06), {0, -0.20, 0},
                          0.12));
-    // The guard that keeps stones from the intakes.
+    // The guard that protects the intakes from stones.
     for (const double x : {0.1, 0.3}) {
         mesh.addPair(tube(paints.gear, {NOSE_WHEEL + dvec3(x, 0, 0.02), NOSE_WHEEL + dvec3(x, -0.36, 0.12)}, 0.012, 6));
     }
@@ -81,7 +81,7 @@ double belly(double x, double y) {
     return half[i][1] + (half[i - 1][1] - half[i][1]) * t;
 }
 
-/// A door with the belly's own curve, a little proud of it; white inside.
+/// A door with the belly's curve, slightly outside it; white inside.
 Mesh bellyDoor(const Paints& paints, double x0, double x1, double y0, double y1) {
     std::vector<Ring> lines;
     for (int i = 0; i <= 6; ++i) {
@@ -114,7 +114,7 @@ Part rearNoseDoor(const Paints& paints) {
     return {"nose_door_rear", {0.0, 3.85, belly(0.0, 3.85)}, bellyDoor(paints, -0.30, 0.30, 3.85, 4.26)};
 }
 
-/// Black and white, its claw at the end.
+/// Black and white, with its claw at the end.
 Part hook(const Paints& paints) {
     const dvec3 hinge{0.0, -7.7, -0.22}, tip{0.0, -10.05, -0.15};
     Mesh mesh = cylinder(paints.gear, hinge - dvec3(0.16, 0, 0), hinge + dvec3(0.16, 0, 0), 0.07, 12);

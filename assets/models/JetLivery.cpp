@@ -28,7 +28,7 @@ Color tinted(const Color& color, int change) {
 
 void seam(Canvas& canvas, double x0, double y0, double x1, double y1) {
     canvas.line(x0, y0, x1, y1, SEAM_WIDTH, SEAM);
-    // Rivets beside it.
+    // Rivets beside the line.
     const double length = std::hypot(x1 - x0, y1 - y0), nx = -(y1 - y0) / length, ny = (x1 - x0) / length;
     for (const double off : {-0.05, 0.05}) {
         canvas.dashes(x0 + nx * off, y0 + ny * off, x1 + nx * off, y1 + ny * off, 0.012, 0.015, 0.06, FAINT);
@@ -42,7 +42,7 @@ void hatch(Canvas& canvas, double x0, double y0, double x1, double y1) {
     canvas.line(x0, y1, x0, y0, 0.012, SEAM);
 }
 
-/// Panels of slightly different greys, and small hatches, scattered the same way every time.
+/// Panels of slightly different greys, and small hatches, equal in every run.
 void patchwork(Canvas& canvas, const Color& ground, double x0, double y0, double x1, double y1, std::uint32_t seed,
                int count) {
     const Noise noise(seed);
@@ -59,7 +59,7 @@ void patchwork(Canvas& canvas, const Color& ground, double x0, double y0, double
     }
 }
 
-/// Grime that the airflow drew backward (toward -y).
+/// Dirt carried backward (toward -y) by the airflow.
 void streaks(Canvas& canvas, double x0, double y0, double x1, double y1, std::uint32_t seed, double strength) {
     const Noise noise(seed);
     canvas.shade(x0, y0, x1, y1, {70, 70, 68, 255}, [&](double x, double y) {
@@ -75,7 +75,7 @@ void soot(Canvas& canvas, double x, double y, double rx, double ry, double stren
     });
 }
 
-/// Darkens along a line, as light fails in a corner.
+/// Darkens along a line, for the shadow in a corner.
 void corner(Canvas& canvas, double x0, double y0, double x1, double y1, double reach) {
     const double dx = x1 - x0, dy = y1 - y0, l2 = dx * dx + dy * dy;
     canvas.shade(std::min(x0, x1) - reach, std::min(y0, y1) - reach, std::max(x0, x1) + reach, std::max(y0, y1) + reach,
@@ -90,7 +90,7 @@ std::array<double, 2> flat(const dvec3& p) {
     return {p.x, p.y};
 }
 
-/// Spars, ribs and the flaps' edges of a lifting surface seen from above.
+/// Spars, ribs and edges of the flaps of a lifting surface seen from above.
 void surfaceLines(Canvas& canvas, const Rib& root, const Rib& tip, const std::vector<double>& fractions,
                   const std::vector<double>& ribs) {
     for (const double f : fractions) {
@@ -104,7 +104,7 @@ void surfaceLines(Canvas& canvas, const Rib& root, const Rib& tip, const std::ve
     }
 }
 
-/// The strip along a leading edge that erosion bares.
+/// The eroded strip along a leading edge.
 void leadingEdge(Canvas& canvas, const Rib& root, const Rib& tip, double width, const Color& color) {
     const auto a = flat(chordPoint(root, 0.0)), b = flat(chordPoint(tip, 0.0));
     canvas.line(a[0], a[1], b[0], b[1], width, color);
@@ -121,7 +121,7 @@ void planLines(Canvas& canvas) {
                  {0.16, WING_FOLD, 0.48, 0.66, AILERON_END, 0.985});
     surfaceLines(canvas, STABILATOR_ROOT, STABILATOR_TIP, {0.12, 0.55, 0.86}, {0.03, 0.35, 0.7});
     surfaceLines(canvas, CANARD_ROOT, CANARD_TIP, {0.12, 0.7}, {0.06, 0.5});
-    // The wing's fold shows as a double line.
+    // The wing's fold is drawn as a double line.
     const Rib fold = between(WING_ROOT, WING_TIP, WING_FOLD + 0.012);
     canvas.line(fold.leading_edge.x, fold.leading_edge.y, fold.leading_edge.x, fold.leading_edge.y - fold.chord, 0.03,
                 SEAM);
@@ -137,7 +137,7 @@ void fromAbove(Canvas& canvas) {
     leadingEdge(canvas, CANARD_ROOT, CANARD_TIP, 0.08, tinted(GREY, -18));
     canvas.rectangle(7.0, -5.4, 7.4, -2.0, DIELECTRIC);
     canvas.polygon({{0.0, 7.95}, {0.36, 7.75}, {0.50, 7.35}, {0.30, 7.35}, {0.0, 7.62}},
-                   {58, 62, 64, 255});  // no glare
+                   {58, 62, 64, 255});  // against glare
     hatch(canvas, 0.45, 3.2, 0.95, 2.6);
     for (int i = 0; i < 6; ++i)
         canvas.line(0.75, 0.9 - 0.09 * i, 1.25, 0.9 - 0.09 * i, 0.035, {52, 56, 60, 255});  // louvres
@@ -148,7 +148,7 @@ void fromAbove(Canvas& canvas) {
     for (const double y : {1.0, -1.0}) letter(canvas, "NO STEP", 5.0, y - 2.6, 0.10, 0, STENCIL);
     canvas.dashes(2.5, 0.35, 6.9, -3.4, 0.025, 0.25, 0.12, {150, 60, 52, 160});
     soot(canvas, 1.22, -8.2, 0.95, 2.3, 0.85);
-    soot(canvas, 0.9, 5.35, 0.2, 0.9, 0.2);  // the gun, starboard in truth
+    soot(canvas, 0.9, 5.35, 0.2, 0.9, 0.2);  // the gun, in reality only to starboard
     streaks(canvas, 0.0, -8.6, 2.6, 4.0, 11, 0.30);
     streaks(canvas, 2.4, -5.2, 7.2, 1.5, 12, 0.20);
     canvas.weather(9, 0.7, 5);
@@ -170,7 +170,7 @@ void fromBelow(Canvas& canvas) {
     canvas.weather(9, 0.6, 6);
 }
 
-/// A canvas of one side: heights run along its x, downward on the right side (`sign` -1).
+/// A canvas of one side: heights are along its x, downward on the right side (`sign` -1).
 struct Side {
     Canvas& canvas;
     double sign;
@@ -215,7 +215,7 @@ void finLines(Side& side) {
     side.canvas.line(side.up(a[0]), a[1], side.up(b[0]), b[1], 0.10, DIELECTRIC);
 }
 
-/// The squadron's stylised wave across the fin, and the number.
+/// The squadron's stylised wave on the fin, and the number.
 void finMarkings(Side& side) {
     for (int i = 0; i < 3; ++i) {
         Outline band;
@@ -282,7 +282,7 @@ std::shared_ptr<const Texture> livery() {
     return atlas.texture();
 }
 
-Paints freshPaints() {
+Paints makePaints() {
     Paints p;
     p.skin = texturedPaint("skin", livery(), 0.52, 0.0);
     p.glass = clear("glass", {0.07, 0.085, 0.08, 0.36}, 0.04);

@@ -1,10 +1,10 @@
-// The jet's wings, tails and canards, fixed pieces and moving ones, and what hangs under the wings.
+// The jet's wings, tails and canards, fixed and moving pieces, and the pylons below the wings.
 #include "models/JetShape.h"
 
 namespace jet {
 namespace {
 
-constexpr double GAP = 0.003;  // of the span, between a moving surface and its neighbours
+constexpr double GAP = 0.003;  // fraction of the span, between a moving surface and its neighbours
 
 const Rib FOLD = between(WING_ROOT, WING_TIP, WING_FOLD);
 
@@ -18,7 +18,7 @@ std::vector<Rib> onFin(double from, double to) {
     return ribsBetween(FIN_ROOT, FIN_TIP, from, to);
 }
 
-/// A launcher rail under a wing: a tapered pylon with a beam below it.
+/// A launcher rail below a wing: a tapered pylon with a beam.
 Mesh pylon(const Paints& paints, double t, double chord_from, double length) {
     const Rib rib = onWing(t);
     const dvec3 top = chordPoint(rib, chord_from) - dvec3(0, 0, 0.02);
@@ -34,7 +34,7 @@ Mesh pylon(const Paints& paints, double t, double chord_from, double length) {
                          16));
 }
 
-/// The missile rail at the wing's tip.
+/// The missile rail at the wing tip.
 Mesh tipRail(const Paints& paints) {
     const double x = 7.26, z = 0.30;
     Mesh mesh = body(paints.skin,
@@ -97,7 +97,7 @@ Part rudder(const Paints& paints, int side) {
     return {withSide("rudder", side), onSide(hinge, side), onSide(mesh, side)};
 }
 
-/// The fin stands on a broad fairing; an air scoop opens at its foot.
+/// The fin has a broad fairing at its foot with an air scoop.
 Mesh fin(const Paints& paints) {
     Mesh mesh = aerofoil(paints.skin, onFin(0.0, 1.0), {0.0, RUDDER});
     mesh.add(aerofoil(paints.skin, onFin(0.0, RUDDER_FOOT - GAP), {RUDDER, 1.0}));

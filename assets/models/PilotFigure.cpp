@@ -1,4 +1,4 @@
-// Helmet, torso and limbs round the eye.
+// Helmet, torso and limbs, positioned relative to the eye.
 #include "models/PilotFigure.h"
 
 #include "geometry/Loft.h"
@@ -34,7 +34,7 @@ Mesh torso(const PilotPaints& paints) {
     for (const Slice& s : slices) {
         Ring ring;
         for (const dvec3& p : outline({0.0, s.y, s.half_width, s.front, s.back, s.roundness}, 20)) {
-            ring.emplace_back(p.x, p.z, s.z);  // slices lie flat
+            ring.emplace_back(p.x, p.z, s.z);  // slices are horizontal
         }
         rings.push_back(ring);
     }

@@ -1,11 +1,11 @@
-// Building one side of a symmetrical model and mirroring it.
+// Builds one side of a symmetrical model and mirrors it.
 #pragma once
 
 #include <string>
 
 #include "geometry/Mesh.h"
 
-/// The right side for +1; for -1 mirrored.
+/// The given vector for side +1, mirrored for -1.
 inline dvec3 onSide(const dvec3& right, int side) {
     return {right.x * side, right.y, right.z};
 }

@@ -1,4 +1,4 @@
-// Poses on the ellipsoid for the demonstration's places.
+// Poses on the ellipsoid for the objects of the demonstration.
 #include "plan/Layout.h"
 
 #include <cmath>
@@ -22,7 +22,7 @@ dmat4 airfieldFrame() {
 }
 
 dmat4 carrierFrame() {
-    // Off the island's windward side, with clear water under the approach from astern.
+    // Off the island's windward side, with open water below the approach from astern.
     constexpr double BEARING = 110.0, DISTANCE = 5200.0;
     const dmat4 centre = GLOBE.getWGSTransform(GLOBE.toWorld(DEMO_CENTRE));
     const double angle = BEARING * jMath::DEG2RAD;

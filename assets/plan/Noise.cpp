@@ -5,7 +5,7 @@
 
 namespace {
 
-/// An integer hash of low bias (Wellons 2018, "lowbias32").
+/// An integer hash with low bias (Wellons 2018, "lowbias32").
 std::uint32_t hash(std::uint32_t x) {
     x = (x ^ (x >> 16)) * 0x7feb352dU;
     x = (x ^ (x >> 15)) * 0x846ca68bU;
@@ -25,7 +25,7 @@ Noise::Noise(std::uint32_t seed) : m_seed(hash(seed)) {}
 
 double Noise::gradient(std::int32_t ix, std::int32_t iy, double dx, double dy) const {
     constexpr double DIAGONAL = 0.70710678118654752;
-    // A table, since a branch on chance is never foreseen.
+    // A table instead of branches, which would be random and therefore unpredictable.
     constexpr struct {
         double x, y, length;
     } DIRECTIONS[] = {{1, 0, 1},        {-1, 0, 1},        {0, 1, 1},         {0, -1, 1},
@@ -52,7 +52,7 @@ double Noise::fractal(double x, double y, int octaves, double gain) const {
         sum += strength * at(x, y);
         total += strength;
         strength *= gain;
-        // Shifted, so that the octaves' zeros do not fall together.
+        // Shifted, so that the zeros of the octaves do not coincide.
         x = 2.0 * x + 17.3;
         y = 2.0 * y - 9.1;
     }

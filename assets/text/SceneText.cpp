@@ -1,4 +1,4 @@
-// Structured text as a person would lay it out.
+// Structured text laid out for reading.
 #include "text/SceneText.h"
 
 #include <algorithm>
@@ -38,7 +38,7 @@ void print(const Json& value, int depth, std::string& out) {
     out += indent + (value.is_object() ? "}" : "]");
 }
 
-/// Positions come out of trigonometry: without rounding a zero reads -2.3e-13.
+/// Positions are computed with trigonometry: without rounding a zero would appear as -2.3e-13.
 double tidy(double v) {
     return std::abs(v) < 1e-9 ? 0.0 : v;
 }

@@ -1,4 +1,4 @@
-// The island's shape and its raster.
+// The island's shape and its height raster.
 #include "world/Elevation.h"
 
 #include <gdal_priv.h>
@@ -19,21 +19,21 @@ const MetresPerDegree DEGREE = metresPerDegree();
 
 constexpr int POSTS = 2048;
 constexpr double POST_SPACING = 9.0;  // metres
-constexpr double SUMMIT = 350.0;      // metres, what the hills may reach
+constexpr double SUMMIT = 350.0;      // maximum height of the hills, metres
 
 double smoothStep(double v, double from, double to) {
     const double t = std::clamp((v - from) / (to - from), 0.0, 1.0);
     return t * t * (3.0 - 2.0 * t);
 }
 
-/// How far a point of the airfield's frame lies outside the level ground, metres.
+/// Distance of a point in the airfield's frame from the level ground, metres; 0 on it.
 double levelDistance(double right, double along) {
     const double dx = std::max({LEVEL_LEFT - right, right - LEVEL_RIGHT, 0.0});
     const double dy = std::max({LEVEL_BACK - along, along - LEVEL_FRONT, 0.0});
     return std::hypot(dx, dy);
 }
 
-/// A beach that slopes gently into the sea, and a sea bed that levels out.
+/// A beach that slopes gently into the sea, and a sea bed that becomes level.
 double shoreProfile(double inland) {
     constexpr double DEPTH = 60.0, SLOPE = 0.035, PLAIN = 5.0;
     if (inland < 0.0) return -DEPTH * (1.0 - std::exp(inland * SLOPE / DEPTH));
@@ -54,7 +54,7 @@ MetresPerDegree metresPerDegree() {
 Island::Island() : m_coast(11), m_hills(23), m_detail(37) {}
 
 double Island::shoreDistance(double right, double along) const {
-    // An oval that reaches inland on the runway's left, with bays cut by noise.
+    // An oval that extends inland to the left of the runway, with bays cut by noise.
     constexpr double HALF_LENGTH = 3000.0, HALF_WIDTH = 2300.0, MIDDLE_RIGHT = -1100.0, BAYS = 1150.0, BAY = 2300.0;
     const double r = std::hypot(along / HALF_LENGTH, (right - MIDDLE_RIGHT) / HALF_WIDTH);
     return (1.0 - r) * 2600.0 + BAYS * m_coast.fractal(along / BAY, right / BAY, 5, 0.45);
@@ -64,7 +64,7 @@ double Island::wildHeight(double east, double north, double right, double along)
     const double inland = shoreDistance(right, along);
     const double shore = shoreProfile(inland);
     const double roughness = 0.6 * m_detail.fractal(east / 120.0, north / 120.0, 4) * smoothStep(inland, 20.0, 200.0);
-    // No hill stands beside the runway or under its ends' flight paths.
+    // No hills beside the runway or below the flight paths at its ends.
     const double clear = smoothStep(levelDistance(right, along * 0.55), 250.0, 1500.0);
     const double mass = smoothStep(inland, 150.0, 1500.0) * clear;
     const double broad = 0.62 + 0.55 * m_hills.fractal(east / 2600.0, north / 2600.0, 3);
@@ -77,7 +77,7 @@ double Island::height(double east, double north) const {
     const double along = east * std::sin(angle) + north * std::cos(angle);
     const double right = east * std::cos(angle) - north * std::sin(angle);
     const double outside = levelDistance(right, along);
-    // Some posts beyond the edge stay level too, so that no cell under the edge is tilted.
+    // Some posts beyond the edge are level, too: otherwise the cells at the edge would be tilted.
     constexpr double MARGIN = 2.0 * POST_SPACING, BLEND = 420.0;
     const double share = smoothStep(outside, MARGIN, MARGIN + BLEND);
     if (share <= 0.0) return AIRFIELD_HEIGHT;
@@ -119,7 +119,7 @@ void writeElevation(const std::string& path, const Island& island) {
     for (int y = 0; y < POSTS && done; ++y) {
         const double north = (POSTS / 2 - (y + 0.5)) * POST_SPACING;
         for (int x = 0; x < POSTS; ++x) {
-            // Steps of 1/64 m: finer ones would only make the file larger.
+            // Steps of 1/64 m: finer steps only make the file larger.
             const double h = island.height((x + 0.5 - POSTS / 2) * POST_SPACING, north);
             row[static_cast<std::size_t>(x)] = static_cast<float>(std::round(h * 64.0) / 64.0);
         }

@@ -1,26 +1,26 @@
-// The demonstration's ground: an island with hills, beaches and a level airfield, and the sea bed round it.
+// The demonstration's ground: an island with hills, beaches and a level airfield, and the surrounding sea bed.
 #pragma once
 
 #include <string>
 
 #include "plan/Noise.h"
 
-/// Metres a degree at the runway's middle.
+/// Metres per degree at the runway's middle.
 struct MetresPerDegree {
     double lon, lat;
 };
 MetresPerDegree metresPerDegree();
 
-/// Heights as a function of the place.
+/// Heights as a function of the position.
 class Island {
 public:
     Island();
-    /// Height above the ellipsoid, metres, at metres east and north of the runway's middle. Exactly AIRFIELD_HEIGHT on
-    /// the level ground.
+    /// Height above the ellipsoid in metres, at metres east and north of the runway's middle. Exactly AIRFIELD_HEIGHT
+    /// on the level ground.
     double height(double east, double north) const;
     /// The same at a longitude and latitude in degrees.
     double heightAt(double lon, double lat) const;
-    /// Where the highest hill stands: longitude, latitude in degrees.
+    /// Position of the highest hill: longitude, latitude in degrees.
     void summit(double& lon, double& lat) const;
 
 private:

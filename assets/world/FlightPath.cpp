@@ -1,4 +1,4 @@
-// Writes the recorded flight for automatic flight, on the time line that playback at 60 frames a second asks for.
+// Writes the recorded flight for automatic flight, with the times that a playback at 60 frames a second computes.
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr double FRAMES_A_SECOND = 60.0;
 
-/// The player's own clock: each frame it adds three times the seconds since its start, in single precision.
+/// The clock of the playback: each frame adds three times the seconds since the start, in single precision.
 class PlayClock {
 public:
     float now() const { return m_time; }
@@ -27,11 +27,11 @@ private:
     float m_time = 23.0f;
 };
 
-/// Single precision is too coarse for a smooth acceleration some kilometres out. What rounding leaves is carried over
-/// so that the error bends slowly: only its third difference is felt as a jerk.
+/// Single precision is too coarse for a smooth acceleration some kilometres from the origin. The rounding error is fed
+/// back so that it changes slowly: only its third difference is noticeable as a jerk.
 class SmoothRounding {
 public:
-    /// At rest: the error stays what it is here.
+    /// At rest: the rounding error keeps its value.
     double start(double value) {
         const double rounded = static_cast<float>(value);
         m_errors.fill(rounded - value);
@@ -61,7 +61,7 @@ private:
     dvec3 m_place;
 };
 
-/// The shortest digits that give the same float, always as a real.
+/// The shortest digits that parse to the same float, always with a decimal point or exponent.
 void appendReal(std::string& text, float value) {
     std::array<char, 32> digits;
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
@@ -79,7 +79,7 @@ void appendFrame(std::string& text, float time, const dvec3& place, const Flight
                             static_cast<float>(place.x),
                             static_cast<float>(place.y),
                             static_cast<float>(place.z),
-                            1.0f,  // the whole circuit is flown with the gear down
+                            1.0f,  // the gear is down during the whole circuit
                             hundredth(state.pitch),
                             hundredth(state.roll),
                             hundredth(state.heading),
@@ -92,7 +92,7 @@ void appendFrame(std::string& text, float time, const dvec3& place, const Flight
     text.back() = '\n';
 }
 
-/// A place in the middle of the flight, so that coordinates stay small.
+/// A point in the middle of the flight; relative to it the coordinates stay small.
 dvec3 middleOf(const std::vector<FlightState>& states) {
     BoundBox box;
     for (const FlightState& state : states) box.expand(state.place);
@@ -114,7 +114,7 @@ void writeFlightPath(const std::string& root) {
     for (std::size_t i = 0; i < states.size(); ++i) {
         const FlightState& state = states[i];
         const float played = clock.now();
-        // A hair early, so that the frame played then finds this state behind it.
+        // Slightly earlier than the frame's time, so that the playback at that frame has passed this state.
         const float time = std::nextafter(std::nextafter(played, 0.0f), 0.0f);
         clock.nextFrame();
         const double early = (played - time) / (clock.now() - played) / FRAMES_A_SECOND;

@@ -1,5 +1,5 @@
-// The flight is a chain of legs, each changing speed, heading and slope by smooth amounts; the lengths of three steady
-// legs are chosen so that the chain ends on the strip.
+// The flight is a chain of legs, each with smooth changes of speed, heading and slope. The lengths of three steady legs
+// are solved so that the chain ends on the strip.
 #include "world/FlightPlan.h"
 
 #include <algorithm>
@@ -22,25 +22,25 @@ double radians(double degrees) {
     return degrees * jMath::DEG2RAD;
 }
 
-/// Rises from 0 to 1 over `ramp` seconds without a kink.
+/// Rises smoothly from 0 to 1 over `ramp` seconds.
 double onset(double t, double ramp) {
     const double u = std::clamp(t / ramp, 0.0, 1.0);
     return 0.5 - 0.5 * std::cos(jMath::PI * u);
 }
-/// Its integral since 0.
+/// The integral of `onset` from 0 to t.
 double onsetSum(double t, double ramp) {
     if (t <= 0.0) return 0.0;
     if (t >= ramp) return t - ramp / 2.0;
     return t / 2.0 - ramp / (2.0 * jMath::PI) * std::sin(jMath::PI * t / ramp);
 }
 
-/// Changes over a leg; their rates rise and fall within `ramp` seconds at its ends.
+/// Changes over a leg. Their rates rise and fall within `ramp` seconds at its ends.
 struct Leg {
     double seconds = 0.0;
     double ramp = 0.0;
-    double speed = 0.0;  ///< horizontal, metres a second
+    double speed = 0.0;  ///< horizontal, m/s
     double turn = 0.0;   ///< degrees to the left
-    double slope = 0.0;  ///< of the path, metres a metre
+    double slope = 0.0;  ///< of the path, metres per metre
 
     double share(double t) const {
         return (onsetSum(t, ramp) - onsetSum(t - (seconds - ramp), ramp)) / (seconds - ramp);
@@ -48,8 +48,8 @@ struct Leg {
     double rate(double t) const { return (onset(t, ramp) - onset(t - (seconds - ramp), ramp)) / (seconds - ramp); }
 };
 
-/// Slope by metres run: the deck's, rounded where the wheels meet the ramp one after the other; beyond the bow it
-/// flattens into the climb.
+/// Slope as a function of the distance run: that of the deck, rounded because the wheels reach the ramp one after the
+/// other; beyond the bow it decreases to that of the climb.
 double takeOffSlope(double run) {
     constexpr double FLATTENING = 200.0;
     const auto hard = [](double at) {
@@ -99,7 +99,7 @@ private:
     };
 
     struct Moment {
-        double speed, heading, turn_rate, slope;  ///< heading in degrees, turn rate in radians a second
+        double speed, heading, turn_rate, slope;  ///< heading in degrees, turn rate in radians per second
     };
     Moment at(double t) const;
     double startOf(int leg) const;
@@ -113,7 +113,7 @@ private:
     std::vector<Leg> m_legs;
 };
 
-constexpr double SETTLED = 186.0;  ///< metres up the strip where it comes to rest
+constexpr double SETTLED = 186.0;  ///< metres along the strip, where the aircraft comes to rest
 
 Flight::Flight() : m_legs(REST + 1) {
     m_legs[READY] = {4.0, 1.0};
@@ -137,7 +137,7 @@ double Flight::startOf(int leg) const {
     return t;
 }
 
-/// Slope without the take-off's, which goes by distance.
+/// Slope without that of the take-off, which is a function of the distance.
 Flight::Moment Flight::at(double t) const {
     Moment now{0.0, 90.0 - PATH_TURN, 0.0, 0.0};
     for (const Leg& leg : m_legs) {
@@ -155,7 +155,7 @@ Flight::Moment Flight::at(double t) const {
     return now;
 }
 
-/// On one of the steady legs.
+/// Velocity on one of the steady legs.
 dvec3 Flight::velocityIn(int leg) const {
     const Moment now = at(startOf(leg));
     const double heading = radians(now.heading);
@@ -166,7 +166,7 @@ dvec3 Flight::stripPlace(double along) {
     return dquat({0.0, 0.0, 1.0}, -PATH_TURN) * (carrier::onStrip(along) - LAUNCH_POINT);
 }
 
-/// Steady legs move the end by their velocities alone: three of them reach any place.
+/// Steady legs displace the end by their velocities only: a combination of three reaches any point.
 void Flight::closeChain() {
     const dvec3 a = velocityIn(TO_ISLAND), b = velocityIn(ALONG_ISLAND), c = velocityIn(GLIDE_DOWN);
     const dvec3 missing = stripPlace(SETTLED) - fly(240.0).back().place;
@@ -186,7 +186,7 @@ dvec3 Flight::velocityAt(double t, double run) const {
     return dvec3(std::cos(heading), std::sin(heading), now.slope + takeOffSlope(run)) * now.speed;
 }
 
-/// By the midpoint rule.
+/// Integrates by the midpoint rule.
 std::vector<FlightState> Flight::fly(double states_a_second) const {
     constexpr int PARTS = 8;
     const double part = 1.0 / (states_a_second * PARTS);
@@ -214,10 +214,10 @@ std::vector<FlightState> Flight::fly(double states_a_second) const {
     return states;
 }
 
-/// Banked by the turn, pitched by the path and, off the deck, by what the wing needs for lift at this speed and load.
+/// Bank from the turn; pitch from the path and, off the deck, from the lift that the wing needs at this speed and load.
 FlightState Flight::pose(const FlightState& before, const FlightState& now, const FlightState& after,
                          double run) const {
-    constexpr double APPROACH_SPEED = 67.0, APPROACH_ANGLE = 7.0, MOST = 10.0;  // degrees of attack
+    constexpr double APPROACH_SPEED = 67.0, APPROACH_ANGLE = 7.0, MAX_ANGLE = 10.0;  // angles of attack in degrees
     constexpr double FLAPS = 14.0, FLAPS_UP = 95.0, FLAPS_DOWN = 70.0, AILERON = 0.35;
     const Moment moment = at(now.seconds);
     const double lift =
@@ -226,12 +226,12 @@ FlightState Flight::pose(const FlightState& before, const FlightState& now, cons
     const double bank = std::atan2(sideways, std::max(1.0, lift)) * jMath::RAD2DEG;
     const double slower = APPROACH_SPEED / std::max(1.0, moment.speed);
     const double needed = APPROACH_ANGLE * std::hypot(lift, sideways) / GRAVITY * slower * slower;
-    // The nose comes up once the bow is behind and goes down after the touch.
+    // The nose rises after the bow and lowers after touchdown.
     const double flying =
         onset((run - RUN) / std::max(1.0, moment.speed), 2.0) * (1.0 - onset(now.seconds - startOf(TOUCH), 1.6));
     const double slope = std::atan2(now.velocity.z, moment.speed) * jMath::RAD2DEG;
     const dquat attitude = dquat::fromEulerZXY(moment.heading - 90.0, slope, -bank) *
-                           dquat({1.0, 0.0, 0.0}, flying * std::min(MOST, needed));
+                           dquat({1.0, 0.0, 0.0}, flying * std::min(MAX_ANGLE, needed));
     const dvec3 hpr = attitude.toEulerZXY();
 
     FlightState posed = now;

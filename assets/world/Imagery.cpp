@@ -1,4 +1,4 @@
-// Colours by height, slope and chance: forest and grass, fields, beaches and reefs, rock, the airfield's meadow, roads.
+// Colours from height, slope and noise: forest and grass, fields, beaches and reefs, rock, airfield meadow, roads.
 #include "world/Imagery.h"
 
 #include <gdal_priv.h>
@@ -21,11 +21,11 @@ namespace {
 
 constexpr int SIZE = 2048;                         // pixels
 constexpr double PIXEL = 3.8;                      // metres
-constexpr double WEST = -4200.0, SOUTH = -2690.0;  // of its corner, metres from the runway's middle
-constexpr int STEP = 2;                            // pixels from height to height
+constexpr double WEST = -4200.0, SOUTH = -2690.0;  // of the south-west corner, metres from the runway's middle
+constexpr int STEP = 2;                            // pixels between heights
 constexpr int HEIGHTS = SIZE / STEP + 1;
 
-/// Reflectances, linear.
+/// Linear reflectances.
 struct Tint {
     double r, g, b;
 };
@@ -48,30 +48,30 @@ double smoothStep(double v, double from, double to) {
 }
 
 /// The ground at one pixel.
-struct Place {
+struct GroundPoint {
     double east, north;    ///< metres from the runway's middle
     double right, along;   ///< the same in the airfield's frame
-    double height, slope;  ///< metres; rise a metre
-    double hollow;         ///< how much higher the ground round it stands, metres
+    double height, slope;  ///< metres; rise per metre
+    double hollow;         ///< mean height of the surroundings above the point, metres
 };
 
 class Painter {
 public:
-    Tint paint(const Place& p) const;
+    Tint paint(const GroundPoint& p) const;
 
 private:
-    Tint paintLand(const Place& p) const;
-    Tint paintHills(const Place& p) const;
-    Tint paintFields(const Place& p) const;
-    Tint paintAirfield(const Place& p) const;
-    Tint paintBed(const Place& p) const;
+    Tint paintLand(const GroundPoint& p) const;
+    Tint paintHills(const GroundPoint& p) const;
+    Tint paintFields(const GroundPoint& p) const;
+    Tint paintAirfield(const GroundPoint& p) const;
+    Tint paintBed(const GroundPoint& p) const;
 
     Noise m_patches{71}, m_crowns{83}, m_fields{97}, m_reefs{103}, m_grain{109};
 };
 
-Tint Painter::paint(const Place& p) const {
+Tint Painter::paint(const GroundPoint& p) const {
     if (p.height < -0.4) return paintBed(p);
-    // The edges of wet sand and of what grows wander.
+    // Irregular edges of wet sand and vegetation.
     const double wander = m_patches.fractal(p.east / 55.0, p.north / 55.0, 3);
     const Tint sand = mix(WET_SAND, SAND, smoothStep(p.height, 0.3 + 0.3 * wander, 0.9 + 0.3 * wander));
     const double grain = 1.0 + 0.08 * m_grain.at(p.east / 9.0, p.north / 9.0);
@@ -80,13 +80,13 @@ Tint Painter::paint(const Place& p) const {
     return grown > 0.0 ? mix(shore, paintLand(p), grown) : shore;
 }
 
-Tint Painter::paintLand(const Place& p) const {
+Tint Painter::paintLand(const GroundPoint& p) const {
     const double outside_right = std::max({LEVEL_LEFT - p.right, p.right - LEVEL_RIGHT, 0.0});
     const double outside_along = std::max({LEVEL_BACK - p.along, p.along - LEVEL_FRONT, 0.0});
     const double outside = std::hypot(outside_right, outside_along);
     const double edge = outside + 22.0 * m_patches.at(p.east / 70.0, p.north / 70.0);
     if (edge <= 35.0) return paintAirfield(p);
-    // Farmed where it is flat and low, and chance would have it.
+    // Fields on flat low ground, where the noise is high.
     const double farmed = smoothStep(m_fields.fractal(p.east / 1300.0 + 0.4, p.north / 1300.0, 2), 0.07, 0.11) *
                           (1.0 - smoothStep(p.slope, 0.05, 0.08)) * (1.0 - smoothStep(p.height, 24.0, 30.0)) *
                           smoothStep(p.height, 3.0, 3.6);
@@ -94,14 +94,14 @@ Tint Painter::paintLand(const Place& p) const {
     return mix(paintAirfield(p), wild, smoothStep(edge, 35.0, 45.0));
 }
 
-Tint Painter::paintHills(const Place& p) const {
+Tint Painter::paintHills(const GroundPoint& p) const {
     const double chance = m_patches.fractal(p.east / 640.0, p.north / 640.0, 6, 0.6);
     const double damp = 0.16 + chance + 0.05 * p.hollow + 0.0006 * p.height - 0.5 * std::max(p.slope - 0.45, 0.0);
     const double crown = m_crowns.at(p.east / 10.0, p.north / 10.0) + 0.6 * m_grain.at(p.east / 5.0, p.north / 5.0);
     const Tint trees = mix(GROVE, FOREST, 0.5 + 1.6 * chance) * (1.0 + 0.42 * crown);
     const Tint open = mix(mix(GRASS, DRY, 0.35 + 1.5 * m_fields.fractal(p.east / 210.0, p.north / 210.0, 4)), SCRUB,
                           smoothStep(damp, -0.35, -0.05));
-    // Single trees stand in the open, ever closer.
+    // Single trees in the open, denser toward the forest.
     const double woods = smoothStep(damp + 0.22 * crown, -0.08, 0.10);
     Tint ground = mix(open * (1.0 + 0.15 * crown), trees, woods);
     const double bare = p.slope + 0.16 * m_grain.fractal(p.east / 60.0, p.north / 60.0, 4) - 0.012 * p.hollow;
@@ -110,8 +110,8 @@ Tint Painter::paintHills(const Place& p) const {
     return ground * (1.0 - 0.35 * std::clamp(p.hollow / 14.0, -0.5, 1.0));
 }
 
-// Strips of many greens with hedges between.
-Tint Painter::paintFields(const Place& p) const {
+// Strips in different greens with hedges between them.
+Tint Painter::paintFields(const GroundPoint& p) const {
     constexpr double WIDTH = 62.0, LENGTH = 118.0, HEDGE = 4.5;
     const double turn = 0.35 * std::floor(2.0 * m_fields.at(p.east / 900.0, p.north / 900.0));
     const double x = p.right * std::cos(turn) - p.along * std::sin(turn);
@@ -129,8 +129,8 @@ Tint Painter::paintFields(const Place& p) const {
     return mix(FOREST * 1.2, crop * (1.0 + bed), smoothStep(inside, HEDGE * 0.5, HEDGE));
 }
 
-/// Mown in strips along the runway, worn by drought in patches.
-Tint Painter::paintAirfield(const Place& p) const {
+/// Mown in strips along the runway, with dry patches.
+Tint Painter::paintAirfield(const GroundPoint& p) const {
     constexpr double STRIP = 14.0;
     const double mown = std::sin(p.right * jMath::PI / STRIP) > 0.0 ? 1.05 : 0.95;
     const double dry = m_patches.fractal(p.east / 160.0, p.north / 160.0, 5, 0.6);
@@ -138,7 +138,7 @@ Tint Painter::paintAirfield(const Place& p) const {
     return mix(MEADOW, DRY, 0.18 + 0.9 * dry) * (mown * grain);
 }
 
-Tint Painter::paintBed(const Place& p) const {
+Tint Painter::paintBed(const GroundPoint& p) const {
     const double depth = -p.height;
     const double reef = m_reefs.fractal(p.east / 170.0, p.north / 170.0, 5, 0.6) - 0.12 + 0.02 * std::min(depth, 6.0);
     const Tint bottom =
@@ -147,7 +147,7 @@ Tint Painter::paintBed(const Place& p) const {
     return mix(bottom, REEF, 0.85 * covered) * (1.0 - 0.45 * smoothStep(depth, 8.0, 28.0));
 }
 
-/// Heights on a grid, and the same blurred.
+/// Heights on a grid, and a blurred copy.
 class Ground {
 public:
     explicit Ground(const Island& island) : m_heights(static_cast<std::size_t>(HEIGHTS) * HEIGHTS) {
@@ -157,14 +157,14 @@ public:
         }
         m_blurred = blurred(blurred(m_heights, 1, HEIGHTS), HEIGHTS, 1);
     }
-    /// At metres from the corner.
+    /// Position in metres from the south-west corner.
     double height(double x, double y) const { return sample(m_heights, x, y); }
     double around(double x, double y) const { return sample(m_blurred, x, y); }
 
 private:
     using Grid = std::vector<float>;
 
-    /// Means along lines whose neighbours lie `along` apart, the lines `across`.
+    /// Moving means along lines. Index steps: `along` within a line, `across` from line to line.
     static Grid blurred(const Grid& in, int along, int across) {
         constexpr int REACH = 9;
         Grid out(in.size());
@@ -193,10 +193,10 @@ private:
     Grid m_heights, m_blurred;
 };
 
-Place placeAt(const Ground& ground, int column, int row) {
+GroundPoint pointAt(const Ground& ground, int column, int row) {
     constexpr double SPAN = STEP * PIXEL;
     const double x = (column + 0.5) * PIXEL, y = (row + 0.5) * PIXEL;
-    Place p;
+    GroundPoint p;
     p.east = WEST + x;
     p.north = SOUTH + y;
     const double angle = RUNWAY_HEADING * jMath::DEG2RAD;
@@ -210,7 +210,7 @@ Place placeAt(const Ground& ground, int column, int row) {
     return p;
 }
 
-/// Share of each pixel that a road covers.
+/// Fraction of each pixel that is covered by a road.
 using RoadMap = std::vector<float>;
 
 void drawRoad(const std::vector<RoadPoint>& road, RoadMap& map) {
@@ -234,7 +234,7 @@ void drawRoad(const std::vector<RoadPoint>& road, RoadMap& map) {
     }
 }
 
-/// From the apron to the mast on the summit, and on to the far shore.
+/// From the apron to the mast on the summit, and on to the opposite shore.
 RoadMap makeRoads(const Island& island, const Ground& ground) {
     const EllipsoidModel globe;
     const dmat4 middle = globe.getWGSTransform(globe.toWorld(DEMO_CENTRE));
@@ -255,7 +255,7 @@ RoadMap makeRoads(const Island& island, const Ground& ground) {
     return map;
 }
 
-/// Display value of a reflectance (IEC 61966-2-1).
+/// sRGB encoding of a reflectance (IEC 61966-2-1).
 class ToBytes {
 public:
     ToBytes() {
@@ -282,9 +282,9 @@ std::vector<std::uint8_t> paintAll(const Island& island) {
     pixels.reserve(static_cast<std::size_t>(SIZE) * SIZE * 3);
     for (int row = SIZE; row-- > 0;) {
         for (int column = 0; column < SIZE; ++column) {
-            const Place place = placeAt(ground, column, row);
+            const GroundPoint point = pointAt(ground, column, row);
             const float road = roads[static_cast<std::size_t>(row * SIZE + column)];
-            const Tint tint = mix(painter.paint(place), ROAD, 0.85 * road);
+            const Tint tint = mix(painter.paint(point), ROAD, 0.85 * road);
             for (const double part : {tint.r, tint.g, tint.b}) pixels.push_back(to_byte(part));
         }
     }

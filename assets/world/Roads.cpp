@@ -1,4 +1,4 @@
-// Finds roads by Dijkstra's shortest path, where a climb makes the way longer.
+// Finds roads with Dijkstra's shortest paths; climbs increase the cost of a step.
 #include "world/Roads.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr double LOWEST = 1.5;  // metres
-constexpr double STEEP = 0.07;  // rise a metre that doubles a step's cost
+constexpr double MIN_HEIGHT = 1.5;  // metres
+constexpr double STEEP = 0.07;      // rise per metre that doubles the cost of a step
 constexpr int ROUNDINGS = 3;
 
 struct Reached {
@@ -54,7 +54,7 @@ std::vector<RoadPoint> findRoad(const RoadPoint& from, const RoadPoint& to, doub
                 const int x = cell % side + dx, y = cell / side + dy;
                 if ((dx == 0 && dy == 0) || x < 0 || y < 0 || x >= side || y >= side) continue;
                 const auto next = static_cast<std::size_t>(y * side + x);
-                if (heights[next] < LOWEST) continue;
+                if (heights[next] < MIN_HEIGHT) continue;
                 const double way = std::hypot(dx, dy) * step;
                 const double climb = (heights[next] - heights[static_cast<std::size_t>(cell)]) / (way * STEEP);
                 const double sum = cost + way * (1.0 + climb * climb);

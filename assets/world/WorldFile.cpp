@@ -1,4 +1,4 @@
-// The demonstration's world file: every node that the scene relies on, in its place.
+// The demonstration's world file: every node that the scene needs, at its position.
 #include <cmath>
 
 #include "engine/globe/EllipsoidModel.h"
@@ -26,7 +26,7 @@ GeodeticPose onCarrier(const dvec3& point) {
     return poseOf(carrierFrame() * dmat4::translation(point));
 }
 
-/// The view that the scene opens with: level, across the jet on the deck toward the island.
+/// The initial view: level, across the jet on the deck toward the island.
 Json camera() {
     constexpr double VIEW_HEADING = 288.0, DISTANCE = 25.0;
     const EllipsoidModel globe;
@@ -36,7 +36,7 @@ Json camera() {
     return placed({}, {globe.toWGS(globe.getWGSTransform(target) * back), {VIEW_HEADING, 0.0, 0.0}});
 }
 
-/// The wind blows down the runway and over the carrier's bow.
+/// The wind blows along the runway and over the carrier's bow.
 Json environment() {
     constexpr double WIND = 6.0;
     const double angle = RUNWAY_HEADING * jMath::DEG2RAD;
@@ -47,7 +47,7 @@ Json environment() {
             {"camera", camera()}};
 }
 
-/// What falls is drawn round the eye, wherever that is: the node has the settings and emits nothing where it stands.
+/// Precipitation is drawn around the camera. The node only has the settings; it emits no particles at its own position.
 Json precipitation(const std::string& name, double fall, double spread, double rate, double size, const Json& color) {
     Json node = placed(sceneNode("particles", name), poseOf(carrierFrame()));
     node["enabled"] = false;
@@ -78,13 +78,13 @@ void addCarrier(Json& nodes) {
     const GeodeticPose pose = poseOf(carrierFrame());
     const std::string folder = "data/assets/Targets/MODELS/JT_CN_LNJ/";
     Json ship = placed(prefabNode("JT_CN_LNJ", folder + "JT_CN_LNJ.prefab"), pose);
-    // Looking at the jet's nose; on the starboard edge. Both clear of the landing strip and the launch runs.
+    // Hand facing the jet's nose; flag on the starboard edge. Both are clear of the strip and the launch runs.
     Json hand = prefabNode("deck_hand", folder + "deck_hand.prefab"),
          flag = prefabNode("deck_flag", folder + "deck_flag.prefab");
     hand["position"] = triple(LAUNCH_POINT + dvec3(12.0, 18.0, 0.0));
     hand["hpr"] = {146, 0, 0};
     flag["position"] = triple({carrier::starboardEdge(-110.0) - 0.5, -110.0, DECK_HEIGHT});
-    // Below the ship, so that all of it is on deck wherever the ship is.
+    // Children of the ship, so that they stay on deck wherever the ship is.
     ship["children"] = {placed(sceneNode("node", "start_deck"), deckStart()), hand, flag};
     nodes.push_back(ship);
     nodes.push_back(placed(sceneNode("node", "start_ship1"), pose));
@@ -120,7 +120,7 @@ void addTriggers(Json& nodes, const Island& island) {
     nodes.push_back(group);
 }
 
-/// A picture laid on the ground; the node hovers so that its reach spans the ground.
+/// A picture projected onto the ground. The node is above the ground so that the projection's range includes it.
 Json groundDecal(const std::string& name, const std::string& file, double left, double right, double length) {
     constexpr double HOVER = 5.0;
     Json node = placed(sceneNode("decal", name), onAirfield((left + right) / 2.0, 0.0, HOVER));

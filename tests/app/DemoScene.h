@@ -1,4 +1,4 @@
-// The demonstration's world as the engine loads it from the build's runtime root.
+// The demonstration's world, loaded from the runtime root of the build.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,8 +19,8 @@
 #include "support/Paths.h"
 
 constexpr const char* JET_FOLDER = "data/assets/Targets/MODELS/FJ_CN_J15/";
-constexpr double STANDING = 2.0;  ///< the jet's origin above what it stands on, metres
-constexpr double START = 2.2;     ///< and at the start nodes
+constexpr double STANDING = 2.0;  ///< the jet's origin above the surface below its wheels, metres
+constexpr double START = 2.2;     ///< the same at the start nodes
 
 class DemoScene : public ::testing::Test {
 protected:
@@ -40,7 +40,7 @@ protected:
     World& world() { return *m_engine->getWorld(); }
     void loadWorld() { ASSERT_TRUE(world().load("data/DEMO_PROJECT/DEMO_PROJECT.world")); }
     Node* node(const char* name) { return world().getNodeByName(name); }
-    /// The jet, added to the world.
+    /// Loads the jet and adds it to the world.
     ObjectPrefab* addJet() {
         auto jet = std::make_unique<ObjectPrefab>(jString(JET_FOLDER) + "FJ_CN_J15.prefab");
         return static_cast<ObjectPrefab*>(world().addChild(std::unique_ptr<Node>(std::move(jet))));
@@ -58,7 +58,7 @@ protected:
     static double degreesBetween(const dvec3& a, const dvec3& b) {
         return std::acos(std::clamp(dot(a, b) / (length(a) * length(b)), -1.0, 1.0)) * jMath::RAD2DEG;
     }
-    /// Box round a node's own vertices and those of everything below it, through `frame`.
+    /// Bounding box, transformed by `frame`, of the vertices of a node and its descendants.
     static BoundBox vertexBox(const Node& node, const dmat4& frame) {
         BoundBox box;
         if (node.getType() == Node::MESH_STATIC) {
@@ -71,7 +71,7 @@ protected:
         }
         return box;
     }
-    /// The same for a node somewhere below `top`, in top's frame.
+    /// The same for a descendant of `top`, in top's frame.
     static BoundBox boxIn(const Node& top, const Node& node) {
         return vertexBox(node, inverse(top.getWorldTransform()) * node.getWorldTransform());
     }

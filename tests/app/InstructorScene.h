@@ -1,4 +1,4 @@
-// The demonstration with its logic, its scene commands and panels in this process, and a hand on mouse and keyboard.
+// The demonstration with its logic, scene commands and panels in this process, and simulated mouse and keyboard input.
 #pragma once
 
 #include <memory>
@@ -48,14 +48,14 @@ protected:
     SceneQuery& query() { return *m_query; }
     SceneCommandQueue& commands() { return m_commands; }
 
-    /// Gives a command by its text and runs the frame that applies it; false when it costs a log line.
+    /// Pushes a command given by its text and runs the frame that applies it; false when it causes a log line.
     bool give(const std::string& text) {
         const std::size_t before = complaints().size();
         m_commands.push(parseCommand(text, readTargetTypes(Texts("en"))).value(), {"test", 7});
         frames(1);
         return complaints().size() == before;
     }
-    /// The window with its panels, and the instructor's opened by its key.
+    /// Opens the window with its panels, and the instructor's panel by its key.
     void openPanel(const std::string& language, int width = 1280, int height = 720) {
         m_controls = std::make_unique<Controls>(engine(), m_commands, &logic(), &*m_query, nullptr, language);
         input().resize(width, height);
@@ -63,7 +63,7 @@ protected:
         input().keyEvent(ControlApp::KEY_F9, false);
         frames(2);
     }
-    /// As the application runs them.
+    /// Runs frames as the application does.
     void frames(int count, double dt = 1.0 / 60.0) {
         for (int i = 0; i < count; ++i) runFrame(engine(), logic(), dt, Steps{*this});
     }
@@ -75,7 +75,7 @@ protected:
         throw std::runtime_error("no element " + name);
     }
     jString text(const jString& label) { return dynamic_cast<UILabel&>(element(label)).getText(); }
-    /// Presses and lets go at a share of an element's width.
+    /// Presses and releases the mouse button at a fraction of an element's width.
     void click(const jString& name, double share = 0.5) {
         UIElement& it = element(name);
         input().mouseMove(it.getX() + share * it.getWidth(), it.getY() + 0.5 * it.getHeight());

@@ -1,4 +1,4 @@
-// The demonstration's carrier as the application runs it: moored, under way, its wake, and what goes along on its deck.
+// The demonstration's carrier in the application: at rest, driven, its wake, and the objects carried on its deck.
 #include "InstructorScene.h"
 #include "app/Carrier.h"
 #include "common/ship/Ship.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr double STEADY_SPEED = 14.75;  ///< of the ship's law, m/s
+constexpr double STEADY_SPEED = 14.75;  ///< from the ship's motion law, m/s
 
 class CarrierScene : public InstructorScene {
 protected:
@@ -84,7 +84,7 @@ TEST_F(CarrierScene, ComesToRestOnItsWaterlineAndRunsAsItsHullSays) {
     EXPECT_NEAR(ship().getWgsHPR().y, 0.0, 0.02) << "trim";
 }
 
-/// In a beam sea, so that the ship rolls.
+/// With the sea abeam, so that the ship rolls.
 void CarrierScene::expectThatTheDeckCarries(bool has_feedback) {
     world().getEnvironment().wind = {-6.0f, 14.0f, 0.0f};
     logic().getOcean()->setBeaufort(7);
@@ -140,16 +140,16 @@ TEST_F(CarrierScene, FlagAndDeckHandMoveAndAMissingShipIsReported) {
 
     Options options;
     options.drive_ship = Ship::STEADY;
-    const std::size_t told = complaints().size();
+    const std::size_t count = complaints().size();
     Carrier none(options, world(), nullptr);
     none.update(1.0f);
-    EXPECT_EQ(complaints().size(), told + 1);
+    EXPECT_EQ(complaints().size(), count + 1);
     logic().set_carrier_node("mast");
     logic().init_ships();
     ASSERT_NE(logic().getShip(), nullptr);
     Carrier standing(options, world(), &logic());
     for (int i = 0; i < 5; ++i) standing.update(1.0f);
-    EXPECT_EQ(complaints().size(), told + 2) << "a ship without a body";
+    EXPECT_EQ(complaints().size(), count + 2) << "a ship without a body";
 }
 
 }  // namespace

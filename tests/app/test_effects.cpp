@@ -1,4 +1,4 @@
-// The effects of weapons: what a timed one emits has burnt out before it is taken away.
+// The effects of weapons: all particles of a timed effect have ended before it is removed.
 #include "InstructorScene.h"
 #include "engine/scene/ObjectParticles.h"
 

@@ -1,4 +1,4 @@
-// Scripts of input: what they do to a run, and what is said of wrong ones.
+// Scripts of input: their effect on a run, and the messages for invalid ones.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -11,7 +11,7 @@ namespace {
 
 class InputScript : public testing::Test {
 protected:
-    /// Runs deckview for 60 frames with a script; its exit status.
+    /// Runs deckview for 60 frames with a script; returns the exit status.
     int run(const std::string& script, const std::vector<std::string>& more = {}) {
         std::ofstream(m_file) << script;
         std::vector<std::string> arguments{"--headless", "--step", "0.02", "--frames", "60", "--input", m_file};
@@ -25,8 +25,8 @@ protected:
         return status;
     }
 
-    /// What the run printed after the logic was initialised: only those of `lines`, in their order.
-    std::string told(const std::vector<std::string>& lines) const {
+    /// Those of `lines` that the run printed after the logic was initialised, in the printed order.
+    std::string extract(const std::vector<std::string>& lines) const {
         std::string found;
         for (std::size_t at = m_output.find("init end!"); at < m_output.size(); ++at) {
             for (const std::string& line : lines) {
@@ -52,10 +52,10 @@ TEST_F(InputScript, PlaysKeysAndClicksInTheirOrder) {
 @24 click no such button
 0.9 key ctrl+t
 )";
-    // A small window still has all buttons.
+    // All buttons are reachable in a small window, too.
     for (const char* size : {"1280x720", "200x120"}) {
         ASSERT_EQ(run(script, {"--size", size}), 0) << m_output;
-        EXPECT_EQ(told({"set_player_mode 2", "test mode open", "press p", "set_player_mode 0", "test mode close"}),
+        EXPECT_EQ(extract({"set_player_mode 2", "test mode open", "press p", "set_player_mode 0", "test mode close"}),
                   "set_player_mode 2|test mode open|press p|test mode close|")
             << m_output;
         EXPECT_NE(m_output.find(":7: no button \"第三视角\" is shown"), std::string::npos) << m_output;
@@ -65,7 +65,7 @@ TEST_F(InputScript, PlaysKeysAndClicksInTheirOrder) {
 
 TEST_F(InputScript, ButtonsBringModesAndViewsBack) {
     ASSERT_EQ(run("@2 click 第三视角\n@8 click 自由视角\n@14 click 第一视角\n@20 click 第三视角\n"), 0) << m_output;
-    EXPECT_EQ(told({"set_player_mode 0", "set_player_mode 1", "set_player_mode 2"}),
+    EXPECT_EQ(extract({"set_player_mode 0", "set_player_mode 1", "set_player_mode 2"}),
               "set_player_mode 2|set_player_mode 0|set_player_mode 1|set_player_mode 2|")
         << m_output;
 }

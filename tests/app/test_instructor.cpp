@@ -1,4 +1,4 @@
-// The instructor's panel as a hand uses it, and what it tells of targets and the host link.
+// The instructor's panel operated by mouse, and its display of targets and the host link.
 #include "InstructorScene.h"
 #include "app/Texts.h"
 #include "engine/scene/ObjectOcean.h"
@@ -76,7 +76,7 @@ TEST_F(InstructorTest, TargetsAreAddedMovedAndRemoved) {
     EXPECT_NEAR(fromAircraft(first), 1000.0, 1.0);
     EXPECT_NEAR(engine().getEllipsoid().toWGS(first.getWorldPosition()).z, 0.0, 0.5) << "on the sea";
 
-    click("target");  // the second was chosen; behind it comes the first
+    click("target");  // the second was selected; the next is the first
     click("distance", 0.0);
     click("move");
     frames(70);
@@ -111,7 +111,7 @@ TEST_F(InstructorTest, PanelFitsBesideTheOthers) {
     }
 }
 
-/// A key of the display texts that has none shows itself.
+/// A key without a display text shows the key itself.
 void expectTexts(UIElement& element) {
     const auto* const label = dynamic_cast<const UILabel*>(&element);
     const auto* const button = dynamic_cast<const UIButton*>(&element);

@@ -1,4 +1,4 @@
-// The command line: what it refuses, and that each option does to the run what it says.
+// The command line: what is refused, and the effect of each option on the run.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Reads a command line, words parted by blanks.
+/// Parses a command line, with words separated by blanks.
 std::optional<int> parse(const std::string& line, Options& options) {
     std::istringstream in("deckview " + line);
     std::vector<std::string> words;
@@ -74,7 +74,7 @@ public:
         for (int i = 0; i < count; ++i) EXPECT_TRUE(m_viewer->frame());
         return *this;
     }
-    /// The picture of the first frame, brightness 0 to 1; from the upper left.
+    /// The picture of the first frame, brightness 0 to 1, from the upper left.
     std::vector<double> look() {
         frames(1);
         const Snapshot snapshot = m_viewer->getPicture()->capture();

@@ -1,4 +1,4 @@
-// deckview as a user starts it: options, failures, signals, and the same run twice.
+// deckview started by a user: options, failures, signals, and the same run twice.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -27,7 +27,7 @@ std::string readFile(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-/// Ports of its own, so that runs beside each other do not meet.
+/// Adds port options, so that runs at the same time use different ports.
 Strings withPorts(Strings arguments, int local, int from, int to) {
     const Strings ports{"--set", "local_port=" + std::to_string(local),
                         "--set", "recv_from_flightSimulation_port=" + std::to_string(from),
@@ -89,7 +89,7 @@ TEST(Deckview, SaysWhatTheSceneLacksAndRunsOn) {
     }
 }
 
-/// Runs in a process of its own, since parts of the state live as long as the process; false when it failed.
+/// Runs in a child process, since parts of the state live as long as the process. False when it failed.
 bool inChild(const std::function<void()>& run) {
     const pid_t child = fork();
     if (child == 0) {
@@ -100,7 +100,7 @@ bool inChild(const std::function<void()>& run) {
     return waitpid(child, &status, 0) == child && status == 0;
 }
 
-/// A fight with everything that moves and makes something; the state's hash of each frame and the feedback's bytes.
+/// A fight with all moving and emitting objects. Writes the state's hash of each frame and the feedback's bytes.
 void runFight(const std::string& folder, const std::string& result, bool draws) {
     FakeHost host(findFreePort());
     Options options;
@@ -198,8 +198,8 @@ TEST(Deckview, AFileThatCannotBeReadIsNamed) {
                 const std::string whole = readFile(DECKVIEW_ROOT "/" + file);
                 folder.write("root/" + file, whole.substr(0, random() % whole.size()));
             }
-            const std::string told = run((file + ' ' + fault).c_str());
-            EXPECT_GE(countLines(told, name), 1) << file << ' ' << fault << '\n' << told;
+            const std::string output = run((file + ' ' + fault).c_str());
+            EXPECT_GE(countLines(output, name), 1) << file << ' ' << fault << '\n' << output;
         }
         std::filesystem::remove_all(root / file);
         std::filesystem::create_symlink(DECKVIEW_ROOT "/" + file, root / file);

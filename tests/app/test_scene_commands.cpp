@@ -1,4 +1,4 @@
-// Scene commands: their text form, what they do, and what is said of those that cannot be done.
+// Scene commands: their text form, their effects, and the messages for those that fail.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -39,7 +39,7 @@ RelativePlace pickPlace() {
     return {pick(-360, 360), pick(0, 100000), pick(-1000, 30000), pick(-360, 360)};
 }
 
-/// A random command of each kind.
+/// One random command of each kind.
 std::vector<SceneCommand> pickCommands() {
     namespace c = command;
     const bool on = pickWhole(0, 1) == 1;

@@ -1,4 +1,4 @@
-// deckview in a window, on an X server of its own: closed, resized, the screen filled, the server gone.
+// deckview in a window, on an X server of its own: closing, resizing, full screen, loss of the server.
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -19,7 +19,7 @@ namespace {
 
 using Size = std::pair<unsigned, unsigned>;
 
-/// Width and height as a PNG file's header has them; zeros without a file.
+/// Width and height in a PNG file's header; zeros without a file.
 Size sizeOfPng(const std::string& file) {
     unsigned char header[24] = {};
     std::ifstream(file, std::ios::binary).read(reinterpret_cast<char*>(header), sizeof header);
@@ -47,7 +47,7 @@ protected:
             "--set",        setPort("local_port", host.getViewerPort()),
             "--set",        setPort("recv_from_flightSimulation_port", host.getSendPort()),
             "--set",        setPort("send_to_flightSimulation_port", host.getFeedbackPort())};
-        // It ends at once while the server is not up.
+        // deckview exits at once while the server is not running
         for (int tries = 0; tries < 100 && !std::filesystem::exists(first) && !server.hasExited(); ++tries) {
             deckview = std::make_unique<Program>("deckview", arguments);
             waitFor([&] { return std::filesystem::exists(first); });
@@ -55,7 +55,7 @@ protected:
         ASSERT_TRUE(std::filesystem::exists(first)) << server.getOutput() << deckview->getOutput();
     }
 
-    /// Lets deckview run until that is so; false when it ended before.
+    /// Runs deckview until the condition is true; false when it exited before.
     template <class Condition>
     bool waitFor(Condition condition) {
         while (!condition()) {
@@ -74,7 +74,7 @@ protected:
     std::unique_ptr<Program> deckview;
 };
 
-/// deckview's window as another program on the display sees it.
+/// Access to deckview's window by another client of the display.
 class Visitor {
 public:
     explicit Visitor(const std::string& display) : m_display(XOpenDisplay(display.c_str())) {
@@ -117,7 +117,7 @@ public:
         XSetInputFocus(m_display, on ? m_window : DefaultRootWindow(m_display), RevertToNone, CurrentTime);
         XSync(m_display, False);
     }
-    /// As a window manager does it.
+    /// Closes the window as a window manager does.
     void close() {
         XEvent event{};
         event.type = ClientMessage;

@@ -1,4 +1,4 @@
-// The host program as a process, against a small viewer in the test: real sockets on free ports.
+// The host program as a process, with a small viewer in the test: real sockets on free ports.
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -25,7 +25,7 @@ Bytes makeFeedback(int counter, float middleHeight = 21.25f) {
     return bytes;
 }
 
-/// A run of the program. Hears its datagrams and may answer each; afterwards tells what came.
+/// A run of the program. Receives its datagrams and may answer each; keeps the results.
 class Flyhost : public ::testing::Test {
 protected:
     void run(const Strings& more, const std::function<void(Program& program, int order)>& answer = {}) {
@@ -37,7 +37,7 @@ protected:
         orders.clear();
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         for (bool last = false; !last && std::chrono::steady_clock::now() < end;) {
-            last = program.hasExited();  // what it sent before is still taken
+            last = program.hasExited();  // datagrams sent before the exit are still received
             for (const Datagram& datagram : m_socket.wait(1, last ? 0.0 : 0.01)) {
                 datagrams.push_back(datagram.bytes);
                 orders.push_back(datagram.bytes.size() < 4 ? -99 : packets::get<std::int32_t>(datagram.bytes, 0));
@@ -117,8 +117,8 @@ TEST_F(Flyhost, CountsWhatIsLostAndWhatIsIrregular) {
         sent = true;
         for (const int counter : {10, 11, 15}) send(makeFeedback(counter));  // three lost
         send(makeFeedback(16, std::nanf("")));                               // irregular
-        send(makeFeedback(16));                                              // not rising
-        send(makeFeedback(3));                                               // falling, as after a new start
+        send(makeFeedback(16));                                              // not increasing
+        send(makeFeedback(3));                                               // decreasing, as after a restart
         send(makeFeedback(4));
         for (const int size : {0, 59, 61, 108}) send(packets::noise(size, 1));
         program.signal(SIGTERM);

@@ -1,4 +1,4 @@
-// Loopback sockets of the tests' host.
+// Loopback sockets of the host for tests.
 #include "support/FakeHost.h"
 
 #include <arpa/inet.h>
@@ -107,7 +107,7 @@ int findFreePort() {
     static int offset = getpid();
     for (int i = 0; i < COUNT; ++i) {
         const int port = FIRST + offset++ % COUNT;
-        // The reservation: a name of the abstract namespace, which the system frees when the process ends.
+        // The reservation is a name in the abstract namespace. The system frees it when the process ends.
         sockaddr_un name{};
         name.sun_family = AF_UNIX;
         const std::string text = "deckview_test_port_" + std::to_string(port);
@@ -117,7 +117,7 @@ int findFreePort() {
         if (bind(fd, reinterpret_cast<const sockaddr*>(&name), length) == 0) {
             try {
                 return LoopbackSocket(port).getPort();
-            } catch (const std::runtime_error&) {  // a program that is no test holds it
+            } catch (const std::runtime_error&) {  // a program that is not a test uses the port
             }
         }
         close(fd);

@@ -10,24 +10,24 @@
 struct Datagram {
     packets::Bytes bytes;
     std::string address;  ///< sender, dotted decimal
-    int port = 0;         ///< sender's
+    int port = 0;         ///< of the sender
 };
 
-/// An IPv4 datagram socket of its own; closed with the object. Throws std::runtime_error when it cannot be bound.
+/// An IPv4 datagram socket, closed with the object. Throws std::runtime_error when it cannot be bound.
 class LoopbackSocket {
 public:
-    /// Port 0 takes any free one; others may bind a shared one too.
+    /// Port 0: any free one. Other sockets may bind a shared port, too.
     explicit LoopbackSocket(int port = 0, const std::string& address = "127.0.0.1", bool shared = false);
     ~LoopbackSocket();
     LoopbackSocket(const LoopbackSocket&) = delete;
     LoopbackSocket& operator=(const LoopbackSocket&) = delete;
 
     int getPort() const { return m_port; }
-    /// One datagram; false when the system did not take it whole.
+    /// Sends one datagram; false when the system did not send it completely.
     bool send(const packets::Bytes& bytes, int port, const std::string& address = "127.0.0.1");
-    /// Everything that is pending now, in order.
+    /// Returns all pending datagrams, in order.
     std::vector<Datagram> drain();
-    /// Waits until `count` datagrams came or `seconds` went by, and returns those that came, in order.
+    /// Waits until `count` datagrams were received or `seconds` have passed, and returns those received, in order.
     std::vector<Datagram> wait(int count, double seconds = 10.0);
     int getHandle() const { return m_fd; }
 
@@ -41,22 +41,22 @@ private:
 /// share it and each receives every notice, those of other tests' viewers too.
 class FakeHost {
 public:
-    /// REQUIRES that the viewer's receiver listens, or will listen, on 127.0.0.1:viewerPort.
+    /// REQUIRES that the viewer's receiver listens, now or later, on 127.0.0.1:viewerPort.
     explicit FakeHost(int viewerPort, int sendPort = 0, int feedbackPort = 0);
 
-    int getSendPort() const { return m_sender.getPort(); }        ///< records come from here
+    int getSendPort() const { return m_sender.getPort(); }        ///< records are sent from here
     int getFeedbackPort() const { return m_feedback.getPort(); }  ///< feedback is expected here
     int getViewerPort() const { return m_viewer_port; }
     void setViewerPort(int port) { m_viewer_port = port; }
 
-    /// One datagram with one record of that order.
+    /// Sends one datagram with one record of this order.
     bool sendOrder(int order) { return send(packets::record(order)); }
     bool send(const packets::Bytes& bytes) { return m_sender.send(bytes, m_viewer_port); }
 
-    /// Feedback datagrams that are pending now, in order.
+    /// Returns the pending feedback datagrams, in order.
     std::vector<Datagram> collectFeedback() { return m_feedback.drain(); }
     std::vector<Datagram> waitFeedback(int count, double seconds = 10.0) { return m_feedback.wait(count, seconds); }
-    /// Waits until `count` notices came from that address or `seconds` went by; notices of other senders are dropped.
+    /// Waits for `count` notices of this sender, at most `seconds`; drops the notices of other senders.
     std::vector<Datagram> waitNotices(int count, const std::string& sender, double seconds = 10.0);
 
     static constexpr const char* GROUP = "224.255.255.255";
@@ -69,9 +69,9 @@ private:
     int m_viewer_port;
 };
 
-/// A UDP port that is free on 127.0.0.1, below the range that the system hands out itself. No other process that calls
-/// this function is given it while this process runs. Throws std::runtime_error when there is none.
+/// A free UDP port on 127.0.0.1, below the system's ephemeral range. No other process gets it from this function while
+/// this process runs. Throws std::runtime_error when there is none.
 int findFreePort();
 
-/// A loopback address of this process alone (127.0.0.0/8 by the process id).
+/// A loopback address for this process only (127.0.0.0/8 by the process id).
 std::string makeOwnAddress();

@@ -1,4 +1,4 @@
-// Builds the link's datagrams by offsets, as a host of another make would.
+// Builds the link's datagrams by byte offsets, independently of the plug-in.
 #include "support/Packets.h"
 
 namespace packets {

@@ -1,4 +1,4 @@
-// Datagrams made byte by byte, apart from the plug-in's own record types.
+// Datagrams built byte by byte, without the plug-in's record types.
 #pragma once
 
 #include <cstdint>
@@ -26,13 +26,13 @@ T get(const Bytes& bytes, int offset) {
     return value;
 }
 
-/// A host record that carries the order and zeros.
+/// A host record with the order; all other bytes are zero.
 Bytes record(int order);
-/// Bytes that look like nothing; the same for the same seed.
+/// Pseudo-random bytes, equal for equal seeds.
 Bytes noise(int size, unsigned seed);
 Bytes join(const Bytes& a, const Bytes& b);
 
-/// One feedback record as a host reads it, the datagram's bytes in their order.
+/// One feedback record as a host decodes it, in the order of the datagram's bytes.
 struct Feedback {
     std::int32_t counter = 0;
     float heights[3] = {};  ///< metres; nose, left, right

@@ -1,4 +1,4 @@
-// Processes: started with posix_spawn, their output kept in a temporary file.
+// Starts processes with posix_spawn; their output goes to a temporary file.
 #include "support/Program.h"
 #include "support/Paths.h"
 

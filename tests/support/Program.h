@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-/// Starts build/bin/NAME, or the program of an absolute path, with those arguments. Its output (both streams) goes to a
-/// file that lives as long as this object; a process that still runs is killed with it.
+/// Starts build/bin/NAME, or the program of an absolute path, with these arguments. Its output (both streams) is
+/// written to a file, which is deleted with this object. A process that still runs is then killed.
 class Program {
 public:
     Program(const std::string& name, std::vector<std::string> arguments);
@@ -15,10 +15,10 @@ public:
     Program& operator=(const Program&) = delete;
 
     bool hasExited();
-    /// Waits for its end, at most `seconds`, and returns the exit status: -1 when it did not end by itself.
+    /// Waits at most `seconds` for the end and returns the exit status: -1 when the process did not exit normally.
     int wait(double seconds = 120.0);
     void signal(int number) const;
-    int getStatus() const { return m_status; }  ///< -1 when it did not end by itself
+    int getStatus() const { return m_status; }  ///< -1 when it did not exit normally
     std::string getOutput() const;              ///< so far
 
 private:

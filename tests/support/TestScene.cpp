@@ -1,4 +1,4 @@
-// The test fixture's life and helpers.
+// Set-up, tear-down and helpers of the test fixture.
 #include "support/TestScene.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// An engine over a runtime root of its own, for tests that tell their story in a dozen lines.
+// An engine with a runtime root of its own, for short tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -22,14 +22,14 @@ public:
     TestFolder& operator=(const TestFolder&) = delete;
 
     const std::filesystem::path& getPath() const { return m_path; }
-    /// Writes a file below it, folders included.
+    /// Writes a file in the folder and creates its folders.
     void write(const std::string& file, const std::string& bytes) const;
 
 private:
     std::filesystem::path m_path;
 };
 
-/// An object that has nothing but a box in its own frame, and one surface that is never hit.
+/// An object with only a box in its own frame, and one surface that no segment hits.
 class BoxObject final : public Object {
 public:
     explicit BoxObject(const BoundBox& box) : m_box(box) {}
@@ -44,12 +44,12 @@ private:
     BoundBox m_box;
 };
 
-/// A rotation and a translation of up to `reach` metres an axis; without scale.
+/// A rotation and a translation of up to `reach` metres per axis, without scale.
 dmat4 randomTransform(Random& random, double reach);
 /// Largest difference of two transforms' elements.
 double difference(const dmat4& a, const dmat4& b);
 
-/// The fixture: `TEST_F(SceneTest, …)` with an empty world. Log lines are captured and, while a test passes, not shown.
+/// The fixture: `TEST_F(SceneTest, …)` with an empty world. Log lines are captured; they are shown when a test fails.
 class SceneTest : public ::testing::Test {
 protected:
     SceneTest();
@@ -60,7 +60,7 @@ protected:
     const std::filesystem::path& root() const { return m_folder.getPath(); }
     void write(const std::string& file, const std::string& text) const { m_folder.write(file, text); }
 
-    /// Adds a node to the world, or below `parent`, at a position relative to it.
+    /// Adds a node to the world, or as a child of `parent`, at a position relative to it.
     Node* addNode(const jString& name, const dvec3& position = {}, Node* parent = nullptr);
     template <class T>
     T* add(std::unique_ptr<T> node) {
@@ -68,15 +68,15 @@ protected:
         world().addChild(std::unique_ptr<Node>(std::move(node)));
         return raw;
     }
-    /// A node made from its description in structured text; null as `World::LoadNode` gives it. Paths are relative to
-    /// "data".
+    /// Creates a node from its description in structured text; null where `World::LoadNode` returns null. Paths are
+    /// relative to "data".
     static std::unique_ptr<Node> makeNode(const std::string& text);
 
-    /// Frames of `dt` seconds as the host application runs them, without a logic.
+    /// Runs frames of `dt` seconds as the application does, without a logic.
     void run(int frames, double dt = 1.0 / 60.0);
 
     const std::vector<std::string>& lines() const { return m_lines; }  ///< logged since the start or `clearLines`
-    int countLines(const std::string& part) const;                     ///< lines that hold it
+    int countLines(const std::string& part) const;                     ///< number of lines that contain it
     void clearLines() { m_lines.clear(); }
 
 private:
