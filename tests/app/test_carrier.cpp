@@ -159,16 +159,16 @@ TEST_F(CarrierScene, FlagAndDeckHandMoveAndAMissingShipIsTold) {
 
     Options options;
     options.drive_ship = Ship::STEADY;
-    const std::size_t told = complaints().size();
+    const std::size_t count = complaints().size();
     Carrier none(options, world(), nullptr);
     none.update(1.0f);
-    EXPECT_EQ(complaints().size(), told + 1);
+    EXPECT_EQ(complaints().size(), count + 1);
     logic().set_carrier_node("mast");
     logic().init_ships();
     ASSERT_NE(logic().getShip(), nullptr);
     Carrier standing(options, world(), &logic());
     for (int i = 0; i < 5; ++i) standing.update(1.0f);
-    EXPECT_EQ(complaints().size(), told + 2) << "a ship without a body";
+    EXPECT_EQ(complaints().size(), count + 2) << "a ship without a body";
 }
 
 }  // namespace

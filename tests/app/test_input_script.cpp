@@ -26,7 +26,7 @@ protected:
     }
 
     /// Those of `lines` that the run printed after the logic was initialised, in the printed order.
-    std::string told(const std::vector<std::string>& lines) const {
+    std::string extract(const std::vector<std::string>& lines) const {
         std::string found;
         for (std::size_t at = m_output.find("init end!"); at < m_output.size(); ++at) {
             for (const std::string& line : lines) {
@@ -55,7 +55,7 @@ TEST_F(InputScript, PlaysKeysAndClicksInTheirOrder) {
     // All buttons are reachable in a small window, too.
     for (const char* size : {"1280x720", "200x120"}) {
         ASSERT_EQ(run(script, {"--size", size}), 0) << m_output;
-        EXPECT_EQ(told({"set_player_mode 2", "test mode open", "press p", "set_player_mode 0", "test mode close"}),
+        EXPECT_EQ(extract({"set_player_mode 2", "test mode open", "press p", "set_player_mode 0", "test mode close"}),
                   "set_player_mode 2|test mode open|press p|test mode close|")
             << m_output;
         EXPECT_NE(m_output.find(":7: no button \"第三视角\" is shown"), std::string::npos) << m_output;
@@ -65,7 +65,7 @@ TEST_F(InputScript, PlaysKeysAndClicksInTheirOrder) {
 
 TEST_F(InputScript, ButtonsBringModesAndViewsBack) {
     ASSERT_EQ(run("@2 click 第三视角\n@8 click 自由视角\n@14 click 第一视角\n@20 click 第三视角\n"), 0) << m_output;
-    EXPECT_EQ(told({"set_player_mode 0", "set_player_mode 1", "set_player_mode 2"}),
+    EXPECT_EQ(extract({"set_player_mode 0", "set_player_mode 1", "set_player_mode 2"}),
               "set_player_mode 2|set_player_mode 0|set_player_mode 1|set_player_mode 2|")
         << m_output;
 }

@@ -197,8 +197,8 @@ TEST(Deckview, AFileThatCannotBeReadIsNamed) {
                 const std::string whole = readFile(DECKVIEW_ROOT "/" + file);
                 folder.write("root/" + file, whole.substr(0, random() % whole.size()));
             }
-            const std::string told = run((file + ' ' + fault).c_str());
-            EXPECT_GE(countLines(told, name), 1) << file << ' ' << fault << '\n' << told;
+            const std::string output = run((file + ' ' + fault).c_str());
+            EXPECT_GE(countLines(output, name), 1) << file << ' ' << fault << '\n' << output;
         }
         std::filesystem::remove_all(root / file);
         std::filesystem::create_symlink(DECKVIEW_ROOT "/" + file, root / file);
