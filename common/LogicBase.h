@@ -20,8 +20,7 @@ class World;
 /// Base class of a scene logic. The engine calls `init` once, then `update`, `swap` and `render` each frame, input
 /// callbacks between them, and `release` before the destruction. Frame thread only.
 ///
-/// World and camera are not owned and must outlive the logic. The order of the virtual functions is part of the
-/// contract.
+/// World and camera are not owned and outlive the logic. The order of the virtual functions is part of the contract.
 class LOGIC_API LogicBase {
 public:
     /// Folder of the tracks of weather, time of day and airport lights, under the runtime root.
