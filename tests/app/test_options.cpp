@@ -135,6 +135,17 @@ TEST(Options, DoWhatTheySay) {
     jLog::setSink({});
 }
 
+TEST(Options, FramesFollowTheClockAtMostAtTheLimitOrTheStep) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    FramePacer pacer({}, 50.0);
+    double sum = 0.0;
+    for (int i = 0; i < 10; ++i) sum += pacer.next();
+    EXPECT_GE(std::chrono::duration<double>(Clock::now() - start).count(), 0.2);
+    EXPECT_GE(sum, 0.2);
+    EXPECT_EQ(FramePacer(0.25, 1e-3).next(), 0.25) << "without waiting";
+}
+
 double spread(const std::vector<double>& picture) {
     const auto [low, high] = std::minmax_element(picture.begin(), picture.end());
     return *high - *low;

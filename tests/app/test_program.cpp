@@ -218,8 +218,17 @@ TEST(Deckview, SignalsEndTheRunCleanlyAndLittleIsLeft) {
             answered = !host.waitFeedback(1, 0.05).empty();
         }
         EXPECT_TRUE(answered) << program.getOutput();
+        const auto hasStats = [&] {
+            return countLines(program.getOutput(), " frames/s, ") > 0 &&
+                   countLines(program.getOutput(), ", heights ") > 0;
+        };
+        while (!hasStats() && std::chrono::steady_clock::now() < end) {
+            host.sendOrder(2);
+            host.waitFeedback(1, 0.05);
+        }
         program.signal(number);
         EXPECT_EQ(program.wait(), 0) << program.getOutput();
+        EXPECT_TRUE(hasStats()) << program.getOutput();
         const std::string report = program.getOutput();
         EXPECT_NE(report.find("memory: 2 blocks left"), std::string::npos) << report;
         EXPECT_EQ(countLines(report, "Logic_Test_Fly::init_udp"), 1) << report;
