@@ -34,7 +34,7 @@ struct BodySettings {
     enum Kind {
         STATIC,   ///< never moves
         DYNAMIC,  ///< moved by forces
-        DRIVEN    ///< moved by its node; carries what stands on it
+        DRIVEN    ///< moved by its node; carries the bodies on it
     } kind = DYNAMIC;
     float mass = 1000.0f;  ///< kg
     vec3 inertia;          ///< principal moments, kg m^2; zero computes them from the shapes
@@ -44,13 +44,13 @@ struct BodySettings {
     float linear_damping = 0.0f;   ///< a second
     float angular_damping = 0.0f;  ///< a second
     int group = 1;                 ///< bits
-    int mask = -1;                 ///< bits of the groups that it meets; terrain and colliders are group 1
+    int mask = -1;                 ///< bits of the groups that it collides with; terrain and colliders are group 1
     bool enabled = true;
     jVector<Shape> shapes;
 };
 
-/// Told of touches. After every step in which shapes of the body began to touch something, once for each such shape,
-/// after all bodies have moved.
+/// Contact callback. Called after each step in which shapes of the body began a contact, once for each such shape,
+/// when all bodies have moved.
 class ENGINE_API BodyContactCallbackBase {
 public:
     virtual ~BodyContactCallbackBase() = default;
@@ -69,7 +69,7 @@ public:
     const jString& getName() const;  ///< its object's
     BodySettings::Kind getKind() const;
     bool isEnabled() const;
-    /// A disabled body neither moves nor meets anything.
+    /// A disabled body neither moves nor collides.
     void setEnabled(bool enabled);
 
     int getNumShapes() const;
@@ -84,8 +84,8 @@ public:
 
     /// Not owned; must outlive the body or be set to null before. Replaces the one set.
     void setContactCallback(BodyContactCallbackBase* callback);
-    /// Where the object's origin was, geocentric, when it began to touch what the last contact callback told of; where
-    /// it is now if none did in this frame. What moves fast has gone on a way since.
+    /// Position of the object's origin, geocentric, at the begin of the contact that the last callback reported; the
+    /// present position if there was none in this frame. A fast body has moved on since the contact.
     dvec3 getContactPosition() const;
 
 protected:
@@ -118,12 +118,12 @@ public:
     void setLinearDamping(float rate);  ///< v * exp(-rate * dt); a second; NaN counts as 0
     float getAngularDamping() const;
     void setAngularDamping(float rate);  ///< the same for the angular velocity
-    /// Whether it may come to rest and ride on what it stands on.
+    /// Whether it may sleep, attached to its ground.
     void setFreezable(bool freezable);
-    bool isFrozen() const;  ///< at rest, riding
+    bool isFrozen() const;  ///< sleeping, attached to its ground
     void setMask(int mask);
     int getMask() const;
-    /// Leaves out, besides what the mask does, the bodies and colliders of a node and all below it; null for none. The
+    /// Excludes, in addition to the mask, the bodies and colliders of a node and all below it; null for none. The
     /// node may go before the body.
     void setExcluded(const Node* node);
 };

@@ -4,7 +4,7 @@
 #include "engine/Api.h"
 #include "engine/math/Vec.h"
 
-/// What the scene's behaviour asks of the physics.
+/// The physics' operations for the scene's logic.
 class ENGINE_API Physics {
 public:
     virtual ~Physics() = default;
