@@ -1,4 +1,4 @@
-// Reads the plug-in's configuration and answers for its keys; loaded once when the logic is initialised.
+// Reads the plug-in's configuration and returns its values; loaded once when the logic is initialised.
 #include "src/logic/AppData.h"
 
 #include <engine/text/Log.h>
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Every key of the file, and of each channel in "slaves".
+/// Keys of the file, then keys of each channel in "slaves".
 constexpr const char* KEYS[] = {"flightSimulation_ip",
                                 "local_ip",
                                 "recv_from_flightSimulation_port",
@@ -35,7 +35,7 @@ constexpr const char* KEYS[] = {"flightSimulation_ip",
                                 "target_type"};
 constexpr const char* CHANNEL_KEYS[] = {"shear", "yaw", "fov"};
 
-/// A key of the table: an accessor of another one does not compile.
+/// Returns a key of the table; a name that is not in the table does not compile.
 consteval const char* key(std::string_view name) {
     const auto found = std::ranges::find(KEYS, name, [](const char* known) { return std::string_view(known); });
     if (found == std::end(KEYS)) throw "the table of keys lacks it";
@@ -181,7 +181,7 @@ jVector<int> AppData::getTargetTypes() const {
     jVector<int> codes;
     const Package* const paths = m_package.getPackage(key("target_type"));
     if (!paths) return codes;
-    for (const Item& path : *paths) codes.append(std::atoi(path.getName().c_str() + 1));  // behind the "_"
+    for (const Item& path : *paths) codes.append(std::atoi(path.getName().c_str() + 1));  // after the "_"
     return codes;
 }
 

@@ -5,59 +5,59 @@
 
 #include "common/LogicApi.h"
 
-/// One display channel's view, as its projection is set up.
+/// View settings of one display channel.
 struct ChannelView {
-    float shear[2] = {0.0f, 0.0f};             ///< sideways and upward shear of the projection, half widths and heights
-    double yaw = 0.0;                          ///< turn of the view to the right, degrees
-    double fov = 45.0;                         ///< vertical field of view, degrees
-    Function<void(const ChannelView&)> apply;  ///< puts the values into effect; may be empty
+    float shear[2] = {0.0f, 0.0f};  ///< shear of the projection, right and up, in half widths and half heights
+    double yaw = 0.0;               ///< rotation of the view to the right, degrees
+    double fov = 45.0;              ///< vertical field of view, degrees
+    Function<void(const ChannelView&)> apply;  ///< called to apply the values; may be empty
 };
 
-/// "config/Logic_Test_Fly.cfg", read once at start, with a default for every key: it stands in for a key that is
-/// missing, of another type or, for texts and integers, empty or 0.
+/// "config/Logic_Test_Fly.cfg", read once at start. Every key has a default, used when the key is missing, has
+/// another type or, for texts and integers, is empty or 0.
 ///
 ///     { "flightSimulation_ip": "127.0.0.1", "fly_mode": 0, "target_type": { "_1001": "data/…/ship.prefab" } }
 class LOGIC_API AppData {
 public:
     static constexpr const char* PATH = "config/Logic_Test_Fly.cfg";  ///< under the runtime root
 
-    /// The one instance; made on first use, lives until the plug-in is unloaded.
+    /// The only instance; created on first use, exists until the plug-in is unloaded.
     static AppData& get();
 
-    /// `load`, unless it was loaded since the last `close`: the application and the logic share one reading.
+    /// Calls `load` unless loaded since the last `close`: the application and the logic share one read of the file.
     void open();
     void close() { m_is_open = false; }
-    /// Replaces the values by the file's. False, with one warning and only defaults left, when it cannot be read.
+    /// Replaces the values by those of the file. False, with one warning and all defaults, when it cannot be read.
     bool load();
     bool save() const;
 
     jString getFlightSimulationIp() const;
     jString getLocalIp() const;
-    int getRecvFromFlightSimulationPort() const;  ///< the host's sending port; -1 for any
-    int getLocalPort() const;                     ///< where the receiver listens
-    int getSendToFlightSimulationPort() const;    ///< the host's receiving port
-    int getDataPort() const;                      ///< of the recorded-data feed
-    double getFpsLimit() const;                   ///< frames a second
+    int getRecvFromFlightSimulationPort() const;  ///< source port of the host; -1 for any
+    int getLocalPort() const;                     ///< port of the receiver
+    int getSendToFlightSimulationPort() const;    ///< destination port of the feedback
+    int getDataPort() const;                      ///< port of the recorded-data feed
+    double getFpsLimit() const;                   ///< frames per second
     bool isShowFps() const;
     bool isRealTimeFps() const;
     bool isVsync() const;
-    /// Stores a channel's shear in its view, (0, 0) without one, its yaw and field of view where they are given, and
-    /// applies it. False, with the view left alone, when "slaves" or the channel is missing.
+    /// Sets the view's shear ((0, 0) if not given), yaw and field of view (if given) for a channel, then calls
+    /// `apply`. False, with the view unchanged, when "slaves" or the channel is missing.
     bool applyShear(const jString& channel, ChannelView& view) const;
     bool isShowRecvDataPrint() const;
     bool isShowSendDataPrint() const;
     float getHeadOffset() const;  ///< metres
-    bool isIgnoreOrder() const;   ///< feedback regardless of the host's order
+    bool isIgnoreOrder() const;   ///< feedback independent of the host's order
     bool isShipsAutoMove() const;
     jString getFirstShipPath() const;
     jString getPlanePath() const;
     jString getThirdShipPath() const;
     bool isUsePhotoelectricData() const;
     int getFlyMode() const;
-    /// The texts of the package "KeyControl", in file order.
+    /// Texts of the package "KeyControl", in file order.
     jVector<jString> getKeyControls() const;
     jVector<int> getTargetTypes() const;  ///< codes of "target_type", in file order
-    /// The prefab of a target type; empty when there is none for it.
+    /// Prefab path of a target type; empty when there is none.
     jString getTargetPath(int type) const;
 
 private:

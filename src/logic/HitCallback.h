@@ -1,9 +1,9 @@
-// Hands a body's touches on to several handlers.
+// Forwards the contacts of a body to several handlers.
 #pragma once
 
 #include <engine/physics/Body.h>
 
-/// A contact callback that bodies may share. It outlives them, or is taken off them first.
+/// A contact callback that bodies may share. It must outlive them or be removed from them before its destruction.
 class HitCallback final : public BodyContactCallbackBase {
 public:
     void contact(Body* body, int shape) override {
@@ -14,7 +14,7 @@ public:
         }
         m_body = nullptr;
     }
-    /// The body goes: handlers that have not heard of its touch yet do not.
+    /// Call before a body is removed: the remaining handlers are then not called for its current contact.
     void forget(const Body* body) {
         if (m_body == body) m_body = nullptr;
     }
@@ -22,5 +22,5 @@ public:
     jVector<Function<void(Body*, int)>> handlers;  ///< called in order
 
 private:
-    const Body* m_body = nullptr;  ///< whose touch is being told
+    const Body* m_body = nullptr;  ///< body of the current contact, else null
 };

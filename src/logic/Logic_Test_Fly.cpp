@@ -1,5 +1,5 @@
-// The logic's life and its frame: the factory, what starts in which order, what a frame does in which order, reset and
-// release. The engine calls `init` once, then `update` each frame before the physics step.
+// Lifetime and frame of the logic: the factory, the order of initialisation, the order of a frame, reset and release.
+// The engine calls `init` once, then `update` each frame before the physics step.
 #include "src/logic/Logic_Test_Fly.h"
 
 #include <engine/memory/Allocator.h>
@@ -26,7 +26,7 @@ Logic_Test_Fly::Logic_Test_Fly(World* world, CameraControl* camera) : LogicBase(
     attach();
 }
 
-/// Nothing of the logic stays connected to what outlives it.
+/// Disconnects the logic from all objects that outlive it.
 Logic_Test_Fly::~Logic_Test_Fly() {
     detach();
     disconnect_triggers();
@@ -67,7 +67,7 @@ bool Logic_Test_Fly::init() {
 
 void Logic_Test_Fly::update(float dt) {
     update_sliders();
-    if (is_slider_held()) return;  // a drag holds the rest of the frame back
+    if (is_slider_held()) return;  // while a slider is dragged, the rest of the frame is skipped
     receive_data();
     move_forward(dt);
     m_timer_manager.update(dt);
@@ -90,8 +90,7 @@ void Logic_Test_Fly::release() {
     jDelete(m_sender);
     m_sender = nullptr;
     m_send_ready = false;
-    while (!m_targets.empty())
-        m_targets.erase(std::prev(m_targets.end()));  // the world gives up its last nodes fastest
+    while (!m_targets.empty()) m_targets.erase(std::prev(m_targets.end()));  // the world removes its last nodes fastest
     m_target_nodes_stale = true;
 }
 

@@ -1,5 +1,5 @@
-// The aircraft: chosen and placed in `init`, put back on reset, what its body and its effects tell; its own step runs
-// last in the frame, in manual flight.
+// The aircraft: selected and placed in `init`, placed again on reset; the handlers of its body and its effects. Its own
+// step runs last in the frame, in manual flight.
 #include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectParticles.h>
 #include <engine/scene/ObjectPrefab.h>
@@ -23,14 +23,14 @@ constexpr MemTag TAG{"src\\logic\\Logic_Test_Fly", "Logic_Test_Fly::init_aircraf
 
 const jString PILOT_EYE = "cam_first_player";
 
-/// The local transform of a node of the model; `place` stays as it is without one.
+/// Reads the local transform of a node of the model; false, with `place` unchanged, when there is no such node.
 bool readPlace(ObjectPrefab& model, const jString& name, dmat4& place) {
     const Node* const node = model.getNodeByName(name);
     if (node) place = node->getTransform();
     return node != nullptr;
 }
 
-/// The start node's place with the configuration's offset, in the node's frame, and turn.
+/// The start node's transform, moved and turned by the configuration's offsets, in the node's frame.
 dmat4 offsetStart(const dmat4& start) {
     dvec3 position, scale;
     dquat rotation;
@@ -164,7 +164,7 @@ void Logic_Test_Fly::reset_plane() {
     }
 }
 
-/// A touch of the hull is told from one of the wheels and changes nothing: damage is shown by whoever decides on it.
+/// Finds whether the hull or a wheel has touched. Deliberately without effect: damage is set elsewhere.
 void Logic_Test_Fly::on_plane_hit(Body* body, int shape) {
     if (!body->isEnabled() || shape >= body->getNumShapes() || m_destroyed) return;
     const Shape* const touched = body->getShape(shape);
@@ -185,7 +185,7 @@ void Logic_Test_Fly::update_deflector(Node* node) {
     if (particles->getNumDeflectors() > 0) particles->setDeflector(0, frame * deflector);
 }
 
-/// One step of the helicopter's frame: after its flight step, before its effects are placed.
+/// Part of the helicopter's frame: after its flight step, before its effects are placed.
 void Logic_Test_Fly::update_deflectors() {
     for (Node* effect : m_deflected) update_deflector(effect);
 }

@@ -1,4 +1,4 @@
-// What the configuration sets: switches at the start of `init`, modes at its end.
+// Settings from the configuration: switches at the start of `init`, modes at its end.
 #include "src/logic/AppData.h"
 #include "src/logic/Logic_Test_Fly.h"
 

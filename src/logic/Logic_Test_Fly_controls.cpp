@@ -1,4 +1,4 @@
-// What the panel's controls and the gear's buttons do to the aircraft: called when the user changes one of them.
+// Handlers of the panel's controls and of the gear buttons: called when the user changes one of them.
 #include <engine/gui/UIElement.h>
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int LAST_SURFACE = 5;           ///< of the aerobatic aircraft's positions whose deflection is limited
-constexpr float MOST_DEFLECTION = 30.0f;  ///< degrees either way
+constexpr int LAST_SURFACE = 5;          ///< last position of the aerobatic aircraft with a limited deflection
+constexpr float MAX_DEFLECTION = 30.0f;  ///< degrees, to both sides
 
 }  // namespace
 
@@ -20,7 +20,7 @@ void Logic_Test_Fly::store_control(int position, double value) {
     if (position >= 0 && position < m_control_values.size()) m_control_values[position] = static_cast<float>(value);
 }
 
-/// A control's value times the factor that the configuration gives its position.
+/// A control's value times the configured factor of its position.
 float Logic_Test_Fly::scale_control(int position, double value) const {
     const jVector<AirCraftPartInfo>& parts = m_aircraft->getAircraftInfo().parts;
     const bool known = position >= 0 && position < parts.size();
@@ -36,7 +36,7 @@ void Logic_Test_Fly::set_node_deflection(const GUIEventChange& event, UIElement*
         m_jet->deflectSurface(position, angle);
     } else {
         const bool limited = position <= LAST_SURFACE;
-        m_aerobatic->setWingDirect(position, limited ? std::clamp(angle, -MOST_DEFLECTION, MOST_DEFLECTION) : angle);
+        m_aerobatic->setWingDirect(position, limited ? std::clamp(angle, -MAX_DEFLECTION, MAX_DEFLECTION) : angle);
     }
 }
 
@@ -54,9 +54,9 @@ void Logic_Test_Fly::set_node_uv_offset(const GUIEventChange& event, UIElement* 
 
 void Logic_Test_Fly::set_node_digit(const GUIEventChange& event, UIElement* element) {
     if (!is_aerobatic()) return;
-    constexpr double MOST = std::numeric_limits<int>::max();
+    constexpr double MAX = std::numeric_limits<int>::max();
     store_control(element->getId(), event.value);
-    m_aerobatic->setUIText(element->getId(), static_cast<int>(std::clamp(event.value, -MOST, MOST)));
+    m_aerobatic->setUIText(element->getId(), static_cast<int>(std::clamp(event.value, -MAX, MAX)));
 }
 
 void Logic_Test_Fly::set_node_onoff(const GUIEventChange& event, UIElement* element) {

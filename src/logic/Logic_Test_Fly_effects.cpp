@@ -1,4 +1,4 @@
-// Explosions, what is read ahead of time, prefabs made on demand, and the end of all particles on a reset.
+// Explosions, the prefab cache, prefabs created on demand, and the removal of all particles on a reset.
 #include <engine/globe/EllipsoidModel.h>
 #include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectParticles.h>
@@ -14,7 +14,7 @@
 namespace {
 
 constexpr float EXPLOSION_TIME = 6.0f;   ///< seconds
-constexpr float DESTROYED_AFTER = 0.2f;  ///< seconds from the explosion to the destroyed look
+constexpr float DESTROYED_AFTER = 0.2f;  ///< seconds from the explosion until the aircraft looks destroyed
 
 constexpr const char* CACHED[] = {
     weapons::TORPEDO, weapons::EXPLOSION, weapons::AIRCRAFT_EXPLOSION, weapons::WATER_EXPLOSION, weapons::WATER_DROP,
@@ -73,7 +73,7 @@ ObjectPrefab* Logic_Test_Fly::create_objectPrefab(jString path, jString name) {
     return prefab;
 }
 
-/// The world's nodes include what hangs below its prefabs.
+/// The world's nodes include the nodes inside its prefabs.
 void Logic_Test_Fly::clear_all_particles() {
     for (Node* node : m_world->getNodes()) clearParticles(node);
 }

@@ -1,5 +1,5 @@
 // Weather, time of day and visibility: the scene's own nodes, found once in `init`, the tracks that this logic loads
-// and owns, and the fog's value. The setters are for the host application, between frames.
+// and owns, and the fog's value. The setters are for the host application; call them between frames.
 #include <engine/memory/Allocator.h>
 #include <engine/scene/ObjectOcean.h>
 #include <engine/scene/ObjectTerrain.h>
@@ -19,7 +19,7 @@ const jString SNOW = TRACKS + "snow.anim";
 const jString TIME_OF_DAY = TRACKS + "TOD.anim";
 const jString LIGHT_BRIGHTNESS = TRACKS + "airport_light_brightness.anim";
 
-constexpr int MOST_STEPS = std::numeric_limits<std::int32_t>::max() / Logic_Test_Fly::VISIBILITY_STEP;
+constexpr int MAX_STEPS = std::numeric_limits<std::int32_t>::max() / Logic_Test_Fly::VISIBILITY_STEP;
 
 template <class T>
 T* asType(Node* node, Node::Type type) {
@@ -34,8 +34,8 @@ float getPosition(const Track* track) {
     return track ? track->get() : 0.0f;
 }
 
-/// Hundredths of the fog's density at which half the light is lost over that distance. Thin fog is set back by two of
-/// them, which is how the fog is calibrated.
+/// The fog's density, in hundredths, at which half the light is lost over `metres`. Thin fog is reduced by two
+/// hundredths: the fog is calibrated so.
 int densityOfVisibility(int metres) {
     for (int k = 0; k < 100; ++k) {
         if (Logic_Test_Fly::calFog(metres, k * 0.00001) > 0.5) return k < 15 ? k - 2 : k;
@@ -55,7 +55,7 @@ void Logic_Test_Fly::init_environment() {
     if (m_ocean) m_ocean->setUseGlobalWind(false);
 }
 
-/// The base has loaded them already: each is here twice, and its first copy is the one that is set.
+/// The base class has loaded them already: each track is loaded twice, and the setters use the first copy.
 void Logic_Test_Fly::load_tracks() {
     for (const jString& path : {RUNWAY_WET, SNOW, LIGHT_BRIGHTNESS}) load_track(path);
 }
@@ -114,7 +114,7 @@ float Logic_Test_Fly::getSnow() const {
 }
 
 void Logic_Test_Fly::setVisibilityDistance(int steps) {
-    m_visibility = std::clamp(steps, -MOST_STEPS, MOST_STEPS) * VISIBILITY_STEP;
+    m_visibility = std::clamp(steps, -MAX_STEPS, MAX_STEPS) * VISIBILITY_STEP;
     show_visibility("能见度：" + ToString(m_visibility));
     use_visibility_set_fog(m_visibility);
 }
@@ -124,7 +124,7 @@ int Logic_Test_Fly::getVisibilityDistance() const {
 }
 
 double Logic_Test_Fly::calFog(double base, double density) {
-    constexpr double MINUS_LN_2 = -0.6931471824645996;  // from single precision
+    constexpr double MINUS_LN_2 = -0.6931471824645996;  // rounded in single precision
     return 1.0 - std::exp(std::pow(base, 500.0 * density + 1.0) * density * MINUS_LN_2);
 }
 

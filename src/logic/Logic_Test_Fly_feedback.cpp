@@ -1,5 +1,5 @@
-// What lies under the wheels, measured and sent to the host once a frame while it runs, and the triggers that report
-// collisions after the physics step.
+// Terrain feedback: heights under the wheels, measured and sent to the host once a frame while the host runs; and the
+// triggers that report collisions after the physics step.
 #include <engine/core/Engine.h>
 #include <engine/scene/ObjectPrefab.h>
 #include <engine/scene/ObjectTerrain.h>
@@ -22,7 +22,7 @@ constexpr const char* DECK = "LiaoNingJian_zhuTi001";
 constexpr const char* AIRCRAFT_BODY = "body";
 const jString TRIGGERS = "all_triggers";
 
-/// Hands a trigger's report to the logic; found again by its type when the logic goes.
+/// Forwards a trigger's report to the logic. Its type identifies it when the logic disconnects.
 struct TriggerHandler {
     Logic_Test_Fly* logic;
     bool enter;
@@ -69,7 +69,7 @@ void Logic_Test_Fly::send_udp() {
     ++(m_sender->write(&record, UDP_SEND_WIRE_SIZE) > 0 ? m_link_counts.feedback : m_link_counts.unsent);
 }
 
-/// Over the deck all gears have the deck's height under the aircraft, elsewhere each has the terrain's under itself.
+/// Over the deck all gears get the deck's height under the aircraft, elsewhere each gets the terrain height below it.
 void Logic_Test_Fly::measure_gears(UdpSendData& record) const {
     const dvec3 position = m_aircraft_node->getWorldPosition();
     const dvec3 up = m_aircraft_node->getWGSTransform().getZ();
@@ -132,7 +132,7 @@ void Logic_Test_Fly::on_enter_trigger(Node* node) {
     std::printf("is_collision = 1 \n");
 }
 
-/// There is no counting: leaving one of two overlapping triggers clears the flag.
+/// Entries are not counted: leaving one of two overlapping triggers clears the flag.
 void Logic_Test_Fly::on_exit_trigger(Node* node) {
     if (node->getName() != AIRCRAFT_BODY) return;
     m_collision = 0;

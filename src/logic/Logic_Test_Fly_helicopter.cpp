@@ -1,5 +1,5 @@
-// The helicopter's frame: keys, flight, what lies below, the particles' deflectors and the rotor wash. Runs last in the
-// frame, in every flight mode.
+// The helicopter's frame: keys, flight, height of the surface below, the particles' deflectors and the rotor wash. Runs
+// last in the frame, in every flight mode.
 #include <engine/core/Engine.h>
 #include <engine/scene/ObjectOcean.h>
 #include <engine/scene/ObjectPrefab.h>
@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr double NO_SURFACE = -1e9;   ///< metres: the height where nothing lies below
-constexpr float WASH_FACTOR = 10.0f;  ///< of the collective, at sea level
-constexpr float WASH_HEIGHT = 25.0f;  ///< metres that take one from it
+constexpr double NO_SURFACE = -1e9;   ///< metres; height when there is no surface below
+constexpr float WASH_FACTOR = 10.0f;  ///< factor of the collective at height 0
+constexpr float WASH_HEIGHT = 25.0f;  ///< metres of height that reduce the factor by 1
 
 }  // namespace
 
@@ -30,7 +30,7 @@ void Logic_Test_Fly::update_helicopter(float dt) {
                                    m_helicopter->getCollective());
 }
 
-/// The higher of ground and sea, waves included.
+/// Uses the higher of ground and sea, waves included.
 void Logic_Test_Fly::measure_helicopter_surface() {
     const ObjectPrefab& model = *m_helicopter->getModel();
     const dvec3 geo = model.getWgsPosition();

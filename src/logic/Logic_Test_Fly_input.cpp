@@ -1,5 +1,5 @@
-// Keys and mouse, polled each frame before the aircraft's own step and taken as events between frames, and picking of
-// objects along a segment: the terrain feedback asks each frame what lies under the aircraft.
+// Keys and mouse: polled each frame before the aircraft's own step, and received as events between frames. Picking of
+// objects along a segment: used each frame by the terrain feedback to find the object under the aircraft.
 #include <engine/core/Clock.h>
 #include <engine/core/Engine.h>
 #include <engine/input/ControlApp.h>
@@ -16,15 +16,15 @@
 namespace {
 
 constexpr int VIEW_KEYS[] = {ControlApp::KEY_F1, ControlApp::KEY_F5, ControlApp::KEY_F6,
-                             ControlApp::KEY_F2, ControlApp::KEY_F3, ' '};  ///< the first changes the view
+                             ControlApp::KEY_F2, ControlApp::KEY_F3, ' '};  ///< the first key changes the view
 constexpr int SPEED_KEYS[] = {'1', '2', '3', '4', '5'};
 constexpr int SPEEDS[] = {10, 200, 1000, 10000, 10000};  ///< m/s
 constexpr int LEVEL_KEY[] = {ControlApp::KEY_ENTER};
-constexpr double ZOOM_OUT = 1.1, ZOOM_IN = 0.9;  ///< a frame
+constexpr double ZOOM_OUT = 1.1, ZOOM_IN = 0.9;  ///< factor per frame
 constexpr float HEAD_STEP = 5.0f;
 constexpr double WHEEL_NOTCH = 120.0;
 
-/// Consumes the first key of a chain that was clicked this frame and gives its place in it; -1 when none was.
+/// Consumes the first key of a list that was clicked this frame and returns its index; -1 when none was clicked.
 int takeClick(ControlApp& control, std::span<const int> chain) {
     for (std::size_t i = 0; i < chain.size(); ++i) {
         if (!control.isKeyClick(chain[i])) continue;
@@ -38,7 +38,7 @@ bool canBeHit(const Node& node) {
     return node.isActive() && node.isCollider();
 }
 
-/// The nearest hit so far; of equal distances the earlier one stays.
+/// The nearest hit so far; at equal distances the earlier one is kept.
 class NearestHit {
 public:
     NearestHit(const dvec3& from, const dvec3& to) : m_from(from), m_to(to) {}
@@ -95,7 +95,7 @@ void Logic_Test_Fly::update_input() {
     }
 }
 
-/// Leaving by keys is at once: nothing is shut down first.
+/// Exit by keys is immediate, without a shutdown.
 void Logic_Test_Fly::update_keys(ControlApp& control) {
     if (control.isKeyPress(ControlApp::KEY_F4) && control.isKeyPress(ControlApp::KEY_ALT)) std::exit(0);
     if (takeClick(control, VIEW_KEYS) == 0) change_view();
@@ -104,7 +104,7 @@ void Logic_Test_Fly::update_keys(ControlApp& control) {
     if (takeClick(control, LEVEL_KEY) == 0) adjust_geo_rotation_forward();
 }
 
-/// The sign of the turn does not matter.
+/// The sign of the turn is ignored.
 void Logic_Test_Fly::onMouseWheel(const GUIEventWheel& event, IApp*) {
     if (!m_aircraft_node || m_player_mode != THIRD_VIEW) return;
     const double turn = event.delta / WHEEL_NOTCH * event.flag;

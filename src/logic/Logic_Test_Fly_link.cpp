@@ -1,5 +1,5 @@
-// The host link: opens the sockets, takes the host's records in data flight at the start of each frame, keeps its
-// order.
+// The host link: opens the sockets, receives the host's records at the start of each frame in data flight, stores the
+// host's order.
 #include <engine/memory/Allocator.h>
 #include <engine/text/Log.h>
 
@@ -16,7 +16,7 @@ constexpr const char* NOTICE_GROUP = "224.255.255.255";
 constexpr int NOTICE_PORT = 10021;
 constexpr int NOTICE_SIZE = 72;  ///< bytes, all zero
 
-constexpr int ANY_PORT = -1;  ///< configured: the host may send from any port
+constexpr int ANY_PORT = -1;  ///< configuration value: the host may send from any port
 
 /// Whether an IPv4 address is in the loopback network.
 bool isLoopback(const jString& address) {
@@ -58,7 +58,7 @@ void Logic_Test_Fly::init_udp() {
 
 void Logic_Test_Fly::receive_data() {
     if (m_fly_mode != DATA_FLY || !m_receiver || m_receiver->receive() == 0) return;
-    // Taken out of the kit: whoever hears of a reset may release it.
+    // Moved out of the kit: a handler of the reset may release it.
     std::swap(m_records, static_cast<jVector<UdpRecvData>&>(*m_receiver));
     use_recv_data(m_records);
     m_records.clear();

@@ -1,5 +1,5 @@
-// Missiles: fired by a button, flown by actions of the frame, burst by the contacts that the physics step tells of,
-// retired when the host application asks for it.
+// Missiles: fired by a button, moved by actions in the frame, exploded by contacts reported in the physics step,
+// removed by a call of the host application.
 #include <engine/globe/EllipsoidModel.h>
 #include <engine/memory/Allocator.h>
 #include <engine/physics/Body.h>
@@ -24,16 +24,16 @@ void Logic_Test_Fly::emit_missile() {
     auto* const missile =
         jNew<ObjectPrefab>({"src\\logic\\Logic_Test_Fly", "Logic_Test_Fly::emit_missile"}, weapons::MISSILE);
     if (!missile->isLoaded()) {
-        jDelete(missile);  // the loading has said why
+        jDelete(missile);  // the load has logged the reason
         return;
     }
     if (!m_aircraft || !m_aircraft_node) return;
     missile->moveBodyFromRoot();
     if (BodyRigid* const body = missile->getBodyRigid()) {
         body->setContactCallback(&m_missile_callback);
-        body->setExcluded(m_aircraft_node);  // it is born inside its outline
+        body->setExcluded(m_aircraft_node);  // it starts inside the aircraft's collider
     }
-    // Once a missile, which changes nothing: the first call switches the body off.
+    // Appended again for each missile. Harmless: the first call disables the body, further calls then ignore it.
     m_missile_callback.handlers.append([this](Body* body, int shape) { on_missile_hit(body, shape); });
     missile->setTransform(m_aircraft->getWorldTransform() * dmat4::translation(LAUNCH_POINT));
     auto* const flight = ActionEmitMissile::Create(missile, SPEED, LIFE);
@@ -41,10 +41,10 @@ void Logic_Test_Fly::emit_missile() {
     m_world->addChild(missile);
     fire(m_signal_5_prefab_created, missile, true);
     m_missiles.append({missile, flight});
-    m_action_manager.addAction(flight);  // only now: a handler may have reset the scene
+    m_action_manager.addAction(flight);  // last: a handler may have reset the scene
 }
 
-/// The flight's action has ended by itself: nothing is left to remove.
+/// The flight's action has ended by itself and must not be removed again.
 void Logic_Test_Fly::end_flight(ObjectPrefab* missile) {
     for (Missile& m : m_missiles) {
         if (m.prefab == missile) m.flight = nullptr;
@@ -63,14 +63,14 @@ void Logic_Test_Fly::update_missle() {
     for (int i = 0; i < m_missiles.size(); ++i) {
         if (m_missiles[i].prefab->isEnabled()) continue;
         fire(m_signal_4_missile_gone, m_missiles[i].prefab);
-        const Missile missile = m_missiles[i];  // only now: a handler may have ended its flight
+        const Missile missile = m_missiles[i];  // copied here: a handler may have ended its flight
         m_missiles.removeFast(i);
         remove_missile(missile);
     }
     m_retiring_missiles = false;
 }
 
-/// Missiles in the air when their actions are about to go would hang there: they are hidden, as at the end of a flight.
+/// Hides all missiles, as at the end of a flight: their actions are removed next, so they would stop in the air.
 void Logic_Test_Fly::end_missiles() {
     for (Missile& missile : m_missiles) {
         missile.flight = nullptr;

@@ -1,5 +1,5 @@
-// Flight modes and the push by hand: switched by the configuration at the end of `init`, by the panel's button and by
-// the host application. The frame calls `move_forward` in every mode.
+// Flight modes and the manual push: set by the configuration at the end of `init`, by the panel's buttons and by the
+// host application. The frame calls `move_forward` in every mode.
 #include <engine/scene/Object.h>
 
 #include "src/aircraft/PlaneBase.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr double FORWARD_SPEED = 30.0;  ///< metres a second
+constexpr double FORWARD_SPEED = 30.0;  ///< metres per second
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-// Automatic flight: the recorded flight of "data/www.dat", played from the start node again and again. Loaded with the
+// Automatic flight: the recorded flight of "data/www.dat", played from the start node in a loop. Loaded with the
 // configuration; the frame calls `local_data_update_fly` before the timed actions.
 #include <engine/core/Engine.h>
 #include <engine/scene/Node.h>
@@ -12,8 +12,8 @@
 namespace {
 
 constexpr const char* PATH_FILE = "data/www.dat";
-constexpr float PLAY_FROM = 23.0f;       ///< seconds on the file's time line
-constexpr double LOWERED = 0.2;          ///< metres from the authored start node down to the start place
+constexpr float PLAY_FROM = 23.0f;       ///< seconds on the file's timeline
+constexpr double LOWERED = 0.2;          ///< metres from the authored start node down to the start position
 constexpr double START_HEADING = 67.25;  ///< degrees
 
 }  // namespace
@@ -43,7 +43,7 @@ void Logic_Test_Fly::local_data_start_fly() {
     apply_fly_frame(m_fly_kit.frame(0.0f));
 }
 
-/// The whole time since the start is added each frame, so that playing gathers speed; recordings are laid out for that.
+/// Each frame adds the whole time since the start, so the playback accelerates; recordings are made for this.
 void Logic_Test_Fly::local_data_update_fly() {
     if (!m_fly_stopwatch.isRunning()) return;
     const auto elapsed = static_cast<float>(m_fly_stopwatch.getElapsedMilliseconds());

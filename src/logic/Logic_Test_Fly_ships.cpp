@@ -1,4 +1,4 @@
-// The carrier: found and put in its place in `init`, with its landing lens. It rests there until the host application
+// The carrier and its landing lens: found and placed in `init`. The carrier is at rest until the host application
 // drives it: enables its body, sets the flag and calls `ships_auto_move` each frame, after `update`.
 #include <engine/camera/CameraControl.h>
 #include <engine/memory/Allocator.h>

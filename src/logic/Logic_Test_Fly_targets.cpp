@@ -1,4 +1,4 @@
-// Targets: made and moved by records that the host application hands over; their glides are stepped in the frame.
+// Targets: made and moved by records from the host application; their glides are stepped in the frame.
 #include <engine/scene/ObjectPrefab.h>
 #include <engine/text/Log.h>
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr float FARTHEST = 100000.0f;  ///< metres; what is no nearer does not count
+constexpr float MAX_DISTANCE = 100000.0f;  ///< metres; targets at this distance or beyond are ignored
 
 }  // namespace
 
@@ -61,7 +61,7 @@ const jVector<Node*>& Logic_Test_Fly::list_targets() const {
 }
 
 Node* Logic_Test_Fly::find_nearest_target(float& distance) const {
-    distance = FARTHEST;
+    distance = MAX_DISTANCE;
     Node* nearest = nullptr;
     if (!m_aircraft_node) return nullptr;
     const dvec3 place = m_aircraft_node->getWorldPosition();

@@ -1,6 +1,6 @@
 // The panels: the camera bar, the buttons, the labels and the test panel, which has a control for each control node of
-// the aircraft. Made once in `init`; a frame begins with the controls' values and later puts the panels in their
-// corners. The UI root owns them.
+// the aircraft. Created once in `init`. Each frame first updates the controls' values and later places the panels in
+// their corners. The UI root owns them.
 #include <engine/core/Engine.h>
 #include <engine/gui/UIEditLine.h>
 #include <engine/gui/UIRoot.h>
@@ -20,8 +20,8 @@ constexpr vec4 GREY{0.5f, 0.5f, 0.5f, 0.5f}, RED{1.0f, 0.0f, 0.0f, 1.0f}, GREEN{
 constexpr int BAR_PADDING = 5, TEST_PADDING = 33;  ///< pixels
 constexpr int LABEL_FONT = 20;
 constexpr int SPEED_ID = 123456, PLACE_ID = 654321;
-constexpr int FASTEST = 1000000;                           ///< m/s that can be typed
-constexpr double LOWEST = -12000.0, HIGHEST = 10000000.0;  ///< metres that can be typed
+constexpr int MAX_SPEED = 1000000;                                ///< m/s, limit of typed values
+constexpr double MIN_HEIGHT = -12000.0, MAX_HEIGHT = 10000000.0;  ///< metres, limits of typed values
 constexpr double LABEL_LEFT = 0.02, WARNING_TOP = 0.9, VISIBILITY_TOP = 0.86, TEST_TOP = 0.3;  ///< shares of the window
 
 UIRoot& uiRoot() {
@@ -55,7 +55,7 @@ UISprite* makeIcon(const char* image) {
 }
 
 bool isPlace(const dvec3& geo) {
-    return std::abs(geo.x) <= 180.0 && std::abs(geo.y) <= 90.0 && geo.z >= LOWEST && geo.z <= HIGHEST;
+    return std::abs(geo.x) <= 180.0 && std::abs(geo.y) <= 90.0 && geo.z >= MIN_HEIGHT && geo.z <= MAX_HEIGHT;
 }
 
 template <class Element>
@@ -82,7 +82,7 @@ void Logic_Test_Fly::init_ui_cam() {
     auto* const speed = makeElement<UIInt>(
         "Logic_Test_Fly::init_ui_cam", SPEED_ID, [this] { return getCamSpeed(); },
         [this](int typed) {
-            const bool is_speed = typed >= 0 && typed <= FASTEST;
+            const bool is_speed = typed >= 0 && typed <= MAX_SPEED;
             if (is_speed) setCamSpeed(typed);
             return is_speed;
         });
@@ -152,7 +152,7 @@ void Logic_Test_Fly::init_ui_test_btns() {
     uiRoot().addChild(m_test_panel, UIRoot::EXPAND_NONE, -1);
 }
 
-/// A part that nothing moves keeps its row, so that those below it keep their position and their columns.
+/// A part without a control keeps its row: the rows below keep their position and their columns.
 void Logic_Test_Fly::add_test_row(const AirCraftPartInfo& part) {
     const int position = m_control_values.size();
     m_control_values.append(0.0f);

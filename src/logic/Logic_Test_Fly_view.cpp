@@ -1,5 +1,5 @@
-// The view: three ways of driving the one camera. The frame's input step moves it; after the physics step `swap` has
-// the last word, so that it rides with the aircraft.
+// The view: three modes of the one camera. The frame's input step moves it; after the physics step `swap` sets the
+// final pose, so that it follows the aircraft.
 #include <engine/camera/CameraControl.h>
 #include <engine/core/Engine.h>
 #include <engine/input/ControlApp.h>
@@ -14,12 +14,12 @@
 
 namespace {
 
-constexpr float NEAREST = 1.0f;        ///< metres, of the third-person view
-constexpr float FAST_FACTOR = 4.0f;    ///< of the free camera with Shift
+constexpr float MIN_DISTANCE = 1.0f;   ///< metres, third-person view
+constexpr float FAST_FACTOR = 4.0f;    ///< speed factor of the free camera with Shift
 constexpr double PITCH_TURN = 0.0001;  ///< degrees
 constexpr dvec3 UP{0.0, 0.0, 1.0}, RIGHT{1.0, 0.0, 0.0};
 
-/// Where the camera's node is; false without one.
+/// Reads the pose of the camera's node; false without one.
 bool readPose(const CameraControl* camera, dvec3& position, dquat& rotation) {
     if (!camera || !camera->getNode()) return false;
     dvec3 scale;
@@ -85,11 +85,11 @@ bool Logic_Test_Fly::update_third_view() {
 }
 
 bool Logic_Test_Fly::on_third_view_wheel(float step) {
-    m_third_distance = std::max(NEAREST, m_third_distance - step);
+    m_third_distance = std::max(MIN_DISTANCE, m_third_distance - step);
     return update_third_view();
 }
 
-/// Out of a float's range the distance stays: it would not come back.
+/// Beyond a float's range the distance is not changed: an infinite one could not be reduced again.
 void Logic_Test_Fly::zoom_third_view(double factor) {
     const double distance = static_cast<double>(m_third_distance) * factor;
     if (distance <= std::numeric_limits<float>::max()) m_third_distance = static_cast<float>(distance);
@@ -131,7 +131,7 @@ void Logic_Test_Fly::cam_mov(float dt) {
     if (moved) place_camera(position, rotation);
 }
 
-/// The pitch axis is the X axis of a rotation about the vertical that is next to none.
+/// The pitch axis is the X axis of a very small rotation about the vertical.
 void Logic_Test_Fly::cam_free_rot(float dx, float dy) {
     const ControlApp& control = *Engine::get()->getApp()->getControl();
     if (!control.isLeftButtonDown() && !control.isRightButtonDown()) return;

@@ -1,4 +1,4 @@
-// The string table; read on first use by whoever shows a text.
+// The string table; read at the first call.
 #include "src/logic/StringTable.h"
 
 #include <engine/text/Log.h>
@@ -14,7 +14,7 @@ struct Table {
     Package texts;
     bool loaded = false;
     jString unknown;             ///< the last key that was not found
-    std::set<jString> untabled;  ///< keys asked for while there was no file
+    std::set<jString> untabled;  ///< keys requested while there was no file
 };
 
 Table& table() {

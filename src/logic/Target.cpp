@@ -1,4 +1,4 @@
-// Targets: made from a record, moved by the records that follow.
+// Targets: made from a record, moved by later records.
 #include "src/logic/Target.h"
 
 #include <engine/globe/EllipsoidModel.h>
@@ -11,20 +11,20 @@
 
 namespace {
 
-constexpr double SMALL_MOVE = 1.0;     ///< metres; up to here a target stays where it is
-constexpr float GLIDE_TIME = 1.0f;     ///< seconds
-constexpr double HIGHEST = 1000000.0;  ///< metres above or below the ellipsoid that a place is believed
+constexpr double SMALL_MOVE = 1.0;        ///< metres; up to this distance a target does not glide
+constexpr float GLIDE_TIME = 1.0f;        ///< seconds
+constexpr double MAX_HEIGHT = 1000000.0;  ///< metres above or below the ellipsoid
 constexpr MemTag TAG{"src\\logic\\Target", "Target::Create"};
-constexpr int HEADING = 4;  ///< in the record's pose
+constexpr int HEADING = 4;  ///< index in the record's pose
 
 dvec3 placeOf(const TargetInfo& info) {
     return {info.pose[0], info.pose[1], info.pose[2]};
 }
 
-/// Longitudes are taken up to 360, as a glide over the date line counts on.
+/// Longitudes are valid up to 360: a glide over the date line needs values above 180.
 bool isOnGlobe(const TargetInfo& info) {
     const dvec3 place = placeOf(info);
-    if (std::fabs(place.x) <= 360.0 && std::fabs(place.y) <= 90.0 && std::fabs(place.z) <= HIGHEST) return true;
+    if (std::fabs(place.x) <= 360.0 && std::fabs(place.y) <= 90.0 && std::fabs(place.z) <= MAX_HEIGHT) return true;
     jLog::error("target \"%s\": no place on the globe: %f,%f,%f", info.name.c_str(), place.x, place.y, place.z);
     return false;
 }
@@ -44,7 +44,7 @@ Target::Ptr Target::Create(World* world, ActionManager* actions, const TargetInf
     auto* const prefab = jNew<ObjectPrefab>(TAG, path);
     if (!prefab->isLoaded()) {
         jDelete(prefab);
-        return nullptr;  // the loading has said why
+        return nullptr;  // the load has logged the reason
     }
     prefab->setName(info.name);
     prefab->addTag(info.name);
@@ -80,21 +80,21 @@ void Target::update(const TargetInfo& info) {
         return;
     }
     if (!isOnGlobe(info)) return;
-    if (info.type != m_type && !m_type_told) {
+    if (info.type != m_type && !m_type_reported) {
         jLog::warning("target \"%s\": keeps the model of type %d, not that of %d", info.name.c_str(), m_type,
                       info.type);
-        m_type_told = true;
+        m_type_reported = true;
     }
     const EllipsoidModel globe;
     if (length(globe.toWorld(placeOf(info)) - globe.toWorld(m_position)) > SMALL_MOVE) glide(placeOf(info));
     m_info = info;
 }
 
-/// A running glide begins anew: it starts from where the last one leads.
+/// Restarts a running glide. A glide starts at the end position of the previous one.
 void Target::glide(const dvec3& place) {
     const dvec3 from = m_position;
     dvec3 to = place;
-    to.x = from.x + std::remainder(to.x - from.x, 360.0);  // the short way round
+    to.x = from.x + std::remainder(to.x - from.x, 360.0);  // the shorter direction around the globe
     m_position = place;
     if (m_glide) {
         m_glide->initWithDuration(m_prefab, GLIDE_TIME, from, to);
@@ -105,7 +105,7 @@ void Target::glide(const dvec3& place) {
     m_actions->addAction(m_glide);
 }
 
-/// From within `done` the manager has let go of it already.
+/// Called by `done`, the manager has already released the action.
 void Target::endGlide() {
     if (!m_glide) return;
     m_actions->removeAction(m_glide);

@@ -1,4 +1,4 @@
-// Where the prefabs of weapons and effects lie, below the runtime root.
+// Paths of the prefabs of weapons and effects, under the runtime root.
 #pragma once
 
 namespace weapons {
