@@ -1,4 +1,4 @@
-// Timed turns of gear legs, doors and hooks; stepped by the aircraft's action manager.
+// Timed rotations of gear legs, doors and hooks; stepped by the aircraft's action manager.
 #include "src/aircraft/ActionRotateSurfaceTo.h"
 
 #include <engine/memory/Allocator.h>
@@ -38,7 +38,7 @@ bool ActionRotateSurfaceTo::initWithDuration(Object* object, const jString& surf
     return true;
 }
 
-/// The time moves first, so that the last step stands exactly at the end.
+/// Advances the time first, so that the last step sets exactly the end pose.
 bool ActionRotateSurfaceTo::step(float dt) {
     if (!ActionInterval::step(dt)) return false;
     const float part = std::min(1.0f, m_elapsed / m_duration);

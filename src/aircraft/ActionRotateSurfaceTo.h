@@ -1,4 +1,4 @@
-// A timed turn of one part of a model.
+// A timed rotation of one part of a model.
 #pragma once
 
 #include <engine/action/Action.h>
@@ -7,15 +7,15 @@
 class Node;
 class Object;
 
-/// The local transform of a part in a pose: turned by (heading, pitch, roll) in degrees, at the place of `initial`.
+/// The local transform of a part: rotated by (heading, pitch, roll) in degrees, at the position of `initial`.
 dmat4 posedTransform(const vec3& hpr, const dmat4& initial);
 
-/// Turns a node of an object from one Euler triple to another, linear in the angles, about its initial place. The
-/// object outlives the action.
+/// Rotates a node of an object from one Euler triple to another, linear in the angles, about its initial position.
+/// The object must outlive the action.
 class ActionRotateSurfaceTo final : public ActionInterval {
 public:
     /// Null, with one error logged, when the object has no such node. A duration of 0 or less becomes 1 ms, with an
-    /// error. The caller owns the action until it gives it away.
+    /// error. The caller owns the action until it passes it on.
     static ActionRotateSurfaceTo* Create(Object* object, const jString& surface, const dmat4& initial, float duration,
                                          const vec3& from, const vec3& to);
 

@@ -1,11 +1,11 @@
-// Reads the aircraft configuration; opened once when the logic makes its aircraft.
+// Reads the aircraft configuration; opened once when the logic creates its aircraft.
 #include "src/aircraft/AppData_AirCraft.h"
 
 #include <engine/text/Log.h>
 
 namespace {
 
-/// The vectors last read: what an entry leaves out stays as the entry before it had it.
+/// The vectors read last: a vector that an entry lacks keeps the value of the previous entry.
 struct LastVectors {
     float open_rot[3] = {}, close_rot[3] = {}, axis[3] = {};
 };

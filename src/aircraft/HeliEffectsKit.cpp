@@ -1,5 +1,5 @@
-// The rotor wash: found once in the helicopter's model, then placed on the surface below and set to height and power.
-// The logic calls it each frame after the helicopter's own steps.
+// The rotor wash: its nodes are found once in the helicopter's model, then placed on the surface below; their density
+// depends on height and power. The logic calls it each frame after the helicopter's own steps.
 #include "src/aircraft/HeliEffectsKit.h"
 
 #include <engine/core/Engine.h>
@@ -16,9 +16,9 @@
 namespace {
 
 constexpr double WASH_BELOW = 40.0, LEAVES_BELOW = 18.0, WATER_LEAVES_BELOW = 10.0,
-                 ALL_LEAVES_BELOW = 5.0;      ///< metres above the surface
-constexpr double FADE_LENGTH = 18.0;          ///< metres below WASH_BELOW
-constexpr float MOST_PARTICLES = 1000000.0f;  ///< a second
+                 ALL_LEAVES_BELOW = 5.0;     ///< metres above the surface
+constexpr double FADE_LENGTH = 18.0;         ///< metres below WASH_BELOW
+constexpr float MAX_PARTICLES = 1000000.0f;  ///< per second
 
 void logMissing(const char* name) {
     jLog::error("%s:can not find \"%s\" node", "HeliEffectsKit::init", name);
@@ -75,7 +75,7 @@ void HeliEffectsKit::findParts(ObjectPrefab& model) {
 
 void HeliEffectsKit::store(ObjectParticles* particles) {
     if (particles)
-        m_base_rates[particles] = static_cast<int>(std::clamp(particles->getSpawnRate(), 0.0f, MOST_PARTICLES));
+        m_base_rates[particles] = static_cast<int>(std::clamp(particles->getSpawnRate(), 0.0f, MAX_PARTICLES));
 }
 
 void HeliEffectsKit::enableLeaves(bool enabled) {

@@ -9,18 +9,18 @@ class Node;
 class ObjectParticles;
 class ObjectPrefab;
 
-/// Initialised with a helicopter, then each frame `updatePlacement` and `updateIntensity`, after the helicopter's own
-/// steps. Without a successful `init` nothing happens in them. The effects are nodes of the helicopter's model.
+/// Call `init` with a helicopter, then `updatePlacement` and `updateIntensity` each frame, after the helicopter's own
+/// steps. Without a successful `init` they have no effect. The effects are nodes of the helicopter's model.
 class HeliEffectsKit {
 public:
-    /// Looks the effects up; false, with one log line where a node is missing, when there is nothing to show. The
-    /// helicopter must outlive the kit.
+    /// Finds the effects. False when there is nothing to show; a missing node is logged in one line. The helicopter
+    /// must outlive the kit.
     bool init(Helicopter* helicopter);
-    /// Puts the effects on the surface below and chooses among them by height and by what is below.
+    /// Places the effects on the surface below, and enables them by height and kind of the surface (ground or sea).
     void updatePlacement();
-    /// Sets how dense they are: `power` (clamped to 0..1) times what the height leaves.
+    /// Sets the density of the effects: `power` (clamped to 0..1) times the fade with height.
     void updateIntensity(float power);
-    /// Tells each effect, with false, to every handler; null stands for one that does not exist.
+    /// Calls every handler with each effect and false; the effect is null if the model lacks it.
     void registerEffects(const jVector<Function<void(Node*, bool)>>& handlers) const;
 
     float getLastHeight() const { return m_last_height; }       ///< above the surface, metres
@@ -32,14 +32,14 @@ private:
     void store(ObjectParticles* particles);
     void setIntensity(ObjectParticles* particles, double scale);
 
-    Helicopter* m_helicopter = nullptr;  ///< null until `init` went well
+    Helicopter* m_helicopter = nullptr;  ///< null before a successful `init`
     Node* m_downwash = nullptr;
     ObjectParticles* m_downwash_spe = nullptr;
-    Node* m_stages[3] = {};  ///< for 28 m, 18 m and 10 m: no model has them
+    Node* m_stages[3] = {};  ///< for 28 m, 18 m and 10 m; always null: no model has them
     ObjectParticles* m_leaf = nullptr;
     ObjectParticles* m_leaf_water = nullptr;
     ObjectParticles* m_downwash_water = nullptr;
-    jMap<ObjectParticles*, int> m_base_rates;  ///< particles a second at full intensity
+    jMap<ObjectParticles*, int> m_base_rates;  ///< particles per second at full intensity
     vec3 m_field;
     float m_last_height = 0.0f;
 };

@@ -1,5 +1,5 @@
-// The helicopter's model and what the keys do to collective and stick. The logic calls `updateKeys` each frame, before
-// the flight step.
+// The helicopter's model, and the effect of the keys on collective and stick. The logic calls `updateKeys` each frame,
+// before the flight step.
 #include "src/aircraft/Helicopter.h"
 
 #include <engine/core/Engine.h>
@@ -17,17 +17,17 @@
 namespace {
 
 constexpr vec3 HUB{0.0f, 0.0f, 4.0f}, SIDE{0.0f, 2.0f, 4.0f};   ///< model frame, metres
-constexpr float LINEAR_DAMPING = 0.1f, ANGULAR_DAMPING = 3.5f;  ///< a second
+constexpr float LINEAR_DAMPING = 0.1f, ANGULAR_DAMPING = 3.5f;  ///< per second
 constexpr float NO_COLLECTIVE = 1e-6f;
 constexpr float KEY_RATE = 3.0f;
-constexpr float COLLECTIVE_STEP = 0.01f, STICK_STEP = 0.5f, PEDAL_STEP = 0.05f;  ///< times the key rate a second
-constexpr float STICK_RELEASE = 0.05f;  ///< what a frame leaves; of roll and yaw what a second's frame leaves
+constexpr float COLLECTIVE_STEP = 0.01f, STICK_STEP = 0.5f, PEDAL_STEP = 0.05f;  ///< times the key rate, per second
+constexpr float STICK_RELEASE = 0.05f;  ///< factor per frame; for roll and yaw times the frame time in seconds
 
 void setFinite(float& value, float to) {
     if (std::isfinite(to)) value = to;
 }
 
-/// What two keys that work against each other and their release make of an input.
+/// Changes an input by two opposite keys; without a key multiplies it by `release`.
 void steer(const ControlApp& control, int more, int less, float step, float release, float& input) {
     if (control.isKeyPress(more))
         input += step;
@@ -109,7 +109,7 @@ void Helicopter::toggleLight() {
     if (m_front_light) m_front_light->setEnabled(!m_front_light->isEnabled());
 }
 
-/// Pitch is let go at the same pace whatever the frame's length, roll and yaw all but at once.
+/// After the keys are released, pitch decays by a fixed factor per frame, roll and yaw drop almost to 0 at once.
 void Helicopter::updateKeys(float dt) {
     const ControlApp& control = *Engine::get()->getApp()->getControl();
     const float k = KEY_RATE * dt;

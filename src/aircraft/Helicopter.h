@@ -11,48 +11,48 @@ class Object;
 class ObjectPrefab;
 class World;
 
-/// Made, placed, and then stepped each frame: `updateKeys`, `updateFlight`. The order of the virtual operations is part
-/// of the contract. World transforms are geocentric, angles degrees.
+/// Create it, place it, then call `updateKeys` and `updateFlight` each frame. The order of the virtual functions is
+/// part of the contract. World transforms are geocentric, angles are in degrees.
 ///
-/// Nodes that the model lacks are done without, and so is the body: without one nothing flies. A model that cannot be
-/// loaded leaves a helicopter that answers every operation and moves nothing.
+/// Nodes that the model lacks are skipped. Without a body the helicopter does not fly. If the model cannot be loaded,
+/// every operation can be called and has no effect on the scene.
 class Helicopter final {
 public:
     /// Loads the model and adds it to the world, which must outlive the helicopter. With `body_enabled` false the body
-    /// neither moves nor meets anything.
+    /// does not move and does not collide.
     Helicopter(World* world, const jString& path, bool body_enabled = true);
-    /// Takes the model out of the world and deletes it.
+    /// Removes the model from the world and deletes it.
     ~Helicopter();
     Helicopter(const Helicopter&) = delete;
     Helicopter& operator=(const Helicopter&) = delete;
 
-    // A value that is not finite is ignored by the setters.
-    virtual float getRotorSpeed() const { return m_rotor_speed; }  ///< degrees a frame
+    // The setters ignore values that are not finite.
+    virtual float getRotorSpeed() const { return m_rotor_speed; }  ///< degrees per frame
     virtual void setRotorSpeed(float degrees);
     virtual float getSurfaceHeight() const { return m_surface_height; }  ///< of the ground or sea below, metres
     virtual void setSurfaceHeight(float metres);
-    virtual float getCollectiveDecay() const { return m_collective_decay; }  ///< a frame without its keys
+    virtual float getCollectiveDecay() const { return m_collective_decay; }  ///< factor per frame without keys
     virtual void setCollectiveDecay(float factor);
     virtual bool isOverWater() const { return m_over_water; }
     virtual void setOverWater(bool over) { m_over_water = over; }
     virtual bool isWipersOn() const { return m_wipers_on; }
     virtual void setWipersOn(bool on) { m_wipers_on = on; }
-    virtual bool isBodyEnabled() const { return m_body_enabled; }  ///< as it was loaded
+    virtual bool isBodyEnabled() const { return m_body_enabled; }  ///< the constructor's argument
 
-    /// Places the model at a world transform, and sets the body's damping.
+    /// Places the model at a world transform and calls `setPhysics`.
     void setWorldTransform(const dmat4& world);
-    /// Gives the body the damping that the force model is made for.
+    /// Sets the body's damping to the values of the force model.
     void setPhysics();
-    /// Collective and stick from the keys that are held: R and F collective, W and S pitch, A and D roll, Q and E yaw.
+    /// Sets collective and stick by the held keys: R and F collective, W and S pitch, A and D roll, Q and E yaw.
     void updateKeys(float dt);
-    /// Wipers, rotors, light and the body's forces of the coming step.
+    /// Updates wipers, rotors and light, and applies the body's forces for the next physics step.
     void updateFlight(float dt);
-    /// Switches the search light; nothing without one.
+    /// Switches the search light on or off; no effect without one.
     void toggleLight();
 
-    ObjectPrefab* getModel() const { return m_model; }  ///< the world's; null when it could not be loaded
-    BodyRigid* getBody() const { return m_body; }       ///< the model's; null without one
-    const dmat4& getStartTransform() const { return m_start_transform; }  ///< of the last placing
+    ObjectPrefab* getModel() const { return m_model; }  ///< owned by the world; null if it could not be loaded
+    BodyRigid* getBody() const { return m_body; }       ///< owned by the model; null without one
+    const dmat4& getStartTransform() const { return m_start_transform; }  ///< of the last `setWorldTransform`
     bool isPhysicsSet() const { return m_physics_set; }
     float getCollective() const { return m_collective; }  ///< 0..1
     float getYawInput() const { return m_yaw; }           ///< -1..1, positive nose left
@@ -91,8 +91,8 @@ private:
     float m_pitch = 0.0f;
     float m_roll = 0.0f;
     float m_collective = 0.0f;
-    vec3 m_hub_point;   ///< where the pitch force acts, from the centre of mass, model frame
-    vec3 m_side_point;  ///< where the roll force acts, the same
+    vec3 m_hub_point;   ///< application point of the pitch force, from the centre of mass, model frame
+    vec3 m_side_point;  ///< application point of the roll force, the same frame
     dmat4 m_start_transform;
     float m_light_phase = 0.0f;  ///< seconds, 0..1
     float m_surface_height = 0.0f;

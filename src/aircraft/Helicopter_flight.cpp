@@ -1,5 +1,5 @@
-// How the helicopter flies and looks: wipers, rotors, light, the forces on its body and the limits of its attitude. The
-// logic calls `updateFlight` each frame, after the keys.
+// Flight and appearance of the helicopter: wipers, rotors, light, the forces on its body and the limits of its
+// attitude. The logic calls `updateFlight` each frame, after the keys.
 #include <engine/core/Clock.h>
 #include <engine/core/Engine.h>
 #include <engine/math/jMath.h>
@@ -14,23 +14,23 @@
 namespace {
 
 constexpr double WIPER_SWEEP = 67.56119, WIPER_OUTER = 90.70399;  ///< degrees
-constexpr float DISC_SPEED = 50.0f;                               ///< degrees a frame from which blades are a blur
-constexpr float ROTOR_SPEED = 3.0f * 400.0f * 30.0f;              ///< degrees a second at full collective
-constexpr double DISC_TILT = -5.0;                                ///< degrees at a full stick
-constexpr float FLASH_BEGIN = 0.85f, FLASH_LENGTH = 0.15f;        ///< seconds of each second
+constexpr float DISC_SPEED = 50.0f;                   ///< degrees per frame above which the blades are shown as a disc
+constexpr float ROTOR_SPEED = 3.0f * 400.0f * 30.0f;  ///< degrees per second at full collective
+constexpr double DISC_TILT = -5.0;                    ///< degrees at full stick
+constexpr float FLASH_BEGIN = 0.85f, FLASH_LENGTH = 0.15f;  ///< seconds within each second
 constexpr float DARK = 0.001f;
 
-constexpr float MOST_ROLL = 7.0f;
+constexpr float MAX_ROLL = 7.0f;
 constexpr float PITCH_FORCE = 1500.0f, ROLL_FORCE = 500.0f, LIFT = 3500.0f;  ///< newtons
 constexpr float YAW_TORQUE = 3800.0f;                                        ///< newton metres
 constexpr float NO_FORCE = 1e-6f;
 
-/// Of the attitude in the local frame, turned about X (nose down), Y (left side down), Z.
-constexpr double MOST_X = 25.0, MOST_Y = 17.0;       ///< degrees
-constexpr double SLOWING_X = 15.0, SLOWING_Y = 7.0;  ///< from here on to the limits the way there fades
-constexpr double LEVELLING = 0.98;                   ///< what a frame leaves of the tilt
+/// Limits of the attitude in the local frame: rotations about X (nose down), Y (left side down), Z.
+constexpr double MAX_X = 25.0, MAX_Y = 17.0;         ///< degrees
+constexpr double SLOWING_X = 15.0, SLOWING_Y = 7.0;  ///< degrees; from here to the limit the drift is reduced
+constexpr double LEVELLING = 0.98;                   ///< factor of the tilt per frame
 
-/// Slows a drift to the side that it is tilted to, down to a standstill at the limit.
+/// Reduces a drift toward the tilted side, to 0 at the limit.
 float slowed(float drift, double tilt, double from, double limit) {
     if (!((drift < 0.0f && tilt > from) || (drift > 0.0f && tilt < -from))) return drift;
     const double u = (std::abs(tilt) - from) / (limit - from);
@@ -67,7 +67,7 @@ void Helicopter::sweepWipers() {
 }
 
 void Helicopter::turnRotors() {
-    m_rotor_angle = std::fmod(m_rotor_angle + m_rotor_speed, 360.0f);  // a float keeps its precision only near 0
+    m_rotor_angle = std::fmod(m_rotor_angle + m_rotor_speed, 360.0f);  // a float is precise only near 0
     const bool blurred = m_rotor_speed >= DISC_SPEED;
     enable(m_main_blades, !blurred);
     enable(m_tail_blades, !blurred);
@@ -79,7 +79,7 @@ void Helicopter::turnRotors() {
     if (m_tail_rotor) m_tail_rotor->setRotation(dquat(dvec3(1.0, 0.0, 0.0), angle));
 }
 
-/// The lamp's glow is its own to change; only a material that glows has one.
+/// Gives the lamp a material of its own to change. Only a material with emission gets the glow parameter.
 void Helicopter::prepareLight() {
     m_anticollision_light->setSurfaceMaterialInherit(0, true);
     Material* const material = m_anticollision_light->getSurfaceMaterial(0);
@@ -98,11 +98,11 @@ void Helicopter::flashLight(float dt) {
 void Helicopter::clampInputs() {
     m_collective = std::clamp(m_collective, 0.0f, 1.0f);
     m_yaw = std::clamp(m_yaw, -1.0f, 1.0f);
-    m_roll = std::clamp(m_roll, -MOST_ROLL, MOST_ROLL);
+    m_roll = std::clamp(m_roll, -MAX_ROLL, MAX_ROLL);
     m_pitch = std::clamp(m_pitch, -1.0f, 1.0f);
 }
 
-/// `place` is where the body was when the frame began: its axes hold for all forces of the frame.
+/// `place`: the body's transform at the start of the frame; its axes are used for all forces of the frame.
 void Helicopter::applyForces(dmat4 place) {
     const dvec3 attitude = limitAttitude(place);
     limitVelocity(place, attitude);
@@ -114,12 +114,12 @@ void Helicopter::applyForces(dmat4 place) {
     m_body->addTorque(up * (m_yaw * YAW_TORQUE));
 }
 
-/// Keeps the body within its tilts and levels it about the axis whose stick is let go. Returns the tilts.
+/// Limits the tilts of the body and levels it about an axis whose stick is released. Returns the tilts, degrees.
 dvec3 Helicopter::limitAttitude(const dmat4& place) {
     const dmat3 local = Engine::get()->getEllipsoid().getWGSTransform(place.getTranslation()).getMat3();
     dvec3 tilt = toEulerXYZ(transpose(place.getMat3()) * local);
-    tilt.x = std::clamp(tilt.x, -MOST_X, MOST_X);
-    tilt.y = std::clamp(tilt.y, -MOST_Y, MOST_Y);
+    tilt.x = std::clamp(tilt.x, -MAX_X, MAX_X);
+    tilt.y = std::clamp(tilt.y, -MAX_Y, MAX_Y);
     if (std::abs(m_roll * ROLL_FORCE) < NO_FORCE) tilt.x *= LEVELLING;
     if (std::abs(m_pitch * PITCH_FORCE) < NO_FORCE) tilt.y *= LEVELLING;
     m_body->setPreserveTransform({local * transpose(fromEulerXYZ(tilt)), place.getTranslation()});
@@ -130,7 +130,7 @@ void Helicopter::limitVelocity(const dmat4& place, const dvec3& tilt) {
     const vec3 velocity = m_body->getLinearVelocity();
     const dmat3 to_model = transpose(place.getMat3());
     const vec3 own = narrow(to_model * dvec3(velocity));
-    const float x = slowed(own.x, tilt.x, SLOWING_X, MOST_X), y = slowed(own.y, tilt.y, SLOWING_Y, MOST_Y);
+    const float x = slowed(own.x, tilt.x, SLOWING_X, MAX_X), y = slowed(own.y, tilt.y, SLOWING_Y, MAX_Y);
     if (x == own.x && y == own.y) return;
     m_body->setLinearVelocity(narrow(place.getMat3() * dvec3(vec3(x, y, own.z))));
 }

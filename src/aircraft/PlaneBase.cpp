@@ -1,4 +1,4 @@
-// What every fixed-wing aircraft does: loading, placing, the gear's flag, its timed actions. The logic calls `update`
+// Operations common to fixed-wing aircraft: loading, placing, the gear's flag, timed actions. The logic calls `update`
 // each frame of manual flight.
 #include "src/aircraft/PlaneBase.h"
 

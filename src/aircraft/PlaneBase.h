@@ -1,5 +1,5 @@
-// A fixed-wing aircraft: one prefab in the world, what its configuration says, and the operations that all of them
-// have.
+// A fixed-wing aircraft: one prefab in the world, its configuration, and the operations common to all fixed-wing
+// aircraft.
 #pragma once
 
 #include <engine/action/Action.h>
@@ -15,30 +15,30 @@ struct FlyFrame;
 
 enum DAMAGE_STATE : std::int16_t { DAMAGE_NONE = 0, DAMAGE_DESTROYED = 1 };
 
-/// Takes its configuration (`setAircraftInfo`), is initialised, placed, and then updated. The order of the virtual
-/// operations is part of the contract; derived classes add theirs behind. World transforms are geocentric, angles
+/// Call `setAircraftInfo`, then `init`, place the aircraft, then call `update` each frame. The order of the virtual
+/// functions is part of the contract; derived classes append theirs. World transforms are geocentric, angles are in
 /// degrees.
 ///
-/// An aircraft without a loaded model answers every operation and moves nothing. The model belongs to the world once it
-/// is loaded and must outlive the aircraft.
+/// Without a loaded model every operation can be called and moves nothing. The world owns the model once it is loaded;
+/// the model must outlive the aircraft.
 class PlaneBase {
 public:
-    virtual const jString& getPrefabPath() const { return m_prefab_path; }  ///< of the loaded model; empty before
+    virtual const jString& getPrefabPath() const { return m_prefab_path; }  ///< path of the loaded model; empty before
     virtual bool isUndercarriageOpen() const { return m_undercarriage_open; }
-    virtual bool init(World* world);  ///< with the configured path
-    /// Loads the model and adds it to the world. True at once when that path is loaded already; false when it cannot be
-    /// loaded, with nothing added.
+    virtual bool init(World* world);  ///< uses the configured path
+    /// Loads the model and adds it to the world. True without a load when that path is loaded already; false, with
+    /// nothing added, when it cannot be loaded.
     virtual bool init(World* world, const jString& path);
     virtual bool update(float dt);  ///< seconds
     virtual void refresh();         ///< does nothing
-    /// Where poses and flight states are relative to.
+    /// Reference frame of poses and flight states.
     virtual const dmat4& getBaseTransform() const { return m_base_transform; }
     virtual void setBaseTransform(const dmat4& world) { m_base_transform = world; }
     virtual const AirCraftInfo& getAircraftInfo() const { return m_info; }
     virtual void assignAircraftInfo(const AirCraftInfo& info) { m_info = info; }
     virtual const std::int16_t& getDamageState() const { return m_damage_state; }  ///< a DAMAGE_STATE
     virtual void setDamageState(std::int16_t state) { m_damage_state = state; }
-    /// Sets the gear flag; animated, it runs the movement when the flag changes. Returns `open`.
+    /// Sets the gear flag; with `animate` starts the movement if the flag changes. Returns `open`.
     virtual bool setUndercarriage(bool open, bool animate);
     virtual void setWgsHPR(const dvec3& hpr);
     virtual void setWgsPosition(const dvec3& geo);
@@ -56,14 +56,14 @@ public:
     virtual void showDestroyed();              ///< the base does nothing
     virtual void resetDamage();                ///< the base does nothing
     virtual void resetToBase();                ///< undamaged at the base transform; the base does nothing
-    virtual void resetAt(const dmat4& world);  ///< undamaged at a place; the base does nothing
+    virtual void resetAt(const dmat4& world);  ///< undamaged at `world`; the base does nothing
     virtual bool catchFire() { return true; }
     virtual void addPositionOffset(const dvec3& offset);          ///< metres in the model's parent's frame
     virtual void addRotationDeflection(const dvec3& deflection);  ///< (heading, pitch, roll)
 
-    /// Null before `init`. One that failed to load is outside the world and belongs to the aircraft.
+    /// Null before `init`. A model that failed to load is outside the world and owned by the aircraft.
     ObjectPrefab* getModel() const { return m_model; }
-    float getElapsedTime() const { return m_elapsed; }  ///< seconds of `update`
+    float getElapsedTime() const { return m_elapsed; }  ///< sum of `update`'s seconds
     int getNumActions() const { return m_actions.getNumActions(); }
 
     PlaneBase(const PlaneBase&) = delete;
@@ -71,7 +71,7 @@ public:
 
 protected:
     PlaneBase();
-    ~PlaneBase();  ///< not virtual, the order of operations has none: destroyed as what it was made
+    ~PlaneBase();  ///< not virtual (no place in the contract's order): delete through the derived type
 
     float m_elapsed = 0.0f;
     ObjectPrefab* m_model = nullptr;

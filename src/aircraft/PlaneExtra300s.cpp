@@ -21,7 +21,7 @@ bool PlaneExtra300s::init(World* world, const jString& path) {
     return true;
 }
 
-/// Instruments usually share one material: each is to show a place of its own.
+/// Instruments usually share one material; each needs its own texture offset.
 void PlaneExtra300s::ownMovedMaterials() {
     for (int i = 0; i < m_info.parts.size(); ++i) {
         Node* const node = m_info.parts[i].type == PART_UV_OFFSET ? getNode(i) : nullptr;
@@ -49,7 +49,7 @@ void PlaneExtra300s::stopPose() {
 }
 
 Node* PlaneExtra300s::findNode(int position, const char* operation) const {
-    // Rotations, axes and places are the configuration's: another one may be shorter than the one loaded with.
+    // Axes and transforms are from the configuration; a later configuration may have fewer entries than the first.
     const bool known = position < std::min(m_axes.size(), m_initial_transforms.size());
     Node* const node = known ? getNode(position) : nullptr;
     if (!node) std::printf("not find id is %d node in PlaneExtra300s::%s\n", position, operation);

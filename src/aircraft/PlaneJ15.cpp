@@ -1,4 +1,4 @@
-// The carrier jet: surfaces, exhaust, and how its body answers the controls. `update` runs each frame of manual flight.
+// The carrier jet: surfaces, exhaust, and forces of the controls. `update` is called each frame of manual flight.
 #include "src/aircraft/PlaneJ15.h"
 
 #include <engine/math/jMath.h>
@@ -14,14 +14,14 @@
 
 namespace {
 
-constexpr int GROUP_A = 5, GROUP_B = 6;  ///< first positions of the control-surface groups, which take every second one
+constexpr int GROUP_A = 5, GROUP_B = 6;  ///< first positions of the surface groups; each group has every second one
 constexpr int GROUP_SIZE = 6;
 constexpr int HOOK = 20, LIGHT = 31, MATERIAL = 32, EXHAUST_1 = 33, EXHAUST_2 = 34;
 
 constexpr float SPEED_FACTOR = 50.0f;                   ///< torque (Nm) and side force (N) for each m/s
 constexpr vec3 TORQUE_LIMIT{1000.0f, 500.0f, 2000.0f};  ///< Nm about the right wing, the nose and the vertical
-constexpr float MOST_PARTICLES = 1e6f;                  ///< a second
-constexpr float DEAD_ZONE = 0.1f;                       ///< inputs up to here count as 0
+constexpr float MAX_PARTICLES = 1e6f;                   ///< per second
+constexpr float DEAD_ZONE = 0.1f;                       ///< inputs up to this value count as 0
 
 float liveInput(float input) {
     return std::abs(input) > DEAD_ZONE ? std::clamp(input, -1.0f, 1.0f) : 0.0f;
@@ -37,7 +37,7 @@ bool PlaneJ15::init(World* world, const jString& path) {
     if (surface && surface->getType() == Node::MESH_STATIC) surface->asObject()->setSurfaceMaterialInherit(0, true);
     m_exhaust_1 = findEmitter(EXHAUST_1);
     m_exhaust_2 = findEmitter(EXHAUST_2);
-    if (m_exhaust_2) m_exhaust_rate = static_cast<int>(std::clamp(m_exhaust_2->getSpawnRate(), 0.0f, MOST_PARTICLES));
+    if (m_exhaust_2) m_exhaust_rate = static_cast<int>(std::clamp(m_exhaust_2->getSpawnRate(), 0.0f, MAX_PARTICLES));
     return true;
 }
 
@@ -52,9 +52,9 @@ bool PlaneJ15::update(float dt) {
     return PlaneBase::update(dt);
 }
 
-/// Surfaces grip with the speed along the nose: each input turns the body about its own axis with a torque of input x
-/// speed x factor, up to the axis's limit, and the body's matter is pulled behind the nose. Without an input beyond the
-/// dead zone, or at rest, nothing acts.
+/// The effect of the surfaces grows with the speed along the nose. Each input causes a torque of input x speed x factor
+/// about its axis, up to the axis's limit; a force turns the velocity toward the nose. There is no force without an
+/// input beyond the dead zone or without forward speed.
 void PlaneJ15::driveBody() {
     const vec3 input{liveInput(m_control_input.x), liveInput(m_control_input.y), liveInput(m_control_input.z)};
     BodyRigid* const body = m_model ? m_model->getBodyRigid() : nullptr;

@@ -6,8 +6,8 @@
 class BodyRigid;
 class ObjectParticles;
 
-/// Control nodes have their roles by position: 0..4 and 17..19 undercarriage, 5, 7 … 15 and 6, 8 … 16 the two groups of
-/// control surfaces, 20 the tail hook, 31 a light, 32 a surface with a material of its own, 33 and 34 the exhaust.
+/// The position of a control node gives its role: 0..4 and 17..19 undercarriage, 5, 7 … 15 and 6, 8 … 16 the two groups
+/// of control surfaces, 20 the tail hook, 31 a light, 32 a surface with its own material, 33 and 34 the exhaust.
 class PlaneJ15 final : public PlaneParts {
 public:
     PlaneJ15() : PlaneParts("PlaneJ15") {}
@@ -15,8 +15,8 @@ public:
     using PlaneParts::init;
     bool init(World* world, const jString& path) override;
     bool update(float dt) override;
-    /// Run the gear over 8 seconds a group, the legs' group and the doors' one after the other; nothing when the gear
-    /// is there already. A running movement is dropped, the new one starts from its end pose.
+    /// Move the gear: first one group (doors or legs), then the other, 8 seconds each. No effect when the gear is
+    /// already in that state. A running movement is cancelled; the new one starts from its end pose.
     void openUndercarriage() override;
     void closeUndercarriage() override;
     void flyPose() override;
@@ -25,7 +25,7 @@ public:
     void stopPose() override;
 
     virtual bool isStanding() const { return m_standing; }
-    // Values that the jet keeps for whoever drives it and does not read itself.
+    // Values for the caller; the jet only stores them.
     virtual dmat4 getUserTransform() const { return m_user_transform; }
     virtual void setUserTransform(const dmat4& transform) { m_user_transform = transform; }
     virtual bool getUserFlag1() const { return m_user_flag1; }
@@ -33,14 +33,14 @@ public:
     virtual bool getUserFlag2() const { return m_user_flag2; }
     virtual void setUserFlag2(bool flag) { m_user_flag2 = flag; }
 
-    // Parts put in place at once; the gear's flag stays as it is.
+    // Set the parts to their end pose at once; the gear's flag does not change.
     void openUndercarriageNow();
     void closeUndercarriageNow();
     void openHook();
     void closeHook();
-    /// Turns the part at a position by an angle about its axis, from its flight pose; nothing without a node there.
+    /// Rotates the part at a position by degrees about its axis, from its flight pose; no effect without a node.
     void deflectSurface(int position, float angle);
-    /// Switches the light at position 31 on or off; nothing without one.
+    /// Switches the light at position 31 on or off; no effect without one.
     void toggleLight();
     /// The pilot's stick and pedals, -1..1: x nose up, y right wing down, z nose left.
     void setControlInput(const vec3& input) { m_control_input = input; }
@@ -62,7 +62,7 @@ private:
     vec3 m_control_input;
     ObjectParticles* m_exhaust_1 = nullptr;
     ObjectParticles* m_exhaust_2 = nullptr;
-    int m_exhaust_rate = 0;  ///< particles a second at full thrust
+    int m_exhaust_rate = 0;  ///< particles per second at full thrust
     bool m_standing = false;
     dmat4 m_user_transform;
     bool m_user_flag1 = false;

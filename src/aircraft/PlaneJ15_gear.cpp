@@ -1,4 +1,4 @@
-// The jet's undercarriage and tail hook: timed and immediate movements, started by the gear's flag and by the panel.
+// The jet's undercarriage and tail hook: timed and immediate movements, started by the gear's flag or the panel.
 #include <engine/scene/ObjectPrefab.h>
 
 #include <algorithm>
@@ -88,8 +88,8 @@ void PlaneJ15::snapSurface(const jString& name, int position, bool opening) {
     destroyAction(action);
 }
 
-/// Positions that have a node's place and both rotations: another configuration may be shorter than the one loaded
-/// with.
+/// Number of positions with an initial transform and both rotations. A later configuration may have fewer entries than
+/// the first.
 int PlaneJ15::countParts() const {
     return std::min(m_initial_transforms.size(), m_node_names.size());
 }

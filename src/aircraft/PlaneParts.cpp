@@ -1,5 +1,5 @@
-// Control nodes, poses, wheels and damage looks of the fixed-wing aircraft. Set up once by `init`; the rest is called
-// when the logic changes a pose or a look.
+// Control nodes, poses, wheels and visible damage of the fixed-wing aircraft. Set up once by `init`; the other
+// operations are called when the logic changes a pose or the damage.
 #include "src/aircraft/PlaneParts.h"
 
 #include <engine/core/Engine.h>
@@ -99,7 +99,7 @@ void PlaneParts::poseNodes(const jVector<vec3>& rotations) {
     for (int i = 0; i < m_rot_node_num; ++i) poseNode(i, rotations[i]);
 }
 
-/// A state's heading counts from +X while a model looks along +Y, and its roll is positive left wing down.
+/// A state's heading is measured from +X, but a model faces +Y; a state's roll is positive with the left wing down.
 void PlaneParts::placeAt(const FlyFrame& state) {
     const dquat attitude = dquat::fromEulerZXY(state.heading - 90.0, state.pitch, -state.roll);
     if (m_model) m_model->setTransform(m_base_transform * dmat4(attitude, state.pivot));

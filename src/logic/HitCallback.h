@@ -9,7 +9,7 @@ public:
     void contact(Body* body, int shape) override {
         m_body = body;
         for (int i = 0; i < handlers.size() && m_body; ++i) {
-            const Function<void(Body*, int)> handler = handlers[i];  // it may register others
+            const Function<void(Body*, int)> handler = handlers[i];  // a copy: it may append others
             handler(body, shape);
         }
         m_body = nullptr;

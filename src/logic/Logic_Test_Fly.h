@@ -71,7 +71,7 @@ public:
     Logic_Test_Fly& operator=(const Logic_Test_Fly&) = delete;
     ~Logic_Test_Fly() override;
 
-    // Life and frame: Logic_Test_Fly.cpp
+    // Lifetime and frame: Logic_Test_Fly.cpp
     jString getWorldPath() const override;
     bool init() override;
     void update(float dt) override;

@@ -63,7 +63,7 @@ void Logic_Test_Fly::place_camera(const dvec3& position, const dquat& rotation) 
     m_camera->apply();
 }
 
-/// The pilot's eye.
+/// Sets the camera to the pose of the pilot's eye.
 void Logic_Test_Fly::follow_aircraft() {
     if (!m_aircraft_node || !m_camera) return;
     dvec3 scale;
