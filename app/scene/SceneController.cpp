@@ -109,7 +109,8 @@ struct SceneController::Operations {
         return true;
     }
 
-    bool operator()(const command::Wipers& c) { return fly.set_wipers_on(c.on) || fail("this aircraft has no wipers"); }
+    bool operator()(const command::Wipers& c) { fly.set_wipers(c.on);
+        return fly.getHelicopter() || fail("this aircraft has no wipers"); }
 
     bool operator()(const command::Gear& c) {
         fly.set_gear(c.down);
