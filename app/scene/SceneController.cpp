@@ -95,9 +95,9 @@ struct SceneController::Operations {
     }
 
     bool operator()(const command::NavigationLights& c) {
-        fly.setNaviLight(c.on ? 1 : 0);
         Object* const model = fly.getModel();
         if (!model) return fail("there is no aircraft with lights");
+        fly.setNaviLight(c.on ? 1 : 0);
         forEachNode(*model, [on = c.on](Node& node) {
             if (node.getName().rfind("navigation", 0) == 0) node.setEnabled(on);
         });
@@ -109,8 +109,10 @@ struct SceneController::Operations {
         return true;
     }
 
-    bool operator()(const command::Wipers& c) { fly.set_wipers(c.on);
-        return fly.getHelicopter() || fail("this aircraft has no wipers"); }
+    bool operator()(const command::Wipers& c) {
+        fly.set_wipers(c.on);
+        return fly.getHelicopter() || fail("this aircraft has no wipers");
+    }
 
     bool operator()(const command::Gear& c) {
         fly.set_gear(c.down);
