@@ -4,6 +4,7 @@
 #include "common/LogicBase.h"
 #include "engine/core/Engine.h"
 #include "engine/gui/UIRoot.h"
+#include "engine/input/ControlApp.h"
 #include "engine/input/InputRouter.h"
 #include "engine/scene/World.h"
 #include "render/Picture.h"
@@ -17,7 +18,11 @@ void connectLogic(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly_logic, P
     input.bindMouseDown([&logic, app](const GUIEventMouse& event) { logic.onMouseDown(event, app); });
     input.bindMouseUp([&logic, app](const GUIEventMouse& event) { logic.onMouseUp(event, app); });
     input.bindMouseMove([&logic, app](const GUIEventMouse& event) { logic.onMouseMove(event, app); });
-    input.bindWheel([&logic, app](const GUIEventWheel& event) { logic.onMouseWheel(event, app); });
+    input.bindWheel([&logic, app, fly_logic](const GUIEventWheel& event) {
+        logic.onMouseWheel(event, app);
+        // The logic takes the event with a plane alone; with the helicopter its polled zoom is the wheel's use.
+        if (fly_logic && !fly_logic->getAircraft()) app->getControl()->addWheel(event.delta);
+    });
 
     logic.m_signal_24_date.append([&engine](int year, int month, int day) {
         Environment& environment = engine.getWorld()->getEnvironment();

@@ -21,7 +21,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    const Logic_Test_Fly* m_logic;  ///< null with another logic: the line then contains the frame rate only
+    const Logic_Test_Fly* m_logic;  ///< null with another logic: the line then has frame statistics only
     Clock::time_point m_start;
     int m_frames = 0;
     double m_spent = 0.0;

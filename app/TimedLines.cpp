@@ -64,7 +64,7 @@ bool readTimedLines(const std::string& file, std::vector<TimedLine>& lines, std:
 
 const TimedLine* TimedQueue::next(double time, long frame) {
     if (m_next == m_lines.size()) return nullptr;
-    constexpr double HALF_A_TICK = 1e-9;  // tolerates rounding of a time that is meant to be a frame's
+    constexpr double HALF_A_TICK = 1e-9;  // tolerance for rounding of a time that equals a frame's
     const TimedLine& line = m_lines[m_next];
     const bool is_due = line.frame > 0 ? line.frame <= frame : line.time <= time + HALF_A_TICK;
     if (!is_due) return nullptr;

@@ -1,4 +1,4 @@
-// What the plug-in's library shows of itself: everything else in it stays hidden.
+// Marks what the plug-in's library exports; every other symbol is hidden.
 #pragma once
 
 #define LOGIC_API __attribute__((visibility("default")))

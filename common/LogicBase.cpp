@@ -1,5 +1,5 @@
-// The base of every scene logic: environment tracks, notifications, test mode, levelling the camera. The engine calls
-// it at start and, through the operations that the scene's own logic does not replace, at events.
+// The base class of every scene logic: environment tracks, notifications, test mode, levelling the camera. The engine
+// calls `init` at the start, and the virtual functions that the derived class does not override at events.
 #include "common/LogicBase.h"
 
 #include <engine/camera/CameraControl.h>
@@ -17,7 +17,7 @@ constexpr const char* TIME_OF_DAY = "TOD.anim";
 constexpr const char* LIGHT_ENABLE = "airport_light_enable.anim";
 constexpr const char* LIGHT_BRIGHTNESS = "airport_light_brightness.anim";
 
-/// An upright frame at a place whose vertical is `up`, looking where `view` looks as far as the vertical allows.
+/// An upright frame for the vertical `up` that keeps the direction of `view` as far as the vertical allows.
 dmat3 levelFrame(const dmat4& view, const dvec3& up) {
     dvec3 z = view.getZ();
     dvec3 x = cross(up, z);

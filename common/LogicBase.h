@@ -1,4 +1,4 @@
-// What every scene logic has: the engine's handles, the environment's tracks, the notifications.
+// The base class of a scene logic: access to the engine, the environment's tracks, the notifications.
 #pragma once
 
 #include <engine/gui/Events.h>
@@ -17,41 +17,41 @@ class ObjectPrefab;
 class Track;
 class World;
 
-/// The base of a scene logic, as the engine drives it: `init` once, then each frame `update`, `swap` and `render`,
-/// input callbacks between them, and `release` before its destruction. Frame thread only.
+/// Base class of a scene logic. The engine calls `init` once, then `update`, `swap` and `render` each frame, input
+/// callbacks between them, and `release` before the destruction. Frame thread only.
 ///
-/// World and camera are not owned and outlive the logic. The order of the virtual operations is part of the contract.
+/// World and camera are not owned and outlive the logic. The order of the virtual functions is part of the contract.
 class LOGIC_API LogicBase {
 public:
-    /// The tracks of weather, time of day and airport lights lie here, under the runtime root.
+    /// Folder of the tracks of weather, time of day and airport lights, under the runtime root.
     static constexpr const char* TRACK_FOLDER = "data/assets/Anim/Fly_simulator/";
 
     LogicBase(World* world, CameraControl* camera);
-    /// A copy shares the tracks loaded so far; they end with the last logic that has them.
+    /// A copy shares the tracks loaded so far; the last logic that holds them deletes them.
     LogicBase(const LogicBase& other);
     LogicBase& operator=(const LogicBase& other);
 
-    virtual int getCamSpeed() const { return m_cam_speed; }  ///< metres a second
+    virtual int getCamSpeed() const { return m_cam_speed; }  ///< metres per second
     virtual void setCamSpeed(int speed) { m_cam_speed = speed; }
     virtual ~LogicBase();
     virtual void setRain(float amount);  ///< 0..1; the base does nothing
     virtual void setSnow(float amount);  ///< 0..1; the base does nothing
-    virtual void setTod(float time);     ///< time of day, 0..1 over the day; nothing without its track
+    virtual void setTod(float time);     ///< time of day, 0..1 over the day; no effect without its track
     virtual void setAirportLightEnable(bool enable);
     virtual void setAirportLightBrightness(float brightness);  ///< 0..1
-    /// The scene file that the engine loads for this logic, under the runtime root; empty for none.
+    /// Path of the scene file that the engine loads for this logic, under the runtime root; empty for none.
     virtual jString getWorldPath() const;
     virtual const World* getWorld() const { return m_world; }
     virtual World* getWorld() { return m_world; }
     virtual const CameraControl* getCameraControl() const { return m_camera; }
     virtual CameraControl* getCameraControl() { return m_camera; }
     virtual void apply_date(int year, int month, int day);  ///< fires notification 24
-    /// Loads the environment's tracks; a track that cannot be loaded is logged and left out. Always true.
+    /// Loads the environment's tracks; a track that cannot be loaded is logged and skipped. Always true.
     virtual bool init();
     virtual void update(float dt);  ///< one frame of dt seconds, before the physics step
-    virtual void render();          ///< after the picture
-    virtual void swap();            ///< after the physics step: the last word on the camera
-    virtual void release();         ///< gives back what must go before the destruction
+    virtual void render();          ///< after the picture is drawn
+    virtual void swap();            ///< after the physics step: sets the frame's final camera pose
+    virtual void release();         ///< frees what must be freed before the destruction
     virtual void onMouseDown(const GUIEventMouse& event, IApp* app);
     virtual void onMouseUp(const GUIEventMouse& event, IApp* app);
     virtual void onMouseMove(const GUIEventMouse& event, IApp* app);
@@ -61,17 +61,17 @@ public:
     virtual void onKeyRelease(const GUIEventKey& event, IApp* app);
 
 protected:
-    /// Loads a track and keeps it; an empty path does nothing, a failure costs one log line. A path may be loaded
+    /// Loads a track and keeps it. An empty path has no effect; a failure is logged once. A path may be loaded
     /// twice.
     virtual void load_track(const jString& path);
-    /// The first track loaded from that path, null when there is none. Valid as long as this logic.
+    /// The first track loaded from that path, null when there is none. Valid while this logic exists.
     virtual Track* get_track(const jString& path);
 
 public:
-    virtual void set_aircraft_path(jString path);  ///< aircraft configuration file; before `init`
-    virtual void set_airport_node(jString name);   ///< node that the aircraft starts at; before `init`
-    virtual void set_carrier_node(jString name);   ///< node of the carrier; before `init`
-    void set_test_mode(bool on);                   ///< tells so on the console
+    virtual void set_aircraft_path(jString path);  ///< aircraft configuration file; call before `init`
+    virtual void set_airport_node(jString name);   ///< node where the aircraft starts; call before `init`
+    virtual void set_carrier_node(jString name);   ///< node of the carrier; call before `init`
+    void set_test_mode(bool on);                   ///< prints the new mode on the console
     bool isTestMode() const { return m_test_mode; }
 
 protected:
@@ -85,19 +85,19 @@ protected:
     bool m_test_mode = false;
 
 public:
-    // Notifications, named by number, and by meaning where this library fires them.
+    // Notifications. Each name has a number, and a meaning if this library fires the notification.
     Signal<Node*> m_signal_1;
-    Signal<int> m_signal_2_reset;  ///< with 25, then with 26
+    Signal<int> m_signal_2_reset;  ///< fired with 25, then with 26
     Signal<double> m_signal_3;
-    Signal<Node*> m_signal_4_missile_gone;                  ///< about to be deleted
-    Signal<ObjectPrefab*, bool> m_signal_5_prefab_created;  ///< and whether it is new: true
-    Signal<Node*, bool> m_signal_6_rotor_wash;  ///< an effect of the helicopter, at `init`; the flag is false
+    Signal<Node*> m_signal_4_missile_gone;                  ///< the missile, before it is deleted
+    Signal<ObjectPrefab*, bool> m_signal_5_prefab_created;  ///< the prefab; the flag (it is new) is always true
+    Signal<Node*, bool> m_signal_6_rotor_wash;              ///< an effect of the helicopter, at `init`; flag false
     Signal<jString, Node*, bool> m_signal_7;
-    Signal<SynCoder::CMDPlaySpeOnceInfo*> m_signal_8_effect_started;  ///< valid during the call
+    Signal<SynCoder::CMDPlaySpeOnceInfo*> m_signal_8_effect_started;  ///< pointer valid during the call
     Signal<Material*> m_signal_9;
     Signal<Object*, int> m_signal_10;
     Signal<Node*, const jString&> m_signal_11;
-    Signal<const jString&> m_signal_12_prefab_preloaded;  ///< its path
+    Signal<const jString&> m_signal_12_prefab_preloaded;  ///< path of the prefab
     Signal<Track*> m_signal_13_track_loaded;
     Signal<CMD_TYPE> m_signal_14;
     Signal<int> m_signal_15;
@@ -105,7 +105,7 @@ public:
     Signal<float> m_signal_17;
     Signal<float> m_signal_18;
     Signal<float> m_signal_19;
-    Signal<float> m_signal_20_fog;  ///< from the visibility: 0.39 in fog to 1.01 in clear air
+    Signal<float> m_signal_20_fog;  ///< computed from the visibility: 0.39 in fog to 1.01 in clear air
     Signal<float> m_signal_21;
     Signal<float> m_signal_22;
     Signal<int> m_signal_23;
@@ -124,9 +124,9 @@ public:
     Signal<CloudInfo*> m_signal_36;
 
 protected:
-    /// Levels the camera on the globe and keeps its heading and position; nothing without a camera node.
+    /// Levels the camera on the globe and keeps its heading and position; no effect without a camera node.
     void adjust_geo_rotation_forward();
-    static void destroy_track(Track* track);  ///< releases one made with jNew and deletes it
+    static void destroy_track(Track* track);  ///< releases and deletes a track made with jNew
     /// The first node of that name, null when there is none or no world.
     Node* find_node(const jString& name) const;
 
@@ -134,11 +134,11 @@ private:
     void set_track(const char* file, float position);
 };
 
-/// Number of this class's layout and of the order of its virtual operations. A library of another number cannot be
+/// Version of this class's layout and of the order of its virtual functions. A library with another version cannot be
 /// used.
 constexpr int LOGIC_INTERFACE_VERSION = 1;
-/// Each library exports the number that it was built with beside its factory.
+/// Each library exports, beside its factory, the version that it was built with.
 extern "C" LOGIC_API const int LogicInterfaceVersion;
 
-/// Makes this library's scene logic. The caller initialises it, and ends it with `jDelete`.
+/// Creates this library's scene logic. The caller owns it: it calls `init`, and deletes it with `jDelete`.
 extern "C" LOGIC_API LogicBase* CreateLogic(World* world, CameraControl* camera);

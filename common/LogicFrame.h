@@ -1,16 +1,16 @@
-// The frame of a scene logic, as the application, the tests and the benches run it.
+// The order of one frame with a scene logic, shared by the application, the tests and the benches.
 #pragma once
 
 #include <engine/core/Engine.h>
 
 #include "common/LogicBase.h"
 
-/// Actions that an application adds to the frame, at three points; here they do nothing. A class with the same member
-/// functions can be used instead.
+/// Actions that an application adds to the frame at three points; these do nothing. Any class with the same member
+/// functions can replace it.
 struct FrameSteps {
-    void begun() {}       ///< the clock has advanced, input was dispatched: scene commands
-    void moved(float) {}  ///< the logic has updated: other motion of bodies, with the frame's time in seconds
-    void placed() {}      ///< physics is done, the logic has placed the camera: picture, observers of the scene
+    void begun() {}       ///< clock advanced, input dispatched: run scene commands
+    void moved(float) {}  ///< logic updated: move further bodies; the frame's time in seconds
+    void placed() {}      ///< physics stepped, camera placed: draw, run observers of the scene
 };
 
 /// Runs one frame of dt seconds. Frame thread. REQUIRES an initialised logic.

@@ -1,4 +1,4 @@
-// Notification lists that a host application connects to, and the types that they carry.
+// Lists of handlers that a host application connects to, and the types of their arguments.
 #pragma once
 
 #include <engine/math/Transform.h>
@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <type_traits>
 
-/// Handlers of one notification, called in order of connection on the frame thread. Connect with `append`.
+/// Handlers of one notification, called in order of connection on the frame thread. Connect one with `append`.
 template <class... A>
 using Signal = jVector<Function<void(A...)>>;
 
-/// Calls every handler connected so far; a handler may connect further ones meanwhile, which are then called too.
+/// Calls every connected handler. A handler may connect further ones during the call; these are called too.
 template <class... A>
 void fire(const Signal<A...>& signal, std::type_identity_t<A>... args) {
     for (int i = 0; i < signal.size(); ++i) {
@@ -20,7 +20,7 @@ void fire(const Signal<A...>& signal, std::type_identity_t<A>... args) {
     }
 }
 
-// Codes whose values are settled between whoever fires and whoever connects.
+// Codes. Their values are agreed between the code that fires a notification and the handler.
 enum CMD_TYPE : std::int32_t {};
 enum WEATHER_TYPE : std::int32_t {};
 enum WEATHER_DETAIL : std::int32_t {};
@@ -28,17 +28,17 @@ enum WEATHER_DETAIL : std::int32_t {};
 /// A layer of clouds.
 struct CloudInfo {
     float coverage = 0.0f;   ///< 0 clear to 1 overcast
-    float base = 1000.0f;    ///< height of its lower side, metres
+    float base = 1000.0f;    ///< height of the lower side, metres
     float thickness = 0.0f;  ///< metres
 };
 
 namespace SynCoder {
 
-/// An effect that was started once.
+/// A started effect that plays once.
 struct CMDPlaySpeOnceInfo {
-    jString path;           ///< its prefab
+    jString path;           ///< path of its prefab
     float duration = 0.0f;  ///< seconds
-    dmat4 transform;        ///< where it plays, geocentric
+    dmat4 transform;        ///< its pose, geocentric
 };
 
 }  // namespace SynCoder

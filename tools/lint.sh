@@ -10,6 +10,7 @@ cd "$(dirname "$0")/.."
 sources=('*.cpp' '*.h')
 max_files=${LINT_FILES:-16}
 install_packages
+git rev-parse --git-dir >/dev/null || die "git cannot read this folder"
 git ls-files -z -- "${sources[@]}" | xargs -0 -P "$(nproc)" -n 32 clang-format --dry-run -Werror \
     || die "these files are not in the project's format; clang-format -i FILE... writes it"
 
@@ -23,10 +24,11 @@ fi
 [ -n "$base" ] || { echo "lint.sh: format is right; there is no earlier commit to compare with"; exit 0; }
 
 mapfile -t changed < <(git diff --no-renames --numstat --diff-filter=d "$base" -- "${sources[@]}" | sort -rn | cut -f3)
-[ ${#changed[@]} -gt 0 ] || { echo "lint.sh: format is right; no source changed"; exit 0; }
 [ ${#changed[@]} -le "$max_files" ] || echo "lint.sh: ${#changed[@]} files changed; the $max_files with most changes are linted"
+changed=("${changed[@]:0:max_files}")
+[ ${#changed[@]} -gt 0 ] || { echo "lint.sh: format is right; no source to lint"; exit 0; }
 [ -f build/compile_commands.json ] || build release  # which also generates what some sources include
-findings=$(git diff --no-renames -U0 "$base" -- "${changed[@]:0:max_files}" \
+findings=$(git diff --no-renames -U0 "$base" -- "${changed[@]}" \
     | clang-tidy-diff -p1 -path build -j "$(nproc)" -quiet -extra-arg=-Wno-unknown-warning-option 2>/dev/null)
 echo "$findings"
 ! grep -qE '(warning|error):' <<<"$findings" || die "clang-tidy found the above in lines that changed since ${base:0:10}"

@@ -14,14 +14,14 @@
 
 namespace {
 
-constexpr float LAG = 0.1f;    ///< seconds from the action's start until the effect plays
-constexpr float FLASH = 0.7f;  ///< seconds that its lights take to die away
+constexpr float LAG = 0.1f;    ///< seconds from the action's start to the effect's start
+constexpr float FLASH = 0.7f;  ///< seconds in which the effect's lights fade out
 
 void setPlaying(Node& effect, bool plays) {
     forEachParticles(effect, [plays](ObjectParticles& particles) { plays ? particles.play() : particles.stop(); });
 }
 
-/// The effect of a file; null, with one error logged, when it holds none.
+/// Loads the effect of a file; null, with one error logged, when the file contains none.
 std::unique_ptr<Node> loadEffect(const jString& path) {
     const Package* const file = ObjectPrefab::openFile(path);
     if (!file) return nullptr;
@@ -65,7 +65,7 @@ void ActionPlaySpe::shine(float brightness) {
     });
 }
 
-/// The last call leaves the lights dark, however long its frame was.
+/// The last call makes the lights dark, however long its frame was.
 void ActionPlaySpe::flash() {
     const float left = std::max(0.0f, 1.0f - (m_elapsed - LAG) / FLASH);
     shine(left * left);

@@ -8,11 +8,11 @@
 
 namespace {
 
-/// Sine of the angle to the vertical below which travel is straight up or down. The vertical here is that from the
-/// globe's centre, 0.19 degrees off the ellipsoid's at most.
+/// Sine of the angle to the vertical below which travel is straight up or down. The vertical here is the direction
+/// from the globe's centre, which differs by 0.19 degrees at most from the ellipsoid's normal.
 constexpr double PARALLEL = 4e-3;
 
-/// Axes with Y along the travel and X level; where the travel is vertical, X as near to the old one as that allows.
+/// Axes with Y along the travel and X level. With vertical travel X is as close as possible to the old X axis.
 dmat4 facing(const dmat4& now, const dvec3& travel) {
     const dvec3 y = normalize(travel);
     dvec3 x = cross(y, normalize(now.t));

@@ -1,4 +1,4 @@
-// Sample points of a hull's box and the forces on them; run by the ship's step, before the physics.
+// Sample points of a hull's box and the forces at them; called by the ship's step, before the physics step.
 #include "common/ship/Buoyancy.h"
 
 #include <engine/camera/CameraControl.h>
@@ -13,11 +13,11 @@
 
 namespace {
 
-constexpr int ROWS = 8, COLUMNS = 3;                       ///< along the hull, across it
-constexpr double FADE_END = 1000.0, FADE_LENGTH = 1000.0;  ///< metres of the view's height; those of the drawn sea
+constexpr int ROWS = 8, COLUMNS = 3;                       ///< along and across the hull
+constexpr double FADE_END = 1000.0, FADE_LENGTH = 1000.0;  ///< metres of the view's height; equal to the drawn sea's
 constexpr float DENSITY = 100.0f, DAMPING = 0.3f, NOTHING = 0.0f;
 
-/// How much of the waves is left at the height of the view.
+/// Factor of the wave height at the height of the view, 0..1.
 double getWaveRise() {
     const CameraControl* const camera = Engine::get()->getCameraControl();
     const Node* const view = camera ? camera->getNode() : nullptr;
@@ -69,12 +69,12 @@ void Buoyancy::update() {
     m_submerged_ratio /= static_cast<float>(m_points.size());
 }
 
-/// Lift and damping at one place of the bottom face; the immersed share there.
+/// Applies lift and damping at one point of the bottom face. Returns the immersed share there, 0..1.
 float Buoyancy::push(const dvec3& place, const vec3& up, double wave_rise) {
     const dvec3 geo = Engine::get()->getEllipsoid().toWGS(place);
     double wave = 0.0;
     if (m_ocean) {
-        // The surface point's height, without the way to world coordinates and back.
+        // Reads the wave height directly: no conversion of the surface point to world coordinates and back.
         double east, north;
         m_ocean->getFieldPlace(geo.x, geo.y, east, north);
         wave = static_cast<double>(m_ocean->getField().getHeight(east, north)) * wave_rise;

@@ -1,4 +1,5 @@
-// The ship's step: buoyancy, control, propulsion and drag. Run by the logic's `ships_auto_move`, before the physics.
+// The ship's step: buoyancy, control, propulsion and drag. Called by the logic's `ships_auto_move`, before the
+// physics step.
 #include "common/ship/Ship.h"
 
 #include <engine/core/Engine.h>
@@ -15,7 +16,7 @@
 namespace {
 
 constexpr float DRIVE_FORCE = 300000.0f;      ///< N
-constexpr float LINEAR_DAMPING_SCALE = 0.1f;  ///< a second, at full immersion
+constexpr float LINEAR_DAMPING_SCALE = 0.1f;  ///< per second, at full immersion
 const jString WAKES = "wakes";
 
 Node* findWakes(Object& object) {
@@ -82,7 +83,7 @@ void Ship::update() {
     updateControl();
     if (!m_body) return;
     const float submerged = m_buoyancy->getSubmergedRatio();
-    if (std::isnan(submerged)) return;  // no sample points: the body goes its own way
+    if (std::isnan(submerged)) return;  // no sample points: no forces
     const float hold = 0.5f - std::fabs(0.5f - submerged);
     m_control = m_control * (hold * hold);
     const dmat4& axes = m_body->getTransform();
@@ -121,7 +122,7 @@ void Ship::steer(const dmat4& axes) {
     m_body->addTorque(narrow(axes.getX()) * (m_control.x * m_pitch_torque));
 }
 
-/// Of the water along the hull: it acts level.
+/// Drag of the water on the hull; the force is level.
 void Ship::drag(float submerged) {
     const vec3 velocity = m_body->getLinearVelocity();
     const vec3 against = normalize(velocity) * (-dot(velocity, velocity) * submerged * m_hull_drag);

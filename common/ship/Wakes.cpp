@@ -1,4 +1,4 @@
-// The wake's step, run by the logic's `ships_auto_move` before the ship's own.
+// The wake's step, called by the logic's `ships_auto_move` before the ship's step.
 #include "common/ship/Wakes.h"
 
 #include <engine/core/Engine.h>
@@ -13,13 +13,13 @@
 
 namespace {
 
-constexpr int START_FRAMES = 10;     ///< until then the ship may be put somewhere else
-constexpr double MOST_FOAM = 512.0;  ///< metres
+constexpr int START_FRAMES = 10;    ///< in these the ship may still be moved to another position
+constexpr double MAX_FOAM = 512.0;  ///< metres
 constexpr double FOAM_MARGIN = 1.1;
 constexpr double NO_FOAM_BEAUFORT = 12.0;
 constexpr float FOAM_LIFE = 30.0f;  ///< seconds
 
-/// A node's transform in the frame of one above it.
+/// A node's transform in the frame of its ancestor `top`.
 dmat4 placeIn(const Node* top, const Node* node) {
     dmat4 place = node->getTransform();
     for (node = node->getParent(); node && node != top; node = node->getParent()) place = node->getTransform() * place;
@@ -67,12 +67,12 @@ void Wakes::update() {
 void Wakes::sizeFoam() {
     BoundBox box;
     for (const ObjectParticles* particles : m_foam_particles) box.expand(particles->getWorldParticleBox());
-    const auto size = static_cast<float>(std::clamp(length(box.getSize()) * FOAM_MARGIN, 0.0, MOST_FOAM));
+    const auto size = static_cast<float>(std::clamp(length(box.getSize()) * FOAM_MARGIN, 0.0, MAX_FOAM));
     m_foam->setWidth(size);
     m_foam->setHeight(size);
 }
 
-/// Upright, whatever the ship does; on its course, unless it stands on end.
+/// Sets the node upright whatever the ship's attitude, and along its course unless the ship is vertical.
 void Wakes::level() {
     const dmat4& ship = m_ship->getObject()->getWorldTransform();
     const dvec3 up = m_ship->getObject()->getWGSTransform().getZ();

@@ -15,32 +15,32 @@ class ObjectOcean;
 class ObjectParticles;
 class Ship;
 
-/// What a particle system of the wake was authored with.
+/// Authored settings of one particle system of the wake.
 struct AuthoredParticles {
     float life = 0.0f, life_spread = 0.0f;  ///< seconds
     vec3 velocity, velocity_spread;         ///< m/s
-    float spawn_rate = 0.0f;                ///< a second
+    float spawn_rate = 0.0f;                ///< particles per second
 };
 
-/// Keeps the wake's node level on the ship's course, lays the foam's picture as wide as its particles reach, and lets
-/// foam live shorter in higher seas.
+/// Keeps the wake's node level and aligned with the ship's course, sizes the foam decal to cover its particles, and
+/// shortens the life of the foam in higher seas.
 class LOGIC_API Wakes {
 public:
-    /// None is owned; all must outlive this. The ocean may be null: the foam's life is then as authored.
+    /// None is owned; all must outlive this. The ocean may be null: the foam then has its authored life.
     Wakes(Node* node, Ship* ship, ObjectOcean* ocean);
 
     virtual float getFoamLife() const { return m_foam_life; }
-    virtual void setFoamLife(float seconds) { m_foam_life = seconds; }  ///< in a calm sea
+    virtual void setFoamLife(float seconds) { m_foam_life = seconds; }  ///< life in a calm sea
     virtual ~Wakes() = default;
 
-    /// Once a frame before the physics. Without foam particles nothing happens.
+    /// Call once a frame before the physics step. No effect without foam particles.
     void update();
-    /// Tuning and the foam's life as they were at first.
+    /// Sets tuning and foam life to their defaults.
     void reset();
-    void clearParticles();  ///< ends all living foam
+    void clearParticles();  ///< removes all foam particles
 
     const jVector<ObjectParticles*>& getFoamParticles() const { return m_foam_particles; }
-    /// By the node's id; null for a system that does not hang below the wake's node.
+    /// By the node's id; null for a particle system outside the wake's subtree.
     const AuthoredParticles* getAuthored(int id) const;
 
 private:
@@ -51,12 +51,12 @@ private:
     void shortenLife();
 
     Ship* m_ship;
-    dmat4 m_wake_offset;  ///< of the wake's node, relative to the ship
+    dmat4 m_wake_offset;  ///< pose of the wake's node relative to the ship
     jMap<int, AuthoredParticles> m_authored;
     DecalOrtho* m_foam = nullptr;
     jVector<ObjectParticles*> m_foam_particles;
     ObjectOcean* m_ocean;
-    Tuning m_tuning;  ///< for spray and bow waves to come
+    Tuning m_tuning;  ///< not used yet; for spray and bow waves
     std::uint64_t m_tuning_end = 0;
     Node* m_node;
     float m_foam_life;

@@ -7,7 +7,7 @@ flat out vec4 v_shape;  // half size of the sprite, radius of the core (pixels),
 flat out vec3 v_tilt;   // depth per pixel to the right and up, and its maximum
 
 const float BEAM_EDGE = 0.6;   // width of a spot's fade outside its cone, relative to 1 - its cosine
-const float SPILL = 0.0003;    // intensity in all other directions
+const float SPILL = 0.0003;    // share of the intensity in all other directions
 const float MAX_TILT = 0.08;  // relative to the distance
 
 // The plane that the lamp is mounted on must not clip the sprite: in its lower half the depth follows that plane, moved

@@ -12,7 +12,7 @@ out vec4 v_color;  // display value; alpha
 
 const float EARTH_DIAMETER = 1.2742e7;
 const float GLOW = 30.0;       // kcd/m^2 of a flame of colour 1
-const float MAX_BRIGHTNESS = 0.7;  // of the radiance displayed as white
+const float MAX_BRIGHTNESS = 0.7;  // relative to the radiance displayed as white
 
 vec3 sideways(vec3 centre) {
     vec3 side = cross(centre, u_up);

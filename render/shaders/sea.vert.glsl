@@ -6,7 +6,7 @@ uniform vec2 u_per_metre;         // repetitions of the large and the small casc
 uniform vec4 u_place;             // texture coordinates of the eye
 uniform mat2 u_ripples_map;       // metres to texture coordinates
 uniform vec2 u_ripples_place;
-uniform vec2 u_ripples_kind;      // finer texture levels than their cascade, strength
+uniform vec2 u_ripples_kind;      // number of texture levels finer than their cascade, strength
 uniform mat2 u_swell_map;
 uniform vec2 u_swell_place;
 uniform vec2 u_swell_kind;

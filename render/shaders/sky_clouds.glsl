@@ -12,7 +12,7 @@ uniform vec3 u_cloud_ambient;    // radiance of parts in shade
 // Intersection of a direction with the clouds. It may be interpolated between directions.
 struct Sight {
     vec4 place;  // x, y divided by z: position in the pattern relative to the eye; w: level of detail
-    vec3 look;   // light on thick cloud and additional light at its rim; transmittance toward the eye
+    vec3 look;   // light on thick cloud and additional light at its rim; opacity as seen through the air
 };
 
 // Clouds are bright on the side of the light; their rims are bright when the light is behind them.

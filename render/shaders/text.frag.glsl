@@ -5,7 +5,7 @@ in vec3 v_position;
 in vec2 v_uv;
 in vec4 v_color;
 
-const float SELF_LIGHT = 0.3;  // emission of a letter in the dark, of the radiance displayed as white
+const float SELF_LIGHT = 0.3;  // emission of a letter in the dark, relative to the radiance displayed as white
 
 void main() {
     float ink = texture(u_glyphs, v_uv).a * v_color.a;

@@ -1,4 +1,4 @@
-// The flag's step, called once a frame by whoever put it on the deck.
+// The flag's step, called once a frame by the owner of the flag.
 #include "src/deck/FlagOper.h"
 
 #include <engine/math/jMath.h>
@@ -12,9 +12,9 @@
 
 namespace {
 
-constexpr double FULL_WEIGHT = 10000.0;  ///< m/s of wind that would leave the second yaw alone
+constexpr double FULL_WEIGHT = 10000.0;  ///< wind speed in m/s at which only the second yaw counts
 
-/// From `forward` to `to`, degrees, counter-clockwise seen against `up`.
+/// Angle from `forward` to `to`, degrees, counter-clockwise seen against `up`.
 double signedAngle(const dvec3& forward, const dvec3& to, const dvec3& up) {
     const double angle = std::acos(std::clamp(dot(forward, to), -1.0, 1.0)) * jMath::RAD2DEG;
     return dot(cross(forward, to), up) < 0.0 ? -angle : angle;
@@ -24,7 +24,7 @@ dquat yawTurn(double degrees) {
     return dquat(dvec3(0.0, 0.0, 1.0), degrees);
 }
 
-/// The way between two turns about one axis, the shorter way round.
+/// Interpolates between two rotations about one axis, along the shorter arc.
 dquat blend(const dquat& a, const dquat& b, double weight) {
     const double both = a.x * b.x + a.y * b.y + a.z * b.z + a.w * b.w, side = both < 0.0 ? -1.0 : 1.0;
     const double angle = std::acos(std::min(std::fabs(both), 1.0));
@@ -50,7 +50,7 @@ void FlagOper::update(float dt) {
         jLog::error("%s:%s", "FlagOper::update", "root");
         return;
     }
-    // The wind against which the flag stands, and the flag's forward axis with the flag unturned: the parent's.
+    // `from`: the direction that the wind blows from. `forward`: the forward axis of the unturned flag, the parent's.
     const dmat4 local = m_root->getWGSTransform();
     const vec3 wind = m_root->getWorld() ? m_root->getWorld()->getEnvironment().wind : vec3();
     const dvec3 from =

@@ -1,4 +1,4 @@
-// A flag on the deck.
+// The motion of a flag on the deck.
 #pragma once
 
 #include <engine/math/Vec.h>
@@ -7,24 +7,24 @@
 
 class Node;
 
-/// Turns a flag's node about its Z axis so that its +X lies downwind, swinging a little. The node is not owned and must
+/// Turns a flag's node about its Z axis: its +X points downwind and swings a little. The node is not owned and must
 /// outlive this.
 class LOGIC_API FlagOper {
 public:
-    /// False for a null node; the flag then has none.
+    /// Sets the node. False for null: the flag then has no node.
     bool init(Node* root);
-    /// dt seconds more, in the world's wind. Without a node one log line.
+    /// Advances the motion by dt seconds, with the world's wind. Without a node logs one line.
     void update(float dt);
-    /// Turns the flag further by so many degrees, counter-clockwise from above; nothing without a node.
+    /// Sets an additional turn in degrees, counter-clockwise seen from above; no effect without a node.
     void setYawBias(float degrees);
 
-    float getAngle() const { return m_angle; }  ///< of the swing, degrees
+    float getAngle() const { return m_angle; }  ///< angle of the swing, degrees
 
 private:
     Node* m_root = nullptr;
     float m_angle = 0.0f;
     float m_limit = 10.0f;  ///< degrees
-    float m_speed = 3.0f;   ///< degrees a second
+    float m_speed = 3.0f;   ///< degrees per second
     int m_direction = 1;
     float m_yaw_bias = 0.0f;  ///< degrees
 };

@@ -1,4 +1,4 @@
-// The lens's steps: the logic's frame scales it first, blinks it after the input, then chooses the lamp.
+// The steps of the lens: each frame the logic scales it, blinks it after the input, then chooses the lamp.
 #include "src/deck/FresnelLight.h"
 
 #include <engine/scene/Object.h>
@@ -14,10 +14,10 @@ constexpr double FAR_AWAY = 6000.0;  ///< metres
 constexpr double SCALE_NEAR = 2.5, SCALE_GAIN = 22.5;
 constexpr const char* LAMP_NAMES[] = {"deng01", "deng02", "deng03", "deng04", "deng05"};
 
-/// Lower bounds of the states from 1 on, degrees: bands of 0.34 round a path of 4.
+/// Lower bounds of the states from 1 on, degrees: bands of 0.34 around a glide path of 4.
 constexpr double BOUNDS[] = {4.85, 4.51, 4.17, 3.83, 3.49, 3.15};
 
-// As the lens's makers rounded them; the bands are calibrated with these.
+// Rounded values: the bands are calibrated with these.
 constexpr double HALF_TURN = 3.1415926, RIGHT_ANGLE = 1.5707963;
 
 int stateOf(float angle) {

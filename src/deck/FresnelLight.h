@@ -8,42 +8,42 @@
 class Node;
 class Object;
 
-/// A lens unit of five lamps, of which an eye on the glide path sees the middle one with the green datum lights, and
-/// which grows with distance so that it stays visible. The lamp is chosen for one observer. Nodes are not owned and
-/// must outlive this; what the model lacks is left out.
+/// A lens unit of five lamps. An observer on the glide path sees the middle lamp with the green datum lights. The unit
+/// is scaled up with distance to stay visible. The lamp is chosen for one observer. Nodes are not owned and must
+/// outlive this; nodes that the model lacks are skipped.
 class LOGIC_API FresnelLight {
 public:
     enum State {
         OFF = 0,        ///< all dark
         FAR_ABOVE = 1,  ///< the top lamp blinks
-        TOP = 2,        ///< 2..6: one lamp from the top down, the middle one with the datum lights
+        TOP = 2,        ///< 2..6: one lamp, from top to bottom; the middle one with the datum lights
         ON_PATH = 4,
         BOTTOM = 6,
         FAR_BELOW = 7,  ///< the bottom lamp blinks
         ALL = 100       ///< everything is lit
     };
 
-    /// Looks up the ship's direct child "Fresnel_light" with its lamps, and "deck_1" and "deck_2", two points that span
-    /// the plane of the deck with the lens. Either may be null.
+    /// Finds the ship's direct child "Fresnel_light" with its lamps, and "deck_1" and "deck_2", two points that define
+    /// the plane of the deck together with the lens. Both arguments may be null.
     void fresnelLightInit(Object* ship, Node* observer);
 
-    /// Draws the lens 2.5 times its size close by and 25 times at 6000 m and beyond.
+    /// Scales the lens from 2.5 times its size at distance 0 to 25 times at 6000 m and beyond, linearly.
     void updateScale();
-    /// The observer's elevation over the plane of lens and deck points, degrees, on either side of it alike; NaN when
-    /// it cannot be formed.
+    /// The observer's elevation above or below the plane of lens and deck points, degrees, never negative; NaN when it
+    /// cannot be computed.
     float getGlideAngle() const;
-    /// Lights what an elevation in degrees calls for; NaN changes nothing.
+    /// Sets the state for an elevation in degrees; NaN has no effect.
     void selectByAngle(float angle);
-    /// The same for a state; values that are none darken the lens.
+    /// Sets a state; for a value that is no state all lamps are dark.
     void setState(int state);
-    /// All dark, where there is a green light; the blinking begins anew.
+    /// Switches all lamps off if there is a green light, and restarts the blinking.
     void resetLamps();
-    /// dt seconds more of the blinking of states 1 and 7.
+    /// Advances the blinking of states 1 and 7 by dt seconds.
     void blink(float dt);
 
     int getState() const { return m_state; }
-    bool isReady() const { return m_ready; }                          ///< there is a lens
-    void setBlinkPeriod(float seconds) { m_blink_period = seconds; }  ///< between two switches
+    bool isReady() const { return m_ready; }                          ///< a lens was found
+    void setBlinkPeriod(float seconds) { m_blink_period = seconds; }  ///< time between two switches
 
 private:
     static constexpr int LAMPS = 5;

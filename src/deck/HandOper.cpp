@@ -1,4 +1,4 @@
-// The deck hand's step, called once a frame by whoever put him on the deck.
+// The deck hand's step, called once a frame by the owner of the deck hand.
 #include "src/deck/HandOper.h"
 
 #include <engine/scene/ObjectPrefab.h>

@@ -1,7 +1,7 @@
-// A swing to and fro.
+// An oscillation between two limits.
 #pragma once
 
-/// Moves an angle on by speed * direction for dt seconds; at a limit it stops there and turns round.
+/// Advances an angle by speed * direction for dt seconds; clamps it at +-limit and there reverses the direction.
 inline void swing(float& angle, int& direction, float speed, float limit, float dt) {
     angle += dt * speed * static_cast<float>(direction);
     if (angle >= limit) {

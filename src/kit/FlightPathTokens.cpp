@@ -1,11 +1,11 @@
-// Reads a flight path file's bytes; used while a path is loaded.
+// Splits a flight path file's bytes into tokens; used while a path is loaded.
 #include "src/kit/FlightPathTokens.h"
 
 #include <algorithm>
 
 namespace {
 
-// ASCII alone counts, whatever the locale.
+// ASCII only, independent of the locale.
 bool isBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -16,7 +16,7 @@ bool isHexDigit(char c) {
     return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-/// Length of the run of such characters at a place.
+/// Number of consecutive characters from `at` on that pass the test.
 template <class Test>
 std::size_t runLength(std::string_view text, std::size_t at, Test test) {
     std::size_t end = at;
@@ -24,7 +24,7 @@ std::size_t runLength(std::string_view text, std::size_t at, Test test) {
     return end - at;
 }
 
-/// Length of an exponent at a place; 0 when there is none.
+/// Length of the exponent at `at`; 0 when there is none.
 std::size_t exponentLength(std::string_view text, std::size_t at) {
     if (at >= text.size() || (text[at] != 'e' && text[at] != 'E')) return 0;
     std::size_t digits = at + 1;
@@ -33,7 +33,7 @@ std::size_t exponentLength(std::string_view text, std::size_t at) {
     return count > 0 ? digits + count - at : 0;
 }
 
-/// Length of the real that the text starts with; 0 when it starts with none.
+/// Length of the real number at the start of the text; 0 when there is none.
 std::size_t realLength(std::string_view text) {
     std::size_t at = text.starts_with('-') ? 1 : 0;
     std::size_t digits = runLength(text, at, isDigit);
@@ -88,7 +88,7 @@ void PathTokenizer::skipBlanks() {
     }
 }
 
-/// Past the next such characters; to the end, and false, when there are none.
+/// Moves past the next occurrence of `end`; moves to the end of the bytes and returns false when there is none.
 bool PathTokenizer::skipTo(std::string_view end, std::size_t from) {
     const std::size_t found = m_bytes.find(end, from);
     moveTo(found == std::string_view::npos ? m_bytes.size() : found + end.size());

@@ -1,28 +1,28 @@
-// The words of a flight path file.
+// Tokens of a flight path file.
 #pragma once
 
 #include <string_view>
 
-/// A number as it stands in the file.
+/// A number in the text form of the file.
 struct PathToken {
     enum Kind { REAL, INTEGER };
 
-    std::string_view text;  ///< into the bytes that it was read from
-    int line = 0;           ///< that it starts on, from 1
+    std::string_view text;  ///< part of the bytes given to the tokenizer
+    int line = 0;           ///< line of its first character, from 1
     Kind kind = REAL;
 };
 
-/// Cuts a file's bytes into numbers, past white space, `//` and `/* */` comments. A real has a point, an exponent or
+/// Splits a file's bytes into numbers; skips white space, `//` and `/* */` comments. A real has a point, an exponent or
 /// both ("1.0", ".5", "-1e3"); an integer is decimal or hexadecimal ("5", "-0x1F"). The bytes must outlive it.
 class PathTokenizer {
 public:
     explicit PathTokenizer(std::string_view bytes) : m_bytes(bytes) {}
 
-    /// Reads the next number; false at the end and at what is none, which it stays at.
+    /// Reads the next number. False at the end, and at other text, which is not skipped.
     bool next(PathToken& token);
     bool isEnd() const { return m_at == m_bytes.size(); }
-    int getLine() const { return m_line; }                          ///< where it has come to, from 1
-    int getOpenCommentLine() const { return m_open_comment_line; }  ///< where a comment begins that does not end; or 0
+    int getLine() const { return m_line; }                          ///< line of the current position, from 1
+    int getOpenCommentLine() const { return m_open_comment_line; }  ///< where an unterminated comment begins; 0: none
 
 private:
     void skipBlanks();

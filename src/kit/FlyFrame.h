@@ -5,12 +5,12 @@
 
 #include <cstddef>
 
-/// A record of a flight path, and the block that an aircraft is placed by. The position is metres in the frame of the
-/// aircraft's base transform; angles are degrees.
+/// A record of a flight path; also the state that places an aircraft. The position is in metres in the frame of the
+/// aircraft's base transform; angles are in degrees.
 struct FlyFrame {
-    float time = 0.0f;           ///< seconds on the path's time line
+    float time = 0.0f;           ///< seconds on the path's timeline
     dvec3 pivot;                 ///< position
-    float undercarriage = 0.0f;  ///< 0 up, anything else down, truncated to an integer
+    float undercarriage = 0.0f;  ///< truncated to an integer: 0 up, other values down
     float pitch = 0.0f;          ///< nose up
     float roll = 0.0f;           ///< left wing down
     float heading = 0.0f;        ///< counter-clockwise from +X

@@ -1,4 +1,4 @@
-// Flights of missiles and runs of torpedoes; the logic's action manager steps them.
+// Missile flights and torpedo runs; stepped by the logic's action manager.
 #include "src/kit/LogicActions.h"
 
 #include <engine/globe/EllipsoidModel.h>
@@ -68,7 +68,7 @@ bool ActionEmitTorpedo::setup(TorpedoRun* run, float delay) {
     return true;
 }
 
-/// Whether the effect was shown is kept: it is shown once.
+/// Does not reset `m_shown`: the effect is shown only once.
 bool ActionEmitTorpedo::start() {
     m_finished = false;
     m_elapsed = 0.0f;

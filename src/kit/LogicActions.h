@@ -1,4 +1,4 @@
-// Timed actions of weapons.
+// Timed actions for weapons.
 #pragma once
 
 #include <engine/action/Action.h>
@@ -7,19 +7,19 @@
 class Node;
 class Object;
 
-/// Flies a node straight along the Y axis that it has now, at constant speed, until its life ends; then hides it. The
-/// node outlives the action and hangs at the top of the world: the axis is the world's, the position its own.
+/// Moves a node along its current Y axis at constant speed until its life ends, then hides it. The node must outlive
+/// the action and be a child of the world's root: the axis is in the world frame, the position in the parent's frame.
 class ActionEmitMissile final : public ForeverAction {
 public:
-    /// Metres a second and seconds; null without a node. The caller owns the action until it gives it away.
+    /// `speed` in m/s, `life` in seconds; null without a node. The caller owns the action until it passes it on.
     static ActionEmitMissile* Create(Node* node, float speed, float life);
 
-    bool start() override;  ///< puts the node back to where it was when the action was made
+    bool start() override;  ///< resets the node to its pose when the action was made
     bool step(float dt) override;
     bool isDone() const override { return m_finished; }
     void release() override;
     virtual bool setup(Node* node, float speed, float life);
-    virtual void advance(float dt);  ///< moves the node; one that is switched off stays where it is
+    virtual void advance(float dt);  ///< moves the node unless it is disabled
 
 private:
     Node* m_node = nullptr;
@@ -31,21 +31,21 @@ private:
     float m_elapsed = 0.0f;  ///< seconds
 };
 
-/// What a torpedo's run is shown by. Nothing is owned.
+/// The nodes and the life of one torpedo run. Nothing is owned.
 struct TorpedoRun {
     void* owner = nullptr;
-    Node* effect = nullptr;  ///< revealed where the body is
-    Object* body = nullptr;  ///< what runs
+    Node* effect = nullptr;  ///< shown at the body's pose
+    Object* body = nullptr;  ///< the torpedo
     void* data = nullptr;
     float life = 0.0f;  ///< seconds
 };
 
-/// Shows a run's effect at its body once the delay has passed, and hides it when the life ends or the body is at sea
-/// level or below. The run, with its effect and its body, outlives the action.
+/// Shows a run's effect at its body after the delay, and hides it when the life ends or the body is at sea level or
+/// below. The run, its effect and its body must outlive the action.
 class ActionEmitTorpedo final : public ForeverAction {
 public:
     /// Hides the effect at once; null without a run, an effect or a body. `delay` in seconds. The caller owns the
-    /// action until it gives it away.
+    /// action until it passes it on.
     static ActionEmitTorpedo* Create(TorpedoRun* run, float delay);
 
     bool start() override;

@@ -1,4 +1,4 @@
-// Flight paths: loaded once at the start, looked up each frame of automatic flight.
+// Flight paths: loaded once at the start, read each frame of automatic flight.
 #include "src/kit/PlaneFlyKit.h"
 
 #include <engine/core/Engine.h>
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Beyond a float's range: infinite, or zero when it is too small. False for infinite.
+/// Converts a number outside the range of a float: too large gives infinity and false, too small gives 0 and true.
 bool convertOddNumber(std::string_view text, float& value) {
     std::istringstream in{std::string(text)};
     in.imbue(std::locale::classic());
@@ -30,7 +30,7 @@ bool convert(std::string_view text, float& value) {
     return result.ec == std::errc() || convertOddNumber(text, value);
 }
 
-/// The size of a file that can be opened.
+/// Opens a file and reads its size in bytes; false when it cannot be opened.
 bool openFile(const char* path, std::ifstream& in, std::size_t& size) {
     const std::filesystem::path file(std::string(Engine::get()->resolvePath(path)));
     std::error_code failed;
@@ -45,7 +45,7 @@ bool openFile(const char* path, std::ifstream& in, std::size_t& size) {
 bool PlaneFlyKit::init(const char* path) {
     release();
     m_failed = false;
-    m_range_told = false;
+    m_range_reported = false;
     m_heading_offset = 0.0f;
     m_start_position = m_start_angles = dvec3();
 
@@ -127,8 +127,8 @@ bool PlaneFlyKit::readFrame(const char* path, FlyFrame& frame) {
 bool PlaneFlyKit::readValue(const char* path, float& value) {
     if (m_next_token == m_tokens.size() || m_tokens[m_next_token].kind != PathToken::REAL) return false;
     const PathToken& token = m_tokens[m_next_token++];
-    if (!convert(token.text, value) && !m_range_told) {
-        m_range_told = true;
+    if (!convert(token.text, value) && !m_range_reported) {
+        m_range_reported = true;
         jLog::warning("%s line %d: a value is beyond what a float holds", path, token.line);
     }
     return true;
@@ -150,14 +150,14 @@ const FlyFrame* PlaneFlyKit::frame(float t) {
     const FlyFrame& prev = m_frames[m_cursor - 1];
     const float ratio = (t - prev.time) / (next.time - prev.time);
     const float u = ratio > 0.0f ? std::min(ratio, 1.0f) : 0.0f;
-    m_output = prev;  // the attitude goes in steps, the place does not
+    m_output = prev;  // only time and position are interpolated
     m_output.time = prev.time + (next.time - prev.time) * u;
     m_output.pivot = prev.pivot + (next.pivot - prev.pivot) * u;
     return &m_output;
 }
 
-/// The first frame at or after a time: where the latest time so far first is. The search starts at the cursor, and ends
-/// there at once, when that is after the time and before the first frame.
+/// Index of the first frame at or after a time, found in the running maximum of the times. If the cursor's frame is
+/// after the time and earlier than the first frame, the result is the cursor.
 int PlaneFlyKit::findNext(float t) const {
     if (m_cursor != NO_FRAME && m_frames[m_cursor].time > t && m_frames[0].time > m_frames[m_cursor].time) {
         return m_cursor;

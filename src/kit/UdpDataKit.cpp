@@ -1,5 +1,5 @@
-// The host link's endpoints. The receiver is polled once a frame in data flight, before anything moves; the senders are
-// used later in the same frame.
+// The endpoints of the host link. In data flight the receiver is polled once a frame, before any motion; the senders
+// are used later in the same frame.
 #include "src/kit/UdpDataKit.h"
 
 #include <engine/memory/Allocator.h>
@@ -12,16 +12,16 @@
 namespace {
 
 constexpr const char* SOURCE = "src\\kit\\UdpDataKit";
-constexpr int LARGEST_DATAGRAM = 65507;
+constexpr int MAX_DATAGRAM = 65507;
 constexpr int SMALL_BUFFER = 4096;
 constexpr int RECEIVE_BUFFER = 262140;
-/// Room for the records of a busy frame, so that the list does not grow in flight.
+/// Reserved records, enough for a busy frame: the list does not grow in flight.
 constexpr int USUAL_RECORDS = 2048;
 constexpr int PARSE_STEP = 4;
-/// More records than a full kernel queue holds: a sender faster than the reader cannot hold the frame.
-constexpr int MOST_RECORDS = 1 << 20;
+/// More records than a full kernel queue contains: a sender faster than the reader cannot block the frame.
+constexpr int MAX_RECORDS = 1 << 20;
 
-/// The one place where sockets end: closed, freed, null.
+/// Closes and frees a socket and sets the pointer to null. Null is allowed.
 void freeSocket(SocketUDP*& socket) {
     if (!socket) return;
     if (socket->isOpened()) socket->close();
@@ -49,7 +49,7 @@ bool UdpRecvKit::init(const jString& localAddress, int localPort, const jString&
 }
 
 bool UdpRecvKit::finish(bool bound, int bufferSize) {
-    if (!bound || !m_socket->recv(LARGEST_DATAGRAM) || !m_socket->nonblock()) {
+    if (!bound || !m_socket->recv(MAX_DATAGRAM) || !m_socket->nonblock()) {
         jLog::error("%s: failed to create upd", "UdpRecvKit::init");
         freeSocket(m_socket);
         return false;
@@ -67,7 +67,7 @@ int UdpRecvKit::receive() {
     int n = m_socket->read(m_buffer.getData(), 1, m_buffer.getCapacity());
     while (n > 0) {
         handled += std::max(1, parse(n));
-        if (handled >= MOST_RECORDS) break;
+        if (handled >= MAX_RECORDS) break;
         m_buffer.rewind();
         n = m_socket->read(m_buffer.getData(), m_buffer.getCapacity(), 1);
     }
@@ -80,11 +80,11 @@ int UdpRecvKit::receive() {
 }
 
 int UdpRecvKit::parse(int bytes) {
-    // Part of a record is not taken: read with zeros for what is missing, it would be a command that nobody gave.
+    // An incomplete record is not used: filled up with zeros, it would be a command that the host did not send.
     if (bytes % UDP_RECV_WIRE_SIZE != 0) ++m_partial_count;
     const int records = bytes / UDP_RECV_WIRE_SIZE;
     const unsigned char* from = m_buffer.getData();
-    // In small steps, so that the elements are still in the nearest cache when they are filled.
+    // In small steps: the new elements are then still in the first-level cache when they are filled.
     for (int left = records; left > 0;) {
         const int step = std::min(left, PARSE_STEP);
         const int first = size();
@@ -105,7 +105,7 @@ bool UdpSendKit::init(const jString& address, int port, const jString& localAddr
     release();
     m_socket = jNew<SocketUDP>({SOURCE, "UdpSendKit::init"});
     if (!m_socket->create() || !m_socket->setSendIP(address) || !m_socket->setSendPort(port) ||
-        !m_socket->send(LARGEST_DATAGRAM) || !m_socket->nonblock() ||
+        !m_socket->send(MAX_DATAGRAM) || !m_socket->nonblock() ||
         !(localAddress.empty() ? m_socket->bind() : m_socket->bind(localAddress, 0))) {
         jLog::error("%s: failed to create udp", "UdpSendKit::init");
         freeSocket(m_socket);

@@ -9,12 +9,12 @@
 
 #pragma pack(push, 1)
 
-/// Host to plug-in. The first 108 bytes are the wire bytes in order, little-endian and unpadded; no wire field fills
-/// the members behind them, they stay zero. Members may lie at addresses that do not suit their type: take copies,
-/// never references or pointers to them.
+/// Host to plug-in. The first 108 bytes are the wire bytes in order, little-endian and unpadded; the
+/// members after them have no wire field and stay zero. Members may be misaligned for their type: copy them, never
+/// take references or pointers to them.
 struct UdpRecvData {
-    std::int32_t nSimOrder = 0;  ///< 1 resets the scene when it is a change, 2 keeps feedback coming, others are stored
-    // Carried for the host, not interpreted:
+    std::int32_t nSimOrder = 0;  ///< 1 resets the scene on a change, 2 enables the feedback, others are stored
+    // Received from the host, not interpreted:
     std::int32_t recvWord1 = 0;
     float recvFloat1 = 0.0f;
     float recvFloat2 = 0.0f;
@@ -32,15 +32,15 @@ struct UdpRecvData {
     std::int32_t ships[2] = {};
 };
 
-/// Plug-in to host: all 60 bytes are wire bytes. Gears are indexed 0 nose, 1 left main, 2 right main. Angles are
+/// Plug-in to host: all 60 bytes are wire bytes. Gear indices: 0 nose, 1 left main, 2 right main. Angles are in
 /// degrees in the geodetic heading-pitch-roll convention.
 struct UdpSendData {
-    std::int32_t nCounter = 0;          ///< the engine's frame counter when the record was sent
-    float fTerrainHeightLG[3] = {};     ///< ground or deck under each gear, metres above the ellipsoid
+    std::int32_t nCounter = 0;          ///< the engine's frame counter at the time of sending
+    float fTerrainHeightLG[3] = {};     ///< height of ground or deck under each gear, metres above the ellipsoid
     float fThetaLG[3] = {};             ///< pitch of each gear node
     float fPhiLG[3] = {};               ///< roll of each gear node
-    float fPsiLG[3] = {};               ///< heading of the aircraft, three times
-    float fTerrainHeightCG = 0.0f;      ///< terrain under the aircraft's reference point, metres above the ellipsoid
+    float fPsiLG[3] = {};               ///< heading of the aircraft, the same value three times
+    float fTerrainHeightCG = 0.0f;      ///< terrain height under the aircraft's reference point, the same unit
     std::int32_t nCollisionDetect = 0;  ///< 1 while the aircraft's body is inside a collision trigger, else 0
 };
 
@@ -75,16 +75,16 @@ static_assert(offsetof(UdpSendData, fPsiLG) == 40);
 static_assert(offsetof(UdpSendData, fTerrainHeightCG) == 52);
 static_assert(offsetof(UdpSendData, nCollisionDetect) == 56);
 
-/// One target to show. In memory only.
+/// One target to show. In memory only, never on the wire.
 struct TargetInfo {
     jString name;            ///< the target's identifier, such as "001"
     std::uint16_t type = 0;  ///< selects the model: key "_" + decimal code in the configuration's "target_type"
     std::uint16_t code = 0;  ///< second code
     std::uint8_t flag1 = 0;
     std::uint8_t flag2 = 0;
-    /// Longitude and latitude (degrees), height (metres), then five further values; index 4 is the heading (degrees).
+    /// Longitude and latitude (degrees), height (metres), then five more values; index 4 is the heading (degrees).
     double pose[8] = {};
-    jString path;              ///< model prefab
+    jString path;              ///< path of the model's prefab
     std::uint64_t world = 0;   ///< world handle
-    std::uint64_t handle = 0;  ///< a further handle of the logic's
+    std::uint64_t handle = 0;  ///< second handle of the logic
 };

@@ -224,7 +224,7 @@ public:
     bool apply_target(TargetInfo info);
     bool remove_target(const jString& name);        ///< false when there is none
     Target* get_target(const jString& name) const;  ///< null when there is none; valid until it is removed or made anew
-    const jMap<jString, std::unique_ptr<Target>>& getTargets() const { return m_targets; }  ///< by name
+    const jMap<jString, std::unique_ptr<Target, jDeleter>>& getTargets() const { return m_targets; }  ///< by name
     int getNumTargets() const { return static_cast<int>(m_targets.size()); }
     /// The target nearest to the aircraft; of equally far ones the first by name. Null, with a line printed, when none
     /// is nearer than 100 km or there is no aircraft.

@@ -1,6 +1,5 @@
 // The ground in the picture is the ground that queries answer from.
 #include <algorithm>
-#include <fstream>
 #include <map>
 #include <sstream>
 

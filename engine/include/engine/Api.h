@@ -1,5 +1,5 @@
-// What libengine.so exports: classes and functions with this mark, and nothing else.
+// Export of symbols: libengine.so exports the classes and functions with this macro, and nothing else.
 #pragma once
 
-/// Before a class's name or a function's return type.
+/// Position: before a class's name or a function's return type.
 #define ENGINE_API __attribute__((visibility("default")))

@@ -14,8 +14,8 @@ struct Latitude {
     double sin, cos;
 };
 
-// Bowring, "The accuracy of geodetic latitude and height equations", Survey Review 28 (1985): the reduced latitude is
-// kept as sine and cosine, so that no step needs an angle. p is the distance from the axis.
+/// Bowring, "The accuracy of geodetic latitude and height equations", Survey Review 28 (1985): the reduced latitude is
+/// kept as sine and cosine, so that no step needs an angle. p is the distance from the axis.
 Latitude geodeticLatitude(double p, double z) {
     double sb = z * A, cb = p * B;  // initial reduced latitude
     for (int i = 0; i < 2; ++i) {

@@ -17,7 +17,7 @@ dquat::dquat(const dvec3& axis, double angle) {
     *this = dquat(a.x * s, a.y * s, a.z * s, std::cos(half));
 }
 
-// Shepperd, "Quaternion from rotation matrix", J. Guidance and Control 1 (1978): the largest term is the divisor.
+/// Shepperd, "Quaternion from rotation matrix", J. Guidance and Control 1 (1978): the largest term is the divisor.
 dquat::dquat(const dmat3& m) {
     const double xx = m.x.x, yy = m.y.y, zz = m.z.z;
     if (xx + yy + zz > 0.0) {
@@ -70,7 +70,7 @@ dvec3 operator*(const dquat& q, const dvec3& v) {
     return v + q.w * t + cross(u, t);
 }
 
-// M = Rx Ry Rz: row X is (cy cz, -cy sz, sy), column Z is (sy, -sx cy, cx cy).
+/// M = Rx Ry Rz: row X is (cy cz, -cy sz, sy), column Z is (sy, -sx cy, cx cy).
 dvec3 toEulerXYZ(const dmat3& m) {
     const double sin_y = std::clamp(m.z.x, -1.0, 1.0);
     if (std::abs(sin_y) > 1.0 - 1e-12) {
@@ -83,7 +83,7 @@ dmat3 fromEulerXYZ(const dvec3& a) {
     return (dquat(dvec3(1, 0, 0), a.x) * dquat(dvec3(0, 1, 0), a.y) * dquat(dvec3(0, 0, 1), a.z)).getMat3();
 }
 
-// (x, y, z) of the result's frame = (z, x, y) of q's: a proper rotation, handedness is kept.
+/// (x, y, z) of the result's frame = (z, x, y) of q's: a proper rotation, handedness is kept.
 dquat convertFromZUpCoordinateSystem(const dquat& q) {
     const dmat3 m = q.getMat3();
     return dquat(dmat3(m.z, m.x, m.y));

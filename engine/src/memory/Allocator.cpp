@@ -18,7 +18,7 @@ struct Books {
     std::unordered_map<const void*, std::pair<unsigned long long, MemInfo>> entries;
 };
 
-// Never destroyed: blocks may be freed while static objects of a plug-in are destroyed.
+/// Never destroyed: blocks may be freed while static objects of a plug-in are destroyed.
 Books& books() {
     static Books* const instance = new Books;
     return *instance;

@@ -14,7 +14,7 @@
 
 namespace {
 
-// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
+/// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
 constexpr std::uint64_t FNV_BASIS = 14695981039346656037u;
 constexpr std::uint64_t FNV_PRIME = 1099511628211u;
 

@@ -165,7 +165,7 @@ const ElevationRaster::Tile& ElevationRaster::load(int index) const {
     return tile;
 }
 
-// A new tile while there is room, otherwise the least recently used one.
+/// A new tile while there is room, otherwise the least recently used one.
 ElevationRaster::Tile& ElevationRaster::takeSlot() const {
     if (m_tiles.size() < m_tiles.capacity()) {
         Tile& tile = m_tiles.emplace_back();

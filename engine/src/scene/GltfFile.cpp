@@ -18,13 +18,13 @@ constexpr int DEPTH_LIMIT = 64;                   // nesting of the text
     throw std::runtime_error(what);
 }
 
-// The folder that a model may read buffers and images from.
+/// The folder that a model may read buffers and images from.
 struct Folder {
     fs::path base;     // canonical
     std::string left;  // the first requested path outside the folder
 };
 
-// tinygltf searches the base folder, then the working directory, which has no files of the model.
+/// tinygltf searches the base folder, then the working directory, which has no files of the model.
 bool isInside(Folder& folder, const std::string& file) {
     const std::string prefix = folder.base.string() + "/";
     if (file.compare(0, prefix.size(), prefix) != 0) return false;
@@ -70,14 +70,14 @@ tinygltf::FsCallbacks makeCallbacks(Folder& folder) {
     return calls;
 }
 
-// Keeps the encoded bytes. Those in a buffer view are read later with bounds checks, which tinygltf lacks.
+/// Keeps the encoded bytes. Those in a buffer view are read later with bounds checks, which tinygltf lacks.
 bool keepImage(tinygltf::Image* image, const int, std::string*, std::string*, int, int, const unsigned char* bytes,
                int size, void*) {
     if (image->bufferView < 0) image->image.assign(bytes, bytes + size);
     return true;
 }
 
-// tinygltf parses nested values recursively: unlimited nesting would exhaust the stack.
+/// tinygltf parses nested values recursively: unlimited nesting would exhaust the stack.
 void checkDepth(const unsigned char* text, std::size_t size) {
     int depth = 0;
     bool quoted = false;

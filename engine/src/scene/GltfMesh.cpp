@@ -24,7 +24,7 @@ Vector toArray(const vec3& v) {
     return {v.x, v.y, v.z};
 }
 
-// Rotates from Y up to Z up.
+/// Rotates from Y up to Z up.
 template <std::size_t N>
 void turn(std::vector<std::array<float, N>>& vectors) {
     for (auto& v : vectors) {
@@ -34,7 +34,7 @@ void turn(std::vector<std::array<float, N>>& vectors) {
     }
 }
 
-// Converts strips and fans to separate triangles with the same winding.
+/// Converts strips and fans to separate triangles with the same winding.
 std::vector<std::uint32_t> toTriangles(const std::vector<std::uint32_t>& in, int mode) {
     std::vector<std::uint32_t> out;
     if (mode == TINYGLTF_MODE_TRIANGLES) {
@@ -56,7 +56,7 @@ vec3 faceNormal(const MeshSurface& surface, std::size_t triangle) {
     return cross(b - a, c - a);
 }
 
-// Adds a separate vertex for one triangle's corner, with that triangle's normal.
+/// Adds a separate vertex for one triangle's corner, with that triangle's normal.
 std::uint32_t splitVertex(MeshSurface& surface, std::uint32_t vertex, const vec3& normal) {
     surface.positions.push_back(surface.positions[vertex]);
     surface.normals.push_back(toArray(normal));
@@ -65,8 +65,8 @@ std::uint32_t splitVertex(MeshSurface& surface, std::uint32_t vertex, const vec3
     return static_cast<std::uint32_t>(surface.positions.size() - 1);
 }
 
-// Smooth normals, weighted by area, over the vertices that triangles share. A triangle at a large angle to them gets
-// separate vertices, so that boxes keep their edges.
+/// Smooth normals, weighted by area, over the vertices that triangles share. A triangle at a large angle to them gets
+/// separate vertices, so that boxes keep their edges.
 void makeNormals(MeshSurface& surface) {
     std::vector<vec3> sums(surface.positions.size());
     const std::size_t triangles = surface.indices.size() / 3;

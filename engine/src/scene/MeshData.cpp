@@ -7,7 +7,7 @@
 
 namespace {
 
-// Whether a triangle has an area: its vertices exist, are finite and not collinear.
+/// Whether a triangle has an area: its vertices exist, are finite and not collinear.
 bool isUsable(const MeshSurface& surface, const std::uint32_t* index) {
     dvec3 corner[3];
     for (int i = 0; i < 3; ++i) {
@@ -19,7 +19,7 @@ bool isUsable(const MeshSurface& surface, const std::uint32_t* index) {
     return area > 0.0 && std::isfinite(area);
 }
 
-// Keeps the usable triangles, in order; returns the number removed.
+/// Keeps the usable triangles, in order; returns the number removed.
 int dropUnusable(MeshSurface& surface) {
     const std::size_t triangles = surface.indices.size() / 3;
     std::size_t kept = 0;

@@ -21,7 +21,7 @@ std::map<jString, std::shared_ptr<const Model>>& getCache() {
     return cache;
 }
 
-// A node's local transform, in the file's axes.
+/// A node's local transform, in the file's axes.
 dmat4 readTransform(const tinygltf::Node& node) {
     const std::vector<double>&m = node.matrix, &t = node.translation, &r = node.rotation, &s = node.scale;
     if (m.size() == 16) return {{m[0], m[1], m[2]}, {m[4], m[5], m[6]}, {m[8], m[9], m[10]}, {m[12], m[13], m[14]}};
@@ -35,12 +35,12 @@ dvec3 turned(const dvec3& v) {
     return {v.x, -v.z, v.y};
 }
 
-// The same transform between Z-up frames: C M C^-1 with C the rotation of the axes.
+/// The same transform between Z-up frames: C M C^-1 with C the rotation of the axes.
 dmat4 turned(const dmat4& m) {
     return {turned(m.x), -turned(m.z), turned(m.y), turned(m.t)};
 }
 
-// Builds the node tree of one file. Every node may have only one parent, which excludes cycles.
+/// Builds the node tree of one file. Every node may have only one parent, which excludes cycles.
 class TreeBuilder {
 public:
     TreeBuilder(const tinygltf::Model& file, gltf::MeshBuilder& meshes)
@@ -113,7 +113,7 @@ void instantiateNode(const ModelNode& from, Node& parent) {
     parent.addChild(std::move(node));
 }
 
-// Messages of the libraries may have several lines; a log entry has one.
+/// Messages of the libraries may have several lines; a log entry has one.
 jString oneLine(jString text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == ' ')) text.pop_back();
     std::replace(text.begin(), text.end(), '\n', ';');

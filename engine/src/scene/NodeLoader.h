@@ -66,7 +66,7 @@ private:
     const PrefabChain* const m_chain;
 };
 
-// Reads the keys of a node type over their defaults.
+/// Reads the keys of a node type over their defaults.
 void readParticles(const DataReader& in, ParticleSettings& settings);
 void readLight(const DataReader& in, LightSettings& settings);
 void readBody(const DataReader& in, BodySettings& settings);

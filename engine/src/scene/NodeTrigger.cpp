@@ -36,8 +36,8 @@ bool hasSeparatingFace(const OrientedBox& of, const OrientedBox& a, const Orient
     return false;
 }
 
-// Separating axis test of two boxes (Gottschalk, Lin, Manocha, "OBBTree", SIGGRAPH 1996): the normals of the faces and
-// the cross products of the edges.
+/// Separating axis test of two boxes (Gottschalk, Lin, Manocha, "OBBTree", SIGGRAPH 1996): the normals of the faces and
+/// the cross products of the edges.
 bool overlap(const OrientedBox& a, const OrientedBox& b) {
     if (hasSeparatingFace(a, a, b) || hasSeparatingFace(b, a, b)) return false;
     for (const dvec3& e : a.edges) {

@@ -22,7 +22,7 @@ Interval operator*(const Interval& a, const Interval& b) {
     return {lo, hi};
 }
 
-// The range of the cosine between two angles in degrees, from <= to.
+/// The range of the cosine between two angles in degrees, from <= to.
 Interval cosineRange(double from, double to) {
     const auto cosine = [](double degrees) { return std::cos(degrees * jMath::DEG2RAD); };
     Interval range{std::min(cosine(from), cosine(to)), std::max(cosine(from), cosine(to))};
@@ -31,7 +31,7 @@ Interval cosineRange(double from, double to) {
     return range;
 }
 
-// The geocentric bounding box of the volume between two heights over a raster, from the ranges of the factors.
+/// The geocentric bounding box of the volume between two heights over a raster, from the ranges of the factors.
 BoundBox globeBox(const ElevationRaster& raster, const HeightRange& heights) {
     const double west = raster.getWest(), east = raster.getLongitude(raster.getNumColumns() - 1);
     const double south = raster.getSouth(), north = raster.getLatitude(raster.getNumRows() - 1);

@@ -17,7 +17,7 @@
 
 namespace {
 
-// While it exists, keeps GDAL's own messages off the terminal and stores the first error for the caller's log line.
+/// While it exists, keeps GDAL's own messages off the terminal and stores the first error for the caller's log line.
 class QuietErrors {
 public:
     QuietErrors() { CPLPushErrorHandlerEx(&QuietErrors::take, this); }
@@ -59,7 +59,7 @@ void registerAllDrivers() {
     std::call_once(once, [] { GDALAllRegister(); });
 }
 
-// The horizontal part of a reference system with longitude before latitude; the caller releases it.
+/// The horizontal part of a reference system with longitude before latitude; the caller releases it.
 OGRSpatialReferenceH cloneHorizontal(OGRSpatialReferenceH system) {
     OGRSpatialReferenceH flat = OSRClone(system);
     if (OSRIsCompound(flat)) OSRStripVertical(flat);
@@ -128,8 +128,8 @@ bool RasterSource::isNorthUpWgs84() const {
            isWgs84(system);
 }
 
-// Resamples on demand: a window of the result reads only the necessary part of the file. In double precision, so that
-// rasters of whole metres are not rounded again.
+/// Resamples on demand: a window of the result reads only the necessary part of the file. In double precision, so that
+/// rasters of whole metres are not rounded again.
 bool RasterSource::turnToWgs84() {
     if (isNorthUpWgs84()) {
         m_grid = m_file;

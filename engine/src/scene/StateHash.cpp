@@ -7,7 +7,7 @@
 
 namespace {
 
-// FNV-1a, 64 bits (Fowler, Noll, Vo; IETF draft-eastlake-fnv).
+/// FNV-1a, 64 bits (Fowler, Noll, Vo; IETF draft-eastlake-fnv).
 class Hash {
 public:
     void add(const void* bytes, std::size_t size) {

@@ -11,10 +11,10 @@
 
 namespace {
 
-// Metres; a segment that ends this close to a triangle touches it: the rounding of geocentric coordinates.
+/// Metres; a segment that ends this close to a triangle touches it: the rounding of geocentric coordinates.
 constexpr double TOUCH = 1e-8;
 
-// One device per process. Building on one thread makes the trees of equal meshes equal in every run.
+/// One device per process. Building on one thread makes the trees of equal meshes equal in every run.
 RTCDevice getDevice() {
     struct Device {
         RTCDevice handle = rtcNewDevice("threads=1");
@@ -28,8 +28,8 @@ dvec3 toDouble(const std::array<float, 3>& p) {
     return {p[0], p[1], p[2]};
 }
 
-// At least `count` consecutive numbers from 0: the corners are in order in every tree, so all trees share the longest
-// list.
+/// At least `count` consecutive numbers from 0: the corners are in order in every tree, so all trees share the longest
+/// list.
 std::shared_ptr<const std::vector<std::uint32_t>> countUp(std::size_t count) {
     static std::shared_ptr<const std::vector<std::uint32_t>> longest;
     if (!longest || longest->size() < count) {
@@ -40,7 +40,7 @@ std::shared_ptr<const std::vector<std::uint32_t>> countUp(std::size_t count) {
     return longest;
 }
 
-// The part of the segment inside the box, as fractions of it; false when it stays outside.
+/// The part of the segment inside the box, as fractions of it; false when it stays outside.
 bool clip(const BoundBox& box, const dvec3& from, const dvec3& step, double& first, double& last) {
     first = 0.0;
     last = 1.0;
@@ -99,8 +99,8 @@ SurfaceTree::SurfaceTree(const MeshSurface& surface) {
 
 SurfaceTree::~SurfaceTree() = default;
 
-// Single precision selects the triangle, from a start just outside the box or the segment's own start; the intersection
-// with that triangle's plane is then computed in double precision.
+/// Single precision selects the triangle, from a start just outside the box or the segment's own start; the
+/// intersection with that triangle's plane is then computed in double precision.
 bool SurfaceTree::intersect(const dvec3& from, const dvec3& to, dvec3& hit) const {
     const dvec3 step = to - from;
     const double whole = length(step);
@@ -142,8 +142,8 @@ bool SurfaceTree::intersect(const dvec3& from, const dvec3& to, dvec3& hit) cons
     return false;
 }
 
-// Fraction of the segment at its intersection with the triangle's plane. Undefined for a segment in the plane: then the
-// ray's own result is used, which is accurate to the slack.
+/// Fraction of the segment at its intersection with the triangle's plane. Undefined for a segment in the plane: then
+/// the ray's own result is used, which is accurate to the slack.
 double SurfaceTree::meet(unsigned triangle, const dvec3& from, const dvec3& step, double guess) const {
     const Corners& corners = m_triangles[triangle];
     const dvec3 a = toDouble(corners[0]), b = toDouble(corners[1]), c = toDouble(corners[2]);

@@ -20,7 +20,7 @@ constexpr double MAX_PIECE_WIDTH = 10.0;    // degrees of longitude, likewise
 constexpr double HEIGHT_TOLERANCE = 1e-7;   // metres
 constexpr double LINE_TOLERANCE = 1e-7;     // cells
 
-// A point of the segment in the raster's coordinates.
+/// A point of the segment in the raster's coordinates.
 struct TrackPoint {
     double t;  // 0 at the segment's start, 1 at its end
     PostPlace place;
@@ -29,7 +29,7 @@ struct TrackPoint {
     double side() const { return place.column - place.row; }  // integers are the cells' diagonals
 };
 
-// A triangle's plane and its cell.
+/// A triangle's plane and its cell.
 struct Ground {
     GroundPlane plane;
     int column, row;
@@ -67,7 +67,7 @@ bool GroundPick::run(double& t) const {
     return clipToHeights(first, last) && search(at(first), at(last), MAX_DEPTH, t);
 }
 
-// Cuts off the part outside a sphere around all of the ground.
+/// Cuts off the part outside a sphere around all of the ground.
 bool GroundPick::clipToHeights(double& first, double& last) const {
     const double radius = EllipsoidModel::SEMI_MAJOR + std::max(m_raster.getRange().max, 0.0f) + 1.0;
     const double a = m_length * m_length, half_b = dot(m_from, m_step), c = length2(m_from) - radius * radius;
@@ -96,9 +96,9 @@ bool GroundPick::search(const TrackPoint& a, const TrackPoint& b, int depth, dou
     return search(a, middle, depth - 1, t) || search(middle, b, depth - 1, t);
 }
 
-// False when the piece cannot meet the ground. Between its ends longitude is monotonic; height is at most that of the
-// higher end (it is convex along a line) and at least that of the lower end minus the chord's sag, L^2 / (8 R);
-// latitude leaves the range of the ends by at most the bulge of a great circle, dlon^2 sin cos / 8 in radians.
+/// False when the piece cannot meet the ground. Between its ends longitude is monotonic; height is at most that of the
+/// higher end (it is convex along a line) and at least that of the lower end minus the chord's sag, L^2 / (8 R);
+/// latitude leaves the range of the ends by at most the bulge of a great circle, dlon^2 sin cos / 8 in radians.
 bool GroundPick::mayMeet(const TrackPoint& a, const TrackPoint& b) const {
     const double piece = (b.t - a.t) * m_length;
     const double lon_span = std::fabs(a.place.column - b.place.column) * m_raster.getLonStep();
@@ -115,12 +115,12 @@ bool GroundPick::mayMeet(const TrackPoint& a, const TrackPoint& b) const {
            std::max(a.height, b.height) >= ground.min - 1e-3;
 }
 
-// The lines where the ground's slope changes: whole columns (family 0), whole rows (1) and the diagonals (2).
+/// The lines where the ground's slope changes: whole columns (family 0), whole rows (1) and the diagonals (2).
 double lineCoordinate(const TrackPoint& p, int family) {
     return family == 0 ? p.place.column : family == 1 ? p.place.row : p.side();
 }
 
-// Moves p along the piece onto its line; the piece is so short that one or two steps suffice.
+/// Moves p along the piece onto its line; the piece is so short that one or two steps suffice.
 TrackPoint GroundPick::refine(TrackPoint p, const TrackPoint& a, const TrackPoint& b, int family) const {
     const double rate = (lineCoordinate(b, family) - lineCoordinate(a, family)) / (b.t - a.t);
     for (int i = 0; i < 3; ++i) {
@@ -131,7 +131,7 @@ TrackPoint GroundPick::refine(TrackPoint p, const TrackPoint& a, const TrackPoin
     return p;
 }
 
-// Splits the piece at the borders of triangles, so that the ground below each part is one plane.
+/// Splits the piece at the borders of triangles, so that the ground below each part is one plane.
 bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t) const {
     struct Cut {
         double t;
@@ -167,7 +167,7 @@ bool GroundPick::solvePiece(const TrackPoint& a, const TrackPoint& b, double& t)
     return false;
 }
 
-// The ground below the middle of a part; false when there is none.
+/// The ground below the middle of a part; false when there is none.
 bool GroundPick::findGround(const TrackPoint& a, const TrackPoint& b, Ground& ground) const {
     const PostPlace middle{0.5 * (a.place.column + b.place.column), 0.5 * (a.place.row + b.place.row)};
     if (!m_raster.isInside(middle)) return false;
@@ -178,8 +178,8 @@ bool GroundPick::findGround(const TrackPoint& a, const TrackPoint& b, Ground& gr
     return !std::isnan(ground.plane.base);
 }
 
-// Root of the height above a plane between two points, by false position with the Illinois rule (Dowell and Jarratt,
-// BIT 11, 1971): the function is nearly linear, so that the first or second step is exact.
+/// Root of the height above a plane between two points, by false position with the Illinois rule (Dowell and Jarratt,
+/// BIT 11, 1971): the function is nearly linear, so that the first or second step is exact.
 bool GroundPick::solvePlane(const Ground& ground, TrackPoint a, TrackPoint b, double& t) const {
     double fa = ground.heightOver(a), fb = ground.heightOver(b);
     if (std::fabs(fa) <= HEIGHT_TOLERANCE) return t = a.t, true;

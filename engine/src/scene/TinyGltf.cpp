@@ -1,4 +1,4 @@
-// The glTF library's own code, as part of the engine: a plug-in may bring another version.
+// The implementation of the glTF library, private to the engine: a plug-in may contain another version.
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>

@@ -61,7 +61,7 @@ struct CascadePoint {
 
 private:
     static float wrap(double lengths) {
-        constexpr double MAX_LENGTHS = 1 << 20;  // farther than round the globe
+        constexpr double MAX_LENGTHS = 1 << 20;  // more than the globe's circumference
         if (!(std::abs(lengths) < MAX_LENGTHS)) return SIZE;
         const double positive = lengths + MAX_LENGTHS;
         return static_cast<float>((positive - static_cast<double>(static_cast<int>(positive)) + 1.0) * SIZE);

@@ -12,8 +12,8 @@ namespace {
 
 constexpr double LOOK_AHEAD = 15.0;       // metres in front of the eye: the point where illuminance is compared
 constexpr double MIN_DISTANCE_2 = 100.0;  // m^2: nearer lamps rank the same
-constexpr double MAX_LIT = 0.4;           // of the radiance displayed as white
-constexpr double LIT_AT = 0.125;          // distance of the limited illuminance, of the lamp's range
+constexpr double MAX_LIT = 0.4;           // maximum radiance of lit ground, relative to that displayed as white
+constexpr double LIT_AT = 0.125;          // distance of the limited ground, as a share of the lamp's range
 constexpr double GROUND = 0.2;            // reflectance of lit ground
 
 osg::Vec3f toEye(const FrameView& view, const dvec3& v) {

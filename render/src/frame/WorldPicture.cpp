@@ -211,8 +211,8 @@ void WorldPicture::buildScene() {
     static_cast<osgViewer::Renderer*>(m_viewer.getCamera()->getRenderer())->setCompileOnNextDraw(false);
 }
 
-// The scene graph would close the window in its traversal, before the last picture could be saved. Events that arrive
-// after this check are newer than the frame and wait for the next traversal.
+/// The scene graph would close the window in its traversal, before the last picture could be saved. Events that arrive
+/// after this check are newer than the frame and wait for the next traversal.
 bool WorldPicture::isClosing() {
     auto* const window = dynamic_cast<osgViewer::GraphicsWindow*>(m_context.get());
     if (!window || !m_settings.window) return false;

@@ -20,7 +20,7 @@ struct TextureUse {
     bool is_color;
 };
 
-// In the order of their texture units.
+/// In the order of their texture units.
 constexpr TextureUse TEXTURES[] = {{"BASE_TEXTURE", "u_base_texture", &Material::base_texture, true},
                                    {"SURFACE_TEXTURE", "u_surface_texture", &Material::metal_rough_texture, false},
                                    {"NORMAL_TEXTURE", "u_normal_texture", &Material::normal_texture, false},

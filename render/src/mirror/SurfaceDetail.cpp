@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // maximum error of each level, metres
+constexpr float STEPS[] = {0.004f, 0.016f, 0.05f, 0.1f, 0.25f};  // maximum error relative to the previous level, metres
 constexpr std::size_t MIN_INDICES = 3 * 64;                      // indices; smaller surfaces are not simplified
 constexpr double WORTHWHILE = 0.75;                              // maximum size relative to the previous level
 // metres; from this error on, simplification may close gaps and holes

@@ -75,8 +75,8 @@ public:
     /// Computes the mesh of a frame; `ground` may be null.
     void update(const SeaMeshView& view, const WaveField& field, const SeaSlopes& slopes, const SeaGround* ground);
 
-    /// Patches of VERTICES each, in rows from the south-west; the first getNumPatches() patches are in use. The address
-    /// is constant.
+    /// Patches of VERTICES vertices, in rows from the south-west; the first getNumPatches() patches are in use. The
+    /// address is constant.
     const std::vector<SeaVertex>& getVertices() const { return m_vertices; }
     int getNumPatches() const { return m_num_patches; }
     const PatchList& getPatches(int band) const { return m_bands[static_cast<std::size_t>(band)]; }

@@ -16,7 +16,7 @@ namespace {
 constexpr double MAX_CASTER_DISTANCE =
     200.0;                         // maximum distance of a caster outside the area, toward the light, metres
 constexpr double HIGH = 90.0;      // metres above the sea
-constexpr double BESIDE = 45.0;    // metres to the nearest mesh
+constexpr double BESIDE = 45.0;    // metres to the nearest mesh; also half the width of the area
 constexpr double MIN_TURN = 1e-6;  // 1 - cosine of the smallest visible turn of the light: 0.08 degrees
 
 int sizeOf(Quality quality) {

@@ -185,7 +185,7 @@ void GroundDecals::cutTriangle(const Decal& decal, const Corner& a, const Corner
     }
 }
 
-// Sutherland-Hodgman clipping: cuts the polygon by one side of the decal's box after another.
+/// Sutherland-Hodgman clipping: cuts the polygon by one side of the decal's box after another.
 void GroundDecals::clip(const Decal& decal) {
     const auto cutBy = [&](auto inside) {
         m_clipped.clear();

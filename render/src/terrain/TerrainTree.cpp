@@ -157,7 +157,7 @@ bool TerrainTree::isInSight(const Tile& tile) const {
     return true;
 }
 
-// Distance from the eye to the tile's box; also sets `eye` to its position in the tile's frame.
+/// Distance from the eye to the tile's box; also sets `eye` to its position in the tile's frame.
 double TerrainTree::distanceTo(const Tile& tile, dvec3& eye) const {
     const dvec3 to_eye = m_sight.eye - tile.frame.t;
     eye = {dot(to_eye, tile.frame.x), dot(to_eye, tile.frame.y), dot(to_eye, tile.frame.z)};
@@ -166,7 +166,7 @@ double TerrainTree::distanceTo(const Tile& tile, dvec3& eye) const {
                         outside(eye.z, tile.low.z, tile.high.z)));
 }
 
-// Whether the transmittance of the air is too low to change a pixel; the same formula as in the shaders.
+/// Whether the transmittance of the air is too low to change a pixel; the same formula as in the shaders.
 bool TerrainTree::isLostInAir(const Tile& tile, double distance) const {
     constexpr double DEPTH = 6.0;
     const double top = std::max(m_sight.eye_height, tile.high.z), bottom = std::max(tile.low.z, 0.0);
@@ -220,7 +220,7 @@ void TerrainTree::drawTrees(Tile& tile) {
     if (tile.trees->getNumChildren() > 0) m_woods->drawn.push_back(tile.trees);
 }
 
-// Reads the posts of a tile from a raster that is not in memory, a few in each frame.
+/// Reads the posts of a tile from a raster that is not in memory, a few in each frame.
 bool TerrainTree::readPosts(const TileArea& area) {
     if (area.stride > 2 * MAX_STRIDE) return true;  // only its children need posts
     const int reach = (TILE_CELLS + 1) * area.stride;

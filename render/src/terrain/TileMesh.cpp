@@ -72,7 +72,7 @@ void TileBuilder::sample(const TileArea& area) {
     }
 }
 
-// Maximum error of the posts at the midpoints of each cell's south edge, west edge and diagonal.
+/// Maximum error of the posts at the midpoints of each cell's south edge, west edge and diagonal.
 float TileBuilder::measureError() const {
     float worst = 0.0f;
     const auto compare = [&](int column, int row, float a, float b) {
@@ -203,7 +203,7 @@ void TileBuilder::addVertices(const dmat4& frame, Arrays& arrays) {
     }
 }
 
-// Runs counter-clockwise along the rim; the skirt faces outward.
+/// Runs counter-clockwise along the rim; the skirt faces outward.
 void TileBuilder::addSkirt(double skirt, Arrays& arrays) const {
     int before = -1, before_low = -1;
     const auto step = [&](int x, int y) {

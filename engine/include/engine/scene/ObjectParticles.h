@@ -21,7 +21,7 @@ struct ParticleSettings {
     float growth = 0.0f;                     ///< metres per second
     float drag = 0.0f;                       ///< per second
     float buoyancy = 0.0f;                   ///< acceleration along the local vertical, m/s^2 (negative falls)
-    float wind = 0.0f;                       ///< share of the wind's velocity that drag adds, 0..1
+    float wind = 0.0f;                       ///< share of the wind's velocity that drag converges to, 0..1
     vec4 color{1.0f, 1.0f, 1.0f, 1.0f};      ///< at birth
     vec4 end_color{1.0f, 1.0f, 1.0f, 0.0f};  ///< at death
     bool additive = false;
@@ -97,7 +97,7 @@ private:
     float m_authored_rate;
     bool m_emitting;
     float m_played = 0.0f;  ///< seconds since the start of playing
-    float m_due = 0.0f;     ///< fraction of a particle not yet emitted
+    float m_due = 0.0f;     ///< particles due for emission, with fraction
     bool m_has_last_frame = false;
     dmat4 m_last_frame;  ///< world transform at the end of the last step with emission
     Random m_random;     ///< own sequence, so that systems are independent of each other
