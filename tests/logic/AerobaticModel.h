@@ -9,13 +9,10 @@
 /// and 9 are two meshes of one model with one material, 10 is a text, 11 a lamp, 12 moves too. Turning parts are open
 /// at hpr (0, 10, 0) and closed at (0, 0, 20).
 struct AerobaticModel {
-    bool eye = true;                               ///< the pilot's
-    std::string start;                             ///< keys for the placement, each with a comma behind it
-    std::string path = "data/plane/plane.prefab";  ///< in the configuration
+    std::string start;  ///< keys for the placement, each with a comma behind it
 
     static constexpr const char* PREFAB = "data/plane/plane.prefab";
     static constexpr const char* MODEL = "data/plane/instruments.gltf";
-    static constexpr const char* CONFIG = "config/plane.cfg";
     static constexpr int COUNT = 13;
 
     std::string config() const {
@@ -26,7 +23,7 @@ struct AerobaticModel {
             R"("axis": [1, 0, 0], "type": 3)", R"("axis": [0, 0, 1], "type": 4)",  R"("axis": [0, 0, 1], "type": 1)",
             R"("axis": [0, 0, 3], "type": 2)"};
         std::ostringstream text;
-        text << "{ " << start << R"("path": ")" << path << R"(", "type": "extra300s", "ctrl_nodes": {)";
+        text << "{ " << start << R"("path": ")" << PREFAB << R"(", "type": "extra300s", "ctrl_nodes": {)";
         for (int i = 0; i < COUNT; ++i) {
             text << (i ? ", \"" : " \"") << i << R"(": { "id": )" << 100 - i << R"(, "node_name": "part_)" << i
                  << R"(", "open_rot": [0, 10, 0], "close_rot": [0, 0, 20], )" << KINDS[i]
@@ -42,8 +39,8 @@ struct AerobaticModel {
             { "name": "body_box", "type": "box", "size": [1, 5, 1] }, { "name": "l_wheel", "type": "sphere" } ] },
             "mesh": "instruments.gltf", "children": [ { "name": "normal" }, { "name": "destroyed", "enabled": false },
             { "name": "L_wheel_pos" }, { "name": "fire", "enabled": false },
-            { "name": "fire_spe", "type": "particles", "particles": { "emitting": false } })";
-        if (eye) text << R"(, { "name": "cam_first_player", "position": [0, -1, 0.8], "hpr": [0, 90, 0] })";
+            { "name": "fire_spe", "type": "particles", "particles": { "emitting": false } },
+            { "name": "cam_first_player", "position": [0, -1, 0.8], "hpr": [0, 90, 0] })";
         for (int i = 0; i < COUNT; ++i) {
             const std::string name = "part_" + std::to_string(i);
             if (i == 8 || i == 9) continue;
@@ -72,13 +69,5 @@ struct AerobaticModel {
             "bufferViews": [ { "buffer": 0, "byteLength": 36 } ],
             "buffers": [ { "byteLength": 36, "uri":
                 "data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA" } ] })";
-    }
-
-    /// Writes all three files; `write(path, text)` puts one under the runtime root.
-    template <class Write>
-    void writeFiles(Write write) const {
-        write(PREFAB, prefab());
-        write(MODEL, instruments());
-        write(CONFIG, config());
     }
 };

@@ -25,54 +25,6 @@ private:
     std::size_t m_blocks;
 };
 
-TEST_F(ActionsTest, AMissileFliesFromItsLaunchForItsLife) {
-    Node* const node = addNode("missile");
-    const dmat4 launch = EllipsoidModel().getWGSTransform(place()) * dmat4(dquat(dvec3(30, 20, 10)), {});
-    node->setWorldTransform(launch);
-    ActionEmitMissile* const flight = ActionEmitMissile::Create(node, 300.0f, 1.0f);
-    node->setWorldPosition(place() + dvec3(50, 0, 0));
-    manager.addAction(flight);
-    EXPECT_EQ(node->getWorldTransform(), launch) << "from the pose at creation";
-    step(32);
-    flight->setPause(true);
-    step(100);
-    flight->setPause(false);
-    step(31);
-    EXPECT_TRUE(node->isEnabled());
-    EXPECT_LT(length(node->getWorldPosition() - (launch.t + launch.y * (300.0 * 63.0 / 64.0))), 1e-5);
-    step(1);
-    EXPECT_FALSE(node->isEnabled());
-    EXPECT_EQ(blocksTaken(), 0u);
-}
-
-TEST_F(ActionsTest, ATorpedoShowsAfterItsDelayAndEndsAtItsLifeOrAtTheSea) {
-    const EllipsoidModel globe;
-    const struct {
-        double height;
-        float life;
-        int shown, ended;  // steps after which; 0 never within a second
-    } cases[] = {{5.0, 0.5f, 17, 32}, {5.0, 9.0f, 17, 0}, {-5.0, 9.0f, 0, 1}};
-    Node* const effect = addNode("effect");
-    auto* const body = add(std::make_unique<Object>());
-    for (const auto& c : cases) {
-        body->setWorldTransform(globe.getWGSTransform(globe.toWorld({112.0, 17.0, c.height})));
-        TorpedoRun run{nullptr, effect, body, nullptr, c.life};
-        ActionEmitTorpedo* const action = ActionEmitTorpedo::Create(&run, 0.25f);
-        action->start();
-        int shown = 0, ended = 0;
-        for (int i = 1; i <= 64; ++i) {
-            action->step(DT);
-            if (!shown && effect->isEnabled()) shown = i;
-            if (!ended && action->isDone()) ended = i;
-        }
-        EXPECT_EQ(shown, c.shown) << c.height << " " << c.life;
-        EXPECT_EQ(ended, c.ended) << c.height << " " << c.life;
-        EXPECT_EQ(effect->isEnabled(), c.ended == 0) << c.height << " " << c.life;
-        destroyAction(action);
-    }
-    EXPECT_LT(difference(effect->getWorldTransform(), globe.getWGSTransform(globe.toWorld({112.0, 17.0, 5.0}))), 1e-9);
-}
-
 TEST_F(ActionsTest, AnEffectStartsATenthOfASecondLateAndGoesWithItsAction) {
     ObjectPrefab(EXPLOSION).release();  // as weapons are read ahead
     write(EXPLOSION, "a file is read once");
@@ -114,15 +66,11 @@ TEST_F(ActionsTest, AnEffectsLightFlashesOnceWhateverTheFrameLength) {
 
 TEST_F(ActionsTest, BadFilesLeaveNothingAndBadDurationsEndWithTheFirstStep) {
     const int nodes = world().getNumNodes();
-    int files = 0;
-    for (const char* text : {"{ }", R"({ "node": 3 })", R"({ "node": { "type": "light" } })"}) {
-        clearLines();
-        const jString path = "data/bad_" + ToString(++files) + ".prefab";  // files are read once
-        write(path, text);
-        EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr) << text;
-        EXPECT_GE(countLines(path), 1) << text;
+    write("data/light.prefab", R"({ "node": { "type": "light" } })");
+    for (const char* path : {"data/none.prefab", "data/light.prefab"}) {
+        EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), path, 1.0f, place()), nullptr) << path;
+        EXPECT_GE(countLines(path), 1) << path;
     }
-    EXPECT_EQ(ActionPlaySpe::Create(world().getRoot(), "data/none.prefab", 1.0f, place()), nullptr);
     EXPECT_EQ(world().getNumNodes(), nodes);
     EXPECT_EQ(blocksTaken(), 0u);
     Node* const node = addNode("target");

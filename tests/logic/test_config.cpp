@@ -106,19 +106,6 @@ TEST_F(AircraftFileTest, EntriesKeepTheirOrderAndTheVectorsOfTheOneBefore) {
     EXPECT_EQ(read(R"({ "ctrl_nodes": { "x": {} } })").parts[0].axis.y, 0.0f) << "the next reading starts anew";
 }
 
-TEST_F(AircraftFileTest, BadFilesGiveAnEmptyAircraftAndOneWarning) {
-    for (const char* text : {"", "{", "[]", R"({ "path": "p", )"}) {
-        clearLines();
-        const AirCraftInfo info = read(text);
-        EXPECT_FALSE(opened) << text;
-        EXPECT_TRUE(info.path.empty() && info.type.empty() && info.parts.empty()) << text;
-        EXPECT_EQ(countLines("Open config file failed:a/b.cfg, use default config"), 1) << text;
-    }
-    clearLines();
-    EXPECT_TRUE(read(R"({ "ctrl_nodes": [ {} ] })").parts.empty());
-    EXPECT_EQ(countLines("a/b.cfg:1: \"ctrl_nodes\" must be a package"), 1);
-}
-
 /// One test, because the table is read once a process.
 TEST_F(SceneTest, StringTableRetriesUntilThereIsAFileAndSharesItsMisses) {
     for (int i = 1; i <= 2; ++i) {

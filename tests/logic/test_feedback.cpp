@@ -1,5 +1,4 @@
-// The feedback record: deck and terrain height under the gears, attitude, collisions, prints and its place in the
-// frame.
+// The feedback record: deck and terrain height under the gears, attitude, collisions and its place in the frame.
 #include <GeographicLib/Geocentric.hpp>
 
 #include "LogicWorld.h"
@@ -198,29 +197,6 @@ TEST_F(FeedbackTest, IsMeasuredAfterTheRecordedPathAndTheGlides) {
     next(0.1);
     const packets::Feedback got = next(0.1);
     EXPECT_NEAR(got.heights[0], 22.0, 0.1) << "after the first tenth of the glide";
-}
-
-TEST_F(FeedbackTest, TheHostsRecordAndTheFeedbackArePrintedInTheProtocolsOrder) {
-    begin();
-    for (const int key : {'p', 'o'}) {
-        printedBy([&] { logic().onKeyRelease({static_cast<std::uint16_t>(key), 0}, nullptr); });
-    }
-    EXPECT_EQ(printedBy([this] { apply({2}); }), "---recv start---\nnSimOrder:2\n---recv end---\n");
-    printedBy([this] { logic().on_enter_trigger(gear("body")); });
-    packets::Feedback got;
-    const std::string print = printedBy([&] { got = next(); });
-    std::string wanted = "---send start---\nnCounter:" + std::to_string(got.counter) + "\n";
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::pair<const char*, float> fields[] = {{" fTerrainHeightLG:", got.heights[i]},
-                                                        {" fThetaLG:", got.pitch[i]},
-                                                        {" fPhiLG:", got.roll[i]},
-                                                        {" fPsiLG:", got.heading[i]}};
-        for (const auto& [name, value] : fields) wanted += std::to_string(i) + name + std::to_string(value) + "\n";
-    }
-    EXPECT_EQ(print, wanted + "fTerrainHeightCG:0.000000\nnCollisionDetect:0\n---send end---\n")
-        << "both are measured after the print";
-    EXPECT_EQ(got.heightCg, -100.0f);
-    EXPECT_EQ(got.collision, 1);
 }
 
 TEST_F(FeedbackTest, WithoutGroundHeightsAreTheFloor) {

@@ -56,32 +56,6 @@ TEST_F(InputTest, OneKeyOfAChainActsInAFrameAndOnlyThatIsConsumed) {
     }
 }
 
-TEST_F(InputTest, TheWheelMovesTheOrbitBetweenOneMetreAndFarAway) {
-    begin();
-    const auto wheel = [this](int delta, int flag) {
-        logic().onMouseWheel({delta, static_cast<std::uint8_t>(flag)}, nullptr);
-    };
-    const struct {
-        int delta, flag, times;
-        double distance;
-    } events[] = {{-120, 0, 1, 26.0}, {120, 1, 2, 24.0}, {120, 1, 100, 1.0}};
-    for (const auto& e : events) {
-        for (int i = 0; i < e.times; ++i) wheel(e.delta, e.flag);
-        EXPECT_NEAR(distance(), e.distance, 1e-6) << e.delta << " " << e.flag;
-    }
-    for (const int turn : {120, -120}) {
-        const double before = distance();
-        control().addWheel(turn);
-        frame();
-        EXPECT_GT((before - distance()) * turn, 0.0) << turn;
-    }
-    for (int i = 0; i < 2000; ++i) {
-        control().addWheel(-120);
-        frame();
-    }
-    EXPECT_TRUE(isFinite(camera().getPosition()));
-}
-
 TEST_F(InputTest, ReleasedKeysSwitchAndPrint) {
     writeConfig(R"(, "KeyControl": { "a": "wx", "b": "", "c": 5, "d": "w" })");
     begin();
@@ -91,13 +65,9 @@ TEST_F(InputTest, ReleasedKeysSwitchAndPrint) {
     const struct {
         int key, modifier;
         const char* printed;
-    } cases[] = {{'p', 0, "press p \n"},
-                 {'o', 0, "press o \n"},
-                 {'k', 0, "m_target_head_offset:-5.000000\n"},
-                 {'l', 1, "m_target_head_offset:0.000000\n"},
+    } cases[] = {{'k', 0, "m_target_head_offset:-5.000000\n"},
                  {'t', 0, ""},
                  {'t', 1, "test mode open \n"},
-                 {'t', 1, "test mode close \n"},
                  {'w', 0, "0.000000\n0.000000\n"},
                  {256 + 'p', 0, ""}};
     for (const auto& c : cases) EXPECT_EQ(printedBy([&] { release(c.key, c.modifier); }), c.printed) << c.key;

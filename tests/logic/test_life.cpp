@@ -31,7 +31,6 @@ TEST_F(LifeTest, TheJetStartsAtItsNodeAndTheFirstViewSitsInItAfterItMoved) {
     spec.body.clear();
     begin(spec);
     const dmat4 at = world().getNodeByName("start_deck")->getWorldTransform();
-    EXPECT_EQ(logic().getAircraftNode(), world().getNodeByName("plane_j15"));
     EXPECT_LT(length(jet().getWorldTransform().getTranslation() - at.getTranslation()), 1e-6);
     EXPECT_LT(length(jet().getBaseTransform().getY() - at.getY()), 1e-9);
     logic().set_player_mode(FIRST_VIEW);
@@ -47,11 +46,10 @@ TEST_F(LifeTest, WithoutAnAircraftTheRestRuns) {
     const struct {
         const char* start;
         std::string config;
-        const char* print;
-    } cases[] = {{"nowhere", TestJet().config(), "can not find start_deck\n"},
-                 {"start_deck", "{", "m_aircraft_type is :\n"},
-                 {"start_deck", R"({ "type": "Balloon" })", "m_aircraft_type is Balloon:\n"},
-                 {"start_deck", R"({ "type": "PlaneJ15", "path": "data/none.prefab" })", "m_rot_node_num:0\n"}};
+    } cases[] = {{"nowhere", TestJet().config()},
+                 {"start_deck", "{"},
+                 {"start_deck", R"({ "type": "Balloon" })"},
+                 {"start_deck", R"({ "type": "PlaneJ15", "path": "data/none.prefab" })"}};
     for (const auto& c : cases) {
         end();
         world().removeNode(world().getNodeByName("start_deck"));
@@ -59,13 +57,15 @@ TEST_F(LifeTest, WithoutAnAircraftTheRestRuns) {
         addStart(c.start);
         write(TestJet::CONFIG, c.config);
         start();
-        EXPECT_NE(printed.find(c.print), std::string::npos) << printed;
         EXPECT_EQ(logic().getAircraftNode(), nullptr);
         for (const FLY_MODE mode : {DATA_FLY, MANUAL_FLY, AUTO_FLY}) {
             logic().set_fly_mode(mode);
             frame();
         }
         logic().on_plane_destory(nullptr);
+        EXPECT_FALSE(logic().plan_explosion());
+        logic().emit_missile();
+        EXPECT_EQ(logic().getNumMissiles(), 0);
         logic().on_close_undercarriage({}, nullptr);
         UISlider control;
         logic().set_node_deflection({1.0}, &control);
@@ -100,10 +100,6 @@ TEST_F(LifeTest, ResetPutsTheJetBackWhereTheStartIsNow) {
     const dvec3 place = engine().getEllipsoid().toWorld({112.36, 16.85, 70.0});
     EXPECT_LT(length(jet().getWorldTransform().getTranslation() - place), 1e-6);
     EXPECT_EQ(jet().getNumActions(), 0);
-    logic().on_close_undercarriage({}, nullptr);
-    EXPECT_FALSE(jet().isUndercarriageOpen());
-    logic().on_open_undercarriage({}, nullptr);
-    EXPECT_TRUE(jet().isUndercarriageOpen());
 }
 
 TEST_F(LifeTest, OnlyTheMulticastSenderAndReplacedKitsOutliveTheLogic) {
@@ -125,19 +121,6 @@ TEST_F(LifeTest, OnlyTheMulticastSenderAndReplacedKitsOutliveTheLogic) {
     }
     EXPECT_EQ(left, (std::map<std::string, int>{{"src\\kit\\UdpDataKit Logic_Test_Fly::init_udp", 7},
                                                 {"src\\kit\\UdpDataKit UdpSendKit::init", 5}}));
-}
-
-TEST_F(LifeTest, ModelsAndTargetsAreOnTheBooks) {
-    begin();
-    TargetInfo info;
-    info.name = "a";
-    info.path = TestJet::PREFAB;
-    ASSERT_TRUE(logic().apply_target(info));
-    const jVector<MemInfo> infos = memGetInfos();
-    for (const auto& [function, blocks] : {std::pair("PlaneBase::init", 1), {"Target::Create", 2}}) {
-        const auto is_its = [&](const MemInfo& block) { return block.function == function; };
-        EXPECT_EQ(std::count_if(infos.begin(), infos.end(), is_its), blocks) << function;
-    }
 }
 
 const std::string LIBRARY = DECKVIEW_LIB "/libLogic_Test_Fly.so";

@@ -1,42 +1,23 @@
-// The base logic: tracks, notifications, levelling the camera, the order of the virtual operations.
+// The base logic: levelling the camera, the order of the virtual operations.
 #include "common/LogicBase.h"
 
 #include <cstring>
 
 #include "LogicWorld.h"
 #include "engine/camera/CameraControl.h"
-#include "engine/track/Track.h"
 
 namespace {
-
-const std::string FOLDER = "data/assets/Anim/Fly_simulator/";
 
 class OpenLogic : public LogicBase {
 public:
     using LogicBase::adjust_geo_rotation_forward;
     using LogicBase::LogicBase;
-    using LogicBase::m_tracks;
 };
 
 class LogicBaseTest : public SceneTest {
 protected:
-    void writeTrack(const std::string& file) { write(FOLDER + file, R"({ "channels": [] })"); }
-
     OpenLogic logic{&world(), engine().getCameraControl()};
 };
-
-TEST_F(LogicBaseTest, InitLoadsWhatThereIsInOrderAndNamesTheRest) {
-    for (const char* file : {"airport_light_enable.anim", "TOD.anim", "runway_wet.anim"}) writeTrack(file);
-    write(FOLDER + "snow.anim", "{");
-    std::string fired;
-    logic.m_signal_13_track_loaded.append([&](Track* track) { fired += track->getName() + "|"; });
-    EXPECT_TRUE(logic.init());
-    EXPECT_EQ(fired, FOLDER + "runway_wet.anim|" + FOLDER + "TOD.anim|" + FOLDER + "airport_light_enable.anim|");
-    EXPECT_EQ(countLines("LogicBase::load_track:\"" + FOLDER + "snow.anim\" load failed"), 1);
-    EXPECT_EQ(countLines("load failed"), 4);
-    logic.setTod(0.75f);
-    EXPECT_EQ(logic.m_tracks[1]->get(), 0.75f);
-}
 
 TEST_F(LogicBaseTest, LevellingKeepsHeadingAndPlaceAndPutsTheVerticalInTheMiddle) {
     CameraControl& camera = *engine().getCameraControl();

@@ -1,5 +1,4 @@
-// The floating ship: its forces against their law on a level sea, where it comes to rest, its wake, bad models, and its
-// place in the logic.
+// The floating ship: its forces against their law, frames of any length, waves, its wake, and bad models.
 #include "LogicWorld.h"
 #include "common/ship/Buoyancy.h"
 #include "common/ship/Ship.h"
@@ -48,24 +47,22 @@ protected:
         settings.mass = static_cast<float>(MASS);
         settings.shapes.append({});
         settings.shapes[0].type = type;
-        settings.shapes[0].size = HULL;
-        Object* const hull = add(std::make_unique<ObjectPrefab>());
-        hull->setBody(settings);
-        hull->setWgsPosition({LON, LAT, height});
-        hull->setWgsHPR({40.0, 0.0, 0.0});
-        return makeShip(hull, ocean);
+        return makeHull(settings, height, ocean);
     }
     /// At rest at the sea's level with that share of its height immersed, heavier below.
     Ship& makeBallastedHull(double share, ObjectOcean* on) {
         BodySettings settings;
         settings.mass = static_cast<float>(100.0 * VOLUME * share * share);
         settings.shapes.append({});
-        settings.shapes[0].size = HULL;
         settings.shapes[0].transform.t.z = 12.0 * (0.5 - share);
         settings.center_of_mass = {0.0f, 0.0f, static_cast<float>(-12.0 * share)};
+        return makeHull(settings, 0.0, on);
+    }
+    Ship& makeHull(BodySettings& settings, double height, ObjectOcean* on) {
+        settings.shapes[0].size = HULL;
         Object* const hull = add(std::make_unique<ObjectPrefab>());
         hull->setBody(settings);
-        hull->setWgsPosition({LON, LAT, 0.0});
+        hull->setWgsPosition({LON, LAT, height});
         hull->setWgsHPR({40.0, 0.0, 0.0});
         return makeShip(hull, on);
     }
@@ -162,22 +159,6 @@ TEST_F(ShipTest, PropulsionSteeringDragAndLiftFollowTheirLaw) {
     }
 }
 
-TEST_F(ShipTest, ComesToRestUprightWhereItsWeightIsLifted) {
-    for (const double share : {0.3, 0.8}) {
-        Ship& ship = makeBallastedHull(share, ocean);
-        Object* const hull = ship.getObject();
-        hull->setWgsPosition({LON, LAT, 2.0});
-        hull->setWgsHPR({40.0, 2.0, 6.0});
-        frames(ship, 6000);
-        EXPECT_NEAR(heightOf(ship), 0.0, 0.02) << share;
-        EXPECT_NEAR(ship.getBuoyancy()->getSubmergedRatio(), share, 0.002);
-        EXPECT_NEAR(hull->getWgsHPR().y, 0.0, 0.1) << share;
-        EXPECT_NEAR(hull->getWgsHPR().z, 0.0, 0.1) << share;
-        EXPECT_LT(length(ship.getVelocity()), 0.02f);
-        hull->getBody()->setEnabled(false);
-    }
-}
-
 TEST_F(ShipTest, FloatsAndSailsAlikeWithFramesOfAnyLength) {
     ocean->setBeaufort(5);
     const struct {
@@ -233,18 +214,9 @@ TEST_F(ShipTest, BadModelsAndMissingPartsHarmNothing) {
     EXPECT_TRUE(isFinite(round.getObject()->getWorldTransform()));
     EXPECT_EQ(lines().size(), 0u);
 
-    Ship& plain = makeShip(add(std::make_unique<ObjectPrefab>()), ocean);
-    plain.setVelocity({1.0f, 2.0f, 3.0f});
-    frames(plain, 3);
-    EXPECT_EQ(plain.getVelocity().y, 2.0f) << "without a body it is kept";
-
     Ship& dry = makeShip(makeHull(0.0).getObject(), nullptr);
     frames(dry, 30);
     EXPECT_NEAR(heightOf(dry), 0.0, 0.05) << "without an ocean the sea is level";
-    dry.getObject()->setEnabled(false);
-    dry.setControlMode(Ship::STEADY);
-    frames(dry, 1);
-    EXPECT_EQ(dry.getControl().x, 0.0f) << "a ship that is switched off does nothing";
 }
 
 struct WakeTest : ShipTest {
@@ -314,64 +286,6 @@ TEST_F(WakeTest, FoamLivesShorterInHigherSeas) {
     ship->getWakes()->setFoamLife(6.0f);
     frames(*ship, 1);
     EXPECT_NEAR(particles.getLife(), 6.0f, 1e-5);
-}
-
-TEST_F(WakeTest, WithoutADecalOfFoamNothingMoves) {
-    object->getChildByName("wakes", true)->takeChild(foam);
-    Ship& boat = makeShip(object, ocean);
-    const dmat4 before = node->getTransform();
-    object->setWgsHPR({0.0, 5.0, 9.0});
-    frames(boat, 20);
-    EXPECT_EQ(node->getTransform(), before);
-}
-
-struct CarrierTest : LogicTest {
-    void begin(const jString& carrier) {
-        writeJet();
-        addStart();
-        write("data/carrier.prefab", R"({ "node": { "body": { "mass": 240000, "mask": 0, "center_of_mass": [0, 0, -6],
-            "shapes": [ { "type": "box", "size": [10, 80, 12] } ] } } })");
-        ship = add(std::make_unique<ObjectPrefab>("data/carrier.prefab"));
-        ship->setName("carrier");
-        ship->setEnabled(false);
-        Node* const at = addNode("start_ship1");
-        at->setWgsPosition({LON, LAT, 0.0});
-        at->setWgsHPR({40.0, 0.0, 0.0});
-        addNode("plain");
-        start(carrier);
-    }
-    Object* ship = nullptr;
-};
-
-TEST_F(CarrierTest, RestsAtItsStartUntilItIsDriven) {
-    begin("carrier");
-    ASSERT_NE(logic().getShip(), nullptr);
-    EXPECT_TRUE(ship->isEnabled());
-    EXPECT_FALSE(ship->getBody()->isEnabled());
-    const dmat4 start = world().getNodeByName("start_ship1")->getWorldTransform();
-    EXPECT_EQ(ship->getWorldTransform(), start);
-    EXPECT_EQ(countLines("Logic_Test_Fly::init_ships complete!"), 1);
-    ship->getBody()->setEnabled(true);
-    logic().getShip()->setControlMode(Ship::STEADY);
-    const auto drive = [&] {
-        ship->setWorldTransform(start);
-        for (int i = 0; i < 60; ++i) {
-            logic().ships_auto_move();
-            frame();
-        }
-        return dot(ship->getWorldPosition() - start.t, start.y);
-    };
-    EXPECT_NEAR(drive(), 0.0, 0.01) << "the flag is off";
-    logic().setShipsAutoMove(true);
-    EXPECT_GT(drive(), 1.0);
-}
-
-TEST_F(CarrierTest, ANodeThatIsNoObjectIsNoCarrier) {
-    begin("plain");
-    EXPECT_EQ(logic().getShip(), nullptr);
-    logic().setShipsAutoMove(true);
-    logic().ships_auto_move();
-    frame();
 }
 
 }  // namespace

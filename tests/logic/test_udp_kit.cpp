@@ -127,19 +127,4 @@ TEST_F(UdpKit, AFailedInitIsLoggedAndLeavesNothing) {
     EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
 }
 
-TEST_F(UdpKit, ReleaseFreesThePortAndInitOpensItAgain) {
-    const std::size_t blocks = jAllocator::get()->getBlockCount();
-    m_host.setViewerPort(findFreePort());
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(m_kit.init("127.0.0.1", m_host.getViewerPort(), "127.0.0.1", m_host.getSendPort())) << i;
-        ASSERT_TRUE(m_host.sendOrder(i));
-        EXPECT_EQ(m_kit.receive(), i + 1);
-        if (i != 1) m_kit.release();
-    }
-    m_kit.release();
-    EXPECT_EQ(m_kit.receive(), 0);
-    EXPECT_EQ(m_kit.size(), 3) << "records already parsed stay";
-    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
-}
-
 }  // namespace
