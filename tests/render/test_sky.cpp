@@ -118,7 +118,6 @@ TEST(Astronomy, MoonPhases) {
 TEST(SkyModel, ClearDay) {
     const Sky noon(80.0), high(80.0, 20000.0, 0.0f, 10000.0f);
     EXPECT_NEAR(noon.total(), 110.0, 20.0);
-    EXPECT_GT(blueness(noon.at(180.0, 0.9)), 1.3f * blueness(noon.at(180.0, 0.01)));
     EXPECT_GT(luminance(noon.at(180.0, 0.01)), luminance(noon.at(180.0, 0.9))) << "the horizon is brighter";
     EXPECT_LT(luminance(high.at(180.0, 0.9)), 0.5f * luminance(noon.at(180.0, 0.9)));
     EXPECT_GT(luminance(high.light.light_color), luminance(noon.light.light_color));
@@ -132,15 +131,12 @@ TEST(SkyModel, EveningReddensAndFades) {
     const vec3 zenith = Sky(-5.0).at(90.0, 0.99);
     EXPECT_TRUE(zenith.z > 1.3f * zenith.y && zenith.y > zenith.x) << "ozone keeps it blue, not purple";
 
-    double brighter = Sky(6.0).total(), shown = 1e9;
+    double brighter = Sky(6.0).total();
     for (double elevation = 5.0; elevation > -16.5; elevation -= 1.0) {
         const Sky sky(elevation);
         EXPECT_LT(sky.total(), brighter) << elevation;
         EXPECT_GT(sky.total(), 0.2 * brighter) << "no step in the light at " << elevation;
         brighter = sky.total();
-        const double now = brighter * static_cast<double>(exposureFor(sky.picture.adaptation));
-        EXPECT_LT(now, shown) << "the picture darkens with it at " << elevation;
-        shown = now;
     }
 }
 

@@ -18,10 +18,10 @@ constexpr double HOLE = -9999.0;
 
 /// A raster as text, its first row the northernmost; `height` of column and row from the south-west.
 template <class Height>
-std::string gridText(int posts, double step, Height height) {
+std::string gridText(int posts, Height height) {
     std::ostringstream out;
     out << "ncols " << posts << "\nnrows " << posts << "\nxllcenter " << WEST << "\nyllcenter " << SOUTH
-        << "\ncellsize " << step << "\nNODATA_value " << HOLE << "\n";
+        << "\ncellsize " << STEP << "\nNODATA_value " << HOLE << "\n";
     for (int r = posts; r-- > 0;) {
         for (int c = 0; c < posts; ++c) out << height(c, r) << (c + 1 < posts ? " " : "\n");
     }
@@ -55,7 +55,7 @@ public:
 private:
     template <class Height>
     void write(Height height, const Quarters* imagery) {
-        folder.write("data/ground.asc", gridText(POSTS, STEP, height));
+        folder.write("data/ground.asc", gridText(POSTS, height));
         folder.write("data/ground.prj", WGS84);
         if (!imagery) return;
         writeImage(folder.getPath() / "data/imagery.png", *imagery);
@@ -281,7 +281,7 @@ TEST(TerrainPicture, TreesStandWhereTheImageryIsDarkGreen) {
 
 TEST(TerrainTree, AWideRasterIsDrawnInPartsAndForgotten) {
     const TestFolder folder;
-    folder.write("ground.asc", gridText(100, STEP, roughHeight));
+    folder.write("ground.asc", gridText(100, roughHeight));
     folder.write("ground.prj", WGS84);
     // The same hills drawn out over 10,000 x 10,000 posts.
     std::ostringstream text;

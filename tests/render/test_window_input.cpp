@@ -1,7 +1,7 @@
 // What the window hands to the engine's input; without a display.
 #include "gui/WindowInput.h"
 
-#include <osgGA/GUIActionAdapter>
+#include <osgViewer/View>
 
 #include <sstream>
 
@@ -13,12 +13,6 @@
 namespace {
 
 using Event = osgGA::GUIEventAdapter;
-
-struct NoActions final : osgGA::GUIActionAdapter {
-    void requestRedraw() override {}
-    void requestContinuousUpdate(bool) override {}
-    void requestWarpPointer(float, float) override {}
-};
 
 /// A window of 800 x 600 pixels.
 class WindowEvents : public SceneTest {
@@ -37,10 +31,7 @@ protected:
         event->setInputRange(100.0f, 50.0f, 900.0f, 650.0f);
         return event;
     }
-    void send(const Event& event) {
-        NoActions actions;
-        window.handle(event, actions);
-    }
+    void send(const Event& event) { window.handle(event, *actions); }
     /// A key that is pressed and released: its plain code, and what it types with the modifiers held.
     void hit(int plain, int typed, int modifiers = 0) {
         for (const Event::EventType type : {Event::KEYDOWN, Event::KEYUP}) {
@@ -68,6 +59,7 @@ protected:
 
     InputRouter& input = *engine().getInput();
     WindowInput window{input};
+    const osg::ref_ptr<osgViewer::View> actions = new osgViewer::View;
     std::ostringstream heard;
 };
 
@@ -97,8 +89,7 @@ TEST_F(WindowEvents, TextIsWhatTheKeysType) {
     auto* const line = new UIEditLine("old");
     engine().getUIRoot()->addChild(line);
     run(1);
-    mouse(Event::PUSH, 649.0f, Event::LEFT_MOUSE_BUTTON);
-    mouse(Event::RELEASE, 649.0f, Event::LEFT_MOUSE_BUTTON);
+    for (const auto type : {Event::PUSH, Event::RELEASE}) mouse(type, 649.0f, Event::LEFT_MOUSE_BUTTON);
     hit('a', 'A', Event::MODKEY_LEFT_SHIFT);
     hit('b', 'b');
     hit('t', 't', Event::MODKEY_LEFT_CTRL);
