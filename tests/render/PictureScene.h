@@ -15,6 +15,8 @@
 #include "engine/camera/CameraControl.h"
 #include "engine/core/Engine.h"
 #include "engine/math/jMath.h"
+#include "engine/scene/MeshData.h"
+#include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/World.h"
 #include "render/Picture.h"
 #include "support/Paths.h"
@@ -69,6 +71,10 @@ public:
         node->setWgsHPR({});
         return node;
     }
+    Node* addAt(MeshSurface surface, const dvec3& eye, const dvec3& offset) {
+        auto mesh = std::make_shared<MeshData>(std::vector<MeshSurface>{std::move(surface)});
+        return addAt(new ObjectMeshStatic(mesh), eye, offset);
+    }
     /// Through the middle of a pixel of a `small` picture.
     Ray rayAt(int x, int y) {
         const PictureSettings size = small();
@@ -106,6 +112,23 @@ private:
         return settings;
     }
 };
+
+/// An upright wall that faces the eye, `width` x `height` metres, or one that lies and faces upward.
+inline MeshSurface makeWall(float width, float height, bool lies = false) {
+    MeshSurface wall;
+    const float w = 0.5f * width, h = 0.5f * height;
+    for (const auto& [x, z] : {std::pair(-w, -h), {w, -h}, {w, h}, {-w, h}}) {
+        wall.positions.push_back({x, lies ? z : 0.0f, lies ? 0.0f : z});
+        wall.normals.push_back({0.0f, lies ? 0.0f : -1.0f, lies ? 1.0f : 0.0f});
+        wall.tangents.push_back({1.0f, 0.0f, 0.0f, 1.0f});
+        wall.uvs.push_back({x > 0.0f ? 1.0f : 0.0f, z > 0.0f ? 0.0f : 1.0f});
+    }
+    wall.indices = {0, 1, 2, 0, 2, 3};
+    wall.material = std::make_shared<Material>();
+    wall.material->roughness = 1.0f;
+    wall.material->metallic = 0.0f;
+    return wall;
+}
 
 /// Mean of a rectangle of pixels; x from the left, y from the top.
 inline Color meanOf(const Snapshot& shot, int left, int top, int width, int height) {

@@ -4,11 +4,8 @@
 #include <malloc.h>
 #include <osg/Notify>
 
-#include <filesystem>
-
 #include "engine/scene/ObjectPrefab.h"
 #include "engine/text/Log.h"
-#include "support/TestScene.h"
 
 namespace {
 
@@ -81,9 +78,6 @@ TEST(Picture, NodesThatMoveHideAndGoDoSoInThePicture) {
     EXPECT_FALSE(showsJet());
     jet->setWgsPosition(PLACE);
     EXPECT_TRUE(showsJet());
-    scene.world().setEnabled(false);
-    EXPECT_FALSE(showsJet());
-    scene.world().setEnabled(true);
     scene.world().removeNode(jet);
     EXPECT_FALSE(showsJet());
 }
@@ -104,19 +98,6 @@ TEST(Picture, TakesAnySizeAndRefusesNone) {
         const Snapshot shot = scene.capture();
         EXPECT_EQ(shot.rgb.size(), static_cast<std::size_t>(3 * width * height));
     }
-}
-
-TEST(Picture, AScreenshotIsWrittenWithItsFolderOrRefused) {
-    const TestFolder folder;
-    PictureScene scene;
-    scene.open();
-    scene.draw();
-    std::string error;
-    const std::filesystem::path file = folder.getPath() / "deep" / "down" / "a.png";
-    EXPECT_TRUE(scene.picture->save(file, error)) << error;
-    EXPECT_GT(std::filesystem::file_size(file), 100u);
-    EXPECT_FALSE(scene.picture->save(file / "below_a_file.png", error));
-    EXPECT_NE(error.find("below_a_file.png"), std::string::npos);
 }
 
 TEST(Picture, RandomStatesMakeNoFaultAndKeepNoMemory) {
