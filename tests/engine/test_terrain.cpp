@@ -1,7 +1,6 @@
 // Elevation rasters, heights and picks on the ground.
 #include <GeographicLib/UTMUPS.hpp>
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <limits>
 

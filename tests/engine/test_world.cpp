@@ -1,4 +1,4 @@
-// The world: its lookups against brute force, segment queries, loading, the state hash.
+// The world: names and tags, queries against brute force, loading, the state hash.
 #include "engine/net/SocketUDP.h"
 #include "engine/physics/Body.h"
 #include "scene/WorldState.h"
