@@ -1,4 +1,4 @@
-// Actions, their groups and managers; timers, clocks and messages.
+// Actions, their groups and managers; timers and clocks.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -7,7 +7,6 @@
 #include "engine/action/TimerManager.h"
 #include "engine/core/Clock.h"
 #include "engine/core/Engine.h"
-#include "engine/core/Message.h"
 #include "engine/memory/Allocator.h"
 
 namespace {
@@ -108,19 +107,6 @@ TEST_F(Actions, MayBeAddedAndRemovedFromWithinAStep) {
     EXPECT_EQ(joined(events), "c 1");
 }
 
-TEST_F(Actions, GroupThatEndsWhenRemovedMayBeRemovedByItsOwnChild) {
-    ActionManager manager;
-    ActionMulti* const group = ActionMulti::Create();
-    Recorder* const child = record("a", 9.0f, events);
-    child->on_step = [&] { manager.removeAllActions(); };
-    group->addAction(child);
-    group->setDoneIfDel(true);
-    manager.addAction(group);
-    manager.update(0.1f);
-    EXPECT_EQ(manager.getNumActions(), 0);
-    EXPECT_EQ(joined(events), "a start, a 1, a release, a gone");
-}
-
 TEST(Timers, FireInOrderAndMayRemoveEachOther) {
     TimerManager timers;
     jString fired;
@@ -153,23 +139,4 @@ TEST(EngineClock, ClampsLongAndRefusesSenselessFrames) {
         engine.endFrame();
     }
     EXPECT_NEAR(engine.getTime(), 0.216, 1e-12);
-}
-
-TEST(Messages, ReachAttachedNodesOnceEach) {
-    struct Receiver : MsgNode {
-        void processMsg(UiMsg*) override {
-            ++got;
-            if (other) other->detach();
-        }
-        int got = 0;
-        MsgNode* other = nullptr;
-    };
-    Receiver a, b;
-    for (Receiver* const receiver : {&a, &a, &b}) receiver->attach();
-    UiMsg msg;
-    MsgNode::send(&msg);
-    EXPECT_EQ(a.got * 10 + b.got, 11);
-    a.other = &b;
-    MsgNode::send(&msg);
-    EXPECT_EQ(b.got, 1) << "detached by the first receiver";
 }

@@ -121,21 +121,6 @@ TEST_F(Input, EditingTakesTheKeyboard) {
     EXPECT_EQ(line->getText(), "5");
 }
 
-TEST_F(Input, EventsSentByHandlersFollowInTheNextFrame) {
-    input.bindKeyPress([this](const GUIEventKey& e) {
-        if (e.key != 'q') return;
-        hit('r');
-        engine.getInput()->dispatch();
-    });
-    hit('q');
-    EXPECT_EQ(hear(), "+113 -113 ");
-    EXPECT_EQ(hear(), "+114 -114 ");
-    input.clearBindings();
-    hit('q');
-    EXPECT_EQ(hear(), "");
-    EXPECT_TRUE(control.isKeyClick('q'));
-}
-
 TEST_F(Input, AReleaseKeepsTheCtrlOfItsPress) {
     input.keyEvent(ControlApp::KEY_CTRL, true);
     input.keyEvent('t', true);
@@ -147,21 +132,6 @@ TEST_F(Input, AReleaseKeepsTheCtrlOfItsPress) {
     input.keyEvent('t', true);
     input.focusLost();
     EXPECT_EQ(hear(), "+271 +116! -271! -116 ") << "no command";
-}
-
-TEST_F(Input, ATurnIsAnEventForEachNotchOrPolledWithShift) {
-    std::string flags;
-    input.bindWheel([&](const GUIEventWheel& e) { flags += e.flag ? "1" : "0"; });
-    input.wheel(-300);
-    input.wheel(240);
-    input.wheel(0);
-    EXPECT_EQ(hear(), "w-120 w-120 w-60 w120 w120 ");
-    EXPECT_EQ(flags, "00011");
-    EXPECT_FALSE(control.isWheelButtonDown() || control.isWheelButtonUp());
-    input.keyEvent(ControlApp::KEY_SHIFT, true);
-    input.wheel(-120);
-    EXPECT_EQ(hear(), "+270 ");
-    EXPECT_TRUE(control.isWheelButtonDown());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Rotations, transforms, curves and the globe, against independent computations.
+// Rotations, transforms, boxes and the globe, against independent computations.
 #include <gtest/gtest.h>
 
 #include <GeographicLib/Geocentric.hpp>
@@ -64,12 +64,6 @@ TEST(Math, TransformsSplitAndCompose) {
     }
 }
 
-TEST(Math, LinearToShockIsATriangleWave) {
-    for (const auto& [t, expected] : {std::pair(0.25, 0.25), {1.0, 1.0}, {1.75, 0.25}, {-0.5, 0.5}, {4.5, 0.5}}) {
-        EXPECT_NEAR(jMath::linearToShock(t), expected, 1e-12) << t;
-    }
-}
-
 TEST(Math, ZeroAndFlatInputsGiveNoNaN) {
     EXPECT_EQ(normalize(dvec3()), dvec3());
     dvec3 t, s;
@@ -121,24 +115,4 @@ TEST(Globe, PolesEquatorAndCentreAreSound) {
     }
     EXPECT_TRUE(isFinite(ellipsoid.toWGS({})));
     EXPECT_TRUE(isFinite(ellipsoid.getWGSTransform({})));
-}
-
-TEST(Globe, AttitudesRoundTripAndPointTheRightWay) {
-    const EllipsoidModel ellipsoid;
-    const dvec3 p = ellipsoid.toWorld({112.35, 16.84, 25});
-    const dmat4 enu = ellipsoid.getWGSTransform(p);
-    const struct {
-        dvec3 hpr, ahead;  // east, north, up
-    } cases[] = {{{0, 0, 0}, {0, 1, 0}},
-                 {{90, 0, 0}, {1, 0, 0}},
-                 {{180, 45, 0}, {0, -std::sqrt(0.5), std::sqrt(0.5)}},
-                 {{270, 0, 30}, {-1, 0, 0}},
-                 {{359.5, -10, -20}, {}}};
-    for (const auto& c : cases) {
-        const dmat4 pose(ellipsoid.fromWgsHPR(p, c.hpr), p);
-        expectNear(ellipsoid.toWgsHPR(pose), c.hpr, 1e-9);
-        if (length2(c.ahead) > 0) expectNear(pose.y, enu.getMat3() * c.ahead, 1e-12);
-    }
-    // Right wing down: the right wing (+X) points below the horizon.
-    EXPECT_LT(dot(dmat4(ellipsoid.fromWgsHPR(p, {0, 0, 30}), p).x, enu.z), 0.0);
 }

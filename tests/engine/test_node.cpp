@@ -1,8 +1,6 @@
 // Nodes: the tree, places and activity against independent models.
 #include <cmath>
 
-#include "engine/physics/Body.h"
-#include "engine/scene/ObjectPrefab.h"
 #include "support/TestScene.h"
 
 namespace {
@@ -92,25 +90,4 @@ TEST_F(NodeTest, ATransformThatIsNoPlaceIsRefused) {
         EXPECT_EQ(node->getTransform(), before);
         EXPECT_EQ(countLines("buoy"), 1);
     }
-}
-
-TEST_F(NodeTest, EveryMoveOfAParentTeleportsABody) {
-    Node* const top = addNode("top");
-    Node* const middle = addNode("middle", {}, top);
-    auto prefab = std::make_unique<ObjectPrefab>();
-    BodySettings settings;
-    settings.shapes.append(Shape());
-    ASSERT_TRUE(prefab->setBody(settings));
-    BodyRigid* const body = prefab->getBodyRigid();
-    const Node* const node = middle->addChild(std::move(prefab));
-    run(1);
-    for (int i = 1; i < 5; ++i) {  // several moves with nobody reading in between; each one is a teleport
-        for (Node* const moved : {top, middle}) {
-            body->setLinearVelocity({0, 0, 5});
-            ASSERT_NE(length(body->getLinearVelocity()), 0.0f);
-            moved->setPosition({100.0 * i, 0, 0});
-            EXPECT_EQ(length(body->getLinearVelocity()), 0.0f) << i;
-        }
-    }
-    EXPECT_LT(difference(body->getTransform(), productOfLocals(node)), 1e-6);
 }

@@ -21,13 +21,6 @@ protected:
         s.mask = mask;
         return s;
     }
-    /// Moves an object's node northward at 300 m/s for half a second through the site.
-    void fly(Object* object) {
-        for (int i = 0; i < 30; ++i) {
-            object->setTransform(at(0, -75 + 5.0 * i, 5));
-            run(1);
-        }
-    }
 };
 
 TEST_F(PhysicsContacts, GroupsMasksAndFlagsDecideWhatIsMet) {
@@ -47,11 +40,6 @@ TEST_F(PhysicsContacts, GroupsMasksAndFlagsDecideWhatIsMet) {
     EXPECT_FALSE(holdsUp(cube(1, 2))) << "both masks must allow it";
     ground->getBodyRigid()->setMask(1);
     EXPECT_TRUE(holdsUp(cube(1, 2)));
-    Object* const late = addBody("late", at(0, 0, 0.7), cube(1, 2));
-    runSeconds(1.5);
-    late->getBodyRigid()->setMask(8);
-    runSeconds(1.0);
-    EXPECT_LT(heightOf(*late), -1.0) << "a mask set at rest counts at once";
 }
 
 TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
@@ -62,38 +50,19 @@ TEST_F(PhysicsContacts, ABodyIgnoresItsOwnColliders) {
     addMesh("floor", dmat4::translation({0, 0, -1}), makeSheet(10), prefab.get());
     Object* const cart = add(std::move(prefab));
     Object* const rider = addBody("rider", at(3, 0, 20));
-    ContactLog log(cart->getBody());
     runSeconds(1.0);
     EXPECT_NEAR(heightOf(*cart), 20.0 - 0.5 * 9.80665, 0.1);
-    EXPECT_TRUE(log.shapes.empty());
     EXPECT_GT(heightOf(*rider), heightOf(*cart) - 0.6) << "others do meet them";
-}
-
-TEST_F(PhysicsContacts, ExcludedObjectsAndTheirChildrenAreNotMet) {
-    BodySettings driven = settings({box({1, 4, 1})}, BodySettings::DRIVEN);
-    for (const bool excludes : {false, true}) {
-        Object* const ship = addBody("ship", at(0, 0, 5), settings({box({4, 4, 4})}, BodySettings::STATIC));
-        addMesh("mast", dmat4(dquat(dvec3(0, 90, 0)), dvec3(0, 30, 0)), makeSheet(20), ship);
-        Object* const missile = addBody("missile", at(0, -75, 5), driven);
-        if (excludes) missile->getBodyRigid()->setExcluded(ship);
-        ContactLog log(missile->getBody());
-        fly(missile);
-        EXPECT_EQ(log.shapes.size(), excludes ? 0u : 2u);
-        world().removeNode(ship);
-        fly(missile);
-        EXPECT_EQ(log.shapes.size(), excludes ? 0u : 2u) << "it may go before the body";
-        world().removeNode(missile);
-    }
 }
 
 TEST_F(PhysicsContacts, ScaledAndMirroredMeshesHold) {
     for (const dvec3 factors : {dvec3(4, 4, 1), dvec3(-4, 2, 1), dvec3(4, 4, -3)}) {
         ObjectMeshStatic* const deck =
             addMesh("deck", composeTransform(site().t, dquat(site().getMat3()), factors), makeSheet(2));
-        addBody("cube", at(1.8, 0, 0.7));
+        Object* const edge_cube = addBody("edge", at(1.8, 0, 0.7));
         EXPECT_TRUE(holdsUp(cube())) << factors.x << " " << factors.z;
-        EXPECT_GT(heightOf(*world().getNodeByName("cube")), 0.4) << factors.x << " " << factors.z;
-        world().removeNode(world().getNodeByName("cube"));
+        EXPECT_GT(heightOf(*edge_cube), 0.4) << factors.x << " " << factors.z;
+        world().removeNode(edge_cube);
         world().removeNode(deck);
     }
 }
@@ -117,29 +86,32 @@ TEST_F(PhysicsContacts, ReportedOnceForEachShapeThatBeginsToTouch) {
 TEST_F(PhysicsContacts, FastBodiesMeetWhatIsInTheirPath) {
     world().getPhysics()->setGravity({});
     const BodySettings driven = settings({box({2, 2, 2})}, BodySettings::DRIVEN);
+    const auto addWall = [&](bool collider) {
+        ObjectMeshStatic* const mesh = addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
+        mesh->setCollider(collider);
+        return mesh;
+    };
     const struct {
         const char* what;
         Function<Object*()> make;
         double east;  ///< m/s with which its node moves it
         bool contact;
+        bool excluded = false;
     } cases[] = {
-        {"mesh",
-         [&] {
-             return addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
-         },
-         0, true},
-        {"no collider",
-         [&] {
-             ObjectMeshStatic* const mesh = addMesh("target", at(0, 3, 0, {0, 90, 0}), makeSheet(40, 10));
-             mesh->setCollider(false);
-             return mesh;
-         },
-         0, false},
+        {"mesh", [&] { return addWall(true); }, 0, true},
+        {"no collider", [&] { return addWall(false); }, 0, false},
         {"dynamic",
          [&] {
              return addBody("target", at(0, 3, 5), settings({box({9, 0.05f, 9})}, BodySettings::DYNAMIC, 1e7f));
          },
          0, true},
+        {"excluded, with its child",
+         [&] {
+             Object* const ship = addBody("target", at(0, 3, 5), settings({box({4, 4, 4})}, BodySettings::STATIC));
+             addMesh("mast", dmat4(dquat(dvec3(0, 90, 0)), dvec3(0, 30, 0)), makeSheet(20), ship);
+             return ship;
+         },
+         0, false, true},
         // Both are at the site after a quarter of a second.
         {"crossing", [&] { return addBody("target", at(-25, 0, 5), driven); }, 100, true},
         {"crossing later", [&] { return addBody("target", at(-25, 0, 5), driven); }, 60, false},
@@ -153,6 +125,7 @@ TEST_F(PhysicsContacts, FastBodiesMeetWhatIsInTheirPath) {
                 const auto kind = flyer == DRIVEN ? BodySettings::DRIVEN : BodySettings::DYNAMIC;
                 Object* const missile = addBody("missile", at(0, -75, 5), settings({box({0.3f, 2, 0.3f})}, kind));
                 ContactLog log(missile->getBody());
+                if (c.excluded) missile->getBodyRigid()->setExcluded(target);
                 std::optional<ContactLog> hit;
                 if (target->getBody()) hit.emplace(target->getBody());
                 run(1, dt);
@@ -174,8 +147,9 @@ TEST_F(PhysicsContacts, FastBodiesMeetWhatIsInTheirPath) {
                     run(1);
                 }
                 EXPECT_TRUE(log.shapes.empty()) << c.what << ": a teleport sweeps nothing";
-                world().removeNode(missile);
                 world().removeNode(target);
+                run(1);
+                world().removeNode(missile);
             }
         }
     }

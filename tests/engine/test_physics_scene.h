@@ -7,8 +7,6 @@
 #include "engine/scene/MeshData.h"
 #include "engine/scene/ObjectMeshStatic.h"
 #include "engine/scene/ObjectPrefab.h"
-#include "engine/scene/ObjectTerrain.h"
-#include "physics/PhysicsWorld.h"
 #include "support/TestScene.h"
 
 class PhysicsTest : public SceneTest {
@@ -58,20 +56,13 @@ protected:
     /// A level sheet of square cells round the origin, two triangles each.
     static std::shared_ptr<MeshData> makeSheet(double size, int cells = 1) {
         MeshSurface surface;
-        for (int i = 0; i <= cells; ++i) {
-            for (int k = 0; k <= cells; ++k) {
-                surface.positions.push_back({static_cast<float>(size * (double(k) / cells - 0.5)),
-                                             static_cast<float>(size * (double(i) / cells - 0.5)), 0.0f});
-            }
-        }
-        const auto post = [cells](int row, int column) {
-            return static_cast<std::uint32_t>(row * (cells + 1) + column);
-        };
+        const auto place = [&](int post) { return static_cast<float>(size * (double(post) / cells - 0.5)); };
         for (int i = 0; i < cells; ++i) {
             for (int k = 0; k < cells; ++k) {
-                for (const std::uint32_t p :
-                     {post(i, k), post(i, k + 1), post(i + 1, k + 1), post(i, k), post(i + 1, k + 1), post(i + 1, k)}) {
-                    surface.indices.push_back(p);
+                for (const auto& [row, column] :
+                     {std::pair(i, k), {i, k + 1}, {i + 1, k + 1}, {i, k}, {i + 1, k + 1}, {i + 1, k}}) {
+                    surface.indices.push_back(static_cast<std::uint32_t>(surface.positions.size()));
+                    surface.positions.push_back({place(column), place(row), 0.0f});
                 }
             }
         }
@@ -87,22 +78,6 @@ protected:
         object->setTransform(place);
         return static_cast<ObjectMeshStatic*>((parent ? parent : world().getRoot())->addChild(std::move(object)));
     }
-    /// Ground with posts about 30 m apart at a height of up to 20 m; flat where `slope` (metres a post) is 0.
-    ObjectTerrain* addTerrain(double slope) {
-        std::string text = "ncols 61\nnrows 61\nxllcenter 112.342\nyllcenter 16.832\ncellsize 0.0002666666667\n";
-        for (int i = 0; i < 61; ++i) {
-            for (int k = 0; k < 61; ++k) text += std::to_string(20.0 + slope * (k - 30)) + (k == 60 ? "\n" : " ");
-        }
-        write("data/ground.asc", text);
-        write(
-            "data/ground.prj",
-            "GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],PRIMEM[\"Greenwich\",0],"
-            "UNIT[\"degree\",0.0174532925199433]]");
-        auto terrain = std::make_unique<ObjectTerrain>("data/ground.asc", "");
-        EXPECT_TRUE(terrain->isLoaded());
-        return add(std::move(terrain));
-    }
-    int getNumStanding() { return static_cast<PhysicsWorld*>(world().getPhysics())->getNumCollisionObjects(); }
 
     /// Frames of dt for so many seconds.
     void runSeconds(double seconds, double dt = 1.0 / 60.0) { run(static_cast<int>(std::lround(seconds / dt)), dt); }

@@ -1,10 +1,7 @@
-// Structured text, packages, the log, byte readers and the books on memory.
+// Structured text, packages, paths, the log and byte readers.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "engine/core/Engine.h"
-#include "engine/memory/Allocator.h"
 #include "engine/text/BufferReader.h"
 #include "engine/text/Log.h"
 #include "engine/text/Package.h"
@@ -34,7 +31,7 @@ constexpr const char* SAMPLE = R"({
 
 }  // namespace
 
-TEST(Mjl, ReadsValuesInFileOrderWithTheirLines) {
+TEST(Mjl, ReadsValuesInFileOrderWithTheirLinesAndTypes) {
     Package p;
     ASSERT_TRUE(mjl::parse(SAMPLE, "sample", p));
     EXPECT_EQ(p.getString("name"), "deck");
@@ -44,11 +41,8 @@ TEST(Mjl, ReadsValuesInFileOrderWithTheirLines) {
     ASSERT_EQ(p.size(), 8);
     for (int i = 0; i < 8; ++i) EXPECT_EQ(p[i].getName(), order[i]);
     EXPECT_EQ(p.getItem("place")->getLine(), 6);
-}
 
-TEST(Mjl, AnotherTypeReadsAsTheDefault) {
-    Package p;
-    ASSERT_TRUE(mjl::parse(SAMPLE, "sample", p));
+    // Another type reads as the default.
     Lines log;
     EXPECT_EQ(p.getInt("name"), 0);
     EXPECT_EQ(p.getInt("name"), 0);
@@ -91,16 +85,13 @@ TEST(Mjl, ErrorsNameFileAndLineAndLeaveNothing) {
     }
 }
 
-TEST(Mjl, CutOffAnywhereItIsRefusedWhole) {
+TEST_F(SceneTest, TextCutOffAnywhereIsRefusedWhole) {
     const jString text = SAMPLE;
-    jLog::setLevel(jLog::ERROR);
-    Lines log;
     for (std::size_t n = 0; n < text.size(); ++n) {
         Package p;
         ASSERT_FALSE(mjl::parse(text.substr(0, n), "cut", p)) << n;
         ASSERT_TRUE(p.empty()) << n;
     }
-    jLog::setLevel(jLog::MESSAGE);
 }
 
 TEST(Mjl, DeepNestingIsRefusedWithoutDepthOfItsOwn) {
@@ -112,24 +103,17 @@ TEST(Mjl, DeepNestingIsRefusedWithoutDepthOfItsOwn) {
     EXPECT_TRUE(mjl::parse("{\"a\":" + std::string(60, '[') + std::string(60, ']') + "}", "deep", p));
 }
 
-TEST(Mjl, FilesAreReadOverriddenAndSaved) {
-    const TestFolder folder;
-    folder.write("a.cfg", R"({ "port": 1, "keep": "as it is" })");
-    EngineSettings settings;
-    settings.root = folder.getPath().string();
-    const Engine engine(settings);
-    Lines log;
-
+TEST_F(SceneTest, TextFilesAreReadOverriddenAndSaved) {
+    write("a.cfg", R"({ "port": 1 })");
     Package p;
     mjl::setOverride("a.cfg", "port", "20");
     mjl::setOverride("b.cfg", "flag", "true");
     ASSERT_TRUE(mjl::open("a.cfg", p, false));
     EXPECT_EQ(p.getInt("port"), 20);
-    EXPECT_EQ(p.getString("keep"), "as it is");
     EXPECT_FALSE(mjl::open("b.cfg", p, false));
     EXPECT_TRUE(p.getBool("flag"));
     EXPECT_EQ(p.size(), 1) << "a second read replaces, it does not merge";
-    EXPECT_TRUE(log.lines.empty()) << "a file that may be missing is no error";
+    EXPECT_TRUE(lines().empty()) << "a file that may be missing is no error";
     mjl::clearOverrides();
 
     ASSERT_TRUE(mjl::open("a.cfg", p, false));
@@ -139,7 +123,7 @@ TEST(Mjl, FilesAreReadOverriddenAndSaved) {
     EXPECT_EQ(p.getItem("list")->getType(), Item::ARRAY);
     EXPECT_FALSE(mjl::open("../outside.cfg", p, true));
     EXPECT_FALSE(mjl::save("missing/folder.cfg", p, false));
-    EXPECT_EQ(log.lines.size(), 2);
+    EXPECT_EQ(lines().size(), 2u);
 }
 
 TEST(Paths, StayUnderTheRoot) {
@@ -181,26 +165,4 @@ TEST(BufferReader, ReadsUnalignedAndZeroBeyondTheEnd) {
     EXPECT_EQ(reader.readInt(), 0xee);
     EXPECT_TRUE(reader.isEnd());
     EXPECT_EQ(reader.readDouble(), 0.0);
-}
-
-TEST(Memory, BooksFollowObjects) {
-    struct Counted {
-        explicit Counted(int* c) : count(c) { ++*count; }
-        ~Counted() { --*count; }
-        int* count;
-    };
-    int alive = 0;
-    const std::size_t blocks = jAllocator::get()->getBlockCount();
-    Counted* const a = jNew<Counted>({"src\\kit\\Sample", "Sample::make"}, &alive);
-    Counted* const b = jNew<Counted>({"src\\kit\\Sample", "Sample::other"}, &alive);
-    ASSERT_EQ(memGetInfos().size(), 2);
-    EXPECT_EQ(memGetInfos()[0].function, "Sample::make");
-    EXPECT_EQ(memGetInfos()[1].size, sizeof(Counted));
-    jDelete(a);
-    EXPECT_EQ(memGetInfos().size(), 1);
-    jDelete(b);
-    jDelete(static_cast<Counted*>(nullptr));
-    EXPECT_EQ(alive, 0);
-    EXPECT_TRUE(memGetInfos().empty());
-    EXPECT_EQ(jAllocator::get()->getBlockCount(), blocks);
 }
