@@ -112,7 +112,6 @@ TEST(Astronomy, MoonPhases) {
     EXPECT_GT(at(6, 22, 1.13).moon_lit, 0.997);
     EXPECT_LT(at(6, 6, 12.63).moon_lit, 0.004);
     EXPECT_NEAR(at(6, 14, 5.3).moon_lit, 0.5, 0.02);
-    EXPECT_NEAR(at(6, 28, 21.9).moon_lit, 0.5, 0.02);
 }
 
 TEST(SkyModel, ClearDay) {

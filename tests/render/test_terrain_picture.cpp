@@ -93,19 +93,26 @@ TEST(TerrainPicture, NearTheEyeTheGroundIsTheRastersOwn) {
         ground.scene.look(GroundScene::above(view.column, view.row, view.height), view.attitude);
         ground.scene.draw();
         const Snapshot shot = ground.scene.capture(true);
-        int near = 0;
+        int near = 0, too_coarse = 0;
         for (int y = 1; y < shot.height; y += 3) {
             for (int x = 1; x < shot.width; x += 3) {
                 const double distance = distanceAt(shot, x, y);
                 const Ray ray = ground.scene.rayAt(x, y);
-                if (!(distance * length(ray.step) < 180.0)) continue;
+                const double range = distance * length(ray.step);
+                if (!std::isfinite(range)) continue;
                 const dvec3 drawn = ground.scene.engine.getEllipsoid().toWGS(ray.eye + ray.step * distance);
                 double height = 1e9;
-                ASSERT_TRUE(ground.terrain->getAltitudeByLonLat(drawn.x, drawn.y, height));
-                ASSERT_NEAR(drawn.z, height, 0.02) << "pixel " << x << ", " << y << " from " << view.height;
-                ++near;
+                const bool has_ground = ground.terrain->getAltitudeByLonLat(drawn.x, drawn.y, height);
+                if (range < 180.0) {
+                    ASSERT_TRUE(has_ground);
+                    ASSERT_NEAR(drawn.z, height, 0.02) << "pixel " << x << ", " << y << " from " << view.height;
+                    ++near;
+                } else if (std::fabs(drawn.z - height) > 0.015 * range) {
+                    ++too_coarse;
+                }
             }
         }
+        EXPECT_LT(too_coarse, near / 50);
         EXPECT_GT(near, 1000);
     }
 }
@@ -181,7 +188,6 @@ TEST(TerrainPicture, WeatherShows) {
         SCOPED_TRACE(height);
         ground.scene.look(GroundScene::above(130.0, 130.0, height), {0.0, -80.0, 0.0});
         const double dry = brightness("wetness", 0.0f), white = brightness("snow", 1.0f);
-        EXPECT_GT(dry, 0.05);
         EXPECT_LT(brightness("wetness", 1.0f), dry * 0.97);
         EXPECT_LT(brightness("snow", 0.25f), 0.9 * white);
         EXPECT_GT(brightness("snow", 0.5f), dry + 0.7 * (white - dry)) << "half of the snow covers most of the ground";
