@@ -211,6 +211,8 @@ TEST_F(HelicopterFlightTest, FromLiftOffToLanding) {
     fly("r", 3.0);
     fly("", 3.0);
     EXPECT_GT(height(), 1.5);
+    fly("f", 1.0);
+    fly("", 2.0);
     fly("w", 6.0);
     EXPECT_GT(velocity().y, 25.0);
     EXPECT_NEAR(model().getWgsHPR().y, -9.0, 1.0) << "nose down";
@@ -220,8 +222,10 @@ TEST_F(HelicopterFlightTest, FromLiftOffToLanding) {
     EXPECT_LT(velocity().y, 2.0);
     fly("q", 4.0);
     EXPECT_NEAR(model().getWgsHPR().x, 349.9, 2.0) << "nose to the left";
+    fly("", 2.0);
     fly("a", 1.5);
     EXPECT_LT(velocity().x, -2.0) << "to the left";
+    fly("d", 1.5);
     for (const char* hard : {"a", "", "d", "", "ds", "", "aw", ""}) fly(hard, 4.0);
     EXPECT_NEAR(model().getWgsHPR().y, 0.0, 0.5) << "still in hand";
 
