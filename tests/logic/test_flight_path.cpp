@@ -126,7 +126,7 @@ TEST_F(FlightPathTest, FallingTimesAreSearchedFromTheFirstFrame) {
 TEST_F(FlightPathTest, TheStartPoseTurnsThePathAndMovesItsFirstFrameToTheOrigin) {
     std::string text;
     for (int i = 0; i < 4; ++i) {
-        text += std::to_string(i);
+        text += std::to_string(i) + ".0";
         for (int k = 0; k < 9; ++k) text += " " + std::to_string(7 * i * i - 20 + k) + ".0";
         text += "\n";
     }

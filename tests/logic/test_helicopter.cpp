@@ -60,6 +60,11 @@ TEST_F(HelicopterTest, RotorsTurnTiltAndBlur) {
     const dvec3 disc = in_model("wing_mesh").z;
     EXPECT_NEAR(std::asin(disc.y) * jMath::RAD2DEG, 5.0, 0.1) << "ahead with a full stick";
     EXPECT_NEAR(std::asin(disc.x) * jMath::RAD2DEG, -5.25, 0.1) << "left with a roll input of 1.05";
+
+    hold("r");
+    while (heli->getCollective() < 0.02f) step(0.1);
+    heli->updateFlight(1.0f / 60.0f);
+    EXPECT_NEAR(heli->getRotorSpeed(), 600.0f * heli->getCollective(), 1e-3f);
 }
 
 TEST_F(HelicopterTest, TheLampFlashesAndTheWipersSweep) {
@@ -77,6 +82,8 @@ TEST_F(HelicopterTest, TheLampFlashesAndTheWipersSweep) {
         EXPECT_NEAR(glow(lamp), row.glow, 1e-5f) << row.dt;
     }
     EXPECT_EQ(glow(part("lens")->asObject()), -1.0f) << "its material is its own";
+    heli->toggleLight();
+    EXPECT_FALSE(part("front_proj")->isEnabled());
 
     const auto third = [this](const char* name) { return part(name)->getHPR().z; };
     EXPECT_NEAR(third("wiper_left"), 67.56119 - 90.70399, 1e-6) << "parked";
@@ -204,6 +211,8 @@ TEST_F(HelicopterFlightTest, FromLiftOffToLanding) {
     fly("r", 3.0);
     fly("", 3.0);
     EXPECT_GT(height(), 1.5);
+    fly("f", 1.0);
+    fly("", 2.0);
     fly("w", 6.0);
     EXPECT_GT(velocity().y, 25.0);
     EXPECT_NEAR(model().getWgsHPR().y, -9.0, 1.0) << "nose down";
@@ -213,8 +222,10 @@ TEST_F(HelicopterFlightTest, FromLiftOffToLanding) {
     EXPECT_LT(velocity().y, 2.0);
     fly("q", 4.0);
     EXPECT_NEAR(model().getWgsHPR().x, 349.9, 2.0) << "nose to the left";
+    fly("", 2.0);
     fly("a", 1.5);
     EXPECT_LT(velocity().x, -2.0) << "to the left";
+    fly("d", 1.5);
     for (const char* hard : {"a", "", "d", "", "ds", "", "aw", ""}) fly(hard, 4.0);
     EXPECT_NEAR(model().getWgsHPR().y, 0.0, 0.5) << "still in hand";
 

@@ -219,9 +219,11 @@ TEST_F(JetTest, DamageShowsKicksTheBodyAndAResetUndoesIt) {
     EXPECT_NEAR(turn.y, 0.0, 1e-3);
     EXPECT_NEAR(std::abs(turn.z), 5000.0 / 125000.0, 1e-3);
 
+    plane.getModel()->getBody()->setEnabled(false);
     plane.resetToBase();
     EXPECT_EQ(looks(), "1000");
     EXPECT_TRUE(plane.isStanding());
+    EXPECT_TRUE(plane.getModel()->getBody()->isEnabled());
 }
 
 TEST_F(JetTest, TheBodyAnswersTheControlsWithinItsLimits) {

@@ -100,6 +100,10 @@ TEST_F(LifeTest, ResetPutsTheJetBackWhereTheStartIsNow) {
     const dvec3 place = engine().getEllipsoid().toWorld({112.36, 16.85, 70.0});
     EXPECT_LT(length(jet().getWorldTransform().getTranslation() - place), 1e-6);
     EXPECT_EQ(jet().getNumActions(), 0);
+    logic().on_close_undercarriage({}, nullptr);
+    EXPECT_FALSE(jet().isUndercarriageOpen());
+    logic().on_open_undercarriage({}, nullptr);
+    EXPECT_TRUE(jet().isUndercarriageOpen());
 }
 
 TEST_F(LifeTest, OnlyTheMulticastSenderAndReplacedKitsOutliveTheLogic) {

@@ -189,9 +189,14 @@ TEST_F(PanelTest, PanelsDoWithoutImagesAndAnAircraft) {
     EXPECT_TRUE(panels().getImages().empty());
     switchTestMode();
     EXPECT_EQ(grid().getNumChildren(), 0);
+    bool reset = false;
+    logic().m_signal_2_reset.append([&](int) { reset = true; });
     for (int i = 0; i < 4; ++i) click(button(i));
     EXPECT_EQ(logic().getPlayerMode(), FREE_VIEW);
+    EXPECT_EQ(logic().getFlyMode(), MANUAL_FLY);
+    EXPECT_EQ(button(1).getText(), "手动飞行");
     EXPECT_FALSE(world().isEnabled()) << "no longer drawn";
+    EXPECT_TRUE(reset);
 }
 
 }  // namespace

@@ -35,6 +35,7 @@ TEST_F(TargetTest, ARecordMakesATargetWithAModelByPathOrType) {
     const Target* const target = logic().get_target("001");
     EXPECT_EQ(created, (std::vector{target->getPrefab(), logic().get_target("002")->getPrefab()}));
     EXPECT_EQ(target->getPrefab()->getPath(), TARGET);
+    EXPECT_EQ(logic().get_target("002")->getPrefab()->getPath(), "data/other.prefab");
     EXPECT_EQ(world().getNodeByTag("001"), target->getNode());
     EXPECT_NEAR(target->getNode()->getWgsHPR().x, 135.2639, 1e-9);
     EXPECT_LT(distanceTo("001", north(0)), 1e-6);
