@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "effects/Effects.h"
-#include "models/Builders.h"
+#include "plan/Builders.h"
 #include "support/Paths.h"
 #include "support/TestScene.h"
 
