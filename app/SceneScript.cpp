@@ -10,7 +10,7 @@ bool SceneScript::open(const std::string& file, std::string& error) {
     const std::vector<TargetType> types = readTargetTypes(Texts("en"));
     std::vector<SceneCommand> commands;
     for (const TimedLine& line : lines) {
-        const std::string text = line.verb + ' ' + line.rest;
+        const std::string text = line.rest.empty() ? line.verb : line.verb + ' ' + line.rest;
         std::optional<SceneCommand> command = parseCommand(text, types);
         if (!command) {
             error = file + ":" + std::to_string(line.number) + ": \"" + text +

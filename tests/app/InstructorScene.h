@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "DemoScene.h"
 #include "app/Controls.h"
 #include "app/Options.h"
 #include "app/TargetTypes.h"
@@ -15,6 +14,7 @@
 #include "engine/input/InputRouter.h"
 #include "src/logic/AppData.h"
 #include "src/logic/Logic_Test_Fly.h"
+#include "support/DemoScene.h"
 #include "support/FakeHost.h"
 
 class InstructorScene : public DemoScene {

@@ -172,10 +172,10 @@ TEST(Options, ShowInThePicture) {
     const auto look = [](const std::string& line) { return ViewerRun(line).look(); };
     const std::string channel = R"(--channel test --set slaves={"test":{)";
     const std::vector<double> ahead = look(deck + "60"), right = look(deck + "75");
-    ASSERT_GT(difference(ahead, right), 0.03) << "the views differ";
-    EXPECT_LT(difference(look(deck + "60 " + channel + "\"yaw\":15}}"), right), 0.01);
+    ASSERT_GT(difference(ahead, right), 0.02) << "the views differ";
+    EXPECT_LT(difference(look(deck + "60 " + channel + "\"yaw\":15}}"), right), 0.005);
     EXPECT_LT(difference(half(look(deck + "60 " + channel + "\"shear\":[1,0]}}"), 0), half(ahead, 1)), 0.02);
-    EXPECT_GT(difference(look(deck + "60 " + channel + "\"fov\":20}}"), ahead), 0.03);
+    EXPECT_GT(difference(look(deck + "60 " + channel + "\"fov\":20}}"), ahead), 0.02);
     EXPECT_LT(spread(look(deck + "60 --visibility 300")), 0.6 * spread(look(deck + "60 --visibility 60000")));
     EXPECT_GT(difference(look(deck + "60 --track TOD=92"), ahead), 0.1) << "night";
 }

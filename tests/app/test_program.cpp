@@ -62,7 +62,7 @@ TEST(Deckview, TellsWrongUsageFromFailure) {
         {{"--input", "/nowhere/input.txt"}, 1, "\"/nowhere/input.txt\" cannot be read"},
         {{"--script", "/nowhere/scene.txt"}, 1, "\"/nowhere/scene.txt\" cannot be read"},
         {{"--hash", "/nowhere/hash.txt"}, 1, "/nowhere/hash.txt"},
-        {{"--headless", "--step", "0.1", "--frames", "500", "--hash", "/dev/full"}, 1, "written to its end"},
+        {{"--headless", "--step", "0.1", "--frames", "200", "--hash", "/dev/full"}, 1, "written to its end"},
         {{"--headless", "--frames", "2", "--screenshot", "/dev/full", "--size", "512x512"}, 1, "/dev/full"},
         {{"--headless", "--screenshot", "/proc/none/a.png@1", "--size", "8x8"}, 1, "/proc/none/a.png"},
         {{"--headless", "--channel", "none"}, 1, "no channel \"none\""},
@@ -113,13 +113,13 @@ void runFight(const std::string& folder, const std::string& result, bool draws) 
     for (std::size_t i = 1; i < ports.size(); i += 2) {
         options.overrides.emplace_back(ports[i].substr(0, ports[i].find('=')), ports[i].substr(ports[i].find('=') + 1));
     }
-    for (long frame = 1; draws && frame <= 600; frame += 20) options.screenshots.push_back({folder + "/a.png", frame});
+    for (long frame = 1; draws && frame <= 400; frame += 20) options.screenshots.push_back({folder + "/a.png", frame});
     std::ofstream out(result);
     std::mt19937 random(11);
     Viewer viewer(options);
     std::string error;
     ASSERT_TRUE(viewer.open(error)) << error;
-    for (int frame = 1; frame <= 600; ++frame) {
+    for (int frame = 1; frame <= 400; ++frame) {
         if (random() % 3 == 0) host.sendOrder(random() % 40 == 0 ? 1 : 2);
         ASSERT_TRUE(viewer.frame());
         out << frame << ' ' << viewer.getEngine().getStateHash();
@@ -131,7 +131,7 @@ void runFight(const std::string& folder, const std::string& result, bool draws) 
     EXPECT_TRUE(viewer.close(error)) << error;
 }
 
-TEST(Deckview, AnEventfulRunIsTheSameTwiceWithAndWithoutAPicture) {
+TEST(Deckview, AnEventfulRunIsTheSameTwiceWithoutAndWithAPicture) {
     const TestFolder folder;
     folder.write("fight.txt", R"(@1 sea 5
 @1 target alpha ship 68 900 0 247
@@ -142,22 +142,21 @@ TEST(Deckview, AnEventfulRunIsTheSameTwiceWithAndWithoutAPicture) {
 @60 torpedo 157 200 0 67
 @80 effect water_explosion 157 130
 @120 fire
-@200 mode automatic
-@330 mode data
-@360 explode
-@420 reset
-@440 push on
-@500 fire
+@150 mode automatic
+@220 mode data
+@250 explode
+@300 reset
+@310 push on
+@340 fire
 )");
-    std::string results[3];
-    for (int i = 0; i < 3; ++i) {
+    std::string results[2];
+    for (int i = 0; i < 2; ++i) {
         const std::string file = folder.getPath() / ("run" + std::to_string(i));
-        ASSERT_TRUE(inChild([&] { runFight(folder.getPath(), file, i == 2); }));
+        ASSERT_TRUE(inChild([&] { runFight(folder.getPath(), file, i == 1); }));
         results[i] = readFile(file);
     }
-    EXPECT_GT(results[0].size(), 600u * 60u) << "with feedback";
-    EXPECT_EQ(results[0], results[1]);
-    EXPECT_TRUE(results[0] == results[2]) << "a picture changes the scene";
+    EXPECT_GT(results[0].size(), 400u * 60u) << "with feedback";
+    EXPECT_TRUE(results[0] == results[1]) << "the second run, which draws, is another one";
 }
 
 TEST(Deckview, AFileThatCannotBeReadIsNamed) {
@@ -184,8 +183,12 @@ TEST(Deckview, AFileThatCannotBeReadIsNamed) {
 
     std::filesystem::copy(DECKVIEW_ROOT "/config", root / "config");
     std::filesystem::remove(root / "data");
-    std::filesystem::copy(DECKVIEW_ROOT "/data", root / "data",
-                          std::filesystem::copy_options::recursive | std::filesystem::copy_options::create_symlinks);
+    const std::filesystem::path built(DECKVIEW_ROOT);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(built / "data")) {
+        const std::filesystem::path link = root / entry.path().lexically_relative(built);
+        std::filesystem::create_directories(link.parent_path());
+        if (entry.is_regular_file()) std::filesystem::create_symlink(entry.path(), link);
+    }
     std::mt19937 random(3);
     const std::string models = "data/assets/Targets/MODELS/FJ_CN_J15/FJ_CN_J15";
     for (const std::string& file : {std::string("data/DEMO_PROJECT/DEMO_PROJECT.world"), models + ".cfg",

@@ -1,8 +1,8 @@
 // The demonstration's aerobatic aircraft: its wheels, and that each control drives a part that can do it.
 #include <set>
 
-#include "app/DemoScene.h"
 #include "engine/physics/Body.h"
+#include "support/DemoScene.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The demonstration's helicopter: the parts that its logic moves, and how they are set up for it.
-#include "app/DemoScene.h"
+#include "support/DemoScene.h"
 
 TEST_F(DemoScene, HelicopterHasThePartsThatAreMoved) {
     auto prefab = std::make_unique<ObjectPrefab>("data/assets/Targets/MODELS/HELICOPTER/HELICOPTER.prefab");

@@ -1,7 +1,7 @@
 // The demonstration's jet: its wheels, its named places, and that each control drives a part that can do it.
-#include "app/DemoScene.h"
 #include "engine/physics/Body.h"
 #include "engine/scene/ObjectParticles.h"
+#include "support/DemoScene.h"
 
 namespace {
 

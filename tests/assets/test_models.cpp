@@ -1,6 +1,6 @@
 // The models of the demonstration's aircraft and ship: unit normals on the side from which a face is drawn, and texture
 // coordinates where there is a texture.
-#include "app/DemoScene.h"
+#include "support/DemoScene.h"
 
 namespace {
 

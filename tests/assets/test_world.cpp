@@ -1,9 +1,9 @@
 // The demonstration's world: what the scene's behaviour relies on, at the place where it relies on it.
 #include <functional>
 
-#include "app/DemoScene.h"
 #include "engine/scene/ObjectParticles.h"
 #include "engine/track/Track.h"
+#include "support/DemoScene.h"
 
 namespace {
 

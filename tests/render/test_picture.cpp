@@ -117,7 +117,7 @@ TEST(Picture, RandomStatesMakeNoFaultAndKeepNoMemory) {
     const auto drawStates = [&] {
         Random random(3);
         const auto share = [&] { return random.getFloat(0.0f, 1.0f); };
-        for (int i = 0; i < 200; ++i) {
+        for (int i = 0; i < 80; ++i) {
             environment.time_of_day = 24.0f * share();
             environment.wetness = std::max(2.0f * share() - 1.0f, 0.0f);
             environment.snow = std::max(2.0f * share() - 1.0f, 0.0f);

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 const std::string CONTRACT = R"(engine/include/engine/\w+)";
 const std::string PLUGIN = CONTRACT + R"(|common(/\w+)?)";
-const std::string SYSTEM = R"([a-z]+\.h|(sys|netinet|arpa)/\w+\.h)";
+const std::string SYSTEM = R"([a-z]+\.h|(sys|net|netinet|arpa)/\w+\.h)";
 const std::string GDAL = R"((gdal|cpl|ogr)_?\w*\.h)";
 const std::string OSG = R"(osg\w*/.*)";
 const std::string TESTED = R"(support/Paths\.h|(gtest|GeographicLib|X11|GL)/.*|)" + SYSTEM;
@@ -60,14 +60,13 @@ const struct Rule {
     {"common", CONTRACT, ""},
     {"common/actions", CONTRACT, ""},
     {"common/ship", PLUGIN, ""},
-    {"src/deck", CONTRACT, ""},
+    {"src/deck", PLUGIN, ""},
     {"src/kit", CONTRACT, ""},
-    {"src/ship", PLUGIN, ""},
     {"src/aircraft", PLUGIN + "|src/kit", ""},
-    {"src/logic", PLUGIN + "|src/(aircraft|deck|kit|ship)", ""},
+    {"src/logic", PLUGIN + "|src/(aircraft|deck|kit)", ""},
 
-    {"app/scene", PLUGIN + "|src/(logic|ship)", ""},
-    {"app", PLUGIN + "|src/(logic|ship|deck)|render|app/scene", R"(CLI/CLI\.hpp|)" + SYSTEM},
+    {"app/scene", PLUGIN + "|src/logic", ""},
+    {"app", PLUGIN + "|src/(logic|deck)|render|app/scene", R"(CLI/CLI\.hpp|)" + SYSTEM},
     {"host", "", SYSTEM},
 
     {"assets/plan", "engine/include/engine/(globe|math)", ""},
@@ -84,9 +83,9 @@ const struct Rule {
     {"tests/tree", PLUGIN + "|tests/support", TESTED},
     {"tests/engine", CONTRACT + R"(|engine/src/\w+|tests/support)", TESTED},
     {"tests/logic", PLUGIN + R"(|src/\w+|tests/support)", TESTED},
-    {"tests/render", CONTRACT + R"(|render(/src/\w+)?|tests/support)", TESTED},
-    {"tests/app", PLUGIN + R"(|src/\w+|app(/scene)?|tests/support)", TESTED},
-    {"tests/assets", CONTRACT + R"(|assets(/\w+)?|tests/support)", TESTED},
+    {"tests/render", CONTRACT + R"(|render(/src/\w+)?|tests/support)", OSG + "|" + TESTED},
+    {"tests/app", PLUGIN + R"(|src/\w+|app(/scene)?|render|tests/support)", TESTED},
+    {"tests/assets", CONTRACT + R"(|assets(/\w+)?|tests/support)", GDAL + "|" + TESTED},
     {"tests/host", "tests/support", TESTED},
     {"bench", PLUGIN + R"(|engine/src/\w+|src/\w+|render|tests/support)",
      R"(benchmark/.*|embree3/rtcore\.h|kiss_fft\.h|imgui\.h|)" + TESTED},
@@ -101,7 +100,7 @@ bool matches(const std::string& text, const std::string& pattern) {
 std::string findHeader(const fs::path& source, const std::string& name) {
     const fs::path top(DECKVIEW_SOURCE), part = top / *source.lexically_relative(top).begin();
     for (const fs::path& root : {source.parent_path(), top / "engine/include", part, part / "src", top, top / "tests",
-                                 top / "engine/src", top / "render/src"}) {
+                                 top / "engine/src", top / "render/src", top / "assets"}) {
         if (fs::is_regular_file(root / name)) {
             return (root / name).lexically_normal().parent_path().lexically_relative(top);
         }
