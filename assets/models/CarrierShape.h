@@ -23,7 +23,7 @@ struct Paints {
 /// One set for all models of the ship, so that parts with the same paint are drawn together.
 const Paints& paints();
 
-Mesh hullAndDeck();   ///< a closed shell; aircraft stand on it
+Mesh hullAndDeck();   ///< a closed shell that carries aircraft
 Mesh island();        ///< the island's decks, bridge, funnel
 Mesh islandMasts();   ///< masts, aerials and radars on the island
 Mesh deckEdge();      ///< catwalks, nets, rafts, aerials, boats along the deck's edges

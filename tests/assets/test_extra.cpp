@@ -7,7 +7,7 @@
 namespace {
 
 constexpr const char* FOLDER = "data/assets/Targets/MODELS/EXTRA300S/";
-constexpr double PITCH = 10.0, HEIGHT = 1.25;  // as its configuration says that it stands
+constexpr double PITCH = 10.0, HEIGHT = 1.25;  // attitude and height at rest, as in its configuration
 enum Kind { ROTATION, TEXTURE_OFFSET = 3, DIGIT, KINDS };
 
 struct Control {
@@ -32,7 +32,7 @@ protected:
     }
 
     Node* part(const jString& name) { return plane->getNodeByName(name); }
-    /// Height above the ground on which it stands on its wheels.
+    /// Height of the origin above the ground with the wheels on it.
     static double above(const dvec3& p) {
         return p.y * std::sin(PITCH * jMath::DEG2RAD) + p.z * std::cos(PITCH * jMath::DEG2RAD) + HEIGHT;
     }

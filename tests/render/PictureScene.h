@@ -113,7 +113,7 @@ private:
     }
 };
 
-/// An upright wall that faces the eye, `width` x `height` metres, or one that lies and faces upward.
+/// An upright wall that faces the eye, `width` x `height` metres, or a level one that faces upward.
 inline MeshSurface makeWall(float width, float height, bool lies = false) {
     MeshSurface wall;
     const float w = 0.5f * width, h = 0.5f * height;
