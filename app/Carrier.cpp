@@ -16,7 +16,7 @@
 namespace {
 
 /// Seconds until objects parked on the deck are at rest. From then on they move with the ship at any acceleration.
-constexpr float MOORED = 2.0f;
+constexpr float START_DELAY = 2.0f;
 constexpr double STILL = 1.5, FAST = 12.0;  ///< m/s ahead: first foam, full foam
 
 bool isInside(const BoundBox& box, const dvec3& p) {
@@ -27,22 +27,22 @@ bool isInside(const BoundBox& box, const dvec3& p) {
 }  // namespace
 
 Carrier::Carrier(const Options& options, World& world, Logic_Test_Fly* logic) : m_logic(logic) {
-    findDeckLife(world);
+    findDeckNodes(world);
     if (!options.drive_ship) return;
     if (logic && logic->getShip() && logic->getShip()->getObject()->getBodyRigid())
-        castOff(world, *options.drive_ship);
+        startDriving(world, *options.drive_ship);
     else
         jLog::warning("there is no ship with a body to drive");
 }
 
-void Carrier::findDeckLife(World& world) {
+void Carrier::findDeckNodes(World& world) {
     m_has_flag = m_flag.init(world.getNodeByName("deck_flag"));
     Node* const hand = world.getNodeByName("deck_hand");
     if (hand && hand->getType() == Node::PREFAB) m_hand.init(static_cast<ObjectPrefab*>(hand));
 }
 
 /// The logic finds triggers as children of their group. Triggers on the ship can therefore not be its children.
-void Carrier::castOff(World& world, int mode) {
+void Carrier::startDriving(World& world, int mode) {
     Ship& ship = *m_logic->getShip();
     const dmat4 to_ship = inverse(ship.getObject()->getWorldTransform());
     const BoundBox box = ship.getObject()->getBoundBox();
@@ -50,13 +50,13 @@ void Carrier::castOff(World& world, int mode) {
     for (int i = 0; group && i < group->getNumChildren(); ++i) {
         Node* const node = group->getChild(i);
         if (node->getType() != Node::TRIGGER || !isInside(box, to_ship * node->getWorldPosition())) continue;
-        m_aboard.push_back({static_cast<NodeTrigger*>(node), to_ship * node->getWorldTransform()});
+        m_carried_triggers.push_back({static_cast<NodeTrigger*>(node), to_ship * node->getWorldTransform()});
     }
     if (Node* const wakes = ship.getObject()->getChildByName("wakes", true)) {
         forEachParticles(*wakes, [this](ObjectParticles& foam) { m_foam.push_back(&foam); });
     }
     ship.setControlMode(mode);
-    m_moored = MOORED;
+    m_start_delay = START_DELAY;
     m_driven = true;
 }
 
@@ -68,20 +68,21 @@ void Carrier::update(float dt) {
 
 void Carrier::drive(float dt) {
     Ship& ship = *m_logic->getShip();
-    if (m_moored > 0.0f) {
-        m_moored -= dt;
-        if (m_moored > 0.0f) return;
+    if (m_start_delay > 0.0f) {
+        m_start_delay -= dt;
+        if (m_start_delay > 0.0f) return;
         ship.getObject()->getBody()->setEnabled(true);
         m_logic->setShipsAutoMove(true);
         for (ObjectParticles* foam : m_foam) foam->play();
     }
     m_logic->ships_auto_move();
     const Object& hull = *ship.getObject();
-    foamAsFastAs(dot(dvec3(hull.getBodyRigid()->getLinearVelocity()), hull.getWorldTransform().getY()));
-    for (const Aboard& a : m_aboard) a.trigger->setWorldTransform(ship.getObject()->getWorldTransform() * a.place);
+    setFoamRate(dot(dvec3(hull.getBodyRigid()->getLinearVelocity()), hull.getWorldTransform().getY()));
+    for (const CarriedTrigger& a : m_carried_triggers)
+        a.trigger->setWorldTransform(ship.getObject()->getWorldTransform() * a.place);
 }
 
-void Carrier::foamAsFastAs(double speed) {
+void Carrier::setFoamRate(double speed) {
     const auto share = static_cast<float>(std::clamp((speed - STILL) / (FAST - STILL), 0.0, 1.0));
     for (ObjectParticles* foam : m_foam) foam->setSpawnRate(foam->getAuthoredSpawnRate() * share);
 }

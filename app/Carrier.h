@@ -25,22 +25,22 @@ public:
     void update(float dt);
 
 private:
-    struct Aboard {
+    struct CarriedTrigger {
         NodeTrigger* trigger;
         dmat4 place;  ///< in the ship's frame
     };
 
-    void findDeckLife(World& world);
-    void castOff(World& world, int mode);
+    void findDeckNodes(World& world);
+    void startDriving(World& world, int mode);
     void drive(float dt);
-    void foamAsFastAs(double speed);
+    void setFoamRate(double speed);
 
     Logic_Test_Fly* m_logic;
     FlagOper m_flag;
     HandOper m_hand;
     bool m_has_flag = false;
     bool m_driven = false;
-    float m_moored = 0.0f;                 ///< seconds until the ship starts to move
-    std::vector<Aboard> m_aboard;          ///< triggers within the ship's bounds that are not its children
-    std::vector<ObjectParticles*> m_foam;  ///< the wake's; their spawn rate grows with the speed
+    float m_start_delay = 0.0f;                      ///< seconds until the ship starts to move
+    std::vector<CarriedTrigger> m_carried_triggers;  ///< triggers within the ship's bounds that are not its children
+    std::vector<ObjectParticles*> m_foam;            ///< the wake's; their spawn rate grows with the speed
 };

@@ -20,8 +20,9 @@ void connectLogic(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly_logic, P
     input.bindMouseMove([&logic, app](const GUIEventMouse& event) { logic.onMouseMove(event, app); });
     input.bindWheel([&logic, app, fly_logic](const GUIEventWheel& event) {
         logic.onMouseWheel(event, app);
-        // The logic takes the event with a plane alone; with the helicopter its polled zoom is the wheel's use.
-        if (fly_logic && !fly_logic->getAircraft()) app->getControl()->addWheel(event.delta);
+        // onMouseWheel has no effect without a plane: for the helicopter, and for a logic that polls the wheel, the
+        // turn is added to the polled input.
+        if (!fly_logic || !fly_logic->getAircraftNode()) app->getControl()->addWheel(event.delta);
     });
 
     logic.m_signal_24_date.append([&engine](int year, int month, int day) {

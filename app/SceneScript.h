@@ -7,7 +7,7 @@
 #include "TimedLines.h"
 #include "app/scene/SceneCommandQueue.h"
 
-/// Plays a script of scene commands; docs/user_guide.md lists its lines. Must outlive the queue that it fills.
+/// Plays a script of scene commands; docs/user_guide.md lists its lines.
 class SceneScript {
 public:
     /// Replaces the script. False when the file cannot be read or a line is no command; `error` then contains file and

@@ -66,9 +66,17 @@ void logShortAircraft(const Options& options, const Logic_Test_Fly& logic) {
 }  // namespace
 
 Viewer::~Viewer() {
-    if (m_engine) disconnectInput(*m_engine);
+    endLogic();
     AppData::get().close();
     mjl::clearOverrides();
+}
+
+/// Before the picture and the controller, to which the logic's signals are connected.
+void Viewer::endLogic() {
+    if (!m_plugin.getLogic()) return;
+    m_plugin.getLogic()->release();
+    disconnectInput(*m_engine);
+    m_plugin.destroyLogic();
 }
 
 bool Viewer::open(std::string& error) {
@@ -176,9 +184,7 @@ bool Viewer::close(std::string& error) {
         jLog::warning("%d frames took longer than 0.1 s and were counted as 0.1 s", m_engine->getClampCount());
     }
     if (m_error.empty()) m_screen.finish(m_error);
-    m_plugin.getLogic()->release();
-    disconnectInput(*m_engine);
-    m_plugin.destroyLogic();
+    endLogic();
     if (m_options.memory_report) printMemoryReport();
     error = m_error;
     return m_hashes.close(error) && error.empty();

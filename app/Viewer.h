@@ -47,16 +47,17 @@ private:
     struct Steps;
 
     bool startLogic(std::string& error);
+    void endLogic();
     void giveOptionCommands();
 
     const Options& m_options;
-    HashWriter m_hashes;
     std::optional<Engine> m_engine;
+    HashWriter m_hashes;
     Plugin m_plugin;
     Screen m_screen;
-    SceneCommandQueue m_commands;
     InputScript m_input;
     SceneScript m_script;
+    SceneCommandQueue m_commands;
     std::optional<SceneQuery> m_query;  ///< only with the flight-test logic
     std::optional<SceneController> m_controller;
     std::optional<Controls> m_controls;

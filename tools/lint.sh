@@ -29,7 +29,8 @@ changed=("${changed[@]:0:max_files}")
 [ ${#changed[@]} -gt 0 ] || { echo "lint.sh: format is right; no source to lint"; exit 0; }
 [ -f build/compile_commands.json ] || build release  # which also generates what some sources include
 findings=$(git diff --no-renames -U0 "$base" -- "${changed[@]}" \
-    | clang-tidy-diff -p1 -path build -j "$(nproc)" -quiet -extra-arg=-Wno-unknown-warning-option 2>/dev/null)
+    | clang-tidy-diff -p1 -path build -j "$(nproc)" -quiet -extra-arg=-Wno-unknown-warning-option 2>/dev/null) \
+    || die "clang-tidy-diff failed; run it by hand to see why"
 echo "$findings"
 ! grep -qE '(warning|error):' <<<"$findings" || die "clang-tidy found the above in lines that changed since ${base:0:10}"
 echo "lint.sh: format is right, and so are the changed lines"

@@ -6,7 +6,7 @@
 
 void SceneCommandQueue::push(SceneCommand command, CommandSource source) {
     const std::lock_guard lock(m_mutex);
-    m_waiting.push_back({std::move(command), source});
+    m_waiting.push_back({std::move(command), std::move(source)});
 }
 
 void SceneCommandQueue::apply(SceneController& controller) {
@@ -20,7 +20,7 @@ void SceneCommandQueue::apply(SceneController& controller) {
             error = "a value is out of range";
         else if (controller.apply(command, error))
             continue;
-        std::string where(source.name);
+        std::string where = source.name;
         if (source.line > 0) where += ':' + std::to_string(source.line);
         jLog::warning("%s: \"%s\" could not be done: %s", where.c_str(), printCommand(command).c_str(), error.c_str());
     }

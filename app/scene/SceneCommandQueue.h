@@ -2,7 +2,7 @@
 #pragma once
 
 #include <mutex>
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "app/scene/SceneCommand.h"
@@ -11,8 +11,8 @@ class SceneController;
 
 /// Origin of a command, for the log.
 struct CommandSource {
-    std::string_view name;  ///< "panel", or a script's file; the text must outlive the queue
-    int line = 0;           ///< line number in the file; 0 for none
+    std::string name;  ///< "panel", or the file of a script
+    int line = 0;      ///< line number in the file; 0 for none
 };
 
 /// Holds commands in the order of `push` until the frame applies them.

@@ -56,6 +56,8 @@ struct SceneController::Operations {
         return false;
     }
 
+    bool isJet() const { return fly.getAircraftNode() && fly.getAircraftType() == "PlaneJ15"; }
+
     bool operator()(const command::Rain& c) {
         fly.setRain(static_cast<float>(c.percent / 100.0));
         return true;
@@ -105,6 +107,7 @@ struct SceneController::Operations {
     }
 
     bool operator()(const command::ToggleLight&) {
+        if (!fly.getHelicopter() && !isJet()) return fail("this aircraft has no such light");
         fly.toggle_light();
         return true;
     }
@@ -115,16 +118,19 @@ struct SceneController::Operations {
     }
 
     bool operator()(const command::Gear& c) {
+        if (!isJet()) return fail("this aircraft's gear does not move");
         fly.set_gear(c.down);
         return true;
     }
 
     bool operator()(const command::Push& c) {
+        if (!fly.getAircraftNode()) return fail("there is no aircraft to push");
         fly.set_moving_forward(c.on);
         return true;
     }
 
     bool operator()(const command::BackToStart&) {
+        if (!fly.getAircraftNode()) return fail("there is no aircraft to put back");
         fly.back_to_start();
         return true;
     }
@@ -132,14 +138,14 @@ struct SceneController::Operations {
     bool operator()(const command::Fire&) {
         // Checked first: without an aircraft, emit_missile leaks the missile that it creates.
         if (!fly.getAircraftNode()) return fail("there is no aircraft that fires missiles");
+        const int missiles = fly.getNumMissiles();
         fly.emit_missile();
-        return true;
+        return fly.getNumMissiles() > missiles || fail("the missile's model cannot be loaded");
     }
 
     bool operator()(const command::Explode&) { return fly.plan_explosion() || fail("there is no aircraft to blow up"); }
 
     bool operator()(const command::Reset&) {
-        for (Torpedo& torpedo : torpedoes) torpedo.left = -WAKE_LIFE;
         fly.reset();
         return true;
     }
@@ -201,9 +207,10 @@ struct SceneController::Operations {
         const Target* const target = fly.get_target(c.name);
         if (!target) return fail("there is no such target");
         dvec3 geo;
+        const bool was_enabled = target->getPrefab()->isEnabled();
         target->getPrefab()->setEnabled(false);  // the target must not be its own ground
         const bool found = resolve(c.place, geo);
-        target->getPrefab()->setEnabled(true);
+        target->getPrefab()->setEnabled(was_enabled);
         if (!found) return fail(NO_AIRCRAFT);
         TargetInfo info = target->getInfo();
         setPose(info, geo, c.place);
@@ -234,6 +241,13 @@ struct SceneController::Operations {
         return true;
     }
 };
+
+SceneController::SceneController(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly, const SceneQuery* query)
+    : m_engine(engine), m_logic(logic), m_fly(fly), m_query(query) {
+    logic.m_signal_2_reset.append([this](int) {
+        for (Torpedo& torpedo : m_torpedoes) torpedo.left = -WAKE_LIFE;
+    });
+}
 
 bool SceneController::apply(const SceneCommand& command, std::string& error) {
     if (const auto* const date = std::get_if<command::Date>(&command)) {

@@ -19,8 +19,7 @@ class SceneController {
 public:
     /// `fly` is the logic as the flight-test logic, `query` reads it. Both are null with another logic, for which only
     /// the date can be set.
-    SceneController(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly, const SceneQuery* query)
-        : m_engine(engine), m_logic(logic), m_fly(fly), m_query(query) {}
+    SceneController(Engine& engine, LogicBase& logic, Logic_Test_Fly* fly, const SceneQuery* query);
     SceneController(const SceneController&) = delete;
     SceneController& operator=(const SceneController&) = delete;
 

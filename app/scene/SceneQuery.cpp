@@ -113,7 +113,7 @@ SceneWeather SceneQuery::getWeather() const {
     weather.rain = static_cast<double>(m_logic.getRain()) * 100.0;
     weather.snow = static_cast<double>(m_logic.getSnow()) * 100.0;
     weather.time = static_cast<double>(environment.time_of_day);
-    weather.visibility = m_logic.getVisibilityDistance() * Logic_Test_Fly::VISIBILITY_STEP;
+    weather.visibility = m_logic.getFogVisibility();
     if (const ObjectOcean* const ocean = m_logic.getOcean()) weather.sea = ocean->getBeaufort();
     weather.wind = dvec3(environment.wind);
     weather.year = environment.year;

@@ -50,6 +50,7 @@ TEST_F(Panels, AClickIsPressAndReleaseOnTheSameVisibleButton) {
 
     pointAt(b), press(), input.mouseMove(10, 10), release(), frame();
     input.mouseMove(10, 10), press(), pointAt(b), release(), frame();
+    pointAt(b), press(), frame(), input.focusLost(), frame();
     pointAt(b), input.mouseButton(ControlApp::BUTTON_RIGHT, true);
     input.mouseButton(ControlApp::BUTTON_RIGHT, false), frame();
     auto* const cover = add<UIVLayout>();

@@ -192,9 +192,10 @@ void InputRouter::applyWheel(int delta) {
 }
 
 void InputRouter::releaseAll() {
-    // A release without a user action must not trigger a command: Ctrl is released before the characters, and the
-    // record of keys pressed with Ctrl is cleared.
+    // A release without a user action must not trigger a command of Ctrl or of a panel: Ctrl is released before the
+    // characters, the record of keys pressed with Ctrl is cleared, and the widget held is not clicked.
     m_pressed_with_ctrl.fill(false);
+    m_panels.getState().pressed = nullptr;
     for (int key = ControlApp::KEY_COUNT - 1; key >= 0; --key) {
         if (m_key_owners[static_cast<std::size_t>(key)] != NOBODY) applyKey(key, false, 0);
     }

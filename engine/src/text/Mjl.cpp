@@ -263,7 +263,7 @@ void mjl::setOverride(const jString& path, const jString& key, const jString& va
     const std::string text = "{\"value\":" + value + "}";
     Item item;
     int line = 1;
-    TreeBuilder builder(&line, {});
+    TreeBuilder builder(&line, path);
     const bool is_json = Json::sax_parse(CountingIterator{text.data(), &line},
                                          CountingIterator{text.data() + text.size(), &line}, &builder) &&
                          builder.root.size() == 1;
